@@ -1,0 +1,15 @@
+#include <utility>
+
+#include "bench/rows.h"
+
+namespace latchkey::bench {
+
+void AddHashRows() {
+  constexpr std::pair<HashId, const char*> kHashes[] = {
+      {HashId::Md2, "MD2"}, {HashId::Md4, "MD4"}, {HashId::Md5, "MD5"}, {HashId::Sha1, "SHA-1"}};
+  for (const auto& [id, name] : kHashes) {
+    for (const Peer& peer : Peers()) AddRow(name, peer, peer.hash(id));
+  }
+}
+
+}  // namespace latchkey::bench

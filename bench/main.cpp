@@ -1,0 +1,40 @@
+// The measurements: latchkey_bench [--benchmark_filter=...] [--benchmark_format=json]
+#include <benchmark/benchmark.h>
+
+#include <string>
+
+#include "bench/rows.h"
+#include "platform/linux/kernels/cpu_level.h"
+
+namespace latchkey::bench {
+namespace {
+
+// Google Benchmark itself prints date, machine and caches.
+void DescribeRun() {
+  constexpr const char* kLevels[] = {"portable", "avx2", "avx512"};
+  benchmark::AddCustomContext("compiler", __VERSION__);
+  benchmark::AddCustomContext("kernels", kLevels[static_cast<int>(platform::ChosenCpuLevel())]);
+  for (const Peer& peer : Peers()) benchmark::AddCustomContext(peer.name, peer.version);
+}
+
+}  // namespace
+
+const std::vector<Peer>& Peers() {
+  static const std::vector<Peer> peers{LatchkeyPeer(), OpensslPeer(), GcryptPeer(),
+                                       CryptoppPeer(), NettlePeer(),  BotanPeer()};
+  return peers;
+}
+
+}  // namespace latchkey::bench
+
+int main(int count, char** arguments) {
+  benchmark::Initialize(&count, arguments);
+  if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 2;
+  latchkey::bench::DescribeRun();
+  latchkey::bench::AddCipherRows();
+  latchkey::bench::AddHashRows();
+  benchmark::RunSpecifiedBenchmarks();
+  benchmark::ClearRegisteredBenchmarks();  // they hold objects of libraries that end with main
+  benchmark::Shutdown();
+  return 0;
+}

@@ -1,0 +1,82 @@
+#define CRYPTOPP_ENABLE_NAMESPACE_WEAK \
+  1  // the library asks for it where RC4, MD2, MD4, MD5 are used
+#include <crypto++/arc4.h>
+#include <crypto++/cryptlib.h>
+#include <crypto++/des.h>
+#include <crypto++/md2.h>
+#include <crypto++/md4.h>
+#include <crypto++/md5.h>
+#include <crypto++/modes.h>
+#include <crypto++/rc2.h>
+#include <crypto++/sha.h>
+
+#include <memory>
+
+#include "bench/peer.h"
+
+namespace latchkey::bench {
+namespace {
+
+namespace cp = CryptoPP;
+
+Work WorkOf(std::shared_ptr<cp::SymmetricCipher> cipher, CipherId id) {
+  if (id == CipherId::Rc4) {
+    cipher->SetKey(kKey.data(), KeySize(id));
+  } else {
+    cipher->SetKeyWithIV(kKey.data(), KeySize(id), kFeedback.data(), kFeedback.size());
+  }
+  return [cipher](std::span<std::uint8_t> data) {
+    cipher->ProcessData(data.data(), data.data(), data.size());
+  };
+}
+
+template <class Block>
+Work CbcWork(CipherId id, Direction direction) {
+  if (direction == Direction::Encrypt) {
+    return WorkOf(std::make_shared<typename cp::CBC_Mode<Block>::Encryption>(), id);
+  }
+  return WorkOf(std::make_shared<typename cp::CBC_Mode<Block>::Decryption>(), id);
+}
+
+Work CipherWork(CipherId id, Direction direction) {
+  switch (id) {
+    case CipherId::Rc4:
+      return WorkOf(std::make_shared<cp::Weak::ARC4>(), id);
+    case CipherId::Rc2:
+      return CbcWork<cp::RC2>(id, direction);
+    case CipherId::Des:
+      return CbcWork<cp::DES>(id, direction);
+    case CipherId::TripleDes:
+      return CbcWork<cp::DES_EDE3>(id, direction);
+  }
+  return {};
+}
+
+template <class Hash>
+Work WorkOfHash() {
+  return [](std::span<std::uint8_t> data) {
+    Hash hash;
+    std::uint8_t value[Hash::DIGESTSIZE];
+    hash.CalculateDigest(value, data.data(), data.size());
+  };
+}
+
+Work HashWork(HashId id) {
+  switch (id) {
+    case HashId::Md2:
+      return WorkOfHash<cp::Weak::MD2>();
+    case HashId::Md4:
+      return WorkOfHash<cp::Weak::MD4>();
+    case HashId::Md5:
+      return WorkOfHash<cp::Weak::MD5>();
+    case HashId::Sha1:
+      return WorkOfHash<cp::SHA1>();
+  }
+  return {};
+}
+
+}  // namespace
+
+Peer CryptoppPeer() { return {"cryptopp", std::to_string(CRYPTOPP_VERSION), CipherWork, HashWork}; }
+
+}  // namespace latchkey::bench

@@ -1,0 +1,182 @@
+#include "cli/candidates.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include "cli/text_evidence.h"
+#include "crypto/algorithms.h"
+#include "crypto/open_provider.h"
+#include "platform/secure_memory.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::WipedBytes;
+
+constexpr std::int16_t kHashes = 4;
+constexpr std::int16_t kCiphers = 5;
+constexpr std::int16_t kRc4 = 1;
+constexpr std::int16_t kRc2 = 2;
+constexpr std::uint32_t kOldRc2Bits = 40;
+constexpr std::uint32_t kBlock = 8;
+
+std::vector<CipherSettings> AllSettings() {
+  std::vector<CipherSettings> all;
+  for (const bool enhanced : {false, true}) {
+    for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
+      if (FindCipherAlgorithm(cipher, enhanced) == platform::kAlgorithmNone) continue;
+      for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
+        all.push_back({enhanced, hash, cipher, 0});
+        if (enhanced && cipher == kRc2) all.push_back({enhanced, hash, cipher, kOldRc2Bits});
+      }
+    }
+  }
+  return all;
+}
+
+// Runs the ciphers of one sample and password.
+class Trial {
+ public:
+  Trial(const CiphertextSample& sample, std::span<const std::uint8_t> password)
+      : sample_(sample),
+        password_(password),
+        base_(OpenProvider(false)),
+        enhanced_(OpenProvider(true)) {}
+
+  // What the key makes of sixteen zero bytes, which tells keys of one cipher apart. Empty when the
+  // provider does not make the key.
+  [[nodiscard]] WipedBytes Fingerprint(const CipherSettings& settings) const {
+    std::optional<PasswordCipher> cipher;
+    if (!MakeKey(settings, cipher)) return {};
+    WipedBytes zeros(std::size_t{2} * kBlock);
+    auto length = static_cast<std::uint32_t>(zeros.size());
+    return cipher->Encrypt(zeros, length, false) == CipherStep::Done ? zeros : WipedBytes();
+  }
+
+  // Nothing when the settings do not fit. Settings and probability are still to be filled in.
+  [[nodiscard]] std::optional<Candidate> Try(const CipherSettings& settings) const {
+    return settings.cipher == kRc4 ? TryStream(settings) : TryBlocks(settings);
+  }
+
+ private:
+  bool MakeKey(const CipherSettings& settings, std::optional<PasswordCipher>& cipher) const {
+    const UniqueContext& context = settings.enhanced ? enhanced_ : base_;
+    if (!context) return false;
+    cipher.emplace(context);
+    return cipher->DeriveKey(FindHashAlgorithm(settings.hash).id,
+                             FindCipherAlgorithm(settings.cipher, settings.enhanced), password_,
+                             settings.rc2EffectiveBits) == CipherStep::Done;
+  }
+
+  // Decrypts in place and cuts `bytes` to the result.
+  static bool Decrypt(PasswordCipher& cipher, WipedBytes& bytes, bool final) {
+    auto length = static_cast<std::uint32_t>(bytes.size());
+    if (cipher.Decrypt(bytes, length, final) != CipherStep::Done) return false;
+    bytes.resize(length);
+    return true;
+  }
+
+  [[nodiscard]] std::optional<Candidate> TryStream(const CipherSettings& settings) const {
+    std::optional<PasswordCipher> cipher;
+    WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
+    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, true)) return std::nullopt;
+    Candidate candidate;
+    candidate.evidenceBits = TextEvidence(plaintext);
+    return candidate.evidenceBits > 0 ? std::optional(candidate) : std::nullopt;
+  }
+
+  // The bytes of padding that the end of the ciphertext decrypts to, or nothing for bad padding.
+  // In a chain a block decrypts with nothing but the block before it.
+  [[nodiscard]] std::optional<unsigned> PaddingOf(const CipherSettings& settings) const {
+    if (sample_.length == 0 || sample_.length % kBlock != 0) return std::nullopt;
+    std::optional<PasswordCipher> cipher;
+    const auto start = sample_.tail.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(
+                                                sample_.tail.size(), std::size_t{2} * kBlock));
+    WipedBytes end(start, sample_.tail.end());
+    const std::size_t before = end.size();
+    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, end, true)) return std::nullopt;
+    return static_cast<unsigned>(before - end.size());
+  }
+
+  [[nodiscard]] std::optional<Candidate> TryBlocks(const CipherSettings& settings) const {
+    Candidate candidate;
+    candidate.padding = PaddingOf(settings);
+    if (!candidate.padding) return std::nullopt;
+    std::optional<PasswordCipher> cipher;
+    WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
+    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, sample_.IsWhole())) {
+      return std::nullopt;
+    }
+    candidate.evidenceBits = TextEvidence(plaintext) + 8.0 * *candidate.padding - 3;
+    return candidate;
+  }
+
+  const CiphertextSample& sample_;
+  std::span<const std::uint8_t> password_;
+  UniqueContext base_;
+  UniqueContext enhanced_;
+};
+
+// Settings that give one key, all together.
+std::vector<std::vector<CipherSettings>> GroupedByKey(const Trial& trial) {
+  std::vector<std::vector<CipherSettings>> groups;
+  std::vector<WipedBytes> fingerprints;
+  for (const CipherSettings& settings : AllSettings()) {
+    const WipedBytes fingerprint = trial.Fingerprint(settings);
+    if (fingerprint.empty()) continue;
+    std::size_t i = 0;
+    while (i < groups.size() &&
+           (groups[i].front().cipher != settings.cipher ||
+            groups[i].front().hash != settings.hash || fingerprints[i] != fingerprint)) {
+      ++i;
+    }
+    if (i == groups.size()) {
+      groups.emplace_back();
+      fingerprints.push_back(fingerprint);
+    }
+    groups[i].push_back(settings);
+  }
+  return groups;
+}
+
+// Bayes' rule, in logarithms until the end: the evidence may be thousands of bits.
+void SetProbabilities(Candidates& candidates) {
+  const double prior =
+      std::log2(0.5 / static_cast<double>(std::max<std::size_t>(candidates.tried, 1)));
+  constexpr double kNone = -1;  // one half
+  double largest = kNone;
+  for (const Candidate& candidate : candidates.fitting) {
+    largest = std::max(largest, prior + candidate.evidenceBits);
+  }
+  double sum = std::exp2(kNone - largest);
+  for (Candidate& candidate : candidates.fitting) {
+    candidate.probability = std::exp2(prior + candidate.evidenceBits - largest);
+    sum += candidate.probability;
+  }
+  for (Candidate& candidate : candidates.fitting) candidate.probability /= sum;
+  candidates.noneProbability = std::exp2(kNone - largest) / sum;
+}
+
+}  // namespace
+
+Candidates FindCandidates(const CiphertextSample& sample, std::span<const std::uint8_t> password) {
+  const Trial trial(sample, password);
+  Candidates candidates;
+  for (std::vector<CipherSettings>& group : GroupedByKey(trial)) {
+    ++candidates.tried;
+    std::optional<Candidate> candidate = trial.Try(group.front());
+    if (!candidate) continue;
+    candidate->settings = std::move(group);
+    candidates.fitting.push_back(std::move(*candidate));
+  }
+  SetProbabilities(candidates);
+  std::stable_sort(candidates.fitting.begin(), candidates.fitting.end(),
+                   [](const Candidate& left, const Candidate& right) {
+                     return left.evidenceBits > right.evidenceBits;
+                   });
+  return candidates;
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,119 @@
+#include "cli/checksum_file.h"
+
+#include <algorithm>
+
+namespace latchkey::cli {
+namespace {
+
+bool NeedsEscapes(std::string_view name) {
+  return name.find_first_of("\\\n\r") != std::string_view::npos;
+}
+
+std::string Escaped(std::string_view name) {
+  std::string escaped;
+  for (const char character : name) {
+    switch (character) {
+      case '\\':
+        escaped += "\\\\";
+        break;
+      case '\n':
+        escaped += "\\n";
+        break;
+      case '\r':
+        escaped += "\\r";
+        break;
+      default:
+        escaped += character;
+    }
+  }
+  return escaped;
+}
+
+// Nothing where a backslash stands before anything else.
+std::optional<std::string> Unescaped(std::string_view escaped) {
+  std::string name;
+  for (std::size_t i = 0; i < escaped.size(); ++i) {
+    if (escaped[i] != '\\') {
+      name += escaped[i];
+      continue;
+    }
+    if (++i == escaped.size()) return std::nullopt;
+    switch (escaped[i]) {
+      case '\\':
+        name += '\\';
+        break;
+      case 'n':
+        name += '\n';
+        break;
+      case 'r':
+        name += '\r';
+        break;
+      default:
+        return std::nullopt;
+    }
+  }
+  return name;
+}
+
+// Lower-case digits, or nothing where the text is not `count` hexadecimal digits.
+std::optional<std::string> Digits(std::string_view text, std::size_t count) {
+  if (text.size() != count) return std::nullopt;
+  std::string digits;
+  for (const char character : text) {
+    const bool isUpper = character >= 'A' && character <= 'F';
+    const char lower = isUpper ? static_cast<char>(character - 'A' + 'a') : character;
+    const bool isDigit = (lower >= '0' && lower <= '9') || (lower >= 'a' && lower <= 'f');
+    if (!isDigit) return std::nullopt;
+    digits += lower;
+  }
+  return digits;
+}
+
+struct Parts {
+  std::string_view digest;
+  std::string_view name;
+};
+
+std::optional<Parts> SplitPlain(std::string_view line, std::size_t digestDigits) {
+  if (line.size() < digestDigits + 3 || line[digestDigits] != ' ') return std::nullopt;
+  const char mode = line[digestDigits + 1];
+  if (mode != ' ' && mode != '*') return std::nullopt;
+  return Parts{line.substr(0, digestDigits), line.substr(digestDigits + 2)};
+}
+
+std::optional<Parts> SplitTagged(std::string_view line) {
+  const std::size_t open = line.find(" (");
+  const std::size_t close = line.rfind(") = ");
+  const bool isTagged =
+      open != std::string_view::npos && close != std::string_view::npos && open + 2 < close;
+  if (!isTagged) return std::nullopt;
+  return Parts{line.substr(close + 4), line.substr(open + 2, close - open - 2)};
+}
+
+}  // namespace
+
+std::string ChecksumLine(const std::string& digest, const std::string& name) {
+  const bool escape = NeedsEscapes(name);
+  return (escape ? "\\" : "") + digest + "  " + (escape ? Escaped(name) : name);
+}
+
+std::string OutcomeLine(const std::string& name, std::string_view outcome) {
+  const bool hasLineEnd = name.find('\n') != std::string::npos;
+  const std::string shown = hasLineEnd ? "\\" + Escaped(name) : name;
+  return shown + ": " + std::string(outcome);
+}
+
+std::optional<Checksum> ReadChecksumLine(std::string_view line, std::size_t digestDigits) {
+  const bool isEscaped = line.starts_with('\\');
+  if (isEscaped) line.remove_prefix(1);
+  std::optional<Parts> parts = SplitPlain(line, digestDigits);
+  if (!parts) parts = SplitTagged(line);
+  if (!parts) return std::nullopt;
+  const std::optional<std::string> digest = Digits(parts->digest, digestDigits);
+  const std::optional<std::string> name =
+      isEscaped ? Unescaped(parts->name) : std::optional<std::string>(parts->name);
+  if (!digest || !name || name->empty()) return std::nullopt;
+  return Checksum{*digest, *name};
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,29 @@
+// Lines of checksum files, in the form of md5sum and its family.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace latchkey::cli {
+
+// "900150983cd24fb0d6963f7d28e17f72  name" without a line end. A name with a backslash or a line
+// end is written with escapes (\\, \n, \r), and a backslash then stands before the line.
+[[nodiscard]] std::string ChecksumLine(const std::string& digest, const std::string& name);
+
+// "name: OK" for that outcome, without a line end. As in md5sum, only a name with a line feed has
+// the escapes of ChecksumLine here.
+[[nodiscard]] std::string OutcomeLine(const std::string& name, std::string_view outcome);
+
+struct Checksum {
+  std::string digest;  // lower-case digits
+  std::string name;
+};
+
+// Reads a line without its line end: the form above, with a space or an asterisk before the name
+// and digits of either case, or "MD5 (name) = digest". Nothing for a line of another form or with
+// another number of digits.
+[[nodiscard]] std::optional<Checksum> ReadChecksumLine(std::string_view line,
+                                                       std::size_t digestDigits);
+
+}  // namespace latchkey::cli

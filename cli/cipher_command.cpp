@@ -1,0 +1,187 @@
+// latchkey encrypt and latchkey decrypt.
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "cli/algorithm_names.h"
+#include "cli/alternatives.h"
+#include "cli/cipher_settings.h"
+#include "cli/cipher_stream.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/output_options.h"
+#include "cli/password_options.h"
+#include "cli/progress.h"
+#include "crypto/algorithms.h"
+#include "platform/command/input_file.h"
+#include "platform/command/output_file.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::InputFile;
+using platform::OutputFile;
+using platform::Readers;
+
+// What differs between the two commands.
+struct Direction {
+  const char* name;
+  const char* description;
+  const char* example;
+  const CipherSites& sites;
+  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
+                                      bool final);
+  bool piecesAreIndependent;  // of a block cipher
+  Readers readers;
+  Prompt prompt;
+};
+
+constexpr Direction kEncrypt{
+    "encrypt",
+    "Encrypt exact bytes under a password",
+    "latchkey encrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.lk report.pdf",
+    kEncryptionSites,
+    &PasswordCipher::Encrypt,
+    false,
+    Readers::Default,
+    Prompt::Twice};
+
+constexpr Direction kDecrypt{
+    "decrypt",
+    "Decrypt exact bytes under a password",
+    "latchkey decrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.pdf report.lk",
+    kDecryptionSites,
+    &PasswordCipher::Decrypt,
+    true,
+    Readers::Owner,
+    Prompt::Once};
+
+struct Options {
+  std::string hash;
+  std::string cipher;
+  std::string provider;
+  std::uint32_t rc2EffectiveBits = 0;
+  PasswordOptions password;
+  OutputOptions output;
+  std::string input = "-";
+};
+
+CipherSettings SettingsOf(const Options& options) {
+  CipherSettings settings;
+  settings.hash = NumberOf(options.hash, HashNames());
+  settings.cipher = NumberOf(options.cipher, CipherNames());
+  settings.rc2EffectiveBits = options.rc2EffectiveBits;
+  settings.enhanced = options.provider.empty()
+                          ? NeedsEnhancedProvider(settings.cipher, settings.rc2EffectiveBits)
+                          : options.provider == ProviderName(true);
+  return settings;
+}
+
+void CheckOptions(const Options& options) {
+  if (options.rc2EffectiveBits != 0 && options.cipher != "rc2") {
+    throw WrongUsage("--rc2-effective-bits goes with --cipher rc2 only");
+  }
+  if (platform::IsStandardInput(options.input) && options.password.ReadsStandardInput()) {
+    throw WrongUsage("standard input cannot give both the password and the data");
+  }
+}
+
+// The ciphers, with their keys, for input of that size. Read from the password once.
+CipherWork PrepareWork(const Direction& direction, const Options& options,
+                       const CipherSettings& settings, const UniqueContext& context,
+                       const InputFile& input) {
+  const bool isStreamCipher =
+      FindCipherAlgorithm(settings.cipher, settings.enhanced) == platform::kAlgorithmRc4;
+  const bool inOrder = !direction.piecesAreIndependent || isStreamCipher;
+  const std::size_t workers = CipherWorkers(input.Size(), inOrder);
+  CipherWork work{direction.apply, {}, workers, direction.sites, input.Name()};
+  const platform::WipedBytes password = ReadPassword(options.password, direction.prompt);
+  for (std::size_t i = 0; i < (inOrder ? 1 : workers); ++i) {
+    work.ciphers.push_back(std::make_unique<PasswordCipher>(context));
+    DeriveKey(*work.ciphers.back(), settings, direction.sites, password, input.Name());
+  }
+  return work;
+}
+
+ByteCounts Transform(const CipherWork& work, InputFile& input, OutputFile& output,
+                     Progress& progress) {
+  if (work.workers > 1) input.AllowStop();
+  return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
+                          [&] { input.StopReading(); },
+                          [&](std::span<const std::uint8_t> result, std::size_t consumed) {
+                            output.Write(result);
+                            progress.Advance(consumed);
+                          }});
+}
+
+Json Result(const Options& options, const CipherSettings& settings, const ByteCounts& counts) {
+  Json result{{"input", options.input},
+              {"output", options.output.file},
+              {"provider", ProviderName(settings.enhanced)},
+              {"hash", options.hash},
+              {"cipher", options.cipher}};
+  if (settings.rc2EffectiveBits != 0) result["rc2_effective_bits"] = settings.rc2EffectiveBits;
+  result["bytes_in"] = counts.in;
+  result["bytes_out"] = counts.out;
+  return result;
+}
+
+ExitStatus RunCipherCommand(const Direction& direction, const Options& options, Report& report) {
+  if (options.output.IsStandardOutput()) report.GiveOutputToData();
+  CheckOptions(options);
+  const CipherSettings settings = SettingsOf(options);
+  InputFile input(options.input);
+  const UniqueContext context = OpenFor(settings, direction.sites, input.Name());
+  const CipherWork work = PrepareWork(direction, options, settings, context, input);
+  OutputFile output(options.output.file, options.output.force, direction.readers);
+  ByteCounts counts;
+  {
+    Progress progress(input.Size(), report.IsQuiet());
+    counts = Transform(work, input, output, progress);
+  }
+  input.Close();
+  output.Commit();
+  report.Result(Result(options, settings, counts));
+  return ExitStatus::Done;
+}
+
+void AddCommand(CommandLine& commandLine, const Direction& direction) {
+  const auto options = std::make_shared<Options>();
+  CLI::App& command = commandLine.Add(direction.name, direction.description, direction.example,
+                                      [options, &direction](Report& report) {
+                                        return RunCipherCommand(direction, *options, report);
+                                      });
+  command.add_option("--hash", options->hash, "The hash that the key is made with")
+      ->required()
+      ->check(OneOf(HashNames()))
+      ->type_name(Alternatives(HashNames()));
+  command.add_option("--cipher", options->cipher, "The cipher")
+      ->required()
+      ->check(OneOf(CipherNames()))
+      ->type_name(Alternatives(CipherNames()));
+  command
+      .add_option("--provider", options->provider,
+                  "The provider whose key lengths count (the one that allows the cipher, base "
+                  "where both do)")
+      ->check(OneOf(ProviderNames()))
+      ->type_name(Alternatives(ProviderNames()));
+  command
+      .add_option("--rc2-effective-bits", options->rc2EffectiveBits,
+                  "RC2's effective key length; 40 for data of Windows 2000 and before, made with "
+                  "the enhanced provider (the default with this option)")
+      ->check(CLI::Range(1, 1024).description(""))
+      ->type_name("N");
+  AddOutputOptions(command, options->output);
+  AddPasswordOptions(command, options->password);
+  command.add_option("IN", options->input, "The file to read (standard input)")->type_name("");
+}
+
+}  // namespace
+
+void AddCipherCommands(CommandLine& commandLine) {
+  AddCommand(commandLine, kEncrypt);
+  AddCommand(commandLine, kDecrypt);
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,90 @@
+#include "cli/cipher_stream.h"
+
+#include <algorithm>
+#include <array>
+
+#include "cli/failure.h"
+#include "cli/piece_relay.h"
+#include "diagnostics/checked_arithmetic.h"
+#include "platform/command/processors.h"
+
+namespace latchkey::cli {
+namespace {
+
+constexpr std::size_t kBlock = 8;  // of every block cipher here
+
+// In the buffer of a piece stand the block before it in the stream, the piece, and room for
+// padding. While a piece is read, the first byte of the next one comes with it: that it is there
+// shows that the piece is not the last.
+class CipherStages final : public PieceStages {
+ public:
+  CipherStages(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
+      : work_(work), streams_(streams), pieceSize_(pieceSize) {}
+  ~CipherStages() override { platform::SecureWipe(border_.data(), border_.size()); }
+
+  [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.ciphers.size() == 1; }
+  void Read(Piece& piece) override;
+  void Work(Piece& piece, std::size_t worker) override;
+  void Write(const Piece& piece) override;
+  void StopReading() noexcept override { streams_.stopReading(); }
+
+  [[nodiscard]] const ByteCounts& Counts() const noexcept { return counts_; }
+
+ private:
+  const CipherWork& work_;
+  const ByteStreams& streams_;
+  const std::size_t pieceSize_;
+  ByteCounts counts_;
+  // The last block of the piece read before and the first byte of the next one.
+  std::array<std::uint8_t, kBlock + 1> border_{};
+};
+
+void CipherStages::Read(Piece& piece) {
+  const std::size_t known = piece.number == 0 ? 0 : 1;
+  if (piece.bytes.size() == 0) piece.bytes.Renew(kBlock + pieceSize_ + kBlock);
+  std::ranges::copy(border_, piece.bytes.data());
+  const std::span room = piece.bytes.All().subspan(kBlock, pieceSize_ + 1);
+  const std::size_t count = known + streams_.read(room.subspan(known));
+  piece.isLast = count <= pieceSize_;
+  piece.length = piece.consumed = std::min(count, pieceSize_);
+  if (!piece.isLast) std::ranges::copy(room.last(border_.size()), border_.data());
+  // A short input leaves the pages of the rest alone, now and when the bytes are wiped.
+  if (piece.isLast && piece.number == 0) piece.bytes.Touched(kBlock + count + kBlock);
+}
+
+// In CBC mode a block depends on the ciphertext of the one before and on nothing else. Decrypted
+// first, that one makes the chain right whatever the key did before; what becomes of it is dropped.
+void CipherStages::Work(Piece& piece, std::size_t worker) {
+  const bool primes = !WorksInOrder() && piece.number > 0;
+  const std::size_t before = primes ? kBlock : 0;
+  PasswordCipher& cipher = *work_.ciphers[WorksInOrder() ? 0 : worker];
+  auto length = NarrowTo<std::uint32_t>(piece.length + before);
+  const CipherStep step =
+      (cipher.*work_.apply)(piece.bytes.All().subspan(kBlock - before), length, piece.isLast);
+  if (step != CipherStep::Done) throw CommandError(FailureAt(work_.sites.SiteOf(step), work_.file));
+  piece.length = length - before;
+}
+
+void CipherStages::Write(const Piece& piece) {
+  streams_.write(piece.bytes.All().subspan(kBlock, piece.length), piece.consumed);
+  counts_.in += piece.consumed;
+  counts_.out += piece.length;
+}
+
+}  // namespace
+
+std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
+  // What is done in order, reading and writing with the rest, keeps no more than these busy. More
+  // threads than processors would wait for a turn and then for a processor.
+  const std::size_t most = inOrder ? 3 : 8;
+  if (size && *size <= kCipherPiece) return 1;
+  return std::min(platform::UsableProcessors(), most);
+}
+
+ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize) {
+  CipherStages stages(work, streams, pieceSize);
+  PieceRelay(stages).Run(work.workers);
+  return stages.Counts();
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,25 @@
+// As much of a ciphertext as telling its settings takes.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+#include "platform/command/input_file.h"
+
+namespace latchkey::cli {
+
+struct CiphertextSample {
+  static constexpr std::size_t kHeadLength = std::size_t{1} << 16;
+  static constexpr std::size_t kTailLength = 16;  // the last block and the one it is chained to
+
+  std::vector<std::uint8_t> head;  // the beginning; everything when IsWhole
+  std::vector<std::uint8_t> tail;  // the last bytes, when there is more than the head
+  std::uint64_t length = 0;        // of the ciphertext
+
+  [[nodiscard]] bool IsWhole() const noexcept { return length == head.size(); }
+};
+
+// Reads the input to its end, in constant memory. Shows how far it is unless `quiet`.
+[[nodiscard]] CiphertextSample ReadSample(platform::InputFile& input, bool quiet);
+
+}  // namespace latchkey::cli

@@ -1,0 +1,107 @@
+#include "cli/command_line.h"
+
+#include <algorithm>
+#include <sstream>
+#include <utility>
+
+#include "cli/commands.h"
+#include "cli/shielded_argument.h"
+#include "com/cls_main.h"
+
+namespace latchkey::cli {
+namespace {
+
+constexpr const char* kDescription =
+    "Encrypts, decrypts and hashes files as the Windows CryptoAPI does under a password.\n"
+    "The algorithms are old: use them to exchange data with systems that already do.";
+
+// For usage errors, which may come before the parser has read the option. What follows "--" are
+// names.
+bool AsksForJson(const std::vector<std::string>& arguments) {
+  const auto end = std::find(arguments.begin(), arguments.end(), "--");
+  return std::find(arguments.begin(), end, "--json") != end;
+}
+
+}  // namespace
+
+CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
+  parser_.set_version_flag("--version", "latchkey " LATCHKEY_VERSION, "Print the version and exit");
+  parser_.set_help_flag("-h,--help", "Print this help and exit");
+  parser_.allow_windows_style_options(false);  // a name may start with a slash
+  parser_.require_subcommand(1);
+  parser_.footer("'latchkey COMMAND --help' tells of one command.");
+  AddCipherCommands(*this);
+  AddIdentifyCommand(*this);
+  AddHashCommand(*this);
+  AddRandomCommands(*this);
+  AddHexCommand(*this);
+  AddOnlineCommand(*this);
+  AddErrorsCommand(*this);
+  UnshieldValues(parser_);
+}
+
+CLI::App& CommandLine::Add(const char* name, const char* description, const std::string& example,
+                           Action action) {
+  CLI::App& command = *parser_.add_subcommand(name, description);
+  command.add_flag("--json", options_.json, "Tell results and failures as JSON");
+  command.add_flag("-q,--quiet", options_.quiet, "No progress, no hints");
+  command.footer("Example:\n  " + example);
+  command.callback([this, action = std::move(action)] { chosen_ = action; });
+  return command;
+}
+
+ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
+  const std::string first = arguments.empty() ? "" : arguments.front();
+  const bool wantsJson = AsksForJson(arguments);
+  for (std::string& argument : arguments) Shield(argument);
+  std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the back
+  try {
+    parser_.parse(std::move(arguments));
+  } catch (const CLI::ParseError& error) {
+    options_.json = wantsJson;  // the parser may not have come to it
+    return TellParseError(error, first);
+  }
+  return RunChosen();
+}
+
+// Help and version come as errors too.
+ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::string& first) {
+  std::ostringstream help;
+  std::ostringstream complaint;
+  if (parser_.exit(error, help, complaint) == 0) {
+    options_ = {};
+    chosen_ = [text = help.str()](Report& report) {
+      report.Text(text);
+      return ExitStatus::Done;
+    };
+    return RunChosen();
+  }
+  const auto chosen = parser_.get_subcommands();
+  const bool isUnknown = chosen.empty() && !first.empty() && !first.starts_with('-');
+  const Failure failure =
+      WrongUsage(isUnknown ? "no such command: " + first : error.what(),
+                 "latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
+                     "--help tells the options")
+          .Get();
+  Report(options_).Fail(failure);
+  return failure.status;
+}
+
+ExitStatus CommandLine::RunChosen() {
+  const clsMain main;  // makes this thread's error record
+  Report report(options_);
+  Failure failure;
+  try {
+    return chosen_(report);
+  } catch (const CommandError& error) {
+    failure = error.Get();
+  } catch (const platform::FileError& error) {
+    failure = FailureOf(error);
+  } catch (...) {
+    failure = FailureOf(CurrentFault());
+  }
+  report.Fail(failure);
+  return failure.status;
+}
+
+}  // namespace latchkey::cli

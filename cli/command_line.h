@@ -1,0 +1,41 @@
+// The command line as a whole: what every command is added to.
+#pragma once
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <string>
+
+#include "cli/failure.h"
+#include "cli/report.h"
+
+namespace latchkey::cli {
+
+// Does a command's work after its options are read. Throws CommandError, platform::FileError or
+// Fault for a failure that ends it.
+using Action = std::function<ExitStatus(Report& report)>;
+
+class CommandLine {
+ public:
+  CommandLine();
+
+  // The parser with all commands, for those that write the manual.
+  [[nodiscard]] CLI::App& Parser() noexcept { return parser_; }
+
+  // Adds a command with --json and --quiet; `example` ends its help.
+  CLI::App& Add(const char* name, const char* description, const std::string& example,
+                Action action);
+
+  // Reads the arguments (UTF-8, without the program's name), runs the command they choose, tells of
+  // its failure, and gives the exit status.
+  [[nodiscard]] ExitStatus Run(std::vector<std::string> arguments);
+
+ private:
+  [[nodiscard]] ExitStatus TellParseError(const CLI::ParseError& error, const std::string& first);
+  [[nodiscard]] ExitStatus RunChosen();
+
+  CLI::App parser_;
+  ReportOptions options_;
+  Action chosen_;
+};
+
+}  // namespace latchkey::cli

@@ -1,0 +1,16 @@
+// The commands, each in a file of its own.
+#pragma once
+
+namespace latchkey::cli {
+
+class CommandLine;
+
+void AddCipherCommands(CommandLine& commandLine);  // encrypt and decrypt
+void AddIdentifyCommand(CommandLine& commandLine);
+void AddHashCommand(CommandLine& commandLine);
+void AddRandomCommands(CommandLine& commandLine);  // random and salt
+void AddHexCommand(CommandLine& commandLine);
+void AddOnlineCommand(CommandLine& commandLine);
+void AddErrorsCommand(CommandLine& commandLine);
+
+}  // namespace latchkey::cli

@@ -1,0 +1,84 @@
+#include "cli/failure.h"
+
+#include "cli/hints.h"
+#include "diagnostics/module_data.h"
+
+namespace latchkey::cli {
+
+Failure FailureAt(const CheckSite& site, std::string file) {
+  return {Utf8(site.text),     std::move(file), std::string(HintFor(site.location)),
+          kApplicationFailure, site.location,   site.number,
+          ExitStatus::Failed};
+}
+
+Failure RecordedFailure() {
+  const clsErrorObject& record = ErrorRecord();
+  const bool isFault = record.ErrorType() == kRunTimeFailure;
+  Failure failure;
+  failure.type = record.ErrorType();
+  failure.location = record.ErrorLocationID();
+  failure.number = isFault ? record.RTErrorNumber() : record.AppErrorNumber();
+  failure.text = Utf8(isFault ? record.RTErrorDescription() : record.AppErrorDescription());
+  failure.hint = HintFor(record.ErrorLocationID());
+  return failure;
+}
+
+Failure FailureOf(const platform::FileError& error) {
+  Failure failure;
+  failure.text = error.what();
+  failure.file = error.Name();
+  if (error.code() == std::errc::file_exists) failure.hint = "--force replaces an existing file";
+  return failure;
+}
+
+Failure FailureOf(const Fault& fault) {
+  Failure failure;
+  failure.text = Utf8(fault.Description());
+  failure.type = kRunTimeFailure;
+  failure.number = fault.Number();
+  return failure;
+}
+
+CommandError WrongUsage(std::string text, std::string hint) {
+  Failure failure;
+  failure.text = std::move(text);
+  failure.hint = std::move(hint);
+  failure.status = ExitStatus::WrongUsage;
+  return CommandError(std::move(failure));
+}
+
+std::string FailureLine(const Failure& failure) {
+  std::string line = "latchkey: " + failure.text;
+  if (failure.location != 0) {
+    line += " (location " + std::to_string(failure.location) + ", number " +
+            std::to_string(failure.number) + ")";
+  } else if (failure.number != 0) {
+    line += " (number " + std::to_string(failure.number) + ")";
+  }
+  return WithoutControls(failure.file.empty() ? line : line + ": " + failure.file);
+}
+
+std::string WithoutControls(std::string_view text) {
+  constexpr std::string_view kDigits = "0123456789abcdef";
+  std::string visible;
+  for (const char character : text) {
+    const auto code = static_cast<unsigned char>(character);
+    if (character == '\n') {
+      visible += "\\n";
+    } else if (code < ' ' || code == 0x7F) {
+      visible += {'\\', 'x', kDigits[code >> 4U], kDigits[code & 0xFU]};
+    } else {
+      visible += character;
+    }
+  }
+  return visible;
+}
+
+// They are ASCII throughout.
+std::string Utf8(TextView text) {
+  std::string utf8;
+  for (const char16_t character : text) utf8 += static_cast<char>(character);
+  return utf8;
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,42 @@
+#include "cli/file_digest.h"
+
+#include <algorithm>
+
+#include "cli/failure.h"
+#include "cli/hex_text.h"
+#include "crypto/algorithms.h"
+#include "crypto/message_digest.h"
+
+namespace latchkey::cli {
+
+using platform::WipedBytes;
+
+namespace {
+
+void Require(bool done, const platform::InputFile& input) {
+  if (!done) throw CommandError(FailureAt(check::kHashProvider, input.Name()));
+}
+
+}  // namespace
+
+std::string FileDigest(const UniqueContext& context, std::int16_t hash, platform::InputFile& input,
+                       Progress& progress) {
+  const HashAlgorithm algorithm = FindHashAlgorithm(hash);
+  MessageDigest digest;
+  Require(digest.Begin(context, algorithm.id), input);
+  WipedBytes piece(std::size_t{1} << 18);
+  for (std::size_t count = piece.size(); count == piece.size();) {
+    count = input.Read(piece);
+    Require(digest.Add(std::span(piece).first(count)), input);
+    progress.Advance(count);
+  }
+  WipedBytes value(static_cast<std::size_t>(algorithm.length));
+  Require(digest.Read(value), input);
+  return LowerHexOf(value);
+}
+
+std::size_t DigestDigits(std::int16_t hash) {
+  return static_cast<std::size_t>(FindHashAlgorithm(hash).length) * 2;
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,21 @@
+// The digest of a file of any length.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "cli/progress.h"
+#include "crypto/provider_handles.h"
+#include "platform/command/input_file.h"
+
+namespace latchkey::cli {
+
+// The digest of all that the input has to give, as lower-case hexadecimal digits; `hash` is a
+// number of the component. Raises CommandError when the provider refuses.
+[[nodiscard]] std::string FileDigest(const UniqueContext& context, std::int16_t hash,
+                                     platform::InputFile& input, Progress& progress);
+
+// The digits of a digest.
+[[nodiscard]] std::size_t DigestDigits(std::int16_t hash);
+
+}  // namespace latchkey::cli

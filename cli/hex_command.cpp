@@ -1,0 +1,83 @@
+// latchkey hex.
+#include <array>
+#include <memory>
+
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/hex_text.h"
+#include "cli/json.h"
+#include "cli/output_options.h"
+#include "cli/progress.h"
+#include "platform/command/input_file.h"
+#include "platform/command/output_file.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::InputFile;
+using platform::OutputFile;
+using platform::WipedBytes;
+
+struct Options {
+  bool decode = false;
+  OutputOptions output;
+  std::string input = "-";
+};
+
+// Hands the input to `take`, piece by piece.
+template <class Take>
+void ForEachPiece(InputFile& input, Progress& progress, Take take) {
+  WipedBytes piece(std::size_t{1} << 16);
+  for (std::size_t count = piece.size(); count == piece.size();) {
+    count = input.Read(piece);
+    take(std::span<const std::uint8_t>(piece).first(count));
+    progress.Advance(count);
+  }
+}
+
+void Encode(InputFile& input, OutputFile& output, Progress& progress) {
+  bool isEmpty = true;
+  ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
+    isEmpty = isEmpty && piece.empty();
+    output.Write(UpperHexOf(piece));
+  });
+  constexpr std::array<std::uint8_t, 1> kLineEnd{'\n'};
+  if (!isEmpty) output.Write(kLineEnd);
+}
+
+void Decode(InputFile& input, OutputFile& output, Progress& progress) {
+  HexReader reader;
+  ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
+    output.Write(reader.Read(piece, input.Name()));
+  });
+  if (reader.IsOdd()) throw CommandError(FailureAt(check::kHexLength, input.Name()));
+}
+
+ExitStatus RunHex(const Options& options, Report& report) {
+  if (options.output.IsStandardOutput()) report.GiveOutputToData();
+  InputFile input(options.input);
+  OutputFile output(options.output.file, options.output.force, platform::Readers::Default);
+  {
+    Progress progress(input.Size(), report.IsQuiet());
+    (options.decode ? Decode : Encode)(input, output, progress);
+  }
+  input.Close();
+  output.Commit();
+  report.Result(Json{{"input", options.input}, {"output", options.output.file}});
+  return ExitStatus::Done;
+}
+
+}  // namespace
+
+void AddHexCommand(CommandLine& commandLine) {
+  const auto options = std::make_shared<Options>();
+  CLI::App& command =
+      commandLine.Add("hex", "Turn bytes into hexadecimal digits, or digits into bytes",
+                      "latchkey hex -d <ciphertext.hex >ciphertext",
+                      [options](Report& report) { return RunHex(*options, report); });
+  command.add_flag("-d,--decode", options->decode, "Turn digits into bytes");
+  AddOutputOptions(command, options->output);
+  command.add_option("IN", options->input, "The file to read (standard input)")->type_name("");
+}
+
+}  // namespace latchkey::cli

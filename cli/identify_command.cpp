@@ -1,0 +1,144 @@
+// latchkey identify.
+#include <array>
+#include <cstdio>
+#include <memory>
+
+#include "cli/algorithm_names.h"
+#include "cli/candidates.h"
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "cli/password_options.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::InputFile;
+
+struct Options {
+  PasswordOptions password;
+  std::string file;
+};
+
+const char* Sureness(double probability) {
+  if (probability >= 0.9999) return "practically certain";
+  if (probability >= 0.99) return "very likely";
+  if (probability >= 0.9) return "likely";
+  if (probability >= 0.5) return "more likely than not";
+  return "no more than a guess";
+}
+
+std::string Percent(double probability) {
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%8.4f %%", probability * 100);
+  return text.data();
+}
+
+std::string Providers(const Candidate& candidate, const char* separator) {
+  std::string names;
+  for (const CipherSettings& settings : candidate.settings) {
+    names += (names.empty() ? "" : separator) + ProviderName(settings.enhanced);
+  }
+  return names;
+}
+
+// The options that decrypt with the candidate's settings.
+std::string OptionsOf(const Candidate& candidate) {
+  const CipherSettings& settings = candidate.settings.front();
+  std::string options = "--provider " + ProviderName(settings.enhanced) + " --hash " +
+                        HashName(settings.hash) + " --cipher " + CipherName(settings.cipher);
+  if (settings.rc2EffectiveBits != 0) {
+    options += " --rc2-effective-bits " + std::to_string(settings.rc2EffectiveBits);
+  }
+  return options;
+}
+
+std::string Padded(std::string text, std::size_t width) {
+  text.resize(std::max(width, text.size()), ' ');
+  return text + "  ";
+}
+
+std::string Line(const Candidate& candidate) {
+  const CipherSettings& settings = candidate.settings.front();
+  const std::string bits = settings.rc2EffectiveBits != 0
+                               ? ", " + std::to_string(settings.rc2EffectiveBits) + " bits"
+                               : std::string();
+  return Padded(Percent(candidate.probability), 11) + Padded(Providers(candidate, ", "), 14) +
+         Padded(HashName(settings.hash), 4) + Padded(CipherName(settings.cipher) + bits, 12) +
+         (candidate.padding ? std::to_string(*candidate.padding) : "-") + "\n";
+}
+
+void Tell(const Candidates& candidates, const Report& report) {
+  const Candidate& best = candidates.fitting.front();
+  std::string text = "PROBABILITY  PROVIDER        HASH  CIPHER        PADDING\n";
+  for (const Candidate& candidate : candidates.fitting) text += Line(candidate);
+  text += Padded(Percent(candidates.noneProbability), 11) + "none of the " +
+          std::to_string(candidates.tried) + " keys tried\n";
+  text += std::string(Sureness(best.probability)) + ": " + OptionsOf(best) + "\n";
+  report.Text(text);
+}
+
+Json ObjectOf(const Candidate& candidate) {
+  const CipherSettings& settings = candidate.settings.front();
+  Json providers = Json::array();
+  for (const CipherSettings& each : candidate.settings) {
+    providers.push_back(ProviderName(each.enhanced));
+  }
+  Json object{{"providers", providers},
+              {"hash", HashName(settings.hash)},
+              {"cipher", CipherName(settings.cipher)}};
+  if (settings.rc2EffectiveBits != 0) object["rc2_effective_bits"] = settings.rc2EffectiveBits;
+  if (candidate.padding) object["padding"] = *candidate.padding;
+  object["evidence_bits"] = candidate.evidenceBits;
+  object["probability"] = candidate.probability;
+  object["sureness"] = Sureness(candidate.probability);
+  return object;
+}
+
+Json Result(const Options& options, const CiphertextSample& sample, const Candidates& candidates) {
+  Json list = Json::array();
+  for (const Candidate& candidate : candidates.fitting) list.push_back(ObjectOf(candidate));
+  return {{"file", options.file},
+          {"bytes", sample.length},
+          {"keys_tried", candidates.tried},
+          {"candidates", list},
+          {"none_probability", candidates.noneProbability}};
+}
+
+CommandError NothingFits(const std::string& file) {
+  Failure failure;
+  failure.text = "no provider, hash and cipher fit under this password";
+  failure.file = file;
+  failure.hint = "another password? 'latchkey hex -d' turns a ciphertext kept as text into bytes";
+  return CommandError(failure);
+}
+
+ExitStatus RunIdentify(const Options& options, const Report& report) {
+  if (platform::IsStandardInput(options.file) && options.password.ReadsStandardInput()) {
+    throw WrongUsage("standard input cannot give both the password and the data");
+  }
+  InputFile input(options.file);
+  const CiphertextSample sample = ReadSample(input, report.IsQuiet());
+  const Candidates candidates =
+      FindCandidates(sample, ReadPassword(options.password, Prompt::Once));
+  if (candidates.fitting.empty()) throw NothingFits(input.Name());
+  Tell(candidates, report);
+  report.Result(Result(options, sample, candidates));
+  return ExitStatus::Done;
+}
+
+}  // namespace
+
+void AddIdentifyCommand(CommandLine& commandLine) {
+  const auto options = std::make_shared<Options>();
+  CLI::App& command = commandLine.Add(
+      "identify", "Find the provider, hash and cipher that a ciphertext was made with",
+      "latchkey identify --password-file secret.txt report.lk",
+      [options](Report& report) { return RunIdentify(*options, report); });
+  AddPasswordOptions(command, options->password);
+  command.add_option("FILE", options->file, "The ciphertext; - is standard input")
+      ->required()
+      ->type_name("");
+}
+
+}  // namespace latchkey::cli

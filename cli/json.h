@@ -1,0 +1,10 @@
+// The JSON library, with members in the order in which they are set.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+namespace latchkey::cli {
+
+using Json = nlohmann::ordered_json;
+
+}  // namespace latchkey::cli

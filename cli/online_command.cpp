@@ -1,0 +1,26 @@
+// latchkey online.
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/json.h"
+#include "diagnostics/connectivity_probe.h"
+#include "diagnostics/module_data.h"
+
+namespace latchkey::cli {
+namespace {
+
+ExitStatus RunOnline(const Report& report) {
+  const bool connected = QueryConnectionExists();
+  if (ErrorRecord().ErrorExists()) throw CommandError(RecordedFailure());
+  if (!report.IsQuiet()) report.Text(connected ? "connected\n" : "not connected\n");
+  report.Result(Json{{"connected", connected}});
+  return connected ? ExitStatus::Done : ExitStatus::Failed;
+}
+
+}  // namespace
+
+void AddOnlineCommand(CommandLine& commandLine) {
+  commandLine.Add("online", "Tell whether an Internet connection is configured: exit status 0 or 1",
+                  "latchkey online --quiet && fetch-mail", RunOnline);
+}
+
+}  // namespace latchkey::cli

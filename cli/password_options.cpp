@@ -1,0 +1,116 @@
+#include "cli/password_options.h"
+
+#include <CLI/CLI.hpp>
+#include <array>
+#include <utility>
+
+#include "cli/failure.h"
+#include "crypto/default_password.h"
+#include "platform/command/environment.h"
+#include "platform/command/input_file.h"
+#include "platform/command/terminal.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::InputFile;
+using platform::WipedBytes;
+
+CommandError Failed(std::string text) {
+  Failure failure;
+  failure.text = std::move(text);
+  return CommandError(std::move(failure));
+}
+
+WipedBytes ReadAll(InputFile file) {
+  WipedBytes all;
+  WipedBytes piece(4096);
+  for (;;) {
+    const std::size_t count = file.Read(piece);
+    all.insert(all.end(), piece.begin(), piece.begin() + static_cast<std::ptrdiff_t>(count));
+    if (count < piece.size()) return all;
+  }
+}
+
+WipedBytes WithoutLineEnd(WipedBytes text) {
+  if (text.empty() || text.back() != '\n') return text;
+  text.pop_back();
+  if (!text.empty() && text.back() == '\r') text.pop_back();
+  return text;
+}
+
+WipedBytes FromFile(InputFile file, bool exact) {
+  WipedBytes password = ReadAll(std::move(file));
+  return exact ? password : WithoutLineEnd(std::move(password));
+}
+
+WipedBytes FromVariable(const std::string& name) {
+  std::optional<WipedBytes> value = platform::TakeVariable(name);
+  if (!value) throw Failed("the environment has no variable " + name);
+  return std::move(*value);
+}
+
+WipedBytes Ask(const char* prompt) {
+  std::optional<WipedBytes> line = platform::ReadHiddenLine(prompt);
+  if (line) return std::move(*line);
+  throw WrongUsage("no password given, and no terminal to ask for one",
+                   "--password-file, --password-env or --password-fd say where it is");
+}
+
+WipedBytes FromTerminal(Prompt prompt) {
+  WipedBytes password = Ask("Password: ");
+  if (prompt == Prompt::Twice && Ask("Password again: ") != password) {
+    throw Failed("the two passwords differ");
+  }
+  return password;
+}
+
+WipedBytes BuiltIn() {
+  const ByteArray password = DefaultPassword();
+  const auto text = password.TextElements();
+  return {text.begin(), text.end()};
+}
+
+int CountSources(const PasswordOptions& options) {
+  return (options.file ? 1 : 0) + (options.variable ? 1 : 0) + (options.descriptor ? 1 : 0) +
+         (options.builtIn ? 1 : 0) + (options.none ? 1 : 0);
+}
+
+}  // namespace
+
+void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
+  const std::array added{
+      command
+          .add_option("--password-file", options.file,
+                      "Read the password from a file; - is standard input. One line end at the end "
+                      "is dropped")
+          ->type_name("FILE"),
+      command
+          .add_option("--password-env", options.variable,
+                      "Take it from an environment variable, which is then wiped")
+          ->type_name("NAME"),
+      command
+          .add_option("--password-fd", options.descriptor,
+                      "Read it from an open file descriptor, as from a file")
+          ->type_name("N"),
+      command.add_flag("--password-exact", options.exact,
+                       "Keep the line end at the end of a file or descriptor"),
+      command.add_flag("--default-password", options.builtIn,
+                       "Use the component's built-in password"),
+      command.add_flag("--no-password", options.none, "Use an empty password")};
+  for (CLI::Option* const option : added) option->group("Password");
+}
+
+WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt) {
+  if (CountSources(options) > 1) throw WrongUsage("one password option at most");
+  if (options.none) return {};
+  if (options.builtIn) return BuiltIn();
+  if (options.variable) return FromVariable(*options.variable);
+  if (options.file) return FromFile(InputFile(*options.file), options.exact);
+  if (options.descriptor) {
+    return FromFile(InputFile::FromDescriptor(*options.descriptor), options.exact);
+  }
+  return FromTerminal(prompt);
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,39 @@
+// A line on the terminal that shows how far long work has come.
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace latchkey::cli {
+
+// One line of text: bytes done, share, bar, rate and time left, as far as they are known.
+[[nodiscard]] std::string ProgressLine(std::uint64_t done, std::optional<std::uint64_t> total,
+                                       double seconds, unsigned columns);
+
+// Shows the line on standard error from the first second on, when that is a terminal; the line is
+// gone when the object ends.
+class Progress {
+ public:
+  Progress(std::optional<std::uint64_t> total, bool quiet);
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress();
+
+  void Advance(std::uint64_t bytes);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  void Show(Clock::time_point now);
+
+  std::optional<std::uint64_t> total_;
+  bool shown_;
+  std::uint64_t done_ = 0;
+  Clock::time_point start_ = Clock::now();
+  Clock::time_point next_ = start_ + std::chrono::seconds(1);
+  std::size_t drawn_ = 0;  // characters that stand on the terminal
+};
+
+}  // namespace latchkey::cli

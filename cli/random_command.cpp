@@ -1,0 +1,108 @@
+// latchkey random and latchkey salt.
+#include <limits>
+#include <memory>
+
+#include "cli/command_line.h"
+#include "cli/commands.h"
+#include "cli/hex_text.h"
+#include "cli/json.h"
+#include "crypto/cls_crypto_api.h"
+#include "crypto/text_codec.h"
+#include "diagnostics/module_data.h"
+#include "platform/command/output_file.h"
+
+namespace latchkey::cli {
+namespace {
+
+using platform::WipedBytes;
+
+struct RandomOptions {
+  std::int32_t length = 0;
+  bool hex = false;
+  bool exact = false;
+};
+
+struct SaltOptions {
+  std::int32_t length = 0;
+  bool letters = false;
+};
+
+// Throws what an operation has left in the error record. One that gives nothing where something was
+// asked for has failed without a word: the provider refused.
+void RequireResult(const WipedBytes& result, std::int32_t length) {
+  if (ErrorRecord().ErrorExists()) throw CommandError(RecordedFailure());
+  if (!result.empty() || length == 0) return;
+  Failure failure;
+  failure.text = "the provider gave no random data";
+  throw CommandError(failure);
+}
+
+// Raw bytes go out as they are; digits and letters are a line.
+void Write(WipedBytes data, bool isLine) {
+  if (isLine) data.push_back('\n');
+  platform::OutputFile output("-", false, platform::Readers::Default);
+  output.Write(data);
+  output.Commit();
+}
+
+// The text's code-page bytes; the text is wiped.
+WipedBytes TakeBytes(Text text) {
+  const platform::WipeAtExit wipe(text);
+  return EncodeText(text);
+}
+
+ExitStatus Give(const WipedBytes& data, bool isLine, const Report& report) {
+  if (report.IsJson()) {
+    report.Result(isLine ? Json{{"text", std::string(data.begin(), data.end())}}
+                         : Json{{"hex", LowerHexOf(data)}});
+  } else {
+    Write(data, isLine);
+  }
+  return ExitStatus::Done;
+}
+
+ExitStatus RunRandom(const RandomOptions& options, const Report& report) {
+  clsCryptoAPI api;
+  const WipedBytes data =
+      TakeBytes(api.CreateRandom(options.length, options.exact, options.hex, true));
+  RequireResult(data, options.length);
+  return Give(data, options.hex, report);
+}
+
+ExitStatus RunSalt(const SaltOptions& options, const Report& report) {
+  clsCryptoAPI api;
+  const WipedBytes data = TakeBytes(api.CreateSaltValue(options.length, options.letters));
+  RequireResult(data, options.length);
+  return Give(data, options.letters, report);
+}
+
+void AddLength(CLI::App& command, std::int32_t& length, const char* description) {
+  command.add_option("N", length, description)
+      ->required()
+      ->check(CLI::Range(0, std::numeric_limits<std::int32_t>::max()).description(""))
+      ->type_name("");
+}
+
+}  // namespace
+
+void AddRandomCommands(CommandLine& commandLine) {
+  const auto random = std::make_shared<RandomOptions>();
+  CLI::App& randomCommand =
+      commandLine.Add("random", "Write random bytes, as CreateRandom makes them",
+                      "latchkey random 32 --hex --exact",
+                      [random](Report& report) { return RunRandom(*random, report); });
+  AddLength(randomCommand, random->length, "Bytes to ask the provider for");
+  randomCommand.add_flag("--hex", random->hex, "As hexadecimal digits");
+  randomCommand.add_flag("--exact", random->exact,
+                         "Cut the result to N characters (with --hex: N digits); without it, what "
+                         "of the seed text is longer follows the random bytes");
+
+  const auto salt = std::make_shared<SaltOptions>();
+  CLI::App& saltCommand = commandLine.Add(
+      "salt", "Write a salt value, as CreateSaltValue makes it", "latchkey salt 20 --letters",
+      [salt](Report& report) { return RunSalt(*salt, report); });
+  AddLength(saltCommand, salt->length, "Characters of the salt");
+  saltCommand.add_flag("--letters", salt->letters, "Letters A to Z and a to z only");
+}
+
+}  // namespace latchkey::cli

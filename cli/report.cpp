@@ -1,0 +1,63 @@
+#include "cli/report.h"
+
+#include "cli/json.h"
+#include "platform/command/terminal.h"
+
+namespace latchkey::cli {
+
+using platform::StandardStream;
+
+namespace {
+
+// File names need not be UTF-8; JSON must.
+std::string TextOf(const Json& json) {
+  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+void WriteOutput(std::string_view text) {
+  if (platform::WriteText(StandardStream::Output, text)) return;
+  Failure failure;
+  failure.text = "cannot write";
+  failure.file = "standard output";
+  throw CommandError(failure);
+}
+
+}  // namespace
+
+void Report::Result(const Json& result) const {
+  if (!options_.json) return;
+  if (outputIsData_) {
+    platform::WriteText(StandardStream::Error, TextOf(result));
+  } else {
+    WriteOutput(TextOf(result));
+  }
+}
+
+void Report::Text(std::string_view text) const {
+  if (!options_.json) WriteOutput(text);
+}
+
+void Report::Note(std::string_view line) {
+  platform::WriteText(StandardStream::Error, std::string(line) + "\n");
+}
+
+void Report::Fail(const Failure& failure) const {
+  if (options_.json) {
+    const auto stream = outputIsData_ ? StandardStream::Error : StandardStream::Output;
+    if (platform::WriteText(stream, TextOf({{"error", ErrorObject(failure)}}))) return;
+  }
+  Note(FailureLine(failure));
+  if (!failure.hint.empty() && !options_.quiet) Note("hint: " + failure.hint);
+}
+
+Json Report::ErrorObject(const Failure& failure) {
+  Json error{{"text", failure.text}};
+  if (failure.type != 0) error["type"] = failure.type;
+  if (failure.location != 0) error["location"] = failure.location;
+  if (failure.number != 0) error["number"] = failure.number;
+  if (!failure.file.empty()) error["file"] = failure.file;
+  if (!failure.hint.empty()) error["hint"] = failure.hint;
+  return error;
+}
+
+}  // namespace latchkey::cli

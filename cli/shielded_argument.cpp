@@ -1,0 +1,26 @@
+#include "cli/shielded_argument.h"
+
+namespace latchkey::cli {
+namespace {
+
+std::string Unshielded(std::string value) {
+  if (value.ends_with('\0')) value.pop_back();
+  return value;
+}
+
+}  // namespace
+
+void Shield(std::string& argument) {
+  const bool isList = argument.starts_with('[') && argument.ends_with(']');
+  if (isList || argument == "++") argument.push_back('\0');
+}
+
+void UnshieldValues(CLI::App& parser) {
+  for (CLI::App* const command : parser.get_subcommands(nullptr)) {
+    for (CLI::Option* const option : command->get_options()) {
+      if (option->get_expected_max() > 0) option->transform(Unshielded);
+    }
+  }
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,27 @@
+# Installs the library for its clients: cmake --install, in the components library, development and command.
+
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake/Latchkey)
+set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(TARGETS latchkey EXPORT LatchkeyTargets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
+install(DIRECTORY ${public_headers_folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+
+# find_package(Latchkey), target Latchkey::latchkey
+install(EXPORT LatchkeyTargets NAMESPACE Latchkey:: DESTINATION ${cmake_folder} COMPONENT development)
+file(WRITE ${PROJECT_BINARY_DIR}/LatchkeyConfig.cmake "include(\${CMAKE_CURRENT_LIST_DIR}/LatchkeyTargets.cmake)\n")
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/LatchkeyConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/LatchkeyConfig.cmake ${PROJECT_BINARY_DIR}/LatchkeyConfigVersion.cmake
+  DESTINATION ${cmake_folder} COMPONENT development)
+
+# pkg-config latchkey. It finds the prefix from where it stands, so that a tree may be moved.
+file(RELATIVE_PATH pkgconfig_prefix /${pkgconfig_folder} /)
+string(REGEX REPLACE "/$" "" pkgconfig_prefix "${pkgconfig_prefix}")
+configure_file(${CMAKE_CURRENT_LIST_DIR}/latchkey.pc.in ${PROJECT_BINARY_DIR}/latchkey.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/latchkey.pc DESTINATION ${pkgconfig_folder} COMPONENT development)
+
+# Its manual page and completion are installed where they are made.
+install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)

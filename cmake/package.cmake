@@ -1,0 +1,52 @@
+# Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev and latchkey.
+# dpkg-shlibdeps finds what the library and the command need.
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_NAME latchkey)
+set(CPACK_PACKAGE_CONTACT "Latchkey developers <developers@latchkey.invalid>")
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_INSTALL_DEFAULT_DIRECTORY_PERMISSIONS
+  OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+
+set(debian ${PROJECT_SOURCE_DIR}/packaging/debian)
+set(library_package lib${CPACK_PACKAGE_NAME}${PROJECT_VERSION_MAJOR})
+
+# declare_package COMPONENT NAME SECTION SUMMARY
+macro(declare_package component name section summary)
+  string(TOUPPER ${component} upper)
+  list(APPEND CPACK_COMPONENTS_ALL ${component})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_NAME ${name})
+  set(CPACK_DEBIAN_${upper}_PACKAGE_SECTION ${section})
+  set(CPACK_COMPONENT_${upper}_DESCRIPTION
+"Encryption and hashing as the Windows CryptoAPI does - ${summary}
+Encrypts and decrypts under keys derived from passwords, hashes, and makes
+random data and salts, with the same bytes and the same error numbers as the
+Windows component of this name. The algorithms are old: use them to exchange
+data with systems that already do.")
+  install(FILES ${debian}/copyright ${PROJECT_BINARY_DIR}/changelog.gz DESTINATION share/doc/${name} COMPONENT ${component})
+endmacro()
+
+set(CPACK_COMPONENTS_ALL)
+declare_package(library ${library_package} libs "library")
+declare_package(development lib${CPACK_PACKAGE_NAME}-dev libdevel "development files")
+declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+# What packages of the library's clients depend on, and that the linker's cache is to be renewed.
+file(WRITE ${PROJECT_BINARY_DIR}/shlibs "liblatchkey ${PROJECT_VERSION_MAJOR} ${library_package} (>= ${PROJECT_VERSION})\n")
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/shlibs ${debian}/triggers)
+
+# gzip with -n leaves out the date, so that a package is the same whenever it is made.
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${debian}/changelog)
+execute_process(COMMAND gzip -9nc ${debian}/changelog OUTPUT_FILE ${PROJECT_BINARY_DIR}/changelog.gz
+  COMMAND_ERROR_IS_FATAL ANY)
+
+include(CPack)

@@ -1,0 +1,33 @@
+// Owners of what Automation hands out: interface pointers, strings and variants.
+#pragma once
+
+#include "com/windows/automation_prelude.h"
+#include "platform/secure_memory.h"
+#include "platform/unique_handle.h"
+
+namespace latchkey::com {
+
+template <class Interface>
+struct InterfaceTrait {
+  using Type = Interface*;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type pointer) noexcept { pointer->Release(); }
+};
+
+// Owns one reference.
+template <class Interface>
+using UniqueInterface = platform::UniqueHandle<InterfaceTrait<Interface>>;
+
+struct BstrTrait {
+  using Type = BSTR;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type text) noexcept {
+    platform::SecureWipe(text, SysStringByteLen(text));
+    SysFreeString(text);
+  }
+};
+
+// Owns a string that may be secret: it is wiped before it is freed.
+using UniqueBstr = platform::UniqueHandle<BstrTrait>;
+
+}  // namespace latchkey::com

@@ -1,0 +1,49 @@
+#include "com/windows/class_factory.h"
+
+#include "com/windows/automation_owners.h"
+#include "com/windows/method_call.h"
+
+namespace latchkey::com {
+
+STDMETHODIMP ClassFactory::QueryInterface(REFIID interfaceId, void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (!IsEqualIID(interfaceId, IID_IUnknown) && !IsEqualIID(interfaceId, IID_IClassFactory)) {
+    return E_NOINTERFACE;
+  }
+  *object = static_cast<IClassFactory*>(this);
+  AddRef();
+  return S_OK;
+}
+
+STDMETHODIMP_(ULONG) ClassFactory::AddRef() noexcept { return ++references_; }
+
+STDMETHODIMP_(ULONG) ClassFactory::Release() noexcept {
+  const ULONG left = --references_;
+  if (left == 0) delete this;
+  return left;
+}
+
+// The interface is checked before the object is made: a clsMain that lives for a moment only would
+// take the error record of its thread with it.
+STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId,
+                                          void** object) noexcept {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  if (outer != nullptr) return CLASS_E_NOAGGREGATION;
+  if (!HasInterface(description_, interfaceId)) return E_NOINTERFACE;
+  UniqueInterface<IUnknown> created;
+  const HRESULT made = RunMethod(description_, [&] { created.Reset(description_.create()); });
+  return FAILED(made) ? made : created.Get()->QueryInterface(interfaceId, object);
+}
+
+STDMETHODIMP ClassFactory::LockServer(BOOL lock) noexcept {
+  if (lock) {
+    ModuleUse::Add();
+  } else {
+    ModuleUse::Drop();
+  }
+  return S_OK;
+}
+
+}  // namespace latchkey::com

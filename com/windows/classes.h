@@ -1,0 +1,32 @@
+// The classes that clients can create, as one table: the class factory, the dispatcher, the error
+// information and the registration are all led by it.
+#pragma once
+
+#include <span>
+
+#include "com/windows/automation_prelude.h"
+
+namespace latchkey::com {
+
+struct ClassDescription {
+  const CLSID& classId;
+  const IID& interfaceId;      // the dual default interface
+  const wchar_t* progId;       // without version; also the source that error information names
+  const wchar_t* description;  // what registry viewers show
+  // A new object with one reference, which the caller owns. Raises OutOfMemory or bad_alloc.
+  IUnknown* (*create)();
+};
+
+extern const ClassDescription kMainClass;
+extern const ClassDescription kCryptoApiClass;
+extern const ClassDescription kTimerClass;
+
+[[nodiscard]] std::span<const ClassDescription* const> AllClasses() noexcept;
+
+// Null for a class that is not the component's.
+[[nodiscard]] const ClassDescription* FindClass(REFCLSID classId) noexcept;
+
+// Whether the objects of a class answer to an interface.
+[[nodiscard]] bool HasInterface(const ClassDescription& description, REFIID interfaceId) noexcept;
+
+}  // namespace latchkey::com

@@ -1,0 +1,59 @@
+// The entry points of the DLL. They hold no logic of their own.
+#include "com/windows/automation_owners.h"
+#include "com/windows/class_factory.h"
+#include "com/windows/method_call.h"
+#include "com/windows/module.h"
+#include "com/windows/registration.h"
+#include "com/windows/type_library.h"
+#include "platform/run_time.h"
+#include "platform/thread_slot.h"
+
+namespace {
+
+using namespace latchkey::com;
+
+// Runs an entry point that belongs to no class; faults in it name the entry object as their source.
+template <class Body>
+HRESULT RunEntryPoint(Body&& body) noexcept {
+  HRESULT outcome = S_OK;
+  const HRESULT ran = RunMethod(kMainClass, [&] { outcome = body(); });
+  return FAILED(ran) ? ran : outcome;
+}
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID classId, REFIID interfaceId, void** object) {
+  if (object == nullptr) return E_POINTER;
+  *object = nullptr;
+  const ClassDescription* const description = FindClass(classId);
+  if (description == nullptr) return CLASS_E_CLASSNOTAVAILABLE;
+  return RunEntryPoint([&] {
+    const UniqueInterface<IClassFactory> factory(new ClassFactory(*description));
+    return factory.Get()->QueryInterface(interfaceId, object);
+  });
+}
+
+STDAPI DllCanUnloadNow() { return ModuleIsUnused() ? S_OK : S_FALSE; }
+
+STDAPI DllRegisterServer() {
+  return RunEntryPoint([] { return RegisterServer(RegistryScope::Machine); });
+}
+
+STDAPI DllUnregisterServer() {
+  return RunEntryPoint([] { return UnregisterServer(RegistryScope::Machine); });
+}
+
+STDAPI DllInstall(BOOL install, const wchar_t* options) {
+  return RunEntryPoint([&] { return InstallServer(install != FALSE, options); });
+}
+
+// Threads outlive a DLL that is unloaded: what they left in it is freed now. When the process ends
+// (`reserved` is not null) other threads have been stopped anywhere, and nothing is safe to free.
+extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* reserved) {
+  if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
+    latchkey::platform::ReleaseThreadSlot();
+    ReleaseTypeLibrary();
+    latchkey::platform::ReleaseRunTime();
+  }
+  return TRUE;
+}

@@ -1,0 +1,37 @@
+#include "com/windows/method_call.h"
+
+#include "com/windows/automation_owners.h"
+#include "diagnostics/fault.h"
+
+namespace latchkey::com {
+namespace {
+
+constexpr ULONG kAutomationErrors = 0x800A0000;  // where Visual Basic's error numbers start
+
+void SetErrorInformation(const ClassDescription& source, const Fault& fault) noexcept {
+  SetErrorInfo(0, nullptr);  // nothing stale stays behind where making a new one fails
+  ICreateErrorInfo* created = nullptr;
+  if (FAILED(CreateErrorInfo(&created))) return;
+  const UniqueInterface<ICreateErrorInfo> information(created);
+  const TextView text = fault.Description();
+  const UniqueBstr description(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
+                                                 static_cast<UINT>(text.size())));
+  const UniqueBstr sourceName(SysAllocString(source.progId));
+  created->SetGUID(source.interfaceId);
+  created->SetSource(sourceName.Get());
+  created->SetDescription(description.Get());
+  IErrorInfo* readable = nullptr;
+  if (FAILED(created->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&readable)))) return;
+  const UniqueInterface<IErrorInfo> owner(readable);
+  SetErrorInfo(0, readable);
+}
+
+}  // namespace
+
+HRESULT ReportCurrentFault(const ClassDescription& source) noexcept {
+  const Fault fault = CurrentFault();
+  SetErrorInformation(source, fault);
+  return static_cast<HRESULT>(kAutomationErrors + static_cast<ULONG>(fault.Number()));
+}
+
+}  // namespace latchkey::com

@@ -1,0 +1,92 @@
+#include "com/windows/safe_array.h"
+
+#include <cstddef>
+#include <limits>
+#include <new>
+
+#include "diagnostics/checked_arithmetic.h"
+#include "diagnostics/fault.h"
+#include "platform/secure_memory.h"
+
+namespace latchkey::com {
+namespace {
+
+// Arrays that their owner keeps in place: on its stack, in a structure, or declared with bounds.
+constexpr USHORT kFixedArray = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+// Arrays whose elements own something; without a recorded element type these flags tell it.
+constexpr USHORT kOwningElements = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT;
+
+// The descriptor holds its dimensions last to first.
+const SAFEARRAYBOUND& FirstDimension(const SAFEARRAY& array) {
+  return array.rgsabound[array.cDims - 1];
+}
+
+// 0 as soon as one dimension is empty. Raises bad_alloc beyond what memory can hold.
+std::size_t ByteCount(const SAFEARRAY& array) {
+  if (array.cDims == 0 || array.pvData == nullptr) return 0;
+  std::size_t count = array.cbElements;
+  for (USHORT i = 0; i < array.cDims; ++i) {
+    const std::size_t elements = array.rgsabound[i].cElements;
+    if (elements == 0) return 0;
+    if (count > std::numeric_limits<std::size_t>::max() / elements) throw std::bad_alloc();
+    count *= elements;
+  }
+  return count;
+}
+
+bool HoldsBytes(SAFEARRAY& array) {
+  if ((array.fFeatures & FADF_HAVEVARTYPE) == 0) {
+    return array.cbElements == 1 && (array.fFeatures & (kOwningElements | FADF_RECORD)) == 0;
+  }
+  VARTYPE type = VT_EMPTY;
+  return SUCCEEDED(SafeArrayGetVartype(&array, &type)) && type == VT_UI1 && array.cbElements == 1;
+}
+
+}  // namespace
+
+SafeArrayAccess::SafeArrayAccess(SAFEARRAY* array) : array_(array) {
+  const std::size_t count = ByteCount(*array);
+  void* data = nullptr;
+  if (FAILED(SafeArrayAccessData(array, &data))) throw Fault(FaultNumber::InvalidProcedureCall);
+  bytes_ = {static_cast<std::uint8_t*>(data), count};
+}
+
+SafeArrayAccess::~SafeArrayAccess() { SafeArrayUnaccessData(array_); }
+
+ByteArray FromSafeArray(SAFEARRAY* array) {
+  if (array == nullptr) return {};
+  if (!HoldsBytes(*array)) throw Fault(FaultNumber::TypeMismatch);
+  if (ByteCount(*array) == 0) return {};
+  const SAFEARRAYBOUND& bound = FirstDimension(*array);
+  const auto upperBound =
+      NarrowTo<std::int32_t>(std::int64_t{bound.lLbound} + std::int64_t{bound.cElements} - 1);
+  const SafeArrayAccess access(array);
+  return ByteArray::WithShape(array->cDims, bound.lLbound, upperBound, access.Bytes());
+}
+
+SAFEARRAY* ToSafeArray(const ByteArray& array) {
+  if (array.Dimensions() == 0) return nullptr;
+  const auto elements = array.Elements();
+  SAFEARRAYBOUND bound = {static_cast<ULONG>(elements.size()), array.LowerBound()};
+  SAFEARRAY* const copy = SafeArrayCreate(VT_UI1, 1, &bound);
+  if (copy == nullptr) throw std::bad_alloc();
+  if (!elements.empty()) CopyMemory(copy->pvData, elements.data(), elements.size());
+  return copy;
+}
+
+void WipeSafeArray(SAFEARRAY* array) noexcept {
+  if (array == nullptr || !HoldsBytes(*array)) return;
+  try {
+    const auto bytes = SafeArrayAccess(array).Bytes();
+    platform::SecureWipe(bytes.data(), bytes.size());
+  } catch (...) {  // NOLINT(bugprone-empty-catch): an array that cannot be read cannot be wiped
+  }
+}
+
+void EraseSafeArray(SAFEARRAY*& array) noexcept {
+  WipeSafeArray(array);
+  if (array == nullptr || (array->fFeatures & kFixedArray) != 0) return;
+  if (SUCCEEDED(SafeArrayDestroy(array))) array = nullptr;
+}
+
+}  // namespace latchkey::com

@@ -1,0 +1,24 @@
+// Text on its way in from clients and out to them.
+#pragma once
+
+#include "com/windows/automation_prelude.h"
+#include "platform/text.h"
+
+namespace latchkey::com {
+
+// The characters of a client's string, not copied. A null string is the empty text; the odd last
+// byte of a string of bytes is not seen.
+[[nodiscard]] TextView ViewOf(BSTR text) noexcept;
+
+// A string for a client, who frees it. `text` is wiped where it stands, so that the only copy left
+// is the client's. Raises bad_alloc.
+[[nodiscard]] BSTR ToBstr(Text&& text);
+
+[[nodiscard]] constexpr VARIANT_BOOL ToVariantBool(bool value) noexcept {
+  return value ? VARIANT_TRUE : VARIANT_FALSE;
+}
+
+// Any value but 0 is true.
+[[nodiscard]] constexpr bool IsTrue(VARIANT_BOOL value) noexcept { return value != VARIANT_FALSE; }
+
+}  // namespace latchkey::com

@@ -1,0 +1,21 @@
+// clsTimer as COM clients see it.
+#pragma once
+
+#include "com/windows/automation_object.h"
+#include "com/windows/latchkey.h"
+#include "diagnostics/cls_timer.h"
+
+namespace latchkey::com {
+
+class TimerObject final : public AutomationObject<_clsTimer> {
+ public:
+  TimerObject() : AutomationObject(kTimerClass) {}
+
+  STDMETHODIMP Start() noexcept override;
+  STDMETHODIMP GetElapsedTime(LONG* result) noexcept override;
+
+ private:
+  latchkey::clsTimer timer_;
+};
+
+}  // namespace latchkey::com

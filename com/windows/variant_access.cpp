@@ -1,0 +1,79 @@
+#include "com/windows/variant_access.h"
+
+#include "com/windows/safe_array.h"
+#include "com/windows/text_conversion.h"
+#include "diagnostics/fault.h"
+
+namespace latchkey::com {
+namespace {
+
+// Two are enough for every honest client: a variable that was itself passed by reference.
+constexpr int kMostReferences = 8;
+
+bool IsNullReference(const VARIANT& value) {
+  return (V_VT(&value) & VT_BYREF) != 0 && V_BYREF(&value) == nullptr;
+}
+
+[[noreturn]] void RaiseConversionFailure(HRESULT failure) {
+  if (failure == E_OUTOFMEMORY) throw Fault(FaultNumber::OutOfMemory);
+  throw Fault(failure == DISP_E_OVERFLOW ? FaultNumber::Overflow : FaultNumber::TypeMismatch);
+}
+
+}  // namespace
+
+OwnedVariant::~OwnedVariant() {
+  if (V_VT(&value_) == VT_BSTR) {
+    platform::SecureWipe(V_BSTR(&value_), SysStringByteLen(V_BSTR(&value_)));
+  }
+  if (V_VT(&value_) == (VT_ARRAY | VT_UI1)) WipeSafeArray(V_ARRAY(&value_));
+  VariantClear(&value_);
+}
+
+VARIANT OwnedVariant::Release() noexcept {
+  const VARIANT value = value_;
+  VariantInit(&value_);
+  return value;
+}
+
+VARIANT* LookThrough(VARIANT* value) noexcept {
+  for (int i = 0; i < kMostReferences; ++i) {
+    if (value == nullptr || V_VT(value) != (VT_BYREF | VT_VARIANT)) return value;
+    value = V_VARIANTREF(value);
+  }
+  return nullptr;
+}
+
+VARIANT ReferenceTo(VARIANT& value, VARTYPE type) noexcept {
+  VARIANT reference;
+  VariantInit(&reference);
+  V_VT(&reference) = static_cast<VARTYPE>(VT_BYREF | type);
+  V_BYREF(&reference) = type == VT_VARIANT ? static_cast<void*>(&value) : &V_UI1(&value);
+  return reference;
+}
+
+HRESULT ConvertVariant(VARIANT& target, VARIANT& source, LCID locale, VARTYPE type) noexcept {
+  if (IsNullReference(source)) return DISP_E_TYPEMISMATCH;
+  const HRESULT converted = VariantChangeTypeEx(&target, &source, locale, VARIANT_ALPHABOOL, type);
+  if (SUCCEEDED(converted) || converted == DISP_E_OVERFLOW || converted == E_OUTOFMEMORY) {
+    return converted;
+  }
+  return DISP_E_TYPEMISMATCH;
+}
+
+VariantText::VariantText(VARIANT* value) {
+  VARIANT* const seen = LookThrough(value);
+  if (seen == nullptr || IsNullReference(*seen)) throw Fault(FaultNumber::TypeMismatch);
+  if (V_VT(seen) == VT_NULL) {
+    value_ = Null{};
+  } else if (V_VT(seen) == VT_BSTR) {
+    value_ = ViewOf(V_BSTR(seen));
+  } else if (V_VT(seen) == (VT_BYREF | VT_BSTR)) {
+    value_ = ViewOf(*V_BSTRREF(seen));
+  } else {
+    const HRESULT converted = ConvertVariant(converted_.Get(), *seen, LOCALE_USER_DEFAULT, VT_BSTR);
+    if (FAILED(converted)) RaiseConversionFailure(converted);
+    value_ = ViewOf(V_BSTR(&converted_.Get()));
+  }
+}
+
+}  // namespace latchkey::com

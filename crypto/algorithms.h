@@ -1,0 +1,23 @@
+// From the small numbers that callers pass to the provider's algorithms.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/crypto_provider.h"
+
+namespace latchkey {
+
+struct HashAlgorithm {
+  platform::AlgorithmId id = platform::kAlgorithmNone;
+  std::int32_t length = 0;  // of the digest, in bytes
+};
+
+// 1 MD5, 2 MD4, 3 MD2, 4 SHA-1; any other number gives no algorithm and length 0.
+[[nodiscard]] HashAlgorithm FindHashAlgorithm(std::int16_t number) noexcept;
+
+// 1 RC4, 2 RC2, 3 DES and, with the enhanced set, 4 3DES and 5 two-key 3DES; any other number
+// gives kAlgorithmNone.
+[[nodiscard]] platform::AlgorithmId FindCipherAlgorithm(std::int16_t number,
+                                                        bool enhanced) noexcept;
+
+}  // namespace latchkey

@@ -1,0 +1,65 @@
+#include "crypto/byte_array.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "diagnostics/checked_arithmetic.h"
+
+namespace latchkey {
+
+ByteArray::ByteArray(std::initializer_list<std::uint8_t> elements)
+    : ByteArray(std::span(elements.begin(), elements.size())) {}
+
+ByteArray::ByteArray(std::span<const std::uint8_t> elements)
+    : elements_(elements),
+      dimensions_(1),
+      upperBound_(NarrowTo<std::int32_t>(elements.size()) - 1) {}
+
+ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
+  platform::WorkingBytes elements(codes.size() + 1);
+  std::copy(codes.begin(), codes.end(), elements.data());
+  return WithTrailingZero(std::move(elements), codes.size());
+}
+
+ByteArray ByteArray::WithTrailingZero(platform::WorkingBytes&& bytes, std::size_t length) {
+  ByteArray array;
+  array.dimensions_ = 1;
+  array.upperBound_ = NarrowTo<std::int32_t>(length);
+  array.elements_ = std::move(bytes);
+  array.elements_.Cut(length + 1);
+  array.elements_.data()[length] = 0;
+  return array;
+}
+
+ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
+                               std::int32_t upperBound, std::span<const std::uint8_t> elements) {
+  ByteArray array;
+  array.dimensions_ = dimensions;
+  array.lowerBound_ = lowerBound;
+  array.upperBound_ = upperBound;
+  array.elements_ = platform::WorkingBytes(elements);
+  return array;
+}
+
+std::int32_t ByteArray::UpperBound() const {
+  const bool zeroInBounds = lowerBound_ <= 0 && upperBound_ >= 0;
+  if (dimensions_ != 1 || !zeroInBounds) throw Fault(FaultNumber::SubscriptOutOfRange);
+  return upperBound_;
+}
+
+std::span<const std::uint8_t> ByteArray::TextElements() const {
+  const auto count = static_cast<std::size_t>(UpperBound());
+  const auto first = static_cast<std::size_t>(-std::int64_t{lowerBound_});
+  return Elements().subspan(first, count);
+}
+
+void ByteArray::Erase() noexcept { static_cast<void>(TakeStorage()); }
+
+platform::WorkingBytes ByteArray::TakeStorage() noexcept {
+  dimensions_ = 0;
+  lowerBound_ = 0;
+  upperBound_ = -1;
+  return std::exchange(elements_, {});
+}
+
+}  // namespace latchkey

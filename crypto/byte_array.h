@@ -1,0 +1,71 @@
+// An array of bytes with Automation's shape: perhaps unallocated, perhaps with another lower bound
+// than 0, perhaps of several dimensions.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+
+#include "platform/export.h"
+#include "platform/working_bytes.h"
+
+namespace latchkey {
+
+// The operations expect zero-based arrays of one dimension; the other shapes exist so that what a
+// client hands over is refused by the operation itself, with the fault that belongs to it.
+// The elements are wiped when the array is erased, overwritten or destroyed.
+class LATCHKEY_API ByteArray {
+ public:
+  // An unallocated array: no elements and no bounds.
+  ByteArray() noexcept = default;
+
+  // A zero-based array of one dimension. Without elements it has the bounds 0 to -1.
+  ByteArray(std::initializer_list<std::uint8_t> elements);
+  explicit ByteArray(std::span<const std::uint8_t> elements);
+
+  // The form in which text becomes an array: its codes and one zero element behind them, so with
+  // bounds 0 to the number of codes. Empty text gives a single zero.
+  static ByteArray WithTrailingZero(std::span<const std::uint8_t> codes);
+
+  // The same made of the first `length` of the bytes, which have room for one more, in their own
+  // storage.
+  static ByteArray WithTrailingZero(platform::WorkingBytes&& bytes, std::size_t length);
+
+  // An array of any shape: `elements` in memory order, `lowerBound` and `upperBound` those of the
+  // first dimension.
+  static ByteArray WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
+                             std::int32_t upperBound, std::span<const std::uint8_t> elements);
+
+  // 0 when unallocated.
+  [[nodiscard]] std::uint16_t Dimensions() const noexcept { return dimensions_; }
+  [[nodiscard]] std::int32_t LowerBound() const noexcept { return lowerBound_; }
+
+  // The upper bound of the first dimension of an array whose element 0 can be read. Raises
+  // SubscriptOutOfRange for an array without elements, of several dimensions, or whose bounds
+  // leave out 0.
+  [[nodiscard]] std::int32_t UpperBound() const;
+
+  // All elements in memory order; empty when unallocated.
+  [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept { return elements_.All(); }
+
+  // Elements 0 to UpperBound() - 1: the part that carries text. Raises what UpperBound raises.
+  [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
+
+  // Wipes the elements and leaves the array unallocated.
+  void Erase() noexcept;
+
+  // Does the same, but gives the storage to the caller, for new bytes.
+  [[nodiscard]] platform::WorkingBytes TakeStorage() noexcept;
+
+  friend bool operator==(const ByteArray&, const ByteArray&) = default;
+
+ private:
+  // Assigned first: where there is no memory for the elements, the bounds stay those of the old
+  // ones.
+  platform::WorkingBytes elements_;
+  std::uint16_t dimensions_ = 0;
+  std::int32_t lowerBound_ = 0;
+  std::int32_t upperBound_ = -1;
+};
+
+}  // namespace latchkey

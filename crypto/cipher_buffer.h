@@ -1,0 +1,20 @@
+// The buffer that Encrypt and Decrypt work in.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "diagnostics/checked_arithmetic.h"
+
+namespace latchkey {
+
+// The most bytes that a cipher adds.
+inline constexpr std::size_t kLargestPadding = 8;
+
+// Its length in bytes for that much input: twice as much, which leaves room for the padding. Raises
+// Overflow where that is no signed 32-bit number.
+[[nodiscard]] inline std::size_t CipherBufferLength(std::size_t inputLength) {
+  return static_cast<std::size_t>(CheckedMultiply(2, NarrowTo<std::int32_t>(inputLength)));
+}
+
+}  // namespace latchkey

@@ -1,0 +1,110 @@
+// clsCryptoAPI's CreateRandom and CreateSaltValue.
+#include <algorithm>
+
+#include "crypto/cls_crypto_api.h"
+#include "crypto/random_number.h"
+#include "crypto/seed_text.h"
+#include "crypto/text_codec.h"
+#include "diagnostics/checked_arithmetic.h"
+#include "diagnostics/error_trap.h"
+#include "diagnostics/module_data.h"
+
+namespace latchkey {
+namespace {
+
+using platform::WipedBytes;
+
+constexpr float kFirstLetter = 'A';
+constexpr float kLastLetter = 'z';
+// Salts shorter than this get a buffer of twice their length.
+constexpr std::int32_t kLongSalt = 10'000;
+
+// The length of a text that is to be made of that many spaces.
+std::size_t SpaceCount(std::int32_t length) {
+  if (length < 0) throw Fault(FaultNumber::InvalidProcedureCall);
+  return static_cast<std::size_t>(length);
+}
+
+// The seed text and `length` spaces behind it.
+WipedBytes SeededBuffer(std::int32_t length) {
+  Text seed = BuildSeedText();
+  const platform::WipeAtExit wipeSeed(seed);
+  WipedBytes buffer(seed.size() + SpaceCount(length), kSpace);
+  const WipedBytes codes = EncodeText(seed);
+  std::copy(codes.begin(), codes.end(), buffer.begin());
+  return buffer;
+}
+
+// A letter drawn from A to z. The six codes between Z and a become d to i.
+std::uint8_t RandomLetter() {
+  auto code = static_cast<std::int16_t>(RandomNumberInRange(kFirstLetter, kLastLetter));
+  if (code >= 91 && code <= 96) code = static_cast<std::int16_t>(code + 9);
+  return static_cast<std::uint8_t>(code);
+}
+
+WipedBytes RandomLetters(std::int32_t count) {
+  WipedBytes letters;
+  letters.reserve(static_cast<std::size_t>(std::min(count, kLongSalt)));
+  for (std::int32_t i = 0; i < count; ++i) letters.push_back(RandomLetter());
+  return letters;
+}
+
+// Keeps the first `length` characters and wipes the others.
+void CutText(Text& text, std::size_t length) {
+  if (text.size() <= length) return;
+  platform::SecureWipe(text.data() + length, (text.size() - length) * sizeof(text[0]));
+  text.resize(length);
+}
+
+// Refuses the lengths for which no buffer can be made.
+void CheckSaltLength(std::int32_t length) {
+  if (length < kLongSalt) static_cast<void>(SpaceCount(CheckedMultiply(length, 2)));
+}
+
+}  // namespace
+
+Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLength,
+                                bool blnConvertToHex, bool /*blnUseUppercase*/) {
+  Text result;
+  RunTrapped(trap::kCreateRandom, [&] {
+    ErrorRecord().Clear();
+    if (!HaveProvider()) return RecordApplicationFailure(check::kRandomProvider);
+
+    WipedBytes buffer = SeededBuffer(lngDataLength);
+    const bool filled = hCryptProv.Get().provider->CryptGenRandom(
+        hCryptProv.Get().value, static_cast<std::uint32_t>(lngDataLength), buffer.data());
+    PassThroughText(buffer);
+    // A provider that refuses is silent: the caller sees empty text and a clear record.
+    if (!filled) return;
+
+    const auto random = TrimSpaces(buffer);
+    const auto exactLength = static_cast<std::size_t>(lngDataLength);
+    if (blnConvertToHex) {
+      ConvertCodesToHex(random, result);
+      if (blnRetExactLength) CutText(result, exactLength);
+    } else {
+      DecodeBytes(blnRetExactLength ? random.first(std::min(random.size(), exactLength)) : random,
+                  result);
+    }
+  });
+  return result;
+}
+
+Text clsCryptoAPI::CreateSaltValue(std::int32_t lngReturnLength, bool blnLetttersOnly) {
+  Text result;
+  RunTrapped(trap::kCreateSaltValue, [&] {
+    ErrorRecord().Clear();
+    CheckSaltLength(lngReturnLength);
+    if (blnLetttersOnly) {
+      DecodeBytes(RandomLetters(lngReturnLength), result);
+    } else {
+      Text random = CreateRandom(lngReturnLength, true, false, true);
+      const platform::WipeAtExit wipeRandom(random);
+      const auto trimmed = TrimSpaces(random);
+      result.assign(trimmed.data(), trimmed.size());
+    }
+  });
+  return result;
+}
+
+}  // namespace latchkey

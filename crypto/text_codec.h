@@ -1,0 +1,54 @@
+// Characters to bytes and back, one for one, through the thread's code page.
+//
+// Inside the component text is kept as its code-page bytes. On a code page that maps all 256 byte
+// values there and back nothing is lost by that. On one that does not (double-byte, UTF-8) these
+// functions refuse, with Overflow, each character that is no single byte and each byte that is no
+// character, so that no data is changed unseen.
+#pragma once
+
+#include <cstdint>
+#include <ranges>
+#include <span>
+
+#include "platform/secure_memory.h"
+#include "platform/text.h"
+
+namespace latchkey {
+
+// The byte of each character; a character that the code page cannot represent gives 63 ("?").
+// Raises Overflow for a character whose code takes more than one byte.
+[[nodiscard]] platform::WipedBytes EncodeText(TextView text);
+void EncodeText(TextView text, std::span<std::uint8_t> bytes);
+
+// The low 8 bits of each character's code. Never raises Overflow.
+void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes);
+
+// Sets `text` to the characters of `bytes`. Raises Overflow for a byte that is no character, and
+// then leaves `text` as it was.
+// Fills the caller's text in place, since a moved short text would leave a copy behind.
+void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text);
+
+// What becomes of bytes that are turned into text and back: nothing, unless two bytes denote one
+// character; then both become its code. Raises Overflow for a byte that is no character.
+void PassThroughText(std::span<std::uint8_t> bytes);
+
+// The space, as a character and as its code in every code page.
+inline constexpr std::uint8_t kSpace = 0x20;
+
+// Characters or codes without their trailing spaces: a view of the text that is given.
+template <std::ranges::contiguous_range Codes>
+[[nodiscard]] auto TrimTrailingSpaces(const Codes& codes) noexcept {
+  std::span<const std::ranges::range_value_t<Codes>> text(codes);
+  while (!text.empty() && text.back() == kSpace) text = text.first(text.size() - 1);
+  return text;
+}
+
+// The same without their leading spaces.
+template <std::ranges::contiguous_range Codes>
+[[nodiscard]] auto TrimSpaces(const Codes& codes) noexcept {
+  std::span<const std::ranges::range_value_t<Codes>> text(codes);
+  while (!text.empty() && text.front() == kSpace) text = text.subspan(1);
+  return TrimTrailingSpaces(text);
+}
+
+}  // namespace latchkey

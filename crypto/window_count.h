@@ -1,0 +1,11 @@
+// Counts the windows of the desktop.
+#pragma once
+
+namespace latchkey {
+
+// Counts all top-level windows and those of their descendants that have a class name, and adds up
+// the handles of the counted, each read as a signed 32-bit number. Sets both arguments and the
+// thread's accumulators.
+void CountWindows(double& windowCount, double& handleSum);
+
+}  // namespace latchkey

@@ -1,0 +1,74 @@
+// The shared error record: where every operation of the component leaves what went wrong.
+#pragma once
+
+#include <cstdint>
+
+#include "diagnostics/failure_table.h"
+#include "platform/text.h"
+
+namespace latchkey {
+
+// One record per thread, made by clsMain and reached through module_data.h. A plain data holder:
+// every value can be read and written, none is validated or changed on the way, and no member
+// fails. Writing does not allocate for texts of up to kReservedText characters, nor does Clear, so
+// that a failure of memory can be recorded too.
+//
+// Test ErrorExists first: Clear leaves the location and both error numbers of the last failure in
+// place.
+//
+// Used by the thread that made it only. The members are virtual so that a test can watch the order
+// of the writes.
+class clsErrorObject {
+ public:
+  static constexpr std::size_t kReservedText = 128;
+
+  clsErrorObject();
+  clsErrorObject(const clsErrorObject&) = delete;
+  clsErrorObject& operator=(const clsErrorObject&) = delete;
+  virtual ~clsErrorObject();
+
+  // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0,
+  // in this order, each step by itself: a step that fails is skipped. ErrorLocationID,
+  // AppErrorNumber and RTErrorNumber keep what they hold.
+  virtual void Clear();
+
+  // The place that reported the failure; see failure_table.h.
+  [[nodiscard]] virtual std::int16_t ErrorLocationID() const;
+  virtual void ErrorLocationID(std::int16_t vData);
+
+  // 1 for a run-time failure, 2 for an application failure and after Clear.
+  [[nodiscard]] virtual std::int32_t ErrorType() const;
+  virtual void ErrorType(std::int32_t vData);
+
+  // The component's own message and number for an application failure.
+  [[nodiscard]] virtual Text AppErrorDescription() const;
+  virtual void AppErrorDescription(TextView vData);
+  [[nodiscard]] virtual std::int16_t AppErrorNumber() const;
+  virtual void AppErrorNumber(std::int16_t vData);
+
+  // The number and description of the run-time fault that was caught.
+  [[nodiscard]] virtual std::int32_t RTErrorNumber() const;
+  virtual void RTErrorNumber(std::int32_t vData);
+  [[nodiscard]] virtual Text RTErrorDescription() const;
+  virtual void RTErrorDescription(TextView vData);
+
+  // True once a failure has been recorded since the last Clear.
+  [[nodiscard]] virtual bool ErrorExists() const;
+  virtual void ErrorExists(bool vData);
+
+  // The step of a multi-step operation in which the failure happened; 0 when none was running.
+  [[nodiscard]] virtual std::int16_t MachineState() const;
+  virtual void MachineState(std::int16_t vData);
+
+ private:
+  std::int16_t errorLocationID_ = 0;
+  std::int32_t errorType_ = kApplicationFailure;
+  std::int16_t appErrorNumber_ = 0;
+  Text appErrorDescription_;
+  std::int32_t rtErrorNumber_ = 0;
+  Text rtErrorDescription_;
+  bool errorExists_ = false;
+  std::int16_t machineState_ = 0;
+};
+
+}  // namespace latchkey

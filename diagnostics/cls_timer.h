@@ -1,0 +1,29 @@
+// Elapsed time in milliseconds.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/export.h"
+
+namespace latchkey {
+
+// Measures from its creation, or from the last Start, to each reading. Neither member fails or
+// writes the error record, so a timer works on any thread. One thread uses an instance at a time.
+class LATCHKEY_API clsTimer {
+ public:
+  clsTimer();
+
+  // Sets the start mark to now.
+  void Start() noexcept;
+
+  // Milliseconds since the start mark, which stays where it is. The tick counter has 32 bits and
+  // wraps; a reading whose counter passed 0x7FFFFFFF since the start mark (once in 49.7 days of
+  // uptime) gives 0. An interval of 2^31 milliseconds or more gives what is left of it in 32 bits.
+  [[nodiscard]] std::int32_t GetElapsedTime() noexcept;
+
+ private:
+  std::int32_t startTick_ = 0;
+  std::int32_t endTick_ = 0;
+};
+
+}  // namespace latchkey

@@ -1,0 +1,33 @@
+#include "diagnostics/error_trap.h"
+
+#include "diagnostics/checked_arithmetic.h"
+#include "diagnostics/module_data.h"
+
+namespace latchkey {
+namespace {
+
+// The fields that both kinds of failure begin with.
+clsErrorObject& BeginRecord(std::int32_t errorType, std::int16_t location) {
+  clsErrorObject& record = ErrorRecord();
+  record.ErrorExists(true);
+  record.MachineState(NarrowTo<std::int16_t>(ThreadModuleData().currentStep));
+  record.ErrorType(errorType);
+  record.ErrorLocationID(location);
+  return record;
+}
+
+}  // namespace
+
+void RecordApplicationFailure(const CheckSite& site) {
+  clsErrorObject& record = BeginRecord(kApplicationFailure, site.location);
+  record.AppErrorNumber(site.number);
+  record.AppErrorDescription(site.text);
+}
+
+void RecordRunTimeFailure(const TrapSite& site, const Fault& fault) {
+  clsErrorObject& record = BeginRecord(kRunTimeFailure, site.location);
+  record.RTErrorNumber(fault.Number());
+  record.RTErrorDescription(fault.Description());
+}
+
+}  // namespace latchkey

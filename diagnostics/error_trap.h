@@ -1,0 +1,38 @@
+// How an operation reports failure: the one place that writes the error record.
+#pragma once
+
+#include <utility>
+
+#include "diagnostics/failure_table.h"
+#include "diagnostics/fault.h"
+#include "platform/stack_wipe.h"
+
+namespace latchkey {
+
+// Writes an application failure: ErrorExists, MachineState, ErrorType 2, ErrorLocationID,
+// AppErrorNumber and AppErrorDescription, in this order. The run-time fields keep their values.
+// Raises ObjectNotSet on a thread without a record, Overflow when the current step does not fit
+// MachineState (ErrorExists is then already set).
+void RecordApplicationFailure(const CheckSite& site);
+
+// Writes a run-time failure: ErrorExists, MachineState, ErrorType 1, ErrorLocationID,
+// RTErrorNumber and RTErrorDescription, in this order. The application fields keep their values.
+// Raises what RecordApplicationFailure raises.
+void RecordRunTimeFailure(const TrapSite& site, const Fault& fault);
+
+// Runs the body of an operation under its error trap: a fault is recorded at the trap's location,
+// and the operation goes on after this call. Without a record the fault that says so passes on.
+// True when the body ran to its end.
+template <class Body>
+bool RunTrapped(const TrapSite& site, Body&& body) {
+  try {
+    std::forward<Body>(body)();
+    return true;
+  } catch (...) {
+    RecordRunTimeFailure(site, CurrentFault());
+  }
+  platform::WipeStackOfException();
+  return false;
+}
+
+}  // namespace latchkey

@@ -1,0 +1,48 @@
+// Prints the digests of a text by every hash algorithm, late-bound.
+//
+//   dcc32 HashText.dpr        (dcc64 with the 64-bit DLL)
+//   HashText TEXT
+//
+// Needs the registered DLL of the program's bitness. Not run by this project's tests: they have no Delphi.
+program HashText;
+
+{$APPTYPE CONSOLE}
+
+uses
+  SysUtils, ActiveX, ComObj;
+
+const
+  Algorithms: array[1..4] of string = ('MD5', 'MD4', 'MD2', 'SHA-1');
+
+// Objects are released when they go out of scope: before CoUninitialize, since this is a procedure of its own.
+procedure PrintDigests(const Text: string);
+var
+  Main, Api: OleVariant;
+  Digest: string;
+  Number: Integer;
+begin
+  Main := CreateOleObject('Latchkey.clsMain');      // first: makes the error record of this thread
+  Api := CreateOleObject('Latchkey.clsCryptoAPI');
+  for Number := Low(Algorithms) to High(Algorithms) do
+  begin
+    Digest := Api.CreateHash(Text, Number, True);
+    if Digest = '' then                             // no operation raises an error
+      Digest := Format('failed at location %d: %s',
+        [Integer(Main.ErrorLocationID), string(Main.AppErrorDescription)]);
+    Writeln(Algorithms[Number]:6, ' ', Digest);
+  end;
+end;
+
+begin
+  if ParamCount <> 1 then
+  begin
+    Writeln('usage: HashText TEXT');
+    Halt(2);
+  end;
+  CoInitialize(nil);
+  try
+    PrintDigests(ParamStr(1));
+  finally
+    CoUninitialize;
+  end;
+end.

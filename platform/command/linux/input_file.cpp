@@ -1,0 +1,109 @@
+#include "platform/command/input_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/eventfd.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "platform/command/file_error.h"
+
+namespace latchkey::platform {
+namespace {
+
+constexpr const char* kStandardInput = "standard input";
+
+UniqueFile Opened(int descriptor, const char* action, const std::string& name) {
+  if (descriptor < 0) throw FileError(errno, action, name);
+  return UniqueFile(descriptor);
+}
+
+UniqueFile CopyOf(int descriptor, const std::string& name) {
+  return Opened(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0), "cannot read", name);
+}
+
+// A directory can be opened but not read; that is told here rather than later.
+UniqueFile Open(const std::string& name) {
+  UniqueFile file = Opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC), "cannot open", name);
+  struct stat state {};
+  if (::fstat(static_cast<int>(file.Get()), &state) == 0 && S_ISDIR(state.st_mode)) {
+    throw FileError(EISDIR, "cannot open", name);
+  }
+  return file;
+}
+
+}  // namespace
+
+// An event that can be read from once reading is to stop.
+class InputFile::Interruption {
+ public:
+  explicit Interruption(const std::string& name)
+      : event_(Opened(::eventfd(0, EFD_CLOEXEC), "cannot read", name)) {}
+
+  void Tell() const noexcept { ::eventfd_write(static_cast<int>(event_.Get()), 1); }
+
+  // Waits until the file has something to tell, an error or its end included; false when reading is
+  // to stop instead.
+  [[nodiscard]] bool AwaitBytes(const UniqueFile& file) const noexcept {
+    std::array<pollfd, 2> waited{pollfd{static_cast<int>(event_.Get()), POLLIN, 0},
+                                 pollfd{static_cast<int>(file.Get()), POLLIN, 0}};
+    while (::poll(waited.data(), waited.size(), -1) < 0 && errno == EINTR) {
+    }
+    return waited.front().revents == 0;
+  }
+
+ private:
+  UniqueFile event_;
+};
+
+InputFile::InputFile(InputFile&& other) noexcept = default;
+InputFile::~InputFile() = default;
+
+// A read from a regular file waits for no one but the disk.
+void InputFile::AllowStop() {
+  if (!Size()) interruption_ = std::make_unique<Interruption>(name_);
+}
+
+void InputFile::StopReading() noexcept {
+  if (interruption_) interruption_->Tell();
+}
+
+InputFile::InputFile(UniqueFile file, std::string name)
+    : file_(std::move(file)), name_(std::move(name)) {}
+
+InputFile::InputFile(const std::string& name)
+    : InputFile(name == "-" ? CopyOf(STDIN_FILENO, kStandardInput) : Open(name),
+                name == "-" ? kStandardInput : name) {}
+
+InputFile InputFile::FromDescriptor(int descriptor) {
+  const std::string name = "descriptor " + std::to_string(descriptor);
+  return {CopyOf(descriptor, name), name};
+}
+
+std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    if (interruption_ && !interruption_->AwaitBytes(file_)) break;
+    const ssize_t count =
+        ::read(static_cast<int>(file_.Get()), bytes.data() + done, bytes.size() - done);
+    if (count == 0) break;
+    if (count > 0) {
+      done += static_cast<std::size_t>(count);
+    } else if (errno != EINTR) {
+      throw FileError(errno, "cannot read", name_);
+    }
+  }
+  return done;
+}
+
+std::optional<std::uint64_t> InputFile::Size() const {
+  struct stat state {};
+  if (::fstat(static_cast<int>(file_.Get()), &state) != 0 || !S_ISREG(state.st_mode)) return {};
+  return static_cast<std::uint64_t>(state.st_size);
+}
+
+}  // namespace latchkey::platform

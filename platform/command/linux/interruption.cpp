@@ -1,0 +1,74 @@
+#include "platform/command/linux/interruption.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <climits>
+#include <csignal>
+#include <cstring>
+
+namespace latchkey::platform {
+namespace {
+
+constexpr std::array kEndingSignals{SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGXCPU, SIGXFSZ};
+
+// The handler reads these, and only with the signals held does anyone write them.
+std::array<char, PATH_MAX> fileName{};
+int terminalDescriptor = -1;
+termios terminalState{};
+
+sigset_t EndingSignals() noexcept {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int signal : kEndingSignals) sigaddset(&signals, signal);
+  return signals;
+}
+
+// Calls only what is safe in a handler, and then ends as without one: the handler is gone.
+extern "C" void UndoAndEnd(int signal) {
+  if (fileName.front() != '\0') ::unlink(fileName.data());
+  if (terminalDescriptor >= 0) ::tcsetattr(terminalDescriptor, TCSANOW, &terminalState);
+  ::raise(signal);
+}
+
+// A signal that the parent has set to be ignored (nohup) stays ignored.
+void InstallHandlers() noexcept {
+  struct sigaction action {};
+  action.sa_handler = UndoAndEnd;
+  action.sa_mask = EndingSignals();
+  action.sa_flags = static_cast<int>(SA_RESETHAND);
+  for (const int signal : kEndingSignals) {
+    struct sigaction old {};
+    if (sigaction(signal, nullptr, &old) == 0 && old.sa_handler == SIG_DFL) {
+      sigaction(signal, &action, nullptr);
+    }
+  }
+}
+
+}  // namespace
+
+HeldSignals::HeldSignals() noexcept {
+  const sigset_t signals = EndingSignals();
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+}
+
+HeldSignals::~HeldSignals() {
+  const sigset_t signals = EndingSignals();
+  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+}
+
+void RemoveWhenInterrupted(const std::string& name) noexcept {
+  InstallHandlers();
+  const std::size_t length = std::min(name.size(), fileName.size() - 1);
+  std::memcpy(fileName.data(), name.data(), length);
+  fileName.at(length) = '\0';
+}
+
+void RestoreWhenInterrupted(int terminal, const termios* state) noexcept {
+  InstallHandlers();
+  terminalDescriptor = state != nullptr ? terminal : -1;
+  if (state != nullptr) terminalState = *state;
+}
+
+}  // namespace latchkey::platform

@@ -1,0 +1,129 @@
+#include "platform/command/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+#include "platform/command/file_error.h"
+#include "platform/command/linux/descriptor_name.h"
+#include "platform/command/linux/interruption.h"
+
+namespace latchkey::platform {
+namespace {
+
+int DescriptorOf(const UniqueFile& file) { return static_cast<int>(file.Get()); }
+
+// What the process has open is written on from where it stands, also when it is a regular file.
+bool IsStream(const std::string& name) { return name == "-" || DescriptorNamed(name).has_value(); }
+
+int StreamOf(const std::string& name) { return DescriptorNamed(name).value_or(STDOUT_FILENO); }
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+// Where a path leads when its links are followed; the path itself where nothing is there yet.
+std::string Followed(const std::string& path) {
+  std::array<char, PATH_MAX> resolved{};
+  return ::realpath(path.c_str(), resolved.data()) != nullptr ? resolved.data() : path;
+}
+
+mode_t DefaultMode() {
+  const mode_t mask = ::umask(0);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+// Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
+bool Rename(const std::string& from, const std::string& to, bool replace) {
+  if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // A file system without that call: look first.
+  if (::access(to.c_str(), F_OK) == 0) {
+    errno = EEXIST;
+    return false;
+  }
+  return ::rename(from.c_str(), to.c_str()) == 0;
+}
+
+// Puts the new name of a file on the disk. A file system that cannot has no need to.
+void FlushFolder(const std::string& folder) {
+  const UniqueFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (file) static_cast<void>(::fsync(DescriptorOf(file)));
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
+    : name_(name), replace_(replace) {
+  struct stat state {};
+  if (IsStream(name) || (::stat(name.c_str(), &state) == 0 && !S_ISREG(state.st_mode))) {
+    OpenAsItIs();
+  } else if (!replace && ::lstat(name.c_str(), &state) == 0) {  // a link to nowhere, too
+    throw FileError(EEXIST, "cannot create", name_);
+  } else {
+    place_ = Followed(name);
+    OpenBeside(readers);
+  }
+}
+
+void OutputFile::OpenAsItIs() {
+  const int descriptor = IsStream(name_) ? ::fcntl(StreamOf(name_), F_DUPFD_CLOEXEC, 0)
+                                         : ::open(name_.c_str(), O_WRONLY | O_CLOEXEC);
+  if (name_ == "-") name_ = "standard output";
+  if (descriptor < 0) throw FileError(errno, "cannot write", name_);
+  file_.Reset(descriptor);
+}
+
+void OutputFile::OpenBeside(Readers readers) {
+  std::string temporary = FolderOf(place_) + ".latchkey-XXXXXX";
+  const HeldSignals held;
+  const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
+  if (descriptor < 0) throw FileError(errno, "cannot create", name_);
+  file_.Reset(descriptor);
+  temporary_ = temporary;
+  RemoveWhenInterrupted(temporary_);
+  if (readers == Readers::Default) static_cast<void>(::fchmod(descriptor, DefaultMode()));
+}
+
+OutputFile::~OutputFile() {
+  if (temporary_.empty()) return;
+  const HeldSignals held;
+  ::unlink(temporary_.c_str());
+  RemoveWhenInterrupted({});
+}
+
+void OutputFile::Write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(DescriptorOf(file_), bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes = bytes.subspan(static_cast<std::size_t>(count));
+    } else if (errno != EINTR) {
+      throw FileError(errno, "cannot write", name_);
+    }
+  }
+}
+
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
+  if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
+  {
+    const HeldSignals held;
+    if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);
+    temporary_.clear();
+    RemoveWhenInterrupted({});
+  }
+  file_.Reset();
+  FlushFolder(FolderOf(place_));
+}
+
+}  // namespace latchkey::platform

@@ -1,0 +1,48 @@
+// A file that appears whole or not at all.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "platform/command/file_handle.h"
+
+namespace latchkey::platform {
+
+// Who may read a new file: whom the system lets by default, or its owner alone.
+enum class Readers { Default, Owner };
+
+// The bytes go into a file without a known name beside the place; Commit flushes it to the disk and
+// gives it its name. What is not committed is removed: by the destructor, and when the process is
+// interrupted (Ctrl-C, termination) in between. One such file is open at a time.
+//
+// What the process has open ("-" is standard output, on Linux also /dev/stdout, /dev/fd/N) and what
+// is no regular file (a device, a pipe) are written to as they are: neither can be made whole or
+// taken back.
+// Every member raises FileError when the system refuses. Used by one thread.
+class OutputFile {
+ public:
+  // With `replace` an existing file gives way at Commit; without, it is refused, now and again at
+  // Commit.
+  OutputFile(const std::string& name, bool replace, Readers readers);
+  OutputFile(const OutputFile&) = delete;
+  OutputFile& operator=(const OutputFile&) = delete;
+  ~OutputFile();
+
+  void Write(std::span<const std::uint8_t> bytes);
+
+  // No Write may follow.
+  void Commit();
+
+ private:
+  void OpenBeside(Readers readers);
+  void OpenAsItIs();
+
+  UniqueFile file_;
+  std::string name_;
+  bool replace_;
+  std::string place_;      // the name to give; empty for a stream
+  std::string temporary_;  // the name meanwhile; empty when there is none to remove
+};
+
+}  // namespace latchkey::platform

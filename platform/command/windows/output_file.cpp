@@ -1,0 +1,147 @@
+#include "platform/command/output_file.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <vector>
+
+#include "platform/command/windows/handles.h"
+#include "platform/command/windows/owner_only.h"
+#include "platform/command/windows/wide_text.h"
+#include "platform/system_random.h"
+
+namespace latchkey::platform {
+namespace {
+
+constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t end = path.find_last_of("/\\:");
+  return end == std::string::npos ? "" : path.substr(0, end + 1);
+}
+
+// What a name denotes: nothing, a file, or something else that cannot be replaced.
+enum class Kind { Nothing, File, Other };
+
+Kind KindOf(const std::string& name) {
+  const UniqueFile file = Owned(
+      CreateFileW(Widened(name).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  if (!file) {
+    const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ? Kind::Nothing : Kind::File;
+  }
+  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const bool isFolder =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  return GetFileType(HandleOf(file)) == FILE_TYPE_DISK && !isFolder ? Kind::File : Kind::Other;
+}
+
+std::string RandomSuffix() {
+  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz234567";
+  std::array<std::uint8_t, 10> bytes{};
+  static_cast<void>(FillRandom(bytes));
+  std::string suffix;
+  for (const std::uint8_t byte : bytes) suffix += kLetters[byte % kLetters.size()];
+  return suffix;
+}
+
+// While this is set, the system removes the file when its handle is closed, however the process
+// ends.
+bool SetRemoval(const UniqueFile& file, bool remove) {
+  FILE_DISPOSITION_INFO removal;
+  removal.DeleteFile = remove ? TRUE : FALSE;
+  return SetFileInformationByHandle(HandleOf(file), FileDispositionInfo, &removal,
+                                    sizeof removal) != FALSE;
+}
+
+std::wstring FullName(const std::string& name) {
+  const std::wstring wide = Widened(name);
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  const DWORD length =
+      GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  full.resize(std::min<std::size_t>(length, full.size()));
+  return full;
+}
+
+bool Rename(const UniqueFile& file, const std::string& to, bool replace) {
+  const std::wstring name = FullName(to);
+  const std::size_t bytes = name.size() * sizeof(wchar_t);
+  std::vector<std::uint64_t> storage((sizeof(FILE_RENAME_INFO) + bytes) / sizeof(std::uint64_t) +
+                                     1);
+  auto* const renaming = reinterpret_cast<FILE_RENAME_INFO*>(storage.data());
+  renaming->ReplaceIfExists = replace ? TRUE : FALSE;
+  renaming->FileNameLength = static_cast<DWORD>(bytes);
+  std::memcpy(renaming->FileName, name.data(), bytes);
+  return SetFileInformationByHandle(HandleOf(file), FileRenameInfo, renaming,
+                                    static_cast<DWORD>(sizeof(FILE_RENAME_INFO) + bytes)) != FALSE;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
+    : name_(name), replace_(replace) {
+  const Kind kind = name == "-" ? Kind::Other : KindOf(name);
+  if (kind == Kind::Other) {
+    OpenAsItIs();
+  } else if (kind == Kind::File && !replace) {
+    throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
+  } else {
+    place_ = name;
+    OpenBeside(readers);
+  }
+}
+
+void OutputFile::OpenAsItIs() {
+  if (name_ == "-") {
+    name_ = "standard output";
+    file_ = CopyOf(GetStdHandle(STD_OUTPUT_HANDLE), "cannot write", name_);
+    return;
+  }
+  file_ =
+      Owned(CreateFileW(Widened(name_).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                        nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file_) ThrowLastError("cannot write", name_);
+}
+
+void OutputFile::OpenBeside(Readers readers) {
+  OwnerOnly ownerOnly;
+  SECURITY_ATTRIBUTES* const rights = readers == Readers::Owner ? ownerOnly.Get() : nullptr;
+  if (readers == Readers::Owner && rights == nullptr) ThrowLastError("cannot create", name_);
+  const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix();
+  file_ = Owned(CreateFileW(Widened(temporary).c_str(), GENERIC_WRITE | DELETE, 0, rights,
+                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file_ || !SetRemoval(file_, true)) ThrowLastError("cannot create", name_);
+  temporary_ = temporary;
+}
+
+// The system removes what is not committed.
+OutputFile::~OutputFile() = default;
+
+void OutputFile::Write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kLargestWrite));
+    DWORD count = 0;
+    if (!WriteFile(HandleOf(file_), bytes.data(), wanted, &count, nullptr)) {
+      ThrowLastError("cannot write", name_);
+    }
+    bytes = bytes.subspan(count);
+  }
+}
+
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
+  if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
+  if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
+  if (!Rename(file_, place_, replace_)) {
+    const auto reason = static_cast<int>(GetLastError());
+    SetRemoval(file_, true);
+    throw FileError(reason, "cannot create", name_);
+  }
+  file_.Reset();
+}
+
+}  // namespace latchkey::platform

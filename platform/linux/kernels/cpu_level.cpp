@@ -1,0 +1,62 @@
+#include "platform/linux/kernels/cpu_level.h"
+
+#ifdef LATCHKEY_X86_KERNELS
+#include <cpuid.h>
+#endif
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace latchkey::platform {
+namespace {
+
+// The compiler's run-time does not tell of SHA-NI: leaf 7, EBX bit 29.
+bool MachineHasShaInstructions() noexcept {
+#ifdef LATCHKEY_X86_KERNELS
+  unsigned a = 0;
+  unsigned b = 0;
+  unsigned c = 0;
+  unsigned d = 0;
+  __builtin_cpu_init();
+  return static_cast<bool>(__builtin_cpu_supports("sse4.1")) &&
+         __get_cpuid_count(7, 0, &a, &b, &c, &d) != 0 && (b & bit_SHA) != 0;
+#else
+  return false;
+#endif
+}
+
+}  // namespace
+
+CpuLevel HighestCpuLevel() noexcept {
+#ifdef LATCHKEY_X86_KERNELS
+  __builtin_cpu_init();
+  // The compiler's run-time asks the operating system too, whether it keeps the wide registers.
+  if (static_cast<bool>(__builtin_cpu_supports("avx512f")) &&
+      static_cast<bool>(__builtin_cpu_supports("avx512bw"))) {
+    return CpuLevel::Avx512;
+  }
+  if (static_cast<bool>(__builtin_cpu_supports("avx2"))) return CpuLevel::Avx2;
+#endif
+  return CpuLevel::Portable;
+}
+
+CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept {
+  if (name == "portable") return CpuLevel::Portable;
+  if (name == "avx2") return std::min(CpuLevel::Avx2, highest);
+  return highest;
+}
+
+CpuLevel ChosenCpuLevel() noexcept {
+  static const CpuLevel level = [] {
+    const char* const name = std::getenv("LATCHKEY_CPU");  // NOLINT(concurrency-mt-unsafe)
+    return CpuLevelNamed(name != nullptr ? name : "", HighestCpuLevel());
+  }();
+  return level;
+}
+
+bool HasShaInstructions() noexcept {
+  static const bool has = MachineHasShaInstructions() && ChosenCpuLevel() != CpuLevel::Portable;
+  return has;
+}
+
+}  // namespace latchkey::platform

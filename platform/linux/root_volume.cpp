@@ -1,0 +1,66 @@
+#include "platform/linux/root_volume.h"
+
+#include <sys/statvfs.h>
+
+#include <algorithm>
+#include <fstream>
+#include <limits>
+#include <sstream>
+
+namespace latchkey::platform {
+namespace {
+
+std::optional<struct statvfs> RootStatus() {
+  struct statvfs status {};
+  if (::statvfs("/", &status) != 0) return std::nullopt;
+  return status;
+}
+
+// Of several file systems mounted over one another the last in the table is the visible one.
+std::string RootFileSystemName() {
+  std::ifstream mounts("/proc/self/mounts");
+  std::string name;
+  for (std::string line; std::getline(mounts, line);) {
+    std::istringstream fields(line);
+    std::string device;
+    std::string mountPoint;
+    std::string type;
+    if (fields >> device >> mountPoint >> type && mountPoint == "/") name = type;
+  }
+  return name;
+}
+
+std::uint32_t Saturated(std::uint64_t value) {
+  constexpr std::uint64_t kLargest = std::numeric_limits<std::uint32_t>::max();
+  return static_cast<std::uint32_t>(std::min(value, kLargest));
+}
+
+}  // namespace
+
+std::optional<VolumeInformation> RootVolume() {
+  const auto status = RootStatus();
+  if (!status) return std::nullopt;
+  // The seed adds this number, shifted left by 3 bits, to the tick count in 32 bits: a number of
+  // more than 24 bits would make that overflow on ordinary machines.
+  constexpr std::uint32_t kIdBits = 0x00FFFFFF;
+  const std::uint64_t id = status->f_fsid;
+  const auto folded = static_cast<std::uint32_t>(id ^ id >> 32);
+  return VolumeInformation{"", folded & kIdBits, RootFileSystemName()};
+}
+
+std::optional<DiskSpace> RootSpace() {
+  const auto status = RootStatus();
+  if (!status) return std::nullopt;
+  const std::uint64_t unit = status->f_frsize;
+  return DiskSpace{status->f_bavail * unit, status->f_blocks * unit, status->f_bfree * unit};
+}
+
+std::optional<DiskClusters> RootClusters() {
+  const auto status = RootStatus();
+  if (!status) return std::nullopt;
+  constexpr std::uint32_t kSectorSize = 512;
+  return DiskClusters{Saturated(status->f_frsize / kSectorSize), kSectorSize,
+                      Saturated(status->f_bavail), Saturated(status->f_blocks)};
+}
+
+}  // namespace latchkey::platform

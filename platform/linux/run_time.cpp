@@ -1,0 +1,7 @@
+#include "platform/run_time.h"
+
+namespace latchkey::platform {
+
+void ReleaseRunTime() noexcept {}
+
+}  // namespace latchkey::platform

@@ -1,0 +1,85 @@
+#include "platform/system_probe.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+
+#include "platform/code_page.h"
+#include "platform/linux/root_volume.h"
+#include "platform/linux/x11_windows.h"
+
+namespace latchkey::platform {
+namespace {
+
+// As much of `text` as fits with its terminating NUL, up to a NUL of its own.
+int CopyToBuffer(const std::string& text, std::span<char> buffer) {
+  if (buffer.empty()) return 0;
+  const std::size_t length = std::min(std::min(text.find('\0'), text.size()), buffer.size() - 1);
+  std::copy_n(text.begin(), length, buffer.begin());
+  buffer[length] = '\0';
+  return static_cast<int>(length);
+}
+
+class LinuxProbe final : public SystemProbe {
+ public:
+  std::uint32_t GetTickCount() override {
+    const auto sinceStart = std::chrono::steady_clock::now().time_since_epoch();
+    return static_cast<std::uint32_t>(
+        std::chrono::duration_cast<std::chrono::milliseconds>(sinceStart).count());
+  }
+
+  // Local time read as if it were UTC, counted from the Unix epoch, which is day 25,569.
+  double Now() override {
+    std::timespec now{};
+    static_cast<void>(std::timespec_get(&now, TIME_UTC));
+    std::tm local{};
+    localtime_r(&now.tv_sec, &local);
+    const std::time_t seconds = now.tv_sec + local.tm_gmtoff;
+    const auto nanoseconds = static_cast<double>(now.tv_nsec);
+    constexpr double kSecondsPerDay = 86'400;
+    constexpr double kUnixEpoch = 25'569;
+    return kUnixEpoch + (static_cast<double>(seconds) + nanoseconds / 1e9) / kSecondsPerDay;
+  }
+
+  std::optional<VolumeInformation> GetVolumeInformationA(const char* /*rootPath*/) override {
+    return RootVolume();
+  }
+  std::optional<DiskSpace> GetDiskFreeSpaceExA(const char* /*rootPath*/) override {
+    return RootSpace();
+  }
+  std::optional<DiskClusters> GetDiskFreeSpaceA(const char* /*rootPath*/) override {
+    return RootClusters();
+  }
+
+  void EnumWindows(const WindowVisitor& visit) override { VisitTopLevelWindows(visit); }
+  void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) override {
+    VisitDescendants(static_cast<X11Window>(parent), visit);
+  }
+  int GetWindowTextA(WindowHandle window, std::span<char> buffer) override {
+    return CopyToBuffer(X11Title(static_cast<X11Window>(window)), buffer);
+  }
+  int GetClassNameA(WindowHandle window, std::span<char> buffer) override {
+    return CopyToBuffer(X11Class(static_cast<X11Window>(window)), buffer);
+  }
+  bool CloseHandle(WindowHandle /*window*/) override { return false; }
+
+  void ShowWarning(TextView message) override {
+    std::string line;
+    for (const char16_t character : message) {
+      const std::uint32_t code = SystemCodePage().CodeOf(character);
+      line.push_back(static_cast<char>(code));
+    }
+    line.push_back('\n');
+    static_cast<void>(std::fputs(line.c_str(), stderr));
+  }
+};
+
+}  // namespace
+
+SystemProbe& MachineProbe() {
+  static LinuxProbe probe;
+  return probe;
+}
+
+}  // namespace latchkey::platform

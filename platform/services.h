@@ -1,0 +1,18 @@
+// The platform services that the component works against, as one value that a test can replace.
+#pragma once
+
+#include "platform/code_page.h"
+#include "platform/connectivity.h"
+#include "platform/crypto_provider.h"
+#include "platform/system_probe.h"
+
+namespace latchkey::platform {
+
+struct Services {
+  CryptoProvider* provider = &SystemCryptoProvider();
+  const CodePage* codePage = &SystemCodePage();
+  SystemProbe* probe = &MachineProbe();
+  Connectivity* connectivity = &SystemConnectivity();
+};
+
+}  // namespace latchkey::platform

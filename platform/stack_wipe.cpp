@@ -1,0 +1,24 @@
+#include "platform/stack_wipe.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+#include "platform/secure_memory.h"
+
+namespace latchkey::platform {
+namespace {
+
+template <std::size_t size>
+void WipeFrame() noexcept {
+  std::array<std::uint8_t, size> below;  // NOLINT: what stands there is what is to be wiped
+  SecureWipe(below.data(), below.size());
+}
+
+}  // namespace
+
+void WipeStackBelow() noexcept { WipeFrame<4096>(); }
+
+void WipeStackOfException() noexcept { WipeFrame<16384>(); }
+
+}  // namespace latchkey::platform

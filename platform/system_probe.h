@@ -1,0 +1,78 @@
+// What the component asks the machine about: ticks, the clock, the system volume, windows, and a
+// message box. The members carry the names and meanings of the Windows calls they stand for.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <string>
+
+#include "platform/text.h"
+
+namespace latchkey::platform {
+
+struct VolumeInformation {
+  std::string volumeName;          // code-page bytes, up to the first NUL
+  std::uint32_t serialNumber = 0;  // the volume's identification number
+  std::string fileSystemName;      // code-page bytes, up to the first NUL
+};
+
+struct DiskSpace {
+  std::uint64_t availableBytes = 0;  // free for the calling user
+  std::uint64_t totalBytes = 0;
+  std::uint64_t freeBytes = 0;  // free for all users together
+};
+
+struct DiskClusters {
+  std::uint32_t sectorsPerCluster = 0;
+  std::uint32_t bytesPerSector = 0;
+  std::uint32_t numberOfFreeClusters = 0;
+  std::uint32_t totalNumberOfClusters = 0;
+};
+
+class SystemProbe {
+ public:
+  using WindowHandle = std::uintptr_t;
+  using WindowVisitor = std::function<void(WindowHandle)>;
+
+  SystemProbe() = default;
+  SystemProbe(const SystemProbe&) = delete;
+  SystemProbe& operator=(const SystemProbe&) = delete;
+  virtual ~SystemProbe() = default;
+
+  // Milliseconds of a counter that wraps at 2^32.
+  virtual std::uint32_t GetTickCount() = 0;
+
+  // The local date and time in the Automation form: days since 30 December 1899, the time of day
+  // as the fraction.
+  virtual double Now() = 0;
+
+  // Nothing when the volume cannot be queried. On Linux every root path means "/".
+  virtual std::optional<VolumeInformation> GetVolumeInformationA(const char* rootPath) = 0;
+  virtual std::optional<DiskSpace> GetDiskFreeSpaceExA(const char* rootPath) = 0;
+  virtual std::optional<DiskClusters> GetDiskFreeSpaceA(const char* rootPath) = 0;
+
+  // Calls the visitor for each top-level window, or for each descendant of `parent`, on the
+  // calling thread. Without a display there are none. An exception from the visitor ends the walk
+  // and reaches the caller.
+  virtual void EnumWindows(const WindowVisitor& visit) = 0;
+  virtual void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) = 0;
+
+  // Copy a window's title or class name, NUL-terminated, into `buffer`; give its length in
+  // characters, 0 for none or for a failure.
+  virtual int GetWindowTextA(WindowHandle window, std::span<char> buffer) = 0;
+  virtual int GetClassNameA(WindowHandle window, std::span<char> buffer) = 0;
+
+  // Windows' CloseHandle on the number of a window handle; nothing elsewhere.
+  virtual bool CloseHandle(WindowHandle window) = 0;
+
+  // A modal box with the exclamation icon, an OK button and the default caption. On Linux a line
+  // on standard error.
+  virtual void ShowWarning(TextView message) = 0;
+};
+
+// The platform's probe. Lives as long as the process; any thread may use it.
+SystemProbe& MachineProbe();
+
+}  // namespace latchkey::platform

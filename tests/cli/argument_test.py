@@ -1,0 +1,81 @@
+"""What arguments may be: names that look like something else, and the options that count in a usage error."""
+import unittest
+
+from command import CommandTest
+
+ABC = "900150983cd24fb0d6963f7d28e17f72"
+RC4 = ["--hash", "md5", "--cipher", "rc4", "--no-password"]
+# What a parser may take for a list, an end, a command, a map, a comment, an option.
+NAMES = ["[1]", "[a,b]", "[]", "++", "hash", "random", "{x}", "%%", "#c", "'q'", "@f", "a b", "a=b", "-5"]
+
+
+class NameTest(CommandTest):
+    def setUp(self):
+        super().setUp()
+        for name in NAMES:
+            self.write(name, b"abc")
+
+    def test_several_files_of_any_name(self):
+        expected = "".join(f"{ABC}  {name}\n" for name in NAMES)
+        self.assertEqual(self.run_well("hash", *NAMES).text, expected)
+        self.assertEqual(self.run_well("hash", "--", *NAMES).text, expected)
+        listed = self.run_well("hash", "--json", *NAMES).json["results"]
+        self.assertEqual([result["file"] for result in listed], NAMES)
+
+    def test_input_output_and_password_file_of_any_name(self):
+        for name in NAMES:
+            self.run_well("encrypt", *RC4, "-o", "out", name)
+            self.run_well("decrypt", *RC4, "--force", "-o", name, "out")
+            self.assertEqual(self.read(name), b"abc", name)
+            (self.folder / "out").unlink()
+            self.run_well("encrypt", *RC4[:-1], "--password-file", name, "-o", "out", name)
+            (self.folder / "out").unlink()
+
+    def test_a_name_that_begins_with_a_dash_comes_after_two_dashes(self):
+        self.write("-x", b"abc")
+        self.assertEqual(self.run_well("hash", "--", "-x").text, f"{ABC}  -x\n")
+        self.run_well("encrypt", *RC4, "-o", "-out", "--", "-x")
+        self.run_well("encrypt", *RC4, "--output=-out2", "--", "-x")
+        self.assertEqual(self.read("-out"), self.read("-out2"))
+        result = self.run_command("hash", "-x")
+        self.assertEqual((result.status, result.lines[0]),
+                         (2, "latchkey: The following argument was not expected: -x"))
+
+    def test_a_failure_tells_the_name_as_it_was_given(self):
+        for name in ("[none]", "++"):
+            (self.folder / name).unlink(missing_ok=True)
+            line = self.run_command("hash", "--", name).lines[0]
+            self.assertTrue(line.startswith("latchkey: cannot open: ") and line.endswith(f": {name}"), line)
+            result = self.run_command("random", "1", name)
+            self.assertEqual((result.status, result.lines[0]),
+                             (2, f"latchkey: The following argument was not expected: {name}"))
+
+
+class EmptyNameTest(CommandTest):
+    def test_an_empty_name_is_no_file_and_no_default(self):
+        self.write("in", b"abc")
+        for arguments in (["encrypt", *RC4, ""], ["encrypt", *RC4, "-o", "", "in"], ["hash", ""],
+                          ["encrypt", *RC4[:-1], "--password-file", "", "in"],
+                          ["encrypt", *RC4[:-1], "--password-env", "", "in"]):
+            result = self.run_command(*arguments)
+            self.assertEqual((result.status, result.out), (1, b""), (arguments, result))
+            self.assertEqual(self.names(), ["in"])
+
+
+class JsonOfWrongUsageTest(CommandTest):
+    def test_it_counts_wherever_the_parser_stopped(self):
+        for arguments in (["bogus", "--json"], ["--bogus", "--json"], ["encrypt", "--json", "--hash"],
+                          ["encrypt", "--hash", "md5", "--json", "--cipher"], ["hash", "--bogus", "--json"],
+                          ["encrypt", "--json", "--cipher", "rc4", "--cipher", "rc2"]):
+            result = self.run_command(*arguments)
+            self.assertEqual((result.status, result.err), (2, b""), arguments)
+            self.assertTrue(result.json["error"]["text"], arguments)
+
+    def test_after_two_dashes_it_is_a_name(self):
+        result = self.run_command("salt", "--bogus", "--", "--json")
+        self.assertEqual((result.status, result.out), (2, b""))
+        self.assertTrue(result.lines[0].startswith("latchkey: "), result)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

@@ -1,0 +1,79 @@
+// A message in pieces gives what the same message gives in one call.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "crypto/algorithms.h"
+#include "crypto/open_provider.h"
+#include "crypto/password_cipher.h"
+
+namespace latchkey::test {
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+using Apply = CipherStep (PasswordCipher::*)(std::span<std::uint8_t>, std::uint32_t&, bool);
+
+constexpr std::uint32_t kBlock = 8;
+constexpr unsigned kSeed = 20260117;
+constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
+
+class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
+ protected:
+  // Processes `data` in pieces as long as `sizes` says; the last piece is what is left.
+  Bytes Run(Apply apply, const Bytes& data, const std::vector<std::size_t>& sizes) {
+    PasswordCipher cipher(context);
+    EXPECT_EQ(
+        cipher.DeriveKey(FindHashAlgorithm(1).id, FindCipherAlgorithm(GetParam(), true), kPassword),
+        CipherStep::Done);
+    Bytes result;
+    std::size_t done = 0;
+    for (std::size_t i = 0; i <= sizes.size(); ++i) {
+      const bool final = i == sizes.size();
+      const std::size_t size = final ? data.size() - done : std::min(sizes[i], data.size() - done);
+      const auto start = data.begin() + static_cast<std::ptrdiff_t>(done);
+      Bytes piece(start, start + static_cast<std::ptrdiff_t>(size));
+      piece.resize(size + kBlock);
+      auto length = static_cast<std::uint32_t>(size);
+      EXPECT_EQ((cipher.*apply)(piece, length, final), CipherStep::Done);
+      result.insert(result.end(), piece.begin(),
+                    piece.begin() + static_cast<std::ptrdiff_t>(length));
+      done += size;
+    }
+    return result;
+  }
+
+  // Sizes of pieces, multiples of eight, that stay below `length` together.
+  std::vector<std::size_t> RandomSizes(std::size_t length) {
+    std::vector<std::size_t> sizes;
+    std::size_t left = length / kBlock;
+    while (left > 0 && random() % 8 != 0) {
+      const std::size_t blocks = random() % left;
+      sizes.push_back(blocks * kBlock);
+      left -= blocks;
+    }
+    return sizes;
+  }
+
+  std::mt19937 random{kSeed};
+  UniqueContext context = OpenProvider(true);
+};
+
+INSTANTIATE_TEST_SUITE_P(EveryCipher, CipherPiecesTest, testing::Values(1, 2, 3, 4, 5));
+
+TEST_P(CipherPiecesTest, RandomPiecesGiveWhatTheWholeGives) {
+  for (int round = 0; round < 200; ++round) {
+    Bytes data(random() % 2000);
+    std::generate(data.begin(), data.end(), [&] { return static_cast<std::uint8_t>(random()); });
+    const Bytes whole = Run(&PasswordCipher::Encrypt, data, {});
+    EXPECT_EQ(Run(&PasswordCipher::Encrypt, data, RandomSizes(data.size())), whole) << round;
+    // The last piece of a padded message has at least the block with the padding.
+    const std::size_t spare = GetParam() == 1 ? 0 : kBlock;
+    EXPECT_EQ(Run(&PasswordCipher::Decrypt, whole, RandomSizes(whole.size() - spare)), data)
+        << round;
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,108 @@
+"""Runs the command line under test. Imported by the tests of this folder.
+
+LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. Each test works in a
+folder of its own, which is also the working directory of the command.
+"""
+import json
+import os
+import pathlib
+import random
+import shutil
+import subprocess
+import tempfile
+import unittest
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+WINE = os.environ.get("LATCHKEY_WINE", "")
+IS_WINDOWS = bool(WINE)
+PREFIX = [str(PROJECT / "tools" / "wine"), WINE] if IS_WINDOWS else []
+PROGRAM = PREFIX + [str(pathlib.Path(os.environ["LATCHKEY_COMMAND"]).resolve())]
+
+HASHES = ("md5", "md4", "md2", "sha1")
+BASE_CIPHERS = ("rc4", "rc2", "des")
+CIPHERS = BASE_CIPHERS + ("3des", "3des-112")
+BLOCK_CIPHERS = CIPHERS[1:]
+# Every provider, hash and cipher that go together.
+SETTINGS = [("base", hash_, cipher) for hash_ in HASHES for cipher in BASE_CIPHERS] + \
+           [("enhanced", hash_, cipher) for hash_ in HASHES for cipher in CIPHERS]
+
+SEED = int(os.environ.get("LATCHKEY_TEST_SEED", "20260117"))
+
+
+# For tests that write thousands of small files: each is flushed to its disk, and here that costs nothing.
+MEMORY_FOLDER = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
+
+
+def setting_options(provider, hash_, cipher):
+    return ["--provider", provider, "--hash", hash_, "--cipher", cipher]
+
+
+class Result:
+    def __init__(self, process):
+        self.status = process.returncode
+        self.out = process.stdout
+        self.err = process.stderr
+
+    @property
+    def text(self):
+        return self.out.decode()
+
+    @property
+    def lines(self):
+        return self.err.decode().splitlines()
+
+    @property
+    def json(self):
+        return json.loads(self.out)
+
+    def __repr__(self):
+        return f"status {self.status}\n--- out\n{self.out!r}\n--- err\n{self.err.decode(errors='replace')}"
+
+
+class CommandTest(unittest.TestCase):
+    PARENT = None  # of the test's folder
+
+    @classmethod
+    def setUpClass(cls):
+        print(f"seed {SEED}", flush=True)
+
+    def setUp(self):
+        self.folder = pathlib.Path(tempfile.mkdtemp(prefix="latchkey-test-", dir=self.PARENT))
+        self.addCleanup(shutil.rmtree, self.folder)
+        self.random = random.Random(f"{SEED} {self.id()}")
+
+    def run_command(self, *arguments, data=b"", environment=None, program=PROGRAM, **options):
+        """Runs the command to its end; `data` is its standard input."""
+        if "stdin" not in options:
+            options["input"] = data
+        process = subprocess.run(
+            [*program, *map(str, arguments)], capture_output=True, cwd=self.folder,
+            env={**os.environ, **(environment or {})}, timeout=200, check=False, **options)
+        return Result(process)
+
+    def run_well(self, *arguments, **options):
+        """The same for what must succeed without a word on standard error."""
+        result = self.run_command(*arguments, **options)
+        self.assertEqual((result.status, result.err), (0, b""), f"{arguments}: {result}")
+        return result
+
+    def start_command(self, *arguments, **options):
+        return subprocess.Popen([*PROGRAM, *map(str, arguments)], cwd=self.folder, **options)
+
+    def write(self, name, data):
+        (self.folder / name).write_bytes(data)
+        return name
+
+    def read(self, name):
+        return (self.folder / name).read_bytes()
+
+    def names(self):
+        return sorted(path.name for path in self.folder.iterdir())
+
+    def encrypt(self, data, options, password=b"secret"):
+        self.write("password", password)
+        return self.run_well("encrypt", *options, "--password-file", "password", "--password-exact", data=data).out
+
+    def decrypt(self, data, options, password=b"secret"):
+        self.write("password", password)
+        return self.run_well("decrypt", *options, "--password-file", "password", "--password-exact", data=data).out

@@ -1,0 +1,138 @@
+"""The commands over single operations of the component: random, salt, online, errors; and the program itself."""
+import re
+import unittest
+
+from command import CommandTest
+
+
+class RandomTest(CommandTest):
+    def test_exact_hexadecimal_is_n_digits_and_differs_each_time(self):
+        lines = {self.run_well("random", 32, "--hex", "--exact").text for _ in range(5)}
+        self.assertEqual(len(lines), 5)
+        for line in lines:
+            self.assertRegex(line, r"^[0-9A-F]{32}\n\Z")
+
+    def test_exact_bytes_are_n_bytes(self):
+        self.assertEqual(len(self.run_well("random", 1000, "--exact").out), 1000)
+
+    def test_without_exact_the_rest_of_the_seed_text_follows_a_short_result(self):
+        # The seed text is one digit twice at least. The random byte is trimmed away when it is a space.
+        digits = self.run_well("random", 1, "--hex").text
+        self.assertRegex(digits, r"^([0-9A-F]{2})?(3[0-9])+\n\Z")
+
+    def test_nothing_asked_gives_nothing(self):
+        self.assertEqual(self.run_well("random", 0, "--exact").out, b"")
+        self.assertEqual(self.run_well("salt", 0).out, b"")
+
+    def test_letters_of_a_salt(self):
+        salts = {self.run_well("salt", 40, "--letters").text for _ in range(3)}
+        self.assertEqual(len(salts), 3)
+        for salt in salts:
+            self.assertRegex(salt, r"^[A-Za-z]{40}\n\Z")
+
+    def test_a_raw_salt_is_n_bytes_but_for_spaces_at_its_ends(self):
+        self.assertIn(len(self.run_well("salt", 100).out), range(90, 101))
+
+    def test_json(self):
+        self.assertRegex(self.run_well("random", 16, "--hex", "--exact", "--json").json["text"], "^[0-9A-F]{16}$")
+        self.assertRegex(self.run_well("random", 16, "--exact", "--json").json["hex"], "^[0-9a-f]{32}$")
+        self.assertRegex(self.run_well("salt", 16, "--letters", "--json").json["text"], "^[A-Za-z]{16}$")
+
+
+class OnlineTest(CommandTest):
+    def test_the_exit_status_agrees_with_the_word(self):
+        result = self.run_command("online")
+        self.assertIn((result.status, result.text), ((0, "connected\n"), (1, "not connected\n")))
+        self.assertEqual(result.err, b"")
+        quiet = self.run_command("online", "--quiet")
+        self.assertEqual((quiet.status, quiet.out), (result.status, b""))
+        self.assertEqual(self.run_command("online", "--json").json, {"connected": result.status == 0})
+
+
+class ErrorsTest(CommandTest):
+    # Location, number, text; the locations of traps have no number of their own.
+    CHECKS = [
+        (709, 117, "Error creating hash"), (710, 114, "Error acquiring provider"), (711, 115, "Bad hash type"),
+        (712, 116, "Bad encryption type"), (713, 114, "Error acquiring provider"), (714, 117, "Error creating hash"),
+        (715, 118, "Error creating hash data"), (716, 119, "Error deriving key"),
+        (717, 120, "Error decrypting data"), (718, 115, "Bad hash type"), (719, 121, "Bad encryption type"),
+        (720, 114, "Error acquiring provider"), (721, 117, "Error creating hash"),
+        (722, 118, "Error creating hash data"), (723, 119, "Error deriving key"),
+        (724, 122, "Error encrypting data"), (725, 121, "Bad encryption type"), (726, 121, "Bad encryption type"),
+        (727, 123, "Error converting data"), (728, 124, "Error acquiring enhanced provider"),
+        (729, 125, "Error acquiring standard provider"),
+    ]
+    TRAPS = {419: "connection-state query", 420: "connection-exists query", 432: "CreateHash", 433: "CreateRandom",
+             434: "CreateSaltValue", 435: "Decrypt", 436: "DecryptData", 437: "Encrypt", 438: "EncryptData",
+             439: "GetCipherAlgorithm", 440: "ConvertStringFromHex", 441: "ConvertStringToHex",
+             442: "AcquireProvider"}
+    FAULTS = {5: "Invalid procedure call or argument", 6: "Overflow", 7: "Out of memory", 9: "Subscript out of range",
+              11: "Division by zero", 13: "Type mismatch", 91: "Object variable or With block variable not set",
+              94: "Invalid use of Null"}
+
+    def test_the_table_is_complete(self):
+        errors = self.run_well("errors", "--json").json["errors"]
+        checks = [(entry["location"], entry["number"], entry["text"]) for entry in errors
+                  if "location" in entry and "number" in entry]
+        traps = {entry["location"]: entry["operation"] for entry in errors if "number" not in entry}
+        faults = {entry["number"]: entry["text"] for entry in errors if "location" not in entry}
+        self.assertEqual((checks, traps, faults), (self.CHECKS, self.TRAPS, self.FAULTS))
+        self.assertEqual({entry["type"] for entry in errors if "location" in entry and "number" in entry}, {2})
+
+    def test_the_text_has_a_line_for_each(self):
+        lines = self.run_well("errors").text.splitlines()
+        self.assertEqual(len(lines), 1 + len(self.CHECKS) + len(self.TRAPS) + len(self.FAULTS))
+        self.assertIn("     717       120  Decrypt: Error decrypting data", lines)
+        self.assertIn("     436            DecryptData: run-time fault", lines)
+        self.assertIn("                 7  any operation: Out of memory", lines)
+
+    def test_one_location_comes_with_advice(self):
+        lines = self.run_well("errors", 717).text.splitlines()
+        self.assertEqual(lines[1], "     717       120  Decrypt: Error decrypting data")
+        self.assertRegex(lines[2], "^hint: .*identify")
+
+    def test_a_number_gives_every_place_that_records_it(self):
+        errors = self.run_well("errors", 121, "--json").json["errors"]
+        self.assertEqual([entry["location"] for entry in errors], [719, 725, 726])
+
+    def test_what_is_no_number_of_the_component_fails(self):
+        for number in (0, 1, 700, 761, 999):
+            result = self.run_command("errors", number)
+            self.assertEqual(result.status, 1, result)
+            self.assertEqual(result.lines[0], f"latchkey: no location and no error number of the component: {number}")
+
+
+class ProgramTest(CommandTest):
+    COMMANDS = ("encrypt", "decrypt", "identify", "hash", "random", "salt", "hex", "online", "errors")
+
+    def test_the_version(self):
+        self.assertRegex(self.run_well("--version").text, r"^latchkey \d+\.\d+\.\d+\n\Z")
+
+    def test_help_lists_every_command(self):
+        text = self.run_well("--help").text
+        for command in self.COMMANDS:
+            self.assertRegex(text, rf"(?m)^  {command} +[A-Z]")
+
+    def test_help_of_each_command_ends_with_an_example_of_it(self):
+        for command in self.COMMANDS:
+            lines = self.run_well(command, "--help").text.rstrip("\n").splitlines()
+            self.assertEqual(lines[-2], "Example:", command)
+            self.assertTrue(lines[-1].startswith(f"  latchkey {command}"), lines[-1])
+
+    def test_no_option_takes_a_password_as_its_value(self):
+        for command in self.COMMANDS:
+            text = self.run_well(command, "--help").text
+            self.assertEqual(re.findall(r"--password[ =]", text), [], command)
+
+    def test_a_name_beyond_ascii_is_found_as_argument_and_in_a_list(self):
+        name = "sch\u00f6n \u20ac.txt"
+        line = f"900150983cd24fb0d6963f7d28e17f72  {name}\n"
+        utf8 = {"LC_ALL": "C.UTF-8", "LATCHKEY_WINE_LOCALE": "C.UTF-8"}
+        (self.folder / name).write_bytes(b"abc")
+        self.assertEqual(self.run_well("hash", name, environment=utf8).text, line)
+        self.write("list", line.encode())
+        self.assertEqual(self.run_well("hash", "-c", "list", environment=utf8).text, f"{name}: OK\n")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

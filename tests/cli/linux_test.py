@@ -1,0 +1,320 @@
+"""What only Linux has: names of any bytes, the process's environment in /proc, the manual page and bash."""
+import hashlib
+import os
+import pathlib
+import re
+import select
+import subprocess
+import unittest
+
+from command import CIPHERS, PROGRAM, CommandTest
+from password_test import Terminal
+
+BUILD = pathlib.Path(PROGRAM[0]).parent
+COMMANDS = ("encrypt", "decrypt", "identify", "hash", "random", "salt", "hex", "online", "errors")
+OPTIONS = ["--hash", "md5", "--cipher", "des"]
+
+
+class NameTest(CommandTest):
+    def test_names_that_md5sum_escapes(self):
+        for name in (b"back\\slash", b"line\nend", b"return\rname", b"\xff\xfe"):
+            (self.folder / os.fsdecode(name)).write_bytes(b"abc")
+            expected = subprocess.run(["md5sum", name], cwd=self.folder, capture_output=True, check=True).stdout
+            self.assertEqual(self.run_well("hash", os.fsdecode(name)).out, expected)
+            self.write("sums", expected)
+            self.run_well("hash", "--check", "--quiet", "sums")
+            told = subprocess.run(["md5sum", "--check", "sums"], cwd=self.folder, capture_output=True, check=True).stdout
+            self.assertEqual(self.run_well("hash", "--check", "sums").out, told)
+
+    def test_json_of_a_name_that_is_no_text(self):
+        (self.folder / os.fsdecode(b"\xff")).write_bytes(b"abc")
+        self.assertEqual(self.run_well("hash", "--json", os.fsdecode(b"\xff")).json["results"][0]["file"], "\ufffd")
+
+
+class OutputTest(CommandTest):
+    def test_a_link_stays_and_what_it_leads_to_is_replaced(self):
+        (self.folder / "folder").mkdir()
+        self.write("folder/target", b"old")
+        (self.folder / "link").symlink_to("folder/target")
+        self.assertEqual(self.run_command("hex", "-o", "link", data=b"A").status, 1)
+        self.run_well("hex", "--force", "-o", "link", data=b"A")
+        self.assertTrue((self.folder / "link").is_symlink())
+        self.assertEqual(self.read("folder/target"), b"41\n")
+
+    def test_a_link_to_nowhere_is_an_existing_file(self):
+        (self.folder / "link").symlink_to("nowhere")
+        with subprocess.Popen([*PROGRAM, "hex", "-o", "link"], cwd=self.folder, stdin=subprocess.PIPE,
+                              stderr=subprocess.PIPE) as process:  # refused before any data comes
+            self.assertIn(b"--force replaces", process.stderr.read())
+        self.assertEqual(process.returncode, 1)
+        self.assertEqual(self.names(), ["link"])
+
+    def test_a_pipe_is_written_as_it_is(self):
+        os.mkfifo(self.folder / "pipe")
+        process = self.start_command("hex", "-o", "pipe", stdin=subprocess.PIPE)
+        process.stdin.write(b"A")
+        process.stdin.close()
+        self.assertEqual(self.read("pipe"), b"41\n")
+        self.assertEqual(process.wait(), 0)
+
+    def test_a_full_disk_is_told(self):
+        result = self.run_command("hex", "-o", "/dev/full", data=b"A")
+        self.assertEqual((result.status, result.lines),
+                         (1, ["latchkey: cannot write: No space left on device: /dev/full"]))
+
+    def test_no_command_takes_a_full_disk_for_success(self):
+        self.write("in", b"abc")
+        for arguments in (["--version"], ["--help"], ["hash", "--help"], ["hash", "in"], ["hash", "--json", "in"],
+                          ["errors"], ["online"], ["random", 5], ["salt", 5, "--json"], ["hex", "in"],
+                          ["encrypt", *OPTIONS, "--no-password", "in"]):
+            with open("/dev/full", "wb") as full:
+                process = self.start_command(*arguments, stdout=full, stderr=subprocess.PIPE)
+                error = process.communicate()[1]
+            self.assertEqual(process.returncode, 1, (arguments, error))
+            self.assertRegex(error.decode(), "^latchkey: cannot write: .*standard output\n$", arguments)
+
+
+class StreamNameTest(CommandTest):
+    """The names under which a process finds its own descriptors."""
+
+    def run_into(self, mode, *arguments):
+        """Runs with a regular file as standard output."""
+        with open(self.folder / "target", mode) as target:
+            process = self.start_command(*arguments, stdin=subprocess.PIPE, stdout=target, stderr=subprocess.PIPE)
+            error = process.communicate(b"A")[1]
+        return process.returncode, error
+
+    def test_what_is_open_is_written_on(self):
+        for name in ("/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
+            for force in ([], ["--force"]):
+                self.write("target", b"before ")
+                before = (self.folder / "target").stat().st_ino
+                self.assertEqual(self.run_into("ab", "hex", *force, "-o", name), (0, b""))
+                self.assertEqual(self.read("target"), b"before 41\n", name)
+                self.assertEqual((self.folder / "target").stat().st_ino, before)
+
+    def test_a_file_that_has_lost_its_name_is_written_on(self):
+        # Not /dev/stdout: a command that is broken and run by root would replace that link of the machine's.
+        script = 'exec >gone; rm gone; "$0" hex --force -o /proc/self/fd/1; cat /proc/$$/fd/1 >&2'
+        process = subprocess.run(["bash", "-c", script, *PROGRAM], input=b"A", cwd=self.folder, capture_output=True,
+                                 check=False)
+        self.assertEqual(process.stderr, b"41\n")
+        self.assertEqual(self.names(), [])
+
+    def test_json_stays_off_it(self):
+        for name in ("/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
+            result = self.run_command("hex", "--json", "-o", name, data=b"A")
+            self.assertEqual((result.status, result.out), (0, b"41\n"))
+            self.assertIn(b'"output"', result.err)
+
+    def test_standard_input_gives_password_or_data_under_all_its_names(self):
+        for password in ("-", "/dev/stdin", "/dev/fd/0", "/proc/self/fd/0"):
+            for data in ("-", "/dev/stdin", "/dev/fd/0"):
+                for command in (["encrypt", *OPTIONS], ["identify"]):
+                    result = self.run_command(*command, "--password-file", password, data, data=b"secret\n")
+                    self.assertEqual((result.status, result.out), (2, b""), (command, password, data))
+        result = self.run_command("encrypt", *OPTIONS, "--password-fd", "0", "/dev/stdin", data=b"secret\n")
+        self.assertEqual((result.status, result.out), (2, b""))
+
+
+class SecretTest(CommandTest):
+    PASSWORD = b"hunter2-a-long-secret"
+
+    def in_memory(self, process, secret):
+        """Whether the process has it in memory that can be read."""
+        with open(f"/proc/{process.pid}/maps", encoding="utf-8") as maps, \
+                open(f"/proc/{process.pid}/mem", "rb", buffering=0) as memory:
+            for line in maps:
+                span, rights, *_ = line.split()
+                if not rights.startswith("r") or "[v" in line:
+                    continue
+                start, end = (int(each, 16) for each in span.split("-"))
+                memory.seek(start)
+                if secret in memory.read(end - start):
+                    return True
+        return False
+
+    def started(self, source, data):
+        """An encryption whose key is made and that waits for its data; open for writing in `data`."""
+        arguments, more = {
+            "file": (["--password-file", self.write("password", self.PASSWORD + b"\n")], {}),
+            "stream": (["--password-file", "-"], {"stdin": subprocess.PIPE}),
+            "descriptor": (["--password-fd", "0"], {"stdin": subprocess.PIPE}),
+            "variable": (["--password-env", "LK_TEST"], {"env": {**os.environ, "LK_TEST": self.PASSWORD.decode()}}),
+        }[source]
+        process = self.start_command("encrypt", "--hash", "sha1", "--cipher", "3des", *arguments, "-o", "out", data,
+                                     **more)
+        if process.stdin:
+            process.stdin.write(self.PASSWORD + b"\n")
+            process.stdin.close()
+        return process
+
+    def test_no_password_and_no_digest_of_it_stays_in_memory(self):
+        digest = hashlib.sha1(self.PASSWORD).digest()
+        for source in ("file", "stream", "descriptor", "variable"):
+            os.mkfifo(self.folder / "data")
+            process = self.started(source, "data")
+            with open(self.folder / "data", "wb"):  # opens once the command has opened it
+                while not any(name.startswith(".latchkey") for name in self.names()):
+                    self.assertIsNone(process.poll())
+                self.assertTrue(self.in_memory(process, b"--cipher"))  # the search itself
+                for secret in (self.PASSWORD, self.PASSWORD[:12], self.PASSWORD[8:], digest, digest[:8]):
+                    self.assertFalse(self.in_memory(process, secret), (source, secret))
+            self.assertEqual(process.wait(), 0)
+            for name in ("data", "out"):
+                (self.folder / name).unlink()
+
+    def test_no_plaintext_stays_in_memory_when_the_work_is_done(self):
+        text = b"PLAINTEXT-0123456789-" * 5000
+        self.write("c", self.encrypt(text, OPTIONS))
+        self.write("digits", text.hex().encode())
+        for arguments in (["decrypt", *OPTIONS, "--password-file", "password", "-o", "p", "c"],
+                          ["hex", "-d", "-o", "p", "digits"]):
+            reader, writer = os.pipe()  # full, so that the command stops with its result in hand
+            os.set_blocking(writer, False)
+            try:
+                while os.write(writer, bytes(1 << 12)):
+                    pass
+            except BlockingIOError:
+                os.set_blocking(writer, True)
+            process = self.start_command(*arguments, "--json", stdout=writer)
+            while "p" not in self.names():
+                self.assertIsNone(process.poll())
+            for secret in (text[:21], text[:21].hex().encode(), text[:21].hex().upper().encode("utf-16-le")):
+                self.assertFalse(self.in_memory(process, secret), (arguments, secret))
+            os.close(writer)
+            os.close(reader)
+            process.kill()
+            process.wait()
+            (self.folder / "p").unlink()
+
+    def test_the_variable_is_wiped_from_the_environment_of_the_process(self):
+        os.mkfifo(self.folder / "data")
+        process = self.start_command("encrypt", *OPTIONS, "--password-env", "LK_TEST", "-o", "c", "data",
+                                     env={**os.environ, "LK_TEST": "hunter2-secret"})
+        with open(self.folder / "data", "wb") as pipe:  # opens once the command has opened it
+            while not any(name.startswith(".latchkey") for name in self.names()):
+                self.assertIsNone(process.poll())
+            environment = pathlib.Path(f"/proc/{process.pid}/environ").read_bytes()
+            pipe.write(b"text")
+        self.assertEqual(process.wait(), 0)
+        self.assertIn(b"LK_TEST", environment)  # the name may stand; what was behind it is gone
+        self.assertNotIn(b"hunter2", environment)
+
+    def test_a_descriptor_of_a_shell(self):
+        script = '"$0" encrypt --hash md5 --cipher des --password-fd 3 3<<<secret'
+        process = subprocess.run(["bash", "-c", script, *PROGRAM], input=b"text", capture_output=True, check=True)
+        self.assertEqual(process.stdout, self.encrypt(b"text", OPTIONS))
+
+    def test_an_interruption_at_the_prompt_brings_the_echo_back(self):
+        self.write("in", b"text")
+        terminal = Terminal(self, "encrypt", *OPTIONS, "-o", "out", "in")
+        terminal.read_until(b"Password: ")
+        self.assertFalse(terminal.echoes())
+        terminal.type(b"\x03")
+        while not terminal.echoes():
+            os.sched_yield()
+        self.assertNotEqual(terminal.wait(), 0)
+        self.assertEqual(self.names(), ["in"])
+
+
+class ProgressTest(CommandTest):
+    def shown_by(self, command, most_pieces, *arguments):
+        """What the terminal shows while the command works on data that is slow to come."""
+        os.mkfifo(self.folder / "data")
+        terminal = Terminal(self, command, *arguments, "data")
+        with open(self.folder / "data", "wb") as pipe:
+            shown, pieces = b"", 0
+            while b"B/s" not in shown and pieces < most_pieces:
+                pieces += 1
+                pipe.write(bytes(1 << 20))
+                if select.select([terminal.master], [], [], 0.05)[0]:
+                    shown += os.read(terminal.master, 4096)
+        self.assertIn(terminal.wait(), (0, 1))
+        for name in self.names():
+            (self.folder / name).unlink()
+        return shown + terminal.seen
+
+    def test_work_of_more_than_a_second_shows_how_far_it_is(self):
+        rc4 = ["--hash", "md5", "--cipher", "rc4", "--no-password", "-o", "out"]
+        for command, arguments in (("encrypt", rc4), ("decrypt", rc4), ("hash", []), ("hex", ["-o", "out"]),
+                                   ("identify", ["--no-password"])):
+            shown = self.shown_by(command, 10_000, *arguments)
+            self.assertIn(b"B/s", shown, command)
+            self.assertRegex(shown, rb"\r +\r", command)  # the line is gone at the end
+        self.assertNotIn(b"B/s", self.shown_by("encrypt", 40, *rc4, "--quiet"))
+
+
+class PiecesTest(CommandTest):
+    PIECE = 1 << 20  # more than this, and several threads work
+    KEY = ["--hash", "sha1", "--no-password"]
+
+    def test_one_processor_gives_what_all_give(self):
+        processor = min(os.sched_getaffinity(0))
+        for cipher in CIPHERS:
+            data = self.random.randbytes(5 * self.PIECE)
+            for command in ("encrypt", "decrypt"):
+                arguments = [command, *self.KEY, "--cipher", cipher]
+                alone = self.run_well(*arguments, data=data, program=["taskset", "-c", str(processor), *PROGRAM]).out
+                data = self.run_well(*arguments, data=data).out
+                self.assertEqual(data, alone, (command, cipher))
+
+    def test_a_failed_write_ends_the_command_while_it_waits_for_input(self):
+        with open("/dev/full", "wb") as full:
+            process = self.start_command("decrypt", *self.KEY, "--cipher", "des", stdin=subprocess.PIPE, stdout=full,
+                                         stderr=subprocess.PIPE)
+            try:
+                process.stdin.write(bytes(3 * self.PIECE))
+                process.stdin.flush()
+            except BrokenPipeError:  # it has ended already
+                pass
+            self.assertEqual(process.wait(60), 1)  # its input is still open
+        self.assertEqual(process.stderr.read(), b"latchkey: cannot write: No space left on device: standard output\n")
+        process.stderr.close()
+        try:
+            process.stdin.close()
+        except BrokenPipeError:
+            pass
+
+
+class DocumentTest(CommandTest):
+    PAGE = BUILD / "man" / "man1" / "latchkey.1"
+
+    def shown(self):
+        process = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", str(self.PAGE)], capture_output=True,
+                                 check=True, env={**os.environ, "MANWIDTH": "100", "LC_ALL": "C.UTF-8"})
+        self.assertEqual(process.stderr, b"")
+        return process.stdout.decode()
+
+    def test_the_manual_page_formats_and_has_every_command_and_option(self):
+        page = re.sub(r"\s+", " ", self.shown())
+        for command in COMMANDS:
+            self.assertIn(f" {command.upper()} ", page)
+            text = self.run_well(command, "--help").text
+            for option in re.findall(r"--[a-z][a-z0-9-]+", text):
+                self.assertIn(option, page)
+            self.assertIn(text.rstrip().splitlines()[-1].strip().split(" -o ")[0], page)
+
+    def complete(self, *words):
+        script = 'source "$1"; shift; COMP_WORDS=(latchkey "$@"); COMP_CWORD=$#; _latchkey; printf "%s\\n" ' \
+                 '"${COMPREPLY[@]}"'
+        process = subprocess.run(["bash", "-c", script, "bash", BUILD / "completions" / "latchkey", *words],
+                                 capture_output=True, check=True, cwd=self.folder)
+        self.assertEqual(process.stderr, b"")
+        return process.stdout.decode().splitlines()
+
+    def test_completion(self):
+        self.assertEqual(self.complete("en"), ["encrypt"])
+        self.assertLessEqual(set(COMMANDS), set(self.complete("")))
+        self.assertEqual(self.complete("encrypt", "--cipher", "3"), ["3des", "3des-112"])
+        self.assertEqual(self.complete("decrypt", "--provider", ""), ["base", "enhanced"])
+        self.assertEqual(self.complete("hash", "-a", "s"), ["sha1"])
+        self.assertEqual(self.complete("decrypt", "--rc2"), ["--rc2-effective-bits"])
+        self.write("report.pdf", b"")
+        self.assertEqual(self.complete("encrypt", "--hash", "md5", "rep"), ["report.pdf"])
+        self.write("two *words", b"")
+        self.assertEqual(self.complete("encrypt", "two"), ["two *words"])
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

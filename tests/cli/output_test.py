@@ -1,0 +1,158 @@
+"""The output file appears whole or not at all."""
+import os
+import select
+import signal
+import stat
+import subprocess
+import time
+import unittest
+
+from command import IS_WINDOWS, CommandTest
+
+OPTIONS = ["--hash", "md5", "--cipher", "des", "--no-password"]
+
+
+# Wine shows the rights of a file's owner for its group too.
+OTHERS = 0o007 if IS_WINDOWS else 0o077
+
+
+class OutputTest(CommandTest):
+    def test_a_new_file_gets_all_the_bytes(self):
+        self.write("plain", b"some text")
+        self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
+        self.run_well("decrypt", *OPTIONS, "-o", "p", "c")
+        self.assertEqual(self.read("p"), b"some text")
+        self.assertEqual(self.names(), ["c", "p", "plain"])
+
+    def test_an_existing_file_is_refused_and_left_alone(self):
+        self.write("out", b"precious")
+        for command in (["encrypt", *OPTIONS], ["hex"]):
+            result = self.run_command(*command, "-o", "out", data=b"text")
+            self.assertEqual(result.status, 1, result)
+            self.assertRegex(result.lines[0], "^latchkey: cannot create: .*: out$")
+            self.assertEqual(result.lines[1], "hint: --force replaces an existing file")
+            self.assertEqual(self.read("out"), b"precious")
+            self.assertEqual(self.names(), ["out"])
+
+    def test_force_replaces_it(self):
+        self.write("out", b"precious" * 100)
+        self.run_well("hex", "--force", "-o", "out", data=b"text")
+        self.assertEqual(self.read("out"), b"74657874\n")
+
+    def test_input_and_output_may_be_one_file(self):
+        self.write("file", b"some text")
+        self.run_well("encrypt", *OPTIONS, "--force", "-o", "file", "file")
+        self.run_well("decrypt", *OPTIONS, "--force", "-o", "file", "file")
+        self.assertEqual(self.read("file"), b"some text")
+
+    def test_a_failure_leaves_nothing_and_keeps_the_old_file(self):
+        self.write("bad", b"x" * (3 << 20))  # fails at its end, after much was written
+        self.write("old", b"precious")
+        for name, force in (("new", []), ("old", ["--force"])):
+            result = self.run_command("decrypt", *OPTIONS, *force, "-o", name, "bad")
+            self.assertEqual(result.status, 1, result)
+        self.assertEqual(self.names(), ["bad", "old"])
+        self.assertEqual(self.read("old"), b"precious")
+
+    def test_a_folder_that_is_not_there_is_told(self):
+        result = self.run_command("hex", "-o", "nowhere/out", data=b"text")
+        self.assertEqual(result.status, 1)
+        self.assertRegex(result.lines[0], "^latchkey: cannot create: .*: nowhere/out$")
+
+    def test_a_folder_is_no_output(self):
+        (self.folder / "folder").mkdir()
+        for force in ([], ["--force"]):
+            result = self.run_command("hex", *force, "-o", "folder", data=b"text")
+            self.assertEqual(result.status, 1, result)
+            self.assertRegex(result.lines[0], "^latchkey: cannot (write|create): .*: folder$")
+
+    def test_a_decrypted_file_is_its_owners_alone_and_a_ciphertext_is_not(self):
+        self.write("plain", b"some text")
+        old = os.umask(0o022)
+        self.addCleanup(os.umask, old)
+        self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
+        self.run_well("decrypt", *OPTIONS, "-o", "p", "c")
+        modes = {name: stat.S_IMODE((self.folder / name).stat().st_mode) for name in ("c", "p")}
+        self.assertEqual(modes["c"] & 0o777, 0o644, oct(modes["c"]))
+        self.assertEqual(modes["p"] & OTHERS, 0, oct(modes["p"]))
+        self.assertEqual(modes["p"] & 0o600, 0o600, oct(modes["p"]))
+
+    def test_a_decrypted_file_is_closed_from_its_first_byte_and_replaces_an_open_one(self):
+        self.write("plain", b"some text")
+        self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
+        (self.folder / "plain").chmod(0o666)
+        self.run_well("decrypt", *OPTIONS, "--force", "-o", "plain", "c")
+        self.assertEqual(stat.S_IMODE((self.folder / "plain").stat().st_mode) & OTHERS, 0)
+
+    def test_a_device_is_written_as_it_is(self):
+        device = "NUL" if IS_WINDOWS else "/dev/null"
+        self.run_well("hex", "-o", device, data=b"text")
+        if not IS_WINDOWS:
+            self.assertTrue(stat.S_ISCHR(os.stat("/dev/null").st_mode))
+        self.assertEqual(self.names(), [])
+
+    def test_empty_input_makes_an_empty_file(self):
+        self.run_well("encrypt", "--hash", "md5", "--cipher", "rc4", "--no-password", "-o", "out", data=b"")
+        self.assertEqual(self.read("out"), b"")
+
+
+class InterruptionTest(CommandTest):
+    def start_half(self, *more):
+        """An encryption that has its temporary file and waits for more input."""
+        process = self.start_command("encrypt", *OPTIONS, "-o", "out", *more, stdin=subprocess.PIPE,
+                                     stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL, start_new_session=True)
+        self.addCleanup(self.end, process)
+        process.stdin.write(b"x" * (4 << 20))
+        process.stdin.flush()
+        self.wait_until(lambda: any(name.startswith(".latchkey-") for name in self.names()))
+        return process
+
+    def assert_ended(self, process):
+        status = process.wait()
+        self.assertTrue(status != 0 or IS_WINDOWS, status)  # Wine ends an interrupted program with 0
+
+    def end(self, process):
+        process.stdin.close()
+        process.kill()
+        process.wait()
+
+    def wait_until(self, condition):
+        deadline = time.monotonic() + 60
+        while not condition():
+            self.assertLess(time.monotonic(), deadline, self.names())
+            select.select([], [], [], 0.01)
+
+    def test_the_file_has_no_name_of_its_own_until_it_is_whole(self):
+        process = self.start_half()
+        self.assertNotIn("out", self.names())
+        process.stdin.close()
+        self.assertEqual(process.wait(), 0)
+        self.assertEqual(self.names(), ["out"])
+
+    def test_an_interruption_leaves_nothing(self):
+        for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            with self.subTest(signal=number):
+                process = self.start_half()
+                process.send_signal(number)
+                self.assert_ended(process)
+                self.wait_until(lambda: not self.names())
+
+    def test_it_leaves_the_old_file_alone(self):
+        self.write("out", b"precious")
+        process = self.start_half("--force")
+        process.send_signal(signal.SIGINT)
+        self.assert_ended(process)
+        self.wait_until(lambda: self.names() == ["out"])
+        self.assertEqual(self.read("out"), b"precious")
+
+    def test_a_file_that_appears_meanwhile_is_not_replaced(self):
+        process = self.start_half()
+        self.write("out", b"precious")
+        process.stdin.close()
+        self.assertEqual(process.wait(), 1)
+        self.assertEqual(self.names(), ["out"])
+        self.assertEqual(self.read("out"), b"precious")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)

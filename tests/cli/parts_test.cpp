@@ -1,0 +1,111 @@
+// The command's small parts, each by itself.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cmath>
+#include <numeric>
+#include <string>
+
+#include "cli/checksum_file.h"
+#include "cli/failure.h"
+#include "cli/hex_text.h"
+#include "cli/progress.h"
+#include "cli/text_evidence.h"
+#include "platform/command/environment.h"
+
+namespace latchkey::test {
+namespace {
+
+using namespace cli;  // NOLINT: what is tested here
+using platform::WipedBytes;
+
+constexpr const char* kDigest = "900150983cd24fb0d6963f7d28e17f72";
+constexpr std::size_t kDigits = 32;
+
+TEST(ChecksumLineTest, NamesWithBackslashesAndLineEndsAreEscapedAndReadBack) {
+  EXPECT_EQ(ChecksumLine(kDigest, "a b"), std::string(kDigest) + "  a b");
+  EXPECT_EQ(ChecksumLine(kDigest, "a\\b\nc\rd"), "\\" + std::string(kDigest) + "  a\\\\b\\nc\\rd");
+  for (const char* const name : {"a b", "a\\b\nc\rd", " leading", "*star", "tail "}) {
+    const auto read = ReadChecksumLine(ChecksumLine(kDigest, name), kDigits);
+    ASSERT_TRUE(read) << name;
+    EXPECT_EQ(read->name, name);
+    EXPECT_EQ(read->digest, kDigest);
+  }
+}
+
+TEST(ChecksumLineTest, OtherFormsAreRefused) {
+  const std::string digest = kDigest;
+  for (const std::string& line :
+       {std::string(), digest, digest + "  ", digest + " name", digest + "0  name",
+        digest.substr(1) + "  name", "g" + digest.substr(1) + "  name", "\\" + digest + "  a\\tb",
+        "\\" + digest + "  a\\", "MD5 (name) = " + digest.substr(1), "MD5 () = " + digest}) {
+    EXPECT_FALSE(ReadChecksumLine(line, kDigits)) << line;
+  }
+}
+
+TEST(HexReaderTest, HalfAByteWaitsForTheNextPiece) {
+  HexReader reader;
+  constexpr std::array<std::uint8_t, 4> kFirst{'4', '1', '\n', '4'};
+  constexpr std::array<std::uint8_t, 2> kSecond{'\r', 'b'};
+  EXPECT_EQ(reader.Read(kFirst, "f"), WipedBytes(1, 0x41));
+  EXPECT_TRUE(reader.IsOdd());
+  EXPECT_EQ(reader.Read(kSecond, "f"), WipedBytes(1, 0x4B));
+  EXPECT_FALSE(reader.IsOdd());
+}
+
+TEST(ProgressLineTest, TellsBytesRateAndTimeLeftWithinTheColumns) {
+  EXPECT_EQ(ProgressLine(500'000, 1'000'000, 2, 80),
+            " 50% [====================                    ] 500 kB  250 kB/s  0:02 left");
+  EXPECT_EQ(ProgressLine(1'500'000'000, std::nullopt, 10, 80), "1.5 GB  150 MB/s");
+  EXPECT_EQ(ProgressLine(1000, 7'200'000, 1, 20), "  0% 1.0 kB  1.0 kB/s  1:59:59 left");
+  for (unsigned columns = 50; columns < 200; ++columns) {
+    EXPECT_LT(ProgressLine(123'456'789, 1'234'567'890, 3, columns).size(), columns);
+  }
+}
+
+TEST(ProgressLineTest, MoreThanWasExpectedIsAWholeBar) {
+  EXPECT_EQ(ProgressLine(20, 10, 1, 60).substr(0, 5), "100% ");
+}
+
+std::vector<std::uint8_t> BytesOf(const std::string& text) { return {text.begin(), text.end()}; }
+
+TEST(TextEvidenceTest, TextSpeaksForTheKeyAndRandomBytesDoNot) {
+  EXPECT_GT(TextEvidence(BytesOf("It is altogether fitting and proper that we should do this.")),
+            100);
+  EXPECT_GT(TextEvidence(std::vector<std::uint8_t>(64, 0)), 100);  // no text, but no chance either
+  std::vector<std::uint8_t> everyByte(256);
+  std::iota(everyByte.begin(), everyByte.end(), std::uint8_t{0});
+  EXPECT_LT(TextEvidence(everyByte), -1.5);
+  EXPECT_GE(TextEvidence(everyByte), -2);
+  EXPECT_EQ(TextEvidence({}), 0);
+}
+
+// The three kinds of data are shares of one distribution: over all values of a byte, the
+// probabilities sum to one.
+TEST(TextEvidenceTest, TheProbabilitiesOfAllBytesSumToOne) {
+  double sum = 0;
+  for (unsigned value = 0; value < 256; ++value) {
+    const std::array byte{static_cast<std::uint8_t>(value)};
+    sum += std::exp2(TextEvidence(byte)) / 256;
+  }
+  EXPECT_NEAR(sum, 1, 1e-3);
+}
+
+// CMakeLists.txt sets the variable for the test.
+TEST(TakeVariableTest, TheVariableIsGoneAfterwards) {
+  const auto taken = platform::TakeVariable("LATCHKEY_TEST_SECRET");
+  ASSERT_TRUE(taken);
+  EXPECT_EQ(std::string(taken->begin(), taken->end()), "secret value");
+  EXPECT_FALSE(platform::TakeVariable("LATCHKEY_TEST_SECRET"));
+}
+
+TEST(FailureLineTest, LocationAndNumberStandBeforeTheFile) {
+  EXPECT_EQ(FailureLine(FailureAt(check::kDecryptCipher, "FILE")),
+            "latchkey: Error decrypting data (location 717, number 120): FILE");
+  EXPECT_EQ(FailureLine(FailureOf(Fault(FaultNumber::OutOfMemory))),
+            "latchkey: Out of memory (number 7)");
+  EXPECT_EQ(FailureLine(WrongUsage("so not").Get()), "latchkey: so not");
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,186 @@
+// Pieces pass through the stages in order, and a failure is that of the earliest piece.
+#include "cli/piece_relay.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <atomic>
+#include <numeric>
+#include <set>
+#include <stdexcept>
+
+namespace latchkey::cli::test {
+namespace {
+
+enum class Stage { None, Read, Work, Write };
+
+// Notes what the relay does with a number of pieces, and fails or waits where it is told to.
+class NotedStages final : public PieceStages {
+ public:
+  explicit NotedStages(std::uint64_t pieces) : pieces_(pieces) {}
+
+  Stage failingStage = Stage::None;
+  std::set<std::uint64_t> failingPieces;
+  // This piece does not come before reading is stopped, and the one before it is not written before
+  // somebody waits for it.
+  std::uint64_t endlessRead = UINT64_MAX;
+  bool worksInOrder = false;
+
+  [[nodiscard]] bool WorksInOrder() const noexcept override { return worksInOrder; }
+
+  void Read(Piece& piece) override {
+    const Alone alone(readers_);
+    if (piece.number >= endlessRead) {
+      Set(waits_);
+      stopped_.wait(false);
+    }
+    piece.isLast = piece.number + 1 == pieces_;
+    FailAt(Stage::Read, piece);
+  }
+
+  void Work(Piece& piece, std::size_t worker) override {
+    const std::lock_guard lock(mutex_);
+    workers.insert(worker);
+    order.push_back(piece.number);
+    FailAt(Stage::Work, piece);
+  }
+
+  void Write(const Piece& piece) override {
+    const Alone alone(writers_);
+    if (piece.number + 1 == endlessRead) waits_.wait(false);
+    FailAt(Stage::Write, piece);
+    written.push_back(piece.number);
+  }
+
+  void StopReading() noexcept override { Set(stopped_); }
+
+  std::vector<std::uint64_t> written;
+  std::vector<std::uint64_t> order;  // of the work
+  std::set<std::size_t> workers;
+
+ private:
+  static void Set(std::atomic<bool>& flag) noexcept {
+    flag = true;
+    flag.notify_all();
+  }
+
+  // One call at a time.
+  class Alone {
+   public:
+    explicit Alone(std::atomic<int>& count) : count_(count) { EXPECT_EQ(++count_, 1); }
+    Alone(const Alone&) = delete;
+    Alone& operator=(const Alone&) = delete;
+    ~Alone() { --count_; }
+
+   private:
+    std::atomic<int>& count_;
+  };
+
+  void FailAt(Stage stage, const Piece& piece) {
+    if (stage != failingStage || !failingPieces.contains(piece.number)) return;
+    throw std::runtime_error(std::to_string(piece.number));
+  }
+
+  const std::uint64_t pieces_;
+  std::atomic<int> readers_ = 0;
+  std::atomic<int> writers_ = 0;
+  std::atomic<bool> waits_ = false;  // the endless read
+  std::atomic<bool> stopped_ = false;
+  std::mutex mutex_;
+};
+
+std::vector<std::uint64_t> Below(std::uint64_t end) {
+  std::vector<std::uint64_t> numbers(static_cast<std::size_t>(end));
+  std::iota(numbers.begin(), numbers.end(), 0);
+  return numbers;
+}
+
+// What Run raises; empty when it raises nothing.
+std::string FailureOf(NotedStages& stages, std::size_t workers) {
+  try {
+    PieceRelay(stages).Run(workers);
+    return {};
+  } catch (const std::runtime_error& error) {
+    return error.what();
+  }
+}
+
+class PieceRelayTest : public testing::TestWithParam<std::size_t> {};
+
+INSTANTIATE_TEST_SUITE_P(Workers, PieceRelayTest, testing::Values(1, 2, 3, 8));
+
+TEST_P(PieceRelayTest, EveryPieceIsWorkedOnOnceAndWrittenInOrder) {
+  for (const std::uint64_t pieces : {1U, 2U, 3U, 500U}) {
+    for (const bool inOrder : {false, true}) {
+      NotedStages stages(pieces);
+      stages.worksInOrder = inOrder;
+      EXPECT_EQ(FailureOf(stages, GetParam()), "");
+      EXPECT_EQ(stages.written, Below(pieces));
+      if (inOrder) {
+        EXPECT_EQ(stages.order, Below(pieces));
+      }
+      std::ranges::sort(stages.order);
+      EXPECT_EQ(stages.order, Below(pieces));
+      EXPECT_LT(*stages.workers.rbegin(), GetParam());
+    }
+  }
+}
+
+TEST_P(PieceRelayTest, AFailureComesWhenTheEarlierPiecesAreWritten) {
+  for (const Stage stage : {Stage::Read, Stage::Work, Stage::Write}) {
+    for (const std::uint64_t failing : {0U, 1U, 7U, 39U}) {
+      for (const bool inOrder : {false, true}) {
+        NotedStages stages(40);
+        stages.worksInOrder = inOrder;
+        stages.failingStage = stage;
+        stages.failingPieces = {failing, 39};
+        EXPECT_EQ(FailureOf(stages, GetParam()), std::to_string(failing));
+        EXPECT_EQ(stages.written, Below(failing));
+      }
+    }
+  }
+}
+
+TEST_P(PieceRelayTest, AReadThatWaitsEndsWhenNobodyWantsItsPiece) {
+  const std::size_t workers = std::max<std::size_t>(GetParam(), 2);
+  NotedStages stages(40);
+  stages.endlessRead = 2;
+  stages.failingStage = Stage::Write;
+  stages.failingPieces = {1};
+  EXPECT_EQ(FailureOf(stages, workers), "1");
+  EXPECT_EQ(stages.written, Below(1));
+}
+
+// The piece that fails first in time is not the first of the stream.
+class LateFailure final : public PieceStages {
+ public:
+  [[nodiscard]] bool WorksInOrder() const noexcept override { return false; }
+  void Read(Piece& piece) override { piece.isLast = piece.number == 1; }
+  void Work(Piece& piece, std::size_t /*worker*/) override {
+    if (piece.number == 0) {
+      failed_.wait(false);
+    } else {
+      failed_ = true;
+      failed_.notify_all();
+    }
+    throw std::runtime_error(std::to_string(piece.number));
+  }
+  void Write(const Piece& /*piece*/) override {}
+  void StopReading() noexcept override {}
+
+ private:
+  std::atomic<bool> failed_ = false;
+};
+
+TEST(PieceRelayThreadTest, TheFailureOfTheEarliestPieceIsRaised) {
+  LateFailure stages;
+  try {
+    PieceRelay(stages).Run(2);
+    FAIL();
+  } catch (const std::runtime_error& error) {
+    EXPECT_STREQ(error.what(), "0");
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::cli::test

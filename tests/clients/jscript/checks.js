@@ -1,0 +1,30 @@
+// Stands before each test script: a script host has no include of its own.
+var checksPassed = 0, checksFailed = 0;
+
+function check(name, got, wanted) {
+    if (got === wanted) {
+        checksPassed++;
+    } else {
+        checksFailed++;
+        WScript.Echo("FAILED " + name + ": got [" + got + "], wanted [" + wanted + "]");
+    }
+}
+
+// The error that a function raises, as one text.
+function errorOf(body) {
+    try {
+        body();
+    } catch (error) {
+        return (error.number & 0xFFFF) + ": " + error.description;
+    }
+    return "none";
+}
+
+// A script that breaks off never gets here, and the number tells of checks that were passed over.
+function finish(checks) {
+    if (checksFailed === 0 && checksPassed === checks) {
+        WScript.Echo("all checks passed");
+    } else {
+        WScript.Echo("FAILED: " + checksPassed + " of " + checks + " checks passed");
+    }
+}

@@ -1,0 +1,9 @@
+// The least that a client of the library can be.
+#include <latchkey/com/cls_main.h>
+#include <latchkey/crypto/cls_crypto_api.h>
+
+int main() {
+  const latchkey::clsMain errorRecord;
+  latchkey::clsCryptoAPI api;
+  return api.CreateHash(u"abc", 1, true) == u"900150983CD24FB0D6963F7D28E17F72" ? 0 : 1;
+}

@@ -1,0 +1,57 @@
+#include "tests/secrets/secret.h"
+
+#include <stdexcept>
+
+#include "platform/code_page.h"
+#include "platform/system_random.h"
+
+namespace latchkey::test {
+
+Secret::Secret(std::span<const std::uint8_t> bytes) : size_(bytes.size()) {
+  for (std::size_t i = 0; i < size_; ++i) {
+    masked_.at(i) = static_cast<std::uint8_t>(bytes[i] ^ kMask);
+  }
+}
+
+Secret::Secret(TextView text) : size_(text.size()) {
+  for (std::size_t i = 0; i < size_; ++i) {
+    masked_.at(i) = static_cast<std::uint8_t>(platform::SystemCodePage().CodeOf(text[i]) ^ kMask);
+  }
+}
+
+Secret Secret::Random(std::size_t length) {
+  Secret secret;
+  secret.size_ = length;
+  if (!platform::FillRandom(std::span(secret.masked_).first(length))) {
+    throw std::runtime_error("no random bytes");
+  }
+  for (std::size_t i = 0; i < length; ++i) {
+    secret.masked_[i] = static_cast<std::uint8_t>(('A' + secret.masked_[i] % 26) ^ kMask);
+  }
+  return secret;
+}
+
+platform::WipedBytes Secret::Bytes() const {
+  platform::WipedBytes bytes(size_);
+  CopyTo(bytes);
+  return bytes;
+}
+
+void Secret::CopyTo(std::span<std::uint8_t> target) const {
+  for (std::size_t i = 0; i < target.size(); ++i) {
+    target[i] = static_cast<std::uint8_t>(masked_.at(i) ^ kMask);
+  }
+}
+
+ByteArray Secret::Array() const { return ByteArray::WithTrailingZero(Bytes()); }
+
+WipedText Secret::Characters() const {
+  WipedText text(size_);
+  for (std::size_t i = 0; i < size_; ++i) {
+    text[i] = static_cast<char16_t>(
+        platform::SystemCodePage().CharacterOf(static_cast<std::uint8_t>(masked_[i] ^ kMask)));
+  }
+  return text;
+}
+
+}  // namespace latchkey::test

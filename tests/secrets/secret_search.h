@@ -1,0 +1,54 @@
+// Where in the process's memory copies of secrets stand.
+#pragma once
+
+#include <array>
+#include <bitset>
+#include <cstdint>
+
+#include "tests/secrets/process_memory.h"
+#include "tests/secrets/secret.h"
+
+namespace latchkey::test {
+
+// Looks for secrets as bytes and as 16-bit characters, in parts of eight characters: a freed block
+// has lost its beginning to the allocator, and would not be found as a whole. What it looks for
+// stands nowhere in memory itself.
+class SecretSearch {
+ public:
+  // Each secret has at least eight characters. `index`, below kMostSecrets, names it in the result.
+  void Add(std::size_t index, const Secret& secret);
+
+  static constexpr std::size_t kMostSecrets = 4;
+  // How many copies there are of each secret: the largest number of any one part, of either form.
+  using Copies = std::array<int, kMostSecrets>;
+  [[nodiscard]] Copies Count();
+
+  // Writes to standard output where the last Count found each part last.
+  void PrintPlaces() const;
+
+  // How many bytes the last Count looked at.
+  [[nodiscard]] std::size_t BytesSearched() const noexcept { return bytesSearched_; }
+
+ private:
+  struct Part {
+    std::array<std::uint8_t, 16> masked{};
+    std::size_t size = 0;
+    std::size_t secret = 0;
+    int found = 0;
+    std::uintptr_t last = 0;  // where it was found last
+  };
+
+  void AddPart(std::size_t index, std::span<const std::uint8_t> masked);
+  class Comparison;
+
+  void Look(std::uintptr_t address, std::span<const std::uint8_t> piece, std::size_t owned);
+  void Compare(std::uintptr_t address, std::span<const std::uint8_t> here);
+
+  std::array<Part, 128> parts_{};
+  std::size_t partCount_ = 0;
+  // The first two bytes of the parts, as one number, under the mask.
+  std::bitset<65536> beginnings_;
+  std::size_t bytesSearched_ = 0;
+};
+
+}  // namespace latchkey::test

@@ -1,0 +1,35 @@
+"""No branch and no address depends on a secret in the routines that promise so, as valgrind's memcheck sees it.
+
+    side_channels_test.py PROGRAM
+"""
+import subprocess
+import sys
+import unittest
+
+FOUND = 99
+
+
+def memcheck(routine):
+    return subprocess.run(
+        ["valgrind", "--quiet", "--error-exitcode=%d" % FOUND, PROGRAM, routine], capture_output=True, text=True)
+
+
+class SideChannelTest(unittest.TestCase):
+    def test_the_routines_depend_on_no_secret(self):
+        for routine in ("padding", "encode_hex", "decode_hex"):
+            with self.subTest(routine):
+                result = memcheck(routine)
+                self.assertEqual(result.returncode, 0, result.stderr)
+                self.assertNotEqual(result.stdout, "")
+
+    def test_a_branch_and_a_table_are_found(self):
+        for routine in ("branch", "table"):
+            with self.subTest(routine):
+                result = memcheck(routine)
+                self.assertEqual(result.returncode, FOUND, result.stderr)
+                self.assertIn("ninitialised value", result.stderr)
+
+
+if __name__ == "__main__":
+    PROGRAM = sys.argv.pop()
+    unittest.main()

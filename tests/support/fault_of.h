@@ -1,0 +1,24 @@
+// What a call raises.
+#pragma once
+
+#include <cstdint>
+
+#include "diagnostics/fault.h"
+
+namespace latchkey::test {
+
+inline constexpr std::int32_t kNoFault = 0;
+
+// The number of the fault that `call` raises, kNoFault when it returns. Anything else that it
+// throws passes on.
+template <class Call>
+[[nodiscard]] std::int32_t FaultOf(Call&& call) {
+  try {
+    static_cast<void>(call());
+  } catch (const Fault& fault) {
+    return fault.Number();
+  }
+  return kNoFault;
+}
+
+}  // namespace latchkey::test

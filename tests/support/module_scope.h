@@ -1,0 +1,26 @@
+// Gives a test the thread's module data, and the thread back as it was.
+#pragma once
+
+#include <utility>
+
+#include "diagnostics/module_data.h"
+
+namespace latchkey::test {
+
+// Replaces the thread's whole module data for the scope: services start as the platform's own, the
+// record slot empty (make a clsMain inside the scope for one). Objects that hold provider handles
+// must end before the scope does.
+class ModuleScope {
+ public:
+  ModuleScope() : saved_(std::exchange(ThreadModuleData(), ModuleData())) {}
+  ModuleScope(const ModuleScope&) = delete;
+  ModuleScope& operator=(const ModuleScope&) = delete;
+  ~ModuleScope() { ThreadModuleData() = std::move(saved_); }
+
+  [[nodiscard]] platform::Services& Services() { return ThreadModuleData().services; }
+
+ private:
+  ModuleData saved_;
+};
+
+}  // namespace latchkey::test

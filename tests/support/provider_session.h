@@ -1,0 +1,56 @@
+// The platform's own provider, opened for a test.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "platform/crypto_provider.h"
+#include "tests/support/bytes.h"
+
+namespace latchkey::test {
+
+// What a call of the provider came to: 0, or the code of the failure. Reads as the call itself:
+// EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(key)), platform::kErrorInvalidParameter).
+[[nodiscard]] std::uint32_t ErrorOf(bool succeeded);
+
+// A verify context of one provider. Whatever was made from it ends with it.
+class ProviderSession {
+ public:
+  explicit ProviderSession(const char* providerName);
+  ProviderSession(const ProviderSession&) = delete;
+  ProviderSession& operator=(const ProviderSession&) = delete;
+  ~ProviderSession();
+
+  [[nodiscard]] platform::HCRYPTPROV Handle() const noexcept { return handle_; }
+
+  // A hash that has taken `data`. Throws std::runtime_error with the error code when it cannot be
+  // made, as the next one does.
+  [[nodiscard]] platform::HCRYPTHASH HashOf(platform::AlgorithmId algorithm,
+                                            std::span<const std::uint8_t> data) const;
+
+  // A key for `cipher`, derived from the hash of `password`.
+  [[nodiscard]] platform::HCRYPTKEY KeyOf(platform::AlgorithmId cipher, platform::AlgorithmId hash,
+                                          std::span<const std::uint8_t> password) const;
+
+ private:
+  platform::HCRYPTPROV handle_ = 0;
+};
+
+// Completes a hash and reads its value.
+[[nodiscard]] Bytes ValueOf(platform::HCRYPTHASH hash);
+
+// One call of CryptEncrypt or CryptDecrypt.
+struct CipherResult {
+  std::uint32_t error = 0;   // 0 or the code of the failure
+  std::uint32_t length = 0;  // what the call left in the length
+  Bytes data;                // the first `length` bytes of the buffer; nothing after a failure
+
+  friend bool operator==(const CipherResult&, const CipherResult&) = default;
+};
+
+// `room` is the length of the buffer that the call is told of.
+[[nodiscard]] CipherResult Encrypt(platform::HCRYPTKEY key, bool final, const Bytes& plaintext,
+                                   std::uint32_t room);
+[[nodiscard]] CipherResult Decrypt(platform::HCRYPTKEY key, bool final, const Bytes& ciphertext);
+
+}  // namespace latchkey::test

@@ -1,0 +1,122 @@
+// A cryptographic provider that does what a test says, and remembers what it was asked.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "platform/crypto_provider.h"
+#include "tests/support/call_journal.h"
+#include "tests/support/call_plan.h"
+
+namespace latchkey::test {
+
+// Passes each call on to a real provider or, without one, answers with plain success: an unfilled
+// digest, data that the cipher leaves as it is. Any single call can be made to fail or throw.
+//
+// It enters every call into the journal: "CryptHashData(hash1, 616263, 3, 0)", and behind that
+// " = context1" when it made a handle, " failed" or " threw". Handles are its own numbers, given
+// out once: using a handle that is not open, closing one twice, closing a provider before its
+// hashes and keys, or leaving one open at the end fails the test.
+class ScriptedProvider : public platform::CryptoProvider {
+ public:
+  using HCRYPTPROV = platform::HCRYPTPROV;
+  using HCRYPTHASH = platform::HCRYPTHASH;
+  using HCRYPTKEY = platform::HCRYPTKEY;
+  using AlgorithmId = platform::AlgorithmId;
+
+  explicit ScriptedProvider(CallJournal& journal,
+                            CryptoProvider* real = &platform::SystemCryptoProvider())
+      : journal_(journal), real_(real) {}
+  ~ScriptedProvider() override;
+
+  // Makes the nth call from now on (or CallPlan::kEveryCall) of a function fail, throw, or do
+  // something else and then fail. Its output parameters are left alone. A closing call that fails
+  // or throws closes the handle all the same; after one that throws it may be closed once more.
+  void FailAt(std::string_view call, int nth, std::uint32_t error = platform::kErrorProviderFailed);
+  template <class Exception>
+  void ThrowAt(std::string_view call, int nth, Exception exception) {
+    plan_.At(call, nth, [exception] { throw exception; });
+  }
+  void FailAfter(std::string_view call, int nth, CallPlan::Action action) {
+    plan_.At(call, nth, std::move(action));
+  }
+  // From now on every call works again.
+  void Recover() { plan_.Forget(); }
+
+  // The digest that CryptGetHashParam gives, whatever was hashed.
+  void SetDigest(std::vector<std::uint8_t> digest) { digest_ = std::move(digest); }
+  // The bytes that CryptGenRandom writes, from the first again when they are used up.
+  void SetRandomBytes(std::vector<std::uint8_t> bytes) { randomBytes_ = std::move(bytes); }
+
+  // The names of the handles that are open, contexts first.
+  [[nodiscard]] std::vector<std::string> OpenHandles() const;
+
+  bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer, const char* szProvider,
+                            std::uint32_t dwProvType, std::uint32_t dwFlags) override;
+  bool CryptReleaseContext(HCRYPTPROV hProv, std::uint32_t dwFlags) override;
+  bool CryptCreateHash(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTKEY hKey, std::uint32_t dwFlags,
+                       HCRYPTHASH* phHash) override;
+  bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
+                     std::uint32_t dwFlags) override;
+  bool CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam, std::uint8_t* pbData,
+                         std::uint32_t* pdwDataLen, std::uint32_t dwFlags) override;
+  bool CryptDestroyHash(HCRYPTHASH hHash) override;
+  bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
+                      std::uint32_t dwFlags, HCRYPTKEY* phKey) override;
+  bool CryptDestroyKey(HCRYPTKEY hKey) override;
+  bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
+                        std::uint32_t dwFlags) override;
+  bool CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
+                    std::uint8_t* pbData, std::uint32_t* pdwDataLen,
+                    std::uint32_t dwBufLen) override;
+  bool CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
+                    std::uint8_t* pbData, std::uint32_t* pdwDataLen) override;
+  bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) override;
+  [[nodiscard]] std::uint32_t GetLastError() const override { return lastError_; }
+
+ private:
+  enum class Kind { Context, Hash, Key };
+
+  struct Handle {
+    Kind kind = Kind::Context;
+    std::string name;
+    std::uintptr_t real = 0;
+  };
+
+  using Arguments = std::vector<std::string>;
+
+  // Carries out a call: what is planned for it, or `work`, and enters how it ended.
+  template <class Work>
+  bool Perform(const char* call, const Arguments& arguments, Work&& work);
+  // The same for a call that closes `handle`, which is closed whatever is planned; `work` closes
+  // the real one. `arguments` are those behind the handle.
+  template <class Work>
+  bool PerformClose(const char* call, Kind kind, std::uintptr_t handle, Arguments arguments,
+                    Work&& work);
+  // The same for a call that makes a handle; `work` sets the real one.
+  template <class Work>
+  bool PerformOpen(const char* call, Kind kind, const Arguments& arguments, std::uintptr_t* handle,
+                   Work&& work);
+
+  [[nodiscard]] std::string NameOf(std::uintptr_t handle) const;
+  [[nodiscard]] std::uintptr_t RealOf(std::uintptr_t handle, Kind kind) const;
+  bool PassOn(bool result);
+
+  CallJournal& journal_;
+  CryptoProvider* real_;
+  CallPlan plan_;
+  std::map<std::uintptr_t, Handle> open_;
+  std::map<std::uintptr_t, Handle> closedByThrowing_;
+  std::map<Kind, int> made_;
+  std::optional<std::vector<std::uint8_t>> digest_;
+  std::optional<std::vector<std::uint8_t>> randomBytes_;
+  std::uint32_t lastError_ = 0;
+};
+
+}  // namespace latchkey::test

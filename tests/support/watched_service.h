@@ -1,0 +1,60 @@
+// A service object on a scripted provider, on a thread with a watched error record.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "crypto/cls_crypto_api.h"
+#include "tests/support/bytes.h"
+#include "tests/support/scripted_provider.h"
+#include "tests/support/watched_module.h"
+
+namespace latchkey::test {
+
+// The fixture of tests that look at what an operation of the service object asks of the provider
+// and writes into the record. The provider passes calls on to the platform's.
+class WatchedService : public WatchedModule {
+ protected:
+  explicit WatchedService(platform::CryptoProvider* real = &platform::SystemCryptoProvider())
+      : provider(journal, real) {
+    scope.Services().provider = &provider;
+  }
+
+  // What the record holds after an operation recorded this failure, when LeaveEarlierFailure went
+  // before it: the operation's own Clear emptied the texts and left the numbers.
+  [[nodiscard]] RecordValues AfterApplicationFailure(std::int16_t location, std::int16_t number,
+                                                     const std::string& text) const {
+    return {location, 2, number, text, kEarlierFailure.rtNumber, "", true, 0};
+  }
+  [[nodiscard]] RecordValues AfterRunTimeFailure(std::int16_t location, std::int32_t number,
+                                                 const std::string& text) const {
+    return {location, 1, kEarlierFailure.appNumber, "", number, text, true, 0};
+  }
+  [[nodiscard]] RecordValues AfterClear() const {
+    return {kEarlierFailure.location,
+            2,
+            kEarlierFailure.appNumber,
+            "",
+            kEarlierFailure.rtNumber,
+            "",
+            false,
+            0};
+  }
+
+  void SetPassword(std::string_view password) {
+    ByteArray array = ArrayOf(password);
+    api.Password(array);
+  }
+
+  ScriptedProvider provider;
+  clsCryptoAPI api;
+};
+
+// The same on a provider that always succeeds and does nothing: for calls that would leave traces
+// on the machine, such as a new key set.
+class WatchedServiceOnPlainProvider : public WatchedService {
+ protected:
+  WatchedServiceOnPlainProvider() : WatchedService(nullptr) {}
+};
+
+}  // namespace latchkey::test

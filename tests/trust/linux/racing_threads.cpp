@@ -1,0 +1,12 @@
+// Two threads that write one number without agreement: ThreadSanitizer has to say so.
+#include <cstdio>
+#include <thread>
+
+int main() {
+  int number = 0;
+  std::thread one([&] { ++number; });
+  std::thread two([&] { ++number; });
+  one.join();
+  two.join();
+  std::printf("%d\n", number);
+}

@@ -1,0 +1,54 @@
+#include "crypto/byte_array_text.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/bytes.h"
+#include "tests/support/code_pages.h"
+#include "tests/support/fault_of.h"
+#include "tests/support/module_scope.h"
+
+namespace latchkey::test {
+namespace {
+
+class ByteArrayTextTest : public testing::Test {
+ protected:
+  void Use(const platform::CodePage& page) { scope.Services().codePage = &page; }
+
+  static Bytes TextOf(const ByteArray& array) {
+    const auto text = TextBytesOf(array);
+    return {text.begin(), text.end()};
+  }
+
+  ModuleScope scope;
+};
+
+TEST_F(ByteArrayTextTest, LeavesOutTheLastElementAndTrailingSpaces) {
+  EXPECT_EQ(TextOf({65, 66, 67}), BytesOf("AB"));
+  EXPECT_EQ(TextOf({32, 65, 32, 32, 0}), BytesOf(" A"));
+  EXPECT_EQ(TextOf({0}), Bytes());
+}
+
+TEST_F(ByteArrayTextTest, KeepsEveryByteOfAPageThatMapsThemAll) {
+  Use(OneToOnePage());
+  EXPECT_EQ(TextOf({0x80, 0xFF, 0x00, 0}), (Bytes{0x80, 0xFF, 0x00}));
+}
+
+TEST_F(ByteArrayTextTest, AByteThatIsNoCharacterOverflows) {
+  Use(DoubleBytePage());
+  EXPECT_EQ(FaultOf([] { return TextOf({65, 0x82, 0}); }), 6);
+  EXPECT_EQ(TextOf({65, 0xB1, 0x82}), (Bytes{65, 0xB1}));
+}
+
+TEST_F(ByteArrayTextTest, TwoBytesOfOneCharacterBothBecomeItsCode) {
+  Use(TwoBytesOneCharacterPage());
+  EXPECT_EQ(TextOf({0x80, 0x81, 0}), (Bytes{0x80, 0x80}));
+}
+
+TEST_F(ByteArrayTextTest, AnArrayOfAnotherShapeIsOutOfRange) {
+  EXPECT_EQ(FaultOf([] { return TextOf(ByteArray()); }), 9);
+  EXPECT_EQ(FaultOf([] { return TextOf(ByteArray::WithShape(1, 1, 2, Bytes{65, 66})); }), 9);
+  EXPECT_EQ(FaultOf([] { return TextOf(ByteArray::WithShape(2, 0, 1, Bytes{65, 66})); }), 9);
+}
+
+}  // namespace
+}  // namespace latchkey::test

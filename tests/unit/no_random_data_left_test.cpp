@@ -1,0 +1,67 @@
+// What random data, salts and conversions leave of their secrets in memory that they free.
+#include <gtest/gtest.h>
+
+#include "tests/support/freed_memory.h"
+#include "tests/support/random_service.h"
+
+namespace latchkey::test {
+namespace {
+
+class NoRandomDataLeftTest : public RandomService {
+ protected:
+  // How many freed blocks hold the secret, as bytes or as text, when the operation is over. What
+  // the operation returns is the caller's and outlives the search.
+  template <class Operation>
+  std::size_t BlocksLeftBy(Operation&& operation) {
+    std::size_t blocks = 0;
+    for (const Bytes& form : {secret, AsText(secret)}) {
+      SetSeed();
+      const FreedMemory freed(form);
+      [[maybe_unused]] const auto result = operation();
+      blocks += freed.BlocksWithSecret();
+    }
+    return blocks;
+  }
+
+  static Bytes AsText(const Bytes& bytes) {
+    Bytes text;
+    for (const std::uint8_t byte : bytes) text.insert(text.end(), {byte, 0});
+    return text;
+  }
+
+  const Bytes secret = BytesOf("a secret of more than sixteen letters");
+  const std::int32_t length = static_cast<std::int32_t>(secret.size());
+  const Text text{secret.begin(), secret.end()};
+};
+
+TEST_F(NoRandomDataLeftTest, RandomDataIsWiped) {
+  provider.SetRandomBytes(secret);
+  EXPECT_EQ(BlocksLeftBy([this] { return api.CreateRandom(length, true); }), 0U);
+  EXPECT_EQ(BlocksLeftBy([this] { return api.CreateRandom(length); }), 0U);
+  EXPECT_EQ(BlocksLeftBy([this] { return api.CreateRandom(length, false, true); }), 0U);
+}
+
+TEST_F(NoRandomDataLeftTest, ASaltOfRandomCharactersIsWiped) {
+  provider.SetRandomBytes(secret);
+  EXPECT_EQ(BlocksLeftBy([this] { return api.CreateSaltValue(length); }), 0U);
+}
+
+TEST_F(NoRandomDataLeftTest, ConversionsAreWiped) {
+  const ByteArray array = ArrayOf(secret);
+  const Text hex = api.ConvertStringToHex(text);
+  EXPECT_EQ(BlocksLeftBy([&] { return api.ByteArrayToString(array); }), 0U);
+  EXPECT_EQ(BlocksLeftBy([&] { return api.StringToByteArray(TextView(text)); }), 0U);
+  EXPECT_EQ(BlocksLeftBy([&] { return api.ConvertStringToHex(text); }), 0U);
+  EXPECT_EQ(BlocksLeftBy([&] { return api.ConvertStringFromHex(hex); }), 0U);
+}
+
+TEST_F(NoRandomDataLeftTest, TheSearchFindsWhatIsNotWiped) {
+  EXPECT_EQ(BlocksLeftBy([this] {
+              { const std::vector<std::uint8_t> unwiped(secret.begin(), secret.end()); }
+              return 0;
+            }),
+            1U);
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,52 @@
+// What functions that have returned left on the stack.
+#include "platform/stack_wipe.h"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdint>
+
+namespace latchkey::test {
+namespace {
+
+constexpr std::size_t kTraceLength = 64;
+constexpr std::uint8_t kTrace = 0xA5;
+
+// Leaves its trace on the stack, and tells where.
+[[gnu::noinline]] std::uintptr_t LeaveTrace() {
+  volatile std::array<std::uint8_t, kTraceLength> trace{};
+  for (std::size_t i = 0; i < kTraceLength; ++i) {
+    const_cast<std::array<std::uint8_t, kTraceLength>&>(trace)[i] = kTrace;
+  }
+  asm volatile("" ::"r"(&trace) : "memory");
+  return reinterpret_cast<std::uintptr_t>(&trace);
+}
+
+// How much of the trace is there still. Reads memory that belongs to no object any more.
+[[gnu::noinline]] std::size_t TraceLeft(std::uintptr_t place) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): the stack of this thread
+  const auto* const trace = reinterpret_cast<const volatile std::uint8_t*>(place);
+  std::size_t left = 0;
+  for (std::size_t i = 0; i < kTraceLength; ++i) left += trace[i] == kTrace ? 1U : 0U;
+  return left;
+}
+
+TEST(StackWipeTest, ATraceStaysUntilItIsWiped) {
+  const std::uintptr_t place = LeaveTrace();
+  EXPECT_GT(TraceLeft(place), 0U);
+}
+
+TEST(StackWipeTest, WipesWhatStandsBelow) {
+  const std::uintptr_t place = LeaveTrace();
+  platform::WipeStackBelow();
+  EXPECT_EQ(TraceLeft(place), 0U);
+}
+
+TEST(StackWipeTest, WipesWhatAnExceptionSaved) {
+  const std::uintptr_t place = LeaveTrace();
+  platform::WipeStackOfException();
+  EXPECT_EQ(TraceLeft(place), 0U);
+}
+
+}  // namespace
+}  // namespace latchkey::test

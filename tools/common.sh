@@ -1,0 +1,27 @@
+# shellcheck shell=bash
+# Sourced by check and by the scripts of this folder: where things are, and how they fail.
+# shellcheck disable=SC2034  # the variables are for the scripts that source this file
+
+project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
+cache=${LATCHKEY_CACHE:-~/.cache/latchkey}
+wine32_root=$cache/wine32/root  # a Debian for i386 whose Wine serves where the machine has no 32-bit one
+package_root=$cache/packages/root  # a clean Debian that the project's packages are installed in, for a test
+
+# 125 tells a failure of the script itself from one of the program that it runs.
+die() {
+  printf '%s: %s\n' "${0##*/}" "$*" >&2
+  exit 125
+}
+
+as_root() {
+  if (( EUID == 0 )); then
+    "$@"
+  else
+    command -v sudo >/dev/null || die 'root is needed, and there is no sudo'
+    sudo "$@"
+  fi
+}
+
+has_native_wine32() {
+  [[ -x /usr/lib/wine/wine && -d /usr/lib/i386-linux-gnu/wine/i386-unix ]]
+}
