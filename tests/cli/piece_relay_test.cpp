@@ -9,6 +9,8 @@
 #include <set>
 #include <stdexcept>
 
+#include "tests/support/signal.h"
+
 namespace latchkey::cli::test {
 namespace {
 
@@ -31,8 +33,8 @@ class NotedStages final : public PieceStages {
   void Read(Piece& piece) override {
     const Alone alone(readers_);
     if (piece.number >= endlessRead) {
-      Set(waits_);
-      stopped_.wait(false);
+      waits_.Give();
+      stopped_.Await();
     }
     piece.isLast = piece.number + 1 == pieces_;
     FailAt(Stage::Read, piece);
@@ -47,23 +49,18 @@ class NotedStages final : public PieceStages {
 
   void Write(const Piece& piece) override {
     const Alone alone(writers_);
-    if (piece.number + 1 == endlessRead) waits_.wait(false);
+    if (piece.number + 1 == endlessRead) waits_.Await();
     FailAt(Stage::Write, piece);
     written.push_back(piece.number);
   }
 
-  void StopReading() noexcept override { Set(stopped_); }
+  void StopReading() noexcept override { stopped_.Give(); }
 
   std::vector<std::uint64_t> written;
   std::vector<std::uint64_t> order;  // of the work
   std::set<std::size_t> workers;
 
  private:
-  static void Set(std::atomic<bool>& flag) noexcept {
-    flag = true;
-    flag.notify_all();
-  }
-
   // One call at a time.
   class Alone {
    public:
@@ -84,8 +81,8 @@ class NotedStages final : public PieceStages {
   const std::uint64_t pieces_;
   std::atomic<int> readers_ = 0;
   std::atomic<int> writers_ = 0;
-  std::atomic<bool> waits_ = false;  // the endless read
-  std::atomic<bool> stopped_ = false;
+  latchkey::test::Signal waits_;  // the endless read
+  latchkey::test::Signal stopped_;
   std::mutex mutex_;
 };
 
@@ -158,10 +155,9 @@ class LateFailure final : public PieceStages {
   void Read(Piece& piece) override { piece.isLast = piece.number == 1; }
   void Work(Piece& piece, std::size_t /*worker*/) override {
     if (piece.number == 0) {
-      failed_.wait(false);
+      failed_.Await();
     } else {
-      failed_ = true;
-      failed_.notify_all();
+      failed_.Give();
     }
     throw std::runtime_error(std::to_string(piece.number));
   }
@@ -169,7 +165,7 @@ class LateFailure final : public PieceStages {
   void StopReading() noexcept override {}
 
  private:
-  std::atomic<bool> failed_ = false;
+  latchkey::test::Signal failed_;
 };
 
 TEST(PieceRelayThreadTest, TheFailureOfTheEarliestPieceIsRaised) {
