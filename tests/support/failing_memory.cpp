@@ -22,8 +22,9 @@ bool AllocationFailurePending() noexcept { return allocationsToFailure > 0; }
 
 long LiveBlocks() noexcept { return liveBlocks; }
 
+// Zeroed, so that no part of a block that its owner never writes shows what an earlier owner left.
 static void* Allocate(std::size_t size) {
-  void* const memory = FailsNow() ? nullptr : std::malloc(size > 0 ? size : 1);
+  void* const memory = FailsNow() ? nullptr : std::calloc(size > 0 ? size : 1, 1);
   if (memory == nullptr) throw std::bad_alloc();
   ++liveBlocks;
   return memory;
