@@ -48,7 +48,7 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
   const CipherStep applied =
       (cipher.*direction.apply)(buffer.All().first(bufferLength), length, kFinal);
   buffer.Touched(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
-  PassThroughText(buffer.All().first(length));
+  if (applied == CipherStep::Done) PassThroughText(buffer.All().first(length));
   return applied;
 }
 
