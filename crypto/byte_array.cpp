@@ -15,6 +15,22 @@ ByteArray::ByteArray(std::span<const std::uint8_t> elements)
       dimensions_(1),
       upperBound_(NarrowTo<std::int32_t>(elements.size()) - 1) {}
 
+ByteArray::ByteArray(ByteArray&& other) noexcept
+    : dimensions_(other.dimensions_),
+      lowerBound_(other.lowerBound_),
+      upperBound_(other.upperBound_) {
+  elements_ = other.TakeStorage();
+}
+
+ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
+  if (this == &other) return *this;
+  dimensions_ = other.dimensions_;
+  lowerBound_ = other.lowerBound_;
+  upperBound_ = other.upperBound_;
+  elements_ = other.TakeStorage();
+  return *this;
+}
+
 ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
   platform::WorkingBytes elements(codes.size() + 1);
   std::copy(codes.begin(), codes.end(), elements.data());
@@ -33,6 +49,10 @@ ByteArray ByteArray::WithTrailingZero(platform::WorkingBytes&& bytes, std::size_
 
 ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                                std::int32_t upperBound, std::span<const std::uint8_t> elements) {
+  const std::int64_t count = std::int64_t{upperBound} - lowerBound + 1;
+  if (dimensions == 1 && count != static_cast<std::int64_t>(elements.size())) {
+    throw Fault(FaultNumber::SubscriptOutOfRange);
+  }
   ByteArray array;
   array.dimensions_ = dimensions;
   array.lowerBound_ = lowerBound;

@@ -19,6 +19,13 @@ class LATCHKEY_API ByteArray {
   // An unallocated array: no elements and no bounds.
   ByteArray() noexcept = default;
 
+  ByteArray(const ByteArray&) = default;
+  ByteArray& operator=(const ByteArray&) = default;
+  // The other array is left unallocated.
+  ByteArray(ByteArray&& other) noexcept;
+  ByteArray& operator=(ByteArray&& other) noexcept;
+  ~ByteArray() = default;
+
   // A zero-based array of one dimension. Without elements it has the bounds 0 to -1.
   ByteArray(std::initializer_list<std::uint8_t> elements);
   explicit ByteArray(std::span<const std::uint8_t> elements);
@@ -32,7 +39,8 @@ class LATCHKEY_API ByteArray {
   static ByteArray WithTrailingZero(platform::WorkingBytes&& bytes, std::size_t length);
 
   // An array of any shape: `elements` in memory order, `lowerBound` and `upperBound` those of the
-  // first dimension.
+  // first dimension. Raises SubscriptOutOfRange where an array of one dimension has another number
+  // of elements than its bounds say.
   static ByteArray WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                              std::int32_t upperBound, std::span<const std::uint8_t> elements);
 

@@ -65,9 +65,21 @@ TEST(ByteArrayTest, AnElementZeroAtTheUpperBoundIsNoText) {
 
 TEST(ByteArrayTest, BoundsThatLeaveOutZeroAreOutOfRange) {
   for (const auto& [lower, upper] : {std::pair{1, 4}, {-4, -1}, {0, -1}, {1, 0}}) {
-    const ByteArray array = ByteArray::WithShape(1, lower, upper, kElements);
+    const std::span elements(kElements.data(), static_cast<std::size_t>(upper - lower + 1));
+    const ByteArray array = ByteArray::WithShape(1, lower, upper, elements);
     EXPECT_EQ(FaultOf([&] { return array.UpperBound(); }), 9) << lower << " to " << upper;
     EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9) << lower << " to " << upper;
+  }
+}
+
+// Whoever reads by the bounds would read what is not there.
+TEST(ByteArrayTest, BoundsThatAreNotThoseOfTheElementsAreOutOfRange) {
+  for (const auto& [lower, upper] :
+       {std::pair{0, 4}, {0, 2}, {0, -1}, {0, 100'000'000}, {INT32_MIN, INT32_MAX}, {2, -2}}) {
+    const auto make = [&, low = lower, high = upper] {
+      return ByteArray::WithShape(1, low, high, kElements);
+    };
+    EXPECT_EQ(FaultOf(make), 9) << lower << " to " << upper;
   }
 }
 
@@ -96,6 +108,16 @@ TEST(ByteArrayTest, ACopyHasElementsOfItsOwn) {
   const ByteArray copy = array;
   array.Erase();
   EXPECT_EQ(ElementsOf(copy), (Bytes{1, 2}));
+}
+
+TEST(ByteArrayTest, WhatIsMovedFromIsUnallocated) {
+  ByteArray array = ByteArray::WithShape(1, -1, 2, kElements);
+  ByteArray moved = std::move(array);
+  EXPECT_EQ(moved, ByteArray::WithShape(1, -1, 2, kElements));
+  EXPECT_EQ(array, ByteArray());
+  array = std::move(moved);
+  EXPECT_EQ(array, ByteArray::WithShape(1, -1, 2, kElements));
+  EXPECT_EQ(moved, ByteArray());
 }
 
 TEST(ByteArrayTest, StaysWhatItWasWhenThereIsNoMemoryForAnother) {
