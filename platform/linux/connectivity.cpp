@@ -2,6 +2,7 @@
 
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <string>
 
 #include "platform/default_route.h"
@@ -27,7 +28,8 @@ class LinuxConnectivity final : public Connectivity {
 }  // namespace
 
 Connectivity& SystemConnectivity() {
-  static LinuxConnectivity connectivity;
+  // Never destroyed: objects of static duration may still ask when main has ended.
+  static LinuxConnectivity& connectivity = *std::make_unique<LinuxConnectivity>().release();
   return connectivity;
 }
 

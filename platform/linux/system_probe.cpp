@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <memory>
 
 #include "platform/code_page.h"
 #include "platform/linux/root_volume.h"
@@ -78,7 +79,8 @@ class LinuxProbe final : public SystemProbe {
 }  // namespace
 
 SystemProbe& MachineProbe() {
-  static LinuxProbe probe;
+  // Never destroyed: objects of static duration may still ask when main has ended.
+  static LinuxProbe& probe = *std::make_unique<LinuxProbe>().release();
   return probe;
 }
 
