@@ -6,8 +6,8 @@
 namespace latchkey::platform {
 namespace {
 
-constexpr double kFirstDay = -657'434;  // 1 January 100
-constexpr double kLastDay = 2'958'465;  // 31 December 9999
+constexpr long kFirstDay = -657'434;  // 1 January 100
+constexpr long kLastDay = 2'958'465;  // 31 December 9999
 constexpr long kSecondsPerDay = 86'400;
 
 std::string DayText(long day) {
@@ -38,7 +38,7 @@ std::optional<std::string> TextOfDate(double days) {
   long second = (fraction + 5'000) / 10'000;
   if (second == kSecondsPerDay) {
     second = 0;
-    ++day;
+    if (++day > kLastDay) return std::nullopt;
   }
   if (whole == 0) return TimeText(second);
   return days == whole ? DayText(day) : DayText(day) + ' ' + TimeText(second);

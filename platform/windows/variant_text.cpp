@@ -73,6 +73,7 @@ Text TextOfDouble(double value) {
 }
 
 Text TextOfVariant(const Variant& value) {
+  if (std::holds_alternative<Null>(value)) throw std::invalid_argument("Null has no text");
   VARIANT from = VariantOf(value);
   VARIANT to;
   VariantInit(&to);

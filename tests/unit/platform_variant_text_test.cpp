@@ -120,6 +120,10 @@ TEST(TextOfVariantTest, DatesOutsideTheCalendarHaveNoText) {
   }
 }
 
+TEST(TextOfVariantTest, NullHasNoText) {
+  EXPECT_THROW(static_cast<void>(TextOfVariant(Variant(Null{}))), std::invalid_argument);
+}
+
 struct Reading {
   const char* text;
   double value;
