@@ -50,13 +50,10 @@ void InstallHandlers() noexcept {
 
 HeldSignals::HeldSignals() noexcept {
   const sigset_t signals = EndingSignals();
-  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  pthread_sigmask(SIG_BLOCK, &signals, &before_);
 }
 
-HeldSignals::~HeldSignals() {
-  const sigset_t signals = EndingSignals();
-  sigprocmask(SIG_UNBLOCK, &signals, nullptr);
-}
+HeldSignals::~HeldSignals() { pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
 
 void RemoveWhenInterrupted(const std::string& name) noexcept {
   InstallHandlers();

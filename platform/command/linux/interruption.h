@@ -4,6 +4,7 @@
 
 #include <termios.h>
 
+#include <csignal>
 #include <string>
 
 namespace latchkey::platform {
@@ -16,6 +17,9 @@ class HeldSignals {
   HeldSignals(const HeldSignals&) = delete;
   HeldSignals& operator=(const HeldSignals&) = delete;
   ~HeldSignals();
+
+ private:
+  sigset_t before_{};
 };
 
 // The file to remove; an empty name for none. Call both with the signals held. One file and one

@@ -43,7 +43,10 @@ class EchoOff {
     silent.c_lflag |= ECHONL;
     const HeldSignals held;
     RestoreWhenInterrupted(terminal_, &before_);
-    ::tcsetattr(terminal_, TCSAFLUSH, &silent);
+    if (::tcsetattr(terminal_, TCSAFLUSH, &silent) == 0) return;
+    const int reason = errno;
+    RestoreWhenInterrupted(-1, nullptr);
+    throw FileError(reason, "cannot use", kTerminal);
   }
   EchoOff(const EchoOff&) = delete;
   EchoOff& operator=(const EchoOff&) = delete;

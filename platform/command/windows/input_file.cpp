@@ -31,6 +31,17 @@ UniqueFile StandardInput() {
   return CopyOf(GetStdHandle(STD_INPUT_HANDLE), "cannot read", kStandardInput);
 }
 
+// What the system says of it. A read of the console that Ctrl-C ends succeeds with nothing, as at
+// the end of the data, which is not there.
+DWORD ReadOnce(HANDLE file, std::span<std::uint8_t> bytes, DWORD& count) {
+  SetLastError(ERROR_SUCCESS);
+  if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr)) {
+    return GetLastError();
+  }
+  const bool interrupted = count == 0 && GetLastError() == ERROR_OPERATION_ABORTED;
+  return interrupted ? ERROR_CANCELLED : ERROR_SUCCESS;
+}
+
 }  // namespace
 
 // Knows which thread waits in a call, so that the call can be cancelled.
@@ -103,13 +114,11 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
     const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kLargestRead));
     DWORD count = 0;
     if (interruption_ && !interruption_->BeginCall()) break;
-    const bool isRead =
-        ReadFile(HandleOf(file_), bytes.data() + done, wanted, &count, nullptr) != FALSE;
-    const DWORD reason = isRead ? ERROR_SUCCESS : GetLastError();
+    const DWORD reason = ReadOnce(HandleOf(file_), bytes.subspan(done, wanted), count);
     if (interruption_) interruption_->EndCall();
     if (reason == ERROR_BROKEN_PIPE) break;        // the other end is done
     if (reason == ERROR_OPERATION_ABORTED) break;  // stopped
-    if (!isRead) throw FileError(static_cast<int>(reason), "cannot read", name_);
+    if (reason != ERROR_SUCCESS) throw FileError(static_cast<int>(reason), "cannot read", name_);
     if (count == 0) break;
     done += count;
   }

@@ -114,7 +114,13 @@ void OutputFile::OpenBeside(Readers readers) {
   const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix();
   file_ = Owned(CreateFileW(Widened(temporary).c_str(), GENERIC_WRITE | DELETE, 0, rights,
                             CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
-  if (!file_ || !SetRemoval(file_, true)) ThrowLastError("cannot create", name_);
+  if (!file_) ThrowLastError("cannot create", name_);
+  if (!SetRemoval(file_, true)) {
+    const auto reason = static_cast<int>(GetLastError());
+    file_ = {};
+    DeleteFileW(Widened(temporary).c_str());
+    throw FileError(reason, "cannot create", name_);
+  }
   temporary_ = temporary;
 }
 

@@ -41,7 +41,10 @@ class EchoOff {
     silentConsole = console;
     SetConsoleCtrlHandler(RestoreConsole, TRUE);
     const DWORD kept = modeBefore & ~static_cast<DWORD>(ENABLE_ECHO_INPUT);
-    SetConsoleMode(console, kept | ENABLE_LINE_INPUT | ENABLE_PROCESSED_INPUT);
+    if (SetConsoleMode(console, kept | ENABLE_LINE_INPUT | ENABLE_PROCESSED_INPUT)) return;
+    const DWORD reason = GetLastError();
+    SetConsoleCtrlHandler(RestoreConsole, FALSE);
+    throw FileError(static_cast<int>(reason), "cannot use", kTerminal);
   }
   EchoOff(const EchoOff&) = delete;
   EchoOff& operator=(const EchoOff&) = delete;
