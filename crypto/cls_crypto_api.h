@@ -27,7 +27,8 @@ class WorkingText;
 // empty text) and writes the thread's error record, which clsMain shows. The location and number
 // of each failure stand beside the member; failure_table.h has their texts. Faults that pass to
 // the caller are those of the property writes and of the two byte-array conversions, and
-// ObjectNotSet (91) from every operation on a thread without a clsMain. A failure of memory is
+// ObjectNotSet (91) from every operation that touches the record on a thread without a clsMain; the
+// four conversions do so only to record a failure. A failure of memory is
 // recorded as run-time fault 7 at the operation's trap.
 //
 // Text and bytes. One character always stands for one byte, through the system's code page
@@ -75,8 +76,10 @@ class LATCHKEY_API clsCryptoAPI {
   // blnConvertToHex the result is two upper-case hexadecimal digits for each byte, without it one
   // character for each byte, and then it loses trailing bytes of value 20 hexadecimal. With
   // blnAppendPassword the password is hashed behind the text. blnCaseSensitive changes nothing.
-  // Empty text when it fails: location 709 without a provider, 432 for a run-time fault, nothing
-  // recorded when the provider refuses (as it does for an unknown hash number).
+  // Empty text when it fails: location 709 without a provider, 432 for a run-time fault, 441 for
+  // one in the conversion to hexadecimal, nothing recorded when the provider refuses (as it does
+  // for an unknown hash number). Where random letters that are to be appended cannot be made, that
+  // is recorded (434), and the text is hashed without them.
   [[nodiscard]] Text CreateHash(TextView strInText = {}, std::int16_t intHashChoice = 0,
                                 bool blnConvertToHex = false, bool blnAppendPassword = false,
                                 bool blnCaseSensitive = false);
@@ -88,7 +91,8 @@ class LATCHKEY_API clsCryptoAPI {
   // blnRetExactLength cuts the result to lngDataLength characters (hexadecimal digits, when
   // converted).
   // Empty text when it fails: location 710 without a provider, 433 for a run-time fault such as a
-  // negative length, nothing recorded when the provider refuses.
+  // negative length, 441 for one in the conversion to hexadecimal, nothing recorded when the
+  // provider refuses.
   [[nodiscard]] Text CreateRandom(std::int32_t lngDataLength = 0, bool blnRetExactLength = false,
                                   bool blnConvertToHex = false, bool blnUseUppercase = false);
 
