@@ -1,7 +1,9 @@
 // Encrypts a text through the registered component, early-bound, and decrypts it again.
 //
-//   encrypt_text TEXT PASSWORD
+//   set LATCHKEY_PASSWORD=correct horse
+//   encrypt_text TEXT
 //
+// The password comes from the environment, since other users can read the arguments of a program.
 // The header comes from com/windows/latchkey.idl: latchkey.dll's type library holds the same.
 #include <initguid.h>
 #include <cstdio>
@@ -105,16 +107,18 @@ void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
 
 }  // namespace
 
-// The arguments arrive in the ANSI code page; the component's texts are UTF-16.
+// The arguments of main are in the ANSI code page; the component's texts are UTF-16.
 int main() {
+  wchar_t password[256];
+  const DWORD length = GetEnvironmentVariableW(L"LATCHKEY_PASSWORD", password, 256);
   int count = 0;
   wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (count != 3) {
-    std::puts("usage: encrypt_text TEXT PASSWORD");
+  if (count != 2 || length == 0 || length >= 256) {
+    std::puts("usage: set LATCHKEY_PASSWORD, then encrypt_text TEXT");
     return 2;
   }
   Check(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
-  EncryptText(arguments[1], arguments[2]);
+  EncryptText(arguments[1], password);
   CoUninitialize();
   LocalFree(arguments);
   return 0;

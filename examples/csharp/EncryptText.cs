@@ -1,6 +1,6 @@
 // Encrypts a text and decrypts it again.
 //
-//   tlbimp latchkey.dll /out:Interop.Latchkey.dll
+//   tlbimp latchkey.dll /out:Interop.Latchkey.dll /namespace:Latchkey
 //   csc /platform:x86 /reference:Interop.Latchkey.dll EncryptText.cs      (x64 with the 64-bit DLL)
 //   EncryptText TEXT
 //
