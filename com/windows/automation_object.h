@@ -96,7 +96,7 @@ class AutomationObject : public Interface, public ISupportErrorInfo, public IPro
   [[nodiscard]] HRESULT Run(Result* result, const Argument* argument, Body&& body) const noexcept {
     if (argument != nullptr) return Run(result, std::forward<Body>(body));
     if (result != nullptr) *result = Result{};
-    return E_POINTER;
+    return RefuseNullPointer();
   }
 
  private:

@@ -18,7 +18,7 @@ VARIANT ToTextVariant(Text&& text) {
 }  // namespace
 
 STDMETHODIMP CryptoApiObject::put_InputData(SAFEARRAY** arInData) noexcept {
-  if (arInData == nullptr) return E_POINTER;
+  if (arInData == nullptr) return RefuseNullPointer();
   return Run([&] { api_.InputData(FromSafeArray(*arInData)); });
 }
 
@@ -27,7 +27,7 @@ STDMETHODIMP CryptoApiObject::get_OutputData(SAFEARRAY** result) noexcept {
 }
 
 STDMETHODIMP CryptoApiObject::put_EnhancedProvider(VARIANT_BOOL* blnUseEnhanced) noexcept {
-  if (blnUseEnhanced == nullptr) return E_POINTER;
+  if (blnUseEnhanced == nullptr) return RefuseNullPointer();
   return Run([&] { api_.EnhancedProvider(IsTrue(*blnUseEnhanced)); });
 }
 
@@ -36,7 +36,7 @@ STDMETHODIMP CryptoApiObject::get_Password(SAFEARRAY** result) noexcept {
 }
 
 STDMETHODIMP CryptoApiObject::put_Password(SAFEARRAY** arPWord) noexcept {
-  if (arPWord == nullptr) return E_POINTER;
+  if (arPWord == nullptr) return RefuseNullPointer();
   return Run([&] {
     ByteArray password = FromSafeArray(*arPWord);
     api_.Password(password);
@@ -46,7 +46,7 @@ STDMETHODIMP CryptoApiObject::put_Password(SAFEARRAY** arPWord) noexcept {
 }
 
 STDMETHODIMP CryptoApiObject::put_UseDefaultPWD(VARIANT_BOOL* blnUseDefaultPWD) noexcept {
-  if (blnUseDefaultPWD == nullptr) return E_POINTER;
+  if (blnUseDefaultPWD == nullptr) return RefuseNullPointer();
   return Run([&] { api_.UseDefaultPWD(IsTrue(*blnUseDefaultPWD)); });
 }
 

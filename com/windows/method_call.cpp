@@ -34,4 +34,9 @@ HRESULT ReportCurrentFault(const ClassDescription& source) noexcept {
   return static_cast<HRESULT>(kAutomationErrors + static_cast<ULONG>(fault.Number()));
 }
 
+HRESULT RefuseNullPointer() noexcept {
+  SetErrorInfo(0, nullptr);
+  return E_POINTER;
+}
+
 }  // namespace latchkey::com

@@ -14,6 +14,10 @@ namespace latchkey::com {
 // inside a catch clause only.
 [[nodiscard]] HRESULT ReportCurrentFault(const ClassDescription& source) noexcept;
 
+// Gives E_POINTER, for a null pointer where a result or an argument belongs. What an earlier
+// failure left as error information is no longer there to be read as this one's.
+[[nodiscard]] HRESULT RefuseNullPointer() noexcept;
+
 // Runs the body of a method without a result. No exception leaves it.
 template <class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Body&& body) noexcept {
@@ -30,7 +34,7 @@ template <class Body>
 template <class Result, class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Result* result,
                                 Body&& body) noexcept {
-  if (result == nullptr) return E_POINTER;
+  if (result == nullptr) return RefuseNullPointer();
   *result = Result{};
   return RunMethod(source, [&] { *result = std::forward<Body>(body)(); });
 }

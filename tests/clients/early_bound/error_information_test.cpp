@@ -51,6 +51,17 @@ TEST_F(ErrorInformationTest, AResultIsClearedBeforeANullArgumentIsRefused) {
   EXPECT_EQ(text, nullptr);
 }
 
+TEST_F(ErrorInformationTest, ARefusedNullPointerIsNotToldAsTheFaultBefore) {
+  VARIANT value = NullValue();
+  SAFEARRAY* array = nullptr;
+  EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));
+  EXPECT_EQ(Api()->put_Password(nullptr), E_POINTER);
+  EXPECT_FALSE(TakeErrorInfo().present);
+  EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));
+  EXPECT_EQ(Api()->get_OutputData(nullptr), E_POINTER);
+  EXPECT_FALSE(TakeErrorInfo().present);
+}
+
 TEST_F(ErrorInformationTest, NullPointersAreRefusedByEveryMemberOfTheServiceObject) {
   _clsCryptoAPI* const api = Api();
   EXPECT_EQ(api->put_InputData(nullptr), E_POINTER);
