@@ -162,14 +162,13 @@ typedef struct latchkey_key {
   size_t password_length;
 } latchkey_key;
 
-/* Encrypt and decrypt exact bytes, any number below 4 GiB. RC4 keeps the length. The block ciphers
- * (CBC, zero initialisation vector) pad to the next multiple of 8 above the input's length, and
- * their plaintext is shorter than the ciphertext by 1 to 8: with a room of input_length rounded up
- * like that, one call is enough. A wrong password goes unnoticed under RC4, and now and then under
- * the others.
- * Fail with LATCHKEY_BAD_HASH, LATCHKEY_BAD_CIPHER, LATCHKEY_NO_PROVIDER, LATCHKEY_KEY_FAILED,
- * LATCHKEY_CIPHER_FAILED (encrypting: locations 718 to 724, decrypting: 711 to 717), LATCHKEY_FAULT
- * (438, 436; fault 6 for too long an input). */
+/* Encrypt and decrypt exact bytes, any number below 4 GiB less 8. RC4 keeps the length. The block
+ * ciphers (CBC, zero initialisation vector) pad to the next multiple of 8 above the input's length,
+ * and their plaintext is shorter than the ciphertext by 1 to 8: with a room of input_length rounded
+ * up like that, one call is enough. A wrong password goes unnoticed under RC4, and now and then
+ * under the others. Fail with LATCHKEY_BAD_HASH, LATCHKEY_BAD_CIPHER, LATCHKEY_NO_PROVIDER,
+ * LATCHKEY_KEY_FAILED, LATCHKEY_CIPHER_FAILED (encrypting: locations 718 to 724, decrypting: 711 to
+ * 717), LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
 LATCHKEY_C_API int latchkey_encrypt(latchkey_crypto* crypto, const latchkey_key* key,
                                     const uint8_t* input, size_t input_length, uint8_t* output,
                                     size_t* output_length);

@@ -5,7 +5,6 @@
 #include <span>
 
 #include "crypto/byte_array.h"
-#include "crypto/password_cipher.h"
 #include "crypto/provider_handles.h"
 #include "platform/export.h"
 #include "platform/secure_memory.h"

@@ -10,6 +10,7 @@
 #include "crypto/algorithms.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/open_provider.h"
+#include "crypto/password_cipher.h"
 #include "platform/command/input_file.h"
 #include "platform/command/output_file.h"
 
