@@ -1,7 +1,6 @@
 // Prints what random cases come to on this target, for a comparison with the others.
-//   differential SEED COUNT         a line for each of the cases 0 to COUNT - 1: its number and one
-//   that stands for all
-//                                   that a client sees of it
+//   differential SEED COUNT         a line for each of the cases 0 to COUNT - 1: its number and a
+//                                   digest of all that a client sees of it
 //   differential SEED case NUMBER   that one case in full
 #include <cstdio>
 #include <cstdlib>
