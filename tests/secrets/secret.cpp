@@ -43,14 +43,18 @@ void Secret::CopyTo(std::span<std::uint8_t> target) const {
   }
 }
 
+void Secret::CopyTo(std::span<char16_t> target) const {
+  for (std::size_t i = 0; i < target.size(); ++i) {
+    target[i] = static_cast<char16_t>(
+        platform::SystemCodePage().CharacterOf(static_cast<std::uint8_t>(masked_.at(i) ^ kMask)));
+  }
+}
+
 ByteArray Secret::Array() const { return ByteArray::WithTrailingZero(Bytes()); }
 
 WipedText Secret::Characters() const {
   WipedText text(size_);
-  for (std::size_t i = 0; i < size_; ++i) {
-    text[i] = static_cast<char16_t>(
-        platform::SystemCodePage().CharacterOf(static_cast<std::uint8_t>(masked_[i] ^ kMask)));
-  }
+  CopyTo(text);
   return text;
 }
 

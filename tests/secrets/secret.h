@@ -35,8 +35,9 @@ class Secret {
   // In 16-bit characters.
   [[nodiscard]] WipedText Characters() const;
 
-  // To `target`, which has no more bytes than the secret.
+  // To `target`, which has no more elements than the secret: bytes, or 16-bit characters.
   void CopyTo(std::span<std::uint8_t> target) const;
+  void CopyTo(std::span<char16_t> target) const;
 
   // One byte under the mask.
   [[nodiscard]] std::uint8_t Masked(std::size_t index) const { return masked_.at(index); }

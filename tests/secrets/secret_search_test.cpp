@@ -145,27 +145,6 @@ class SecretSearchTest : public testing::Test {
   std::size_t bytesSearched = 0;
 };
 
-// The search itself: what it must find, wherever it stands.
-TEST_F(SecretSearchTest, FindsCopiesInLiveAndFreedMemoryAndOnTheStack) {
-  EXPECT_EQ(Count(), kNone);
-  {
-    const auto bytes = password.Bytes();
-    const auto characters = plaintext.Characters();
-    EXPECT_EQ(Count(), (Copies{1, 1}));
-  }
-  EXPECT_EQ(Count(), kNone);
-  {
-    std::array<std::uint8_t, 48> copy{};
-    const auto bytes = password.Bytes();
-    std::copy(bytes.begin(), bytes.end(), copy.begin());
-    EXPECT_EQ(Count(), (Copies{2}));
-    platform::SecureWipe(copy.data(), copy.size());
-  }
-  const auto bytes = std::make_unique<platform::WipedBytes>(plaintext.Bytes());
-  { const std::vector<std::uint8_t> unwiped(bytes->begin(), bytes->end()); }
-  EXPECT_EQ(Count(), (Copies{0, 2})) << "a block that was freed unwiped";
-}
-
 TEST_F(SecretSearchTest, AfterEncryptTheObjectHasPasswordAndInput) {
   for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
     for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
