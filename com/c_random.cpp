@@ -9,7 +9,14 @@ namespace {
 
 using namespace latchkey;  // NOLINT(google-build-using-namespace): all of it is the component's
 
-constexpr std::uint32_t kRandomFlags = LATCHKEY_EXACT_LENGTH | LATCHKEY_AS_HEX;
+// An operation of the component that gives text.
+struct TextOperation {
+  const TrapSite& trap;
+  std::uint32_t flags;  // those that it knows
+};
+
+constexpr TextOperation kRandomText{trap::kCreateRandom, LATCHKEY_EXACT_LENGTH | LATCHKEY_AS_HEX};
+constexpr TextOperation kSalt{trap::kCreateSaltValue, LATCHKEY_LETTERS_ONLY};
 
 // What stands in the buffer is additional seed to the provider.
 int FillBytes(CryptoObject& crypto, std::span<std::uint8_t> bytes) {
@@ -25,17 +32,17 @@ int FillBytes(CryptoObject& crypto, std::span<std::uint8_t> bytes) {
 // gives empty text for a length above 0 only when it fails; where it then records nothing, the
 // provider has refused.
 template <class Make>
-int DeliverText(latchkey_crypto* handle, std::uint32_t flags, std::uint32_t knownFlags,
+int DeliverText(latchkey_crypto* handle, const TextOperation& operation, std::uint32_t flags,
                 std::int32_t length, Output output, Make make) {
   return WithOutput(output, {}, [&]() -> int {
-    if ((flags & ~knownFlags) != 0) return LATCHKEY_BAD_FLAGS;
+    if ((flags & ~operation.flags) != 0) return LATCHKEY_BAD_FLAGS;
     return WithObject<CryptoTable>(handle, [&](CryptoObject& crypto) -> int {
       Text text = make(crypto.api);
       const platform::WipeAtExit wipeText(text);
       const int status = StatusOfRecord();
       if (status != LATCHKEY_OK) return status;
       if (text.empty() && length > 0) return LATCHKEY_PROVIDER_REFUSED;
-      return output.Deliver(EncodeText(text));
+      return Trapped(operation.trap, [&] { return output.Deliver(EncodeText(text)); });
     });
   });
 }
@@ -57,7 +64,7 @@ int latchkey_random_bytes(latchkey_crypto* crypto, uint8_t* bytes, size_t length
 
 int latchkey_create_random(latchkey_crypto* crypto, uint32_t flags, int32_t length, uint8_t* output,
                            size_t* outputLength) {
-  return DeliverText(crypto, flags, kRandomFlags, length, {output, outputLength},
+  return DeliverText(crypto, kRandomText, flags, length, {output, outputLength},
                      [&](clsCryptoAPI& api) {
                        return api.CreateRandom(length, (flags & LATCHKEY_EXACT_LENGTH) != 0,
                                                (flags & LATCHKEY_AS_HEX) != 0);
@@ -66,8 +73,7 @@ int latchkey_create_random(latchkey_crypto* crypto, uint32_t flags, int32_t leng
 
 int latchkey_create_salt(latchkey_crypto* crypto, uint32_t flags, int32_t length, uint8_t* output,
                          size_t* outputLength) {
-  return DeliverText(crypto, flags, LATCHKEY_LETTERS_ONLY, length, {output, outputLength},
-                     [&](clsCryptoAPI& api) {
-                       return api.CreateSaltValue(length, (flags & LATCHKEY_LETTERS_ONLY) != 0);
-                     });
+  return DeliverText(crypto, kSalt, flags, length, {output, outputLength}, [&](clsCryptoAPI& api) {
+    return api.CreateSaltValue(length, (flags & LATCHKEY_LETTERS_ONLY) != 0);
+  });
 }
