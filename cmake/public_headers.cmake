@@ -12,6 +12,7 @@ set(public_cpp_headers
   diagnostics/fault.h
   platform/crypto_provider.h
   platform/export.h
+  platform/large_memory.h
   platform/secure_memory.h
   platform/stack_wipe.h
   platform/text.h

@@ -1,5 +1,6 @@
 // clsCryptoAPI's conversions between text, byte arrays and hexadecimal.
-#include "crypto/byte_array_text.h"
+#include <utility>
+
 #include "crypto/cls_crypto_api.h"
 #include "crypto/hexadecimal.h"
 #include "crypto/text_codec.h"
@@ -14,14 +15,18 @@ namespace {
 // The codes of a text. Raises Overflow for a text too long for a byte array.
 ByteArray CodesOf(TextView text) {
   static_cast<void>(NarrowTo<std::int32_t>(text.size()));
-  return ByteArray::WithTrailingZero(EncodeText(text));
+  platform::WorkingBytes codes(text.size() + 1);
+  EncodeText(text, codes.All().first(text.size()));
+  return ByteArray::WithTrailingZero(std::move(codes), text.size());
 }
 
 }  // namespace
 
 Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
+  const auto elements = arByte.TextElements();
+  WorkingText::CheckCapacity(elements.size(), 1);
   Text result;
-  DecodeBytes(WorkingTextOf(arByte).Trimmed(), result);
+  DecodeBytes(elements.first(LengthBeforeSpaces(elements)), result);
   return result;
 }
 
@@ -37,9 +42,7 @@ Text clsCryptoAPI::ConvertStringFromHex(TextView strHex) const {
       RecordApplicationFailure(check::kHexLength);
       return;
     }
-    WorkingText working(strHex.size() / kDigitsPerByte, 1);
-    DecodeHex(strHex, working.Codes());
-    DecodeBytes(working.Trimmed(), result);
+    DecodeHexToText(strHex, result);
   });
   return result;
 }

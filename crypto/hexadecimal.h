@@ -22,4 +22,9 @@ void EncodeHexOfText(TextView characters, Text& text);
 // 0. `text` has two characters for each byte.
 void DecodeHex(TextView text, std::span<std::uint8_t> bytes) noexcept;
 
+// Sets `text` to the characters of the bytes that DecodeHex reads, without trailing spaces. Raises
+// Overflow, and leaves `text` as it was, for a byte that is no character and when a working text
+// could not hold them.
+void DecodeHexToText(TextView digits, Text& text);
+
 }  // namespace latchkey

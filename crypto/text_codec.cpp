@@ -1,9 +1,12 @@
 #include "crypto/text_codec.h"
 
 #include <algorithm>
+#include <limits>
 
+#include "crypto/text_filling.h"
 #include "diagnostics/checked_arithmetic.h"
 #include "diagnostics/module_data.h"
+#include "platform/ascii_text.h"
 
 namespace latchkey {
 namespace {
@@ -13,37 +16,60 @@ using platform::WipedBytes;
 
 const CodePage& ThreadCodePage() { return *ThreadModuleData().services.codePage; }
 
-char16_t CharacterOf(const CodePage& codePage, std::uint8_t byte) {
-  const std::int32_t character = codePage.CharacterOf(byte);
-  if (character == CodePage::kNoCharacter) throw Fault(FaultNumber::Overflow);
-  return static_cast<char16_t>(character);
+// The checks below look at all elements of a step together, which costs less than at each: what a
+// bit of any of them has is found in their union.
+
+void CheckCodes(std::uint32_t together) {
+  if (together > std::numeric_limits<std::uint8_t>::max()) throw Fault(FaultNumber::Overflow);
 }
 
-// A piece of this length that is ASCII is converted as one: the loops over it have no branch, so
-// that a compiler turns them into vector instructions.
-constexpr std::size_t kRun = 64;
-
-template <class Code>
-bool IsAscii(std::span<const Code, kRun> run) {
-  Code bits = 0;
-  for (const Code code : run) bits = static_cast<Code>(bits | code);
-  return bits < 0x80;
+void CheckCharacters(std::int32_t together) {
+  static_assert(CodePage::kNoCharacter < 0);
+  if (together < 0) throw Fault(FaultNumber::Overflow);
 }
 
-// Converts each element by `convert`, and ASCII by itself where the code page keeps it.
+std::uint32_t EncodeStep(const CodePage& codePage, std::span<const char16_t> characters,
+                         std::uint8_t* bytes) {
+  std::uint32_t together = 0;
+  for (const char16_t character : characters) {
+    const std::uint32_t code = codePage.CodeOf(character);
+    together |= code;
+    *bytes++ = static_cast<std::uint8_t>(code & 0xFF);
+  }
+  return together;
+}
+
+std::int32_t DecodeStep(const CodePage& codePage, std::span<const std::uint8_t> bytes,
+                        char16_t* characters) {
+  std::int32_t together = 0;
+  for (const std::uint8_t byte : bytes) {
+    const std::int32_t character = codePage.CharacterOf(byte);
+    together |= character;
+    *characters++ = static_cast<char16_t>(character);
+  }
+  return together;
+}
+
+std::size_t ConvertAscii(std::span<const char16_t> characters, std::uint8_t* bytes) noexcept {
+  return platform::FastestAsciiText().narrow(characters.data(), characters.size(), bytes);
+}
+
+std::size_t ConvertAscii(std::span<const std::uint8_t> bytes, char16_t* characters) noexcept {
+  return platform::FastestAsciiText().widen(bytes.data(), bytes.size(), characters);
+}
+
+// Converts ASCII by itself where the code page keeps it, and other steps by `convert`.
 template <class From, class To, class Convert>
 void ConvertEach(const CodePage& codePage, std::span<const From> from, To* to, Convert&& convert) {
-  std::size_t done = 0;
-  while (codePage.KeepsAscii() && from.size() - done >= kRun) {
-    const auto run = from.subspan(done).template first<kRun>();
-    if (IsAscii(run)) {
-      for (std::size_t i = 0; i < kRun; ++i) to[done + i] = static_cast<To>(run[i]);
-    } else {
-      std::transform(run.begin(), run.end(), to + done, convert);
-    }
-    done += kRun;
+  while (!from.empty()) {
+    const std::size_t ascii = codePage.KeepsAscii() ? ConvertAscii(from, to) : 0;
+    from = from.subspan(ascii);
+    to += ascii;
+    const auto step = from.first(std::min(from.size(), platform::AsciiText::kStep));
+    convert(step, to);
+    from = from.subspan(step.size());
+    to += step.size();
   }
-  std::transform(from.begin() + static_cast<std::ptrdiff_t>(done), from.end(), to + done, convert);
 }
 
 }  // namespace
@@ -56,34 +82,43 @@ WipedBytes EncodeText(TextView text) {
 
 void EncodeText(TextView text, std::span<std::uint8_t> bytes) {
   const CodePage& codePage = ThreadCodePage();
-  ConvertEach(codePage, std::span(text), bytes.data(), [&](char16_t character) {
-    return NarrowTo<std::uint8_t>(codePage.CodeOf(character));
-  });
+  ConvertEach(codePage, std::span(text), bytes.data(),
+              [&](auto step, std::uint8_t* to) { CheckCodes(EncodeStep(codePage, step, to)); });
 }
 
 void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes) {
   const CodePage& codePage = ThreadCodePage();
-  ConvertEach(codePage, std::span(text), bytes.data(), [&](char16_t character) {
-    return static_cast<std::uint8_t>(codePage.CodeOf(character) & 0xFF);
+  ConvertEach(codePage, std::span(text), bytes.data(), [&](auto step, std::uint8_t* to) {
+    static_cast<void>(EncodeStep(codePage, step, to));
   });
 }
 
 void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text) {
+  FillText(text, bytes.size(), [&](std::size_t from, std::span<char16_t> characters) {
+    DecodeBytes(bytes.subspan(from, characters.size()), characters);
+  });
+}
+
+void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters) {
   const CodePage& codePage = ThreadCodePage();
-  // Refuse before the first character is written: a fault leaves the caller's text as it was.
-  if (!codePage.MapsEveryByte()) {
-    for (const std::uint8_t byte : bytes) static_cast<void>(CharacterOf(codePage, byte));
-  }
-  text.resize(bytes.size());
-  ConvertEach(codePage, bytes, text.data(),
-              [&](std::uint8_t byte) { return static_cast<char16_t>(codePage.CharacterOf(byte)); });
+  ConvertEach(codePage, bytes, characters.data(),
+              [&](auto step, char16_t* to) { CheckCharacters(DecodeStep(codePage, step, to)); });
+}
+
+std::size_t LengthBeforeSpaces(std::span<const std::uint8_t> bytes) {
+  const CodePage& codePage = ThreadCodePage();
+  std::size_t length = bytes.size();
+  while (length > 0 && codePage.CharacterOf(bytes[length - 1]) == kSpace) --length;
+  return length;
 }
 
 void PassThroughText(std::span<std::uint8_t> bytes) {
   const CodePage& codePage = ThreadCodePage();
   if (codePage.MapsEveryByte()) return;
   for (std::uint8_t& byte : bytes) {
-    byte = NarrowTo<std::uint8_t>(codePage.CodeOf(CharacterOf(codePage, byte)));
+    char16_t character = 0;
+    CheckCharacters(DecodeStep(codePage, {&byte, 1}, &character));
+    CheckCodes(EncodeStep(codePage, {&character, 1}, &byte));
   }
 }
 

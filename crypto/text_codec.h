@@ -27,6 +27,11 @@ void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes);
 // then leaves `text` as it was.
 // Fills the caller's text in place, since a moved short text would leave a copy behind.
 void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text);
+// The same into as many characters, of which some are written before an Overflow.
+void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters);
+
+// The number of bytes before those at the end that denote the space.
+[[nodiscard]] std::size_t LengthBeforeSpaces(std::span<const std::uint8_t> bytes);
 
 // What becomes of bytes that are turned into text and back: nothing, unless two bytes denote one
 // character; then both become its code. Raises Overflow for a byte that is no character.

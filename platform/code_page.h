@@ -3,7 +3,6 @@
 
 #include <array>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 namespace latchkey::platform {
@@ -33,8 +32,8 @@ class CodePage {
 
   // The code of `character`: 0 to 255, or what LongCodeOf gives.
   [[nodiscard]] std::uint32_t CodeOf(char16_t character) const noexcept {
-    const std::int32_t low = character < lowCodes_.size() ? lowCodes_[character] : kNoCode;
-    return low != kNoCode ? static_cast<std::uint32_t>(low) : OtherCodeOf(character);
+    const std::int32_t code = rows_[rowOf_[character >> 8]][character & 0xFF];
+    return code != kNoCode ? static_cast<std::uint32_t>(code) : longCodeOf_(character);
   }
 
   // True when every byte becomes a character and back unchanged, so that data may stay bytes.
@@ -47,11 +46,13 @@ class CodePage {
  private:
   static constexpr std::int32_t kNoCode = -1;
 
-  [[nodiscard]] std::uint32_t OtherCodeOf(char16_t character) const noexcept;
+  // The code that stands for a character, in a row of its own where it needs one.
+  std::int32_t& CodeEntry(char16_t character);
 
   ByteTable characters_;
-  std::array<std::int32_t, 256> lowCodes_{};
-  std::vector<std::pair<char16_t, std::uint8_t>> highCodes_;
+  // The codes of the 256 characters with one high byte: the first row is without any.
+  std::vector<std::array<std::int32_t, 256>> rows_;
+  std::array<std::uint16_t, 256> rowOf_{};
   LongCodeOf longCodeOf_;
   bool mapsEveryByte_ = false;
   bool keepsAscii_ = true;

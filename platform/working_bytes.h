@@ -9,6 +9,7 @@
 #include <span>
 #include <utility>
 
+#include "platform/large_memory.h"
 #include "platform/secure_memory.h"
 
 namespace latchkey::platform {
@@ -62,6 +63,7 @@ class WorkingBytes {
       long_ =
           std::make_unique_for_overwrite<std::uint8_t[]>(size);  // NOLINT(modernize-avoid-c-arrays)
       capacity_ = size;
+      ExpectFilling(long_.get(), size);
     }
     size_ = touched_ = size;
   }

@@ -29,6 +29,16 @@ TEST_F(ConvertStringFromHexTest, RemovesADecodedTrailingSpace) {
   EXPECT_EQ(api.ConvertStringFromHex(u"2020"), u"");
 }
 
+// However many they are: they are looked for in pieces from the end.
+TEST_F(ConvertStringFromHexTest, RemovesAnyNumberOfTrailingSpaces) {
+  for (const std::size_t spaces : {63U, 64U, 65U, 1000U}) {
+    Text digits = u"41";
+    for (std::size_t i = 0; i < spaces; ++i) digits += u"20";
+    EXPECT_EQ(api.ConvertStringFromHex(digits), u"A") << spaces;
+    EXPECT_EQ(api.ConvertStringFromHex(digits.substr(2)), u"") << spaces;
+  }
+}
+
 TEST_F(ConvertStringFromHexTest, KeepsADecodedTrailingNul) {
   EXPECT_EQ(api.ConvertStringFromHex(u"412000"), Text(u"A \0", 3));
 }

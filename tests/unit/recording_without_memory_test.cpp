@@ -57,7 +57,7 @@ TEST_F(RecordingWithoutMemoryTest, AConversionThatRunsOutOfMemoryRecordsIt) {
     EXPECT_EQ(decoded, u"");
     EXPECT_EQ(ValuesOf(ErrorRecord()), (RecordValues{440, 1, 0, "", 7, "Out of memory", true, 0}));
   }
-  EXPECT_GE(failures, 2);
+  EXPECT_GE(failures, 1);
 }
 
 }  // namespace

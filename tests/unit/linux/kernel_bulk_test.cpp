@@ -2,13 +2,11 @@
 #include <nettle/arctwo.h>
 
 #include <algorithm>
-#include <array>
-#include <string>
-#include <vector>
 
 #include "platform/linux/kernels/bulk_decryption.h"
 #include "platform/linux/kernels/des_table_cipher.h"
 #include "platform/linux/kernels/rc2_words.h"
+#include "tests/support/linux/cpu_levels.h"
 #include "tests/support/linux/random_bytes.h"
 #include "tests/support/linux/reference_cipher.h"
 
@@ -16,14 +14,6 @@ namespace latchkey::test {
 namespace {
 
 using namespace platform;  // NOLINT: what is under test
-
-std::vector<CpuLevel> LevelsOfThisMachine() {
-  std::vector<CpuLevel> levels;
-  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
-    if (level <= HighestCpuLevel()) levels.push_back(level);
-  }
-  return levels;
-}
 
 des::KeySchedule DesKeyOf(const Bytes& key) {
   des::KeySchedule schedule{};
@@ -87,13 +77,8 @@ TEST_P(KernelBulkTest, ABatchFitsTheRoomForOne) {
   EXPECT_LE(Rc2Bulk(GetParam()).batchBytes, kLargestBatch);
 }
 
-std::string NameOf(const ::testing::TestParamInfo<CpuLevel>& level) {
-  constexpr std::array kNames{"portable", "avx2", "avx512"};
-  return kNames.at(static_cast<std::size_t>(level.param));
-}
-
 INSTANTIATE_TEST_SUITE_P(Levels, KernelBulkTest, ::testing::ValuesIn(LevelsOfThisMachine()),
-                         NameOf);
+                         NameOfLevel);
 
 }  // namespace
 }  // namespace latchkey::test

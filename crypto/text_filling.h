@@ -1,0 +1,59 @@
+// Text of a known length that is made piece by piece.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <span>
+#include <utility>
+
+#include "platform/large_memory.h"
+#include "platform/secure_memory.h"
+#include "platform/text.h"
+
+namespace latchkey {
+
+// So many elements lie on the stack at a time: few enough to stay in the processor's nearest cache.
+inline constexpr std::size_t kPieceLength = 2048;
+
+// A piece of text or codes on its way, wiped as far as it was used.
+template <class Element>
+class Piece {
+ public:
+  Piece() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
+  Piece(const Piece&) = delete;
+  Piece& operator=(const Piece&) = delete;
+  ~Piece() { platform::SecureWipe(elements_.data(), used_ * sizeof(Element)); }
+
+  // `length` elements, for new ones.
+  [[nodiscard]] std::span<Element> First(std::size_t length) noexcept {
+    used_ = std::max(used_, length);
+    return std::span(elements_).first(length);
+  }
+
+ private:
+  std::array<Element, kPieceLength> elements_;
+  std::size_t used_ = 0;
+};
+
+// Makes `text` of `length` characters: write(from, piece) writes those from the position `from` on
+// into all of `piece`, from the first to the last, an even number at a time but for the end. The
+// text's memory is written once; zeros in a new text, to be overwritten, would be written too. When
+// `write` throws, what it wrote is wiped and `text` is as it was.
+template <class Write>
+void FillText(Text& text, std::size_t length, Write&& write) {
+  static_assert(kPieceLength % 2 == 0);
+  Piece<char16_t> characters;
+  Text filled;
+  const platform::WipeAtExit wipe(filled);
+  filled.reserve(length);
+  platform::ExpectFilling(filled.data(), length * sizeof(char16_t));
+  while (filled.size() < length) {
+    const auto piece = characters.First(std::min(kPieceLength, length - filled.size()));
+    write(filled.size(), piece);
+    filled.append(piece.data(), piece.size());
+  }
+  text = std::move(filled);
+}
+
+}  // namespace latchkey

@@ -1,0 +1,20 @@
+#include "platform/linux/kernels/ascii_text.h"
+
+namespace latchkey::platform {
+
+const AsciiText& AsciiTextAt(CpuLevel level) noexcept {
+  switch (level) {
+#ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512:
+      return kAsciiTextAvx512;
+    case CpuLevel::Avx2:
+      return kAsciiTextAvx2;
+#endif
+    default:
+      return kAsciiTextPortable;
+  }
+}
+
+const AsciiText& FastestAsciiText() noexcept { return AsciiTextAt(ChosenCpuLevel()); }
+
+}  // namespace latchkey::platform

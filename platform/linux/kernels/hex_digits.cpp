@@ -1,0 +1,20 @@
+#include "platform/linux/kernels/hex_digits.h"
+
+namespace latchkey::platform {
+
+const HexDigits& HexDigitsAt(CpuLevel level) noexcept {
+  switch (level) {
+#ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512:
+      return kHexDigitsAvx512;
+    case CpuLevel::Avx2:
+      return kHexDigitsAvx2;
+#endif
+    default:
+      return kHexDigitsPortable;
+  }
+}
+
+const HexDigits& FastestHexDigits() noexcept { return HexDigitsAt(ChosenCpuLevel()); }
+
+}  // namespace latchkey::platform

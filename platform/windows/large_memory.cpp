@@ -1,0 +1,8 @@
+#include "platform/large_memory.h"
+
+namespace latchkey::platform {
+
+// Large pages are for those who hold a privilege that ordinary users lack.
+void ExpectFilling(void* /*memory*/, std::size_t /*size*/) noexcept {}
+
+}  // namespace latchkey::platform

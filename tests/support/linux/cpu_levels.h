@@ -1,0 +1,28 @@
+// The levels that a test of the kernels runs under, each as a parameter.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <string>
+#include <vector>
+
+#include "platform/linux/kernels/cpu_level.h"
+
+namespace latchkey::test {
+
+inline std::vector<platform::CpuLevel> LevelsOfThisMachine() {
+  using platform::CpuLevel;
+  std::vector<CpuLevel> levels;
+  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
+    if (level <= platform::HighestCpuLevel()) levels.push_back(level);
+  }
+  return levels;
+}
+
+inline std::string NameOfLevel(const ::testing::TestParamInfo<platform::CpuLevel>& level) {
+  constexpr std::array kNames{"portable", "avx2", "avx512"};
+  return kNames.at(static_cast<std::size_t>(level.param));
+}
+
+}  // namespace latchkey::test
