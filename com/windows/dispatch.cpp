@@ -1,11 +1,10 @@
 #include "com/windows/dispatch.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
 
 #include "com/windows/automation_owners.h"
 #include "com/windows/dispatch_arguments.h"
+#include "com/windows/interface_members.h"
 #include "com/windows/method_call.h"
 #include "com/windows/slot_call.h"
 #include "com/windows/type_library.h"
@@ -14,45 +13,11 @@
 namespace latchkey::com {
 namespace {
 
-// Gives descriptions back to the type information that they came from.
-struct DescriptionDeleter {
-  ITypeInfo* typeInfo;
-  void operator()(TYPEATTR* attributes) const noexcept { typeInfo->ReleaseTypeAttr(attributes); }
-  void operator()(FUNCDESC* function) const noexcept { typeInfo->ReleaseFuncDesc(function); }
-};
-using UniqueAttributes = std::unique_ptr<TYPEATTR, DescriptionDeleter>;
-using UniqueFunction = std::unique_ptr<FUNCDESC, DescriptionDeleter>;
-
 // Scripts ask for a property and a method at once, and tell the two kinds of property put apart by
 // the value they hold rather than by the property.
 int KindsWanted(WORD flags) {
   const int puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
   return (flags & puts) != 0 ? flags | puts : flags;
-}
-
-bool Answers(const FUNCDESC& function, const DispatchCall& call) {
-  return function.memid == call.member && (function.invkind & KindsWanted(call.flags)) != 0;
-}
-
-// A description that there is no memory for is no description that there is not.
-bool Given(HRESULT result) {
-  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
-  return SUCCEEDED(result);
-}
-
-// Raises bad_alloc.
-UniqueFunction FindFunction(ITypeInfo* typeInfo, const DispatchCall& call) {
-  const DescriptionDeleter deleter = {typeInfo};
-  TYPEATTR* attributes = nullptr;
-  if (!Given(typeInfo->GetTypeAttr(&attributes))) return {nullptr, deleter};
-  const UniqueAttributes owner(attributes, deleter);
-  for (UINT i = 0; i < attributes->cFuncs; ++i) {
-    FUNCDESC* described = nullptr;
-    if (!Given(typeInfo->GetFuncDesc(i, &described))) continue;
-    UniqueFunction function(described, deleter);
-    if (Answers(*function, call)) return function;
-  }
-  return {nullptr, deleter};
 }
 
 // The error information that a failed method has left on this thread, for a late-bound caller.
@@ -85,12 +50,11 @@ void FreeException(EXCEPINFO& exception) {
 // Raises what DispatchArguments raises.
 HRESULT CallMember(const DispatchCall& call, const DISPPARAMS& given, VARIANT& result,
                    EXCEPINFO& exception, UINT& badArgument) {
-  ITypeInfo* slots = nullptr;
-  const HRESULT found = SlotInfoOf(call.description.interfaceId, &slots);
+  const InterfaceMembers* members = nullptr;
+  const HRESULT found = MembersOf(call.description, &members);
   if (FAILED(found)) return found;
-  const UniqueInterface<ITypeInfo> typeInfo(slots);
-  const UniqueFunction function = FindFunction(slots, call);
-  if (!function) return DISP_E_MEMBERNOTFOUND;
+  const FUNCDESC* const function = members->FindFunction(call.member, KindsWanted(call.flags));
+  if (function == nullptr) return DISP_E_MEMBERNOTFOUND;
   DispatchArguments arguments(*function, call.locale);
   const HRESULT taken = arguments.Take(given, badArgument);
   if (FAILED(taken)) return taken;
@@ -118,11 +82,13 @@ HRESULT FindDispatchIds(const ClassDescription& description, REFIID reserved, LP
   if (names == nullptr || ids == nullptr || count == 0) return E_INVALIDARG;
   std::fill_n(ids, count, DISPID_UNKNOWN);
   if (std::find(names, names + count, nullptr) != names + count) return DISP_E_UNKNOWNNAME;
-  ITypeInfo* described = nullptr;
-  const HRESULT found = DescribeInterface(description, 0, &described);
-  if (FAILED(found)) return found;
-  const UniqueInterface<ITypeInfo> typeInfo(described);
-  return described->GetIDsOfNames(names, count, ids);
+  HRESULT found = S_OK;
+  const HRESULT ran = RunMethod(description, [&] {
+    const InterfaceMembers* members = nullptr;
+    found = MembersOf(description, &members);
+    if (SUCCEEDED(found)) found = members->FindIds({names, count}, ids);
+  });
+  return FAILED(ran) ? ran : found;
 }
 
 HRESULT InvokeMember(const DispatchCall& call, const DISPPARAMS* arguments, VARIANT* result,

@@ -23,8 +23,8 @@ struct DispatchCall {
 [[nodiscard]] HRESULT DescribeClass(const ClassDescription& description,
                                     ITypeInfo** typeInfo) noexcept;
 
-// IDispatch::GetIDsOfNames: the member's number, followed by the positions of its arguments.
-// Every number that is not found is DISPID_UNKNOWN.
+// IDispatch::GetIDsOfNames, by InterfaceMembers::FindIds. Every number that is not found is
+// DISPID_UNKNOWN.
 [[nodiscard]] HRESULT FindDispatchIds(const ClassDescription& description, REFIID reserved,
                                       LPOLESTR* names, UINT count, DISPID* ids) noexcept;
 

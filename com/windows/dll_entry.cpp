@@ -1,6 +1,7 @@
 // The entry points of the DLL. They hold no logic of their own.
 #include "com/windows/automation_owners.h"
 #include "com/windows/class_factory.h"
+#include "com/windows/interface_members.h"
 #include "com/windows/method_call.h"
 #include "com/windows/module.h"
 #include "com/windows/registration.h"
@@ -52,6 +53,7 @@ STDAPI DllInstall(BOOL install, const wchar_t* options) {
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
     latchkey::platform::ReleaseThreadSlot();
+    ReleaseMembers();
     ReleaseTypeLibrary();
     latchkey::platform::ReleaseRunTime();
   }

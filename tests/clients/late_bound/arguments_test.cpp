@@ -1,5 +1,7 @@
 // Arguments of late-bound calls: by position and by name, left out, by value and by reference, of
 // the declared type and of others.
+#include <algorithm>
+
 #include "tests/clients/late_bound/late_client.h"
 
 namespace latchkey::test {
@@ -37,6 +39,53 @@ TEST_F(ArgumentsTest, UnknownNamesAreToldApart) {
   EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
   EXPECT_EQ(api_.IdOf(L"Nothing"), DISPID_UNKNOWN);
+}
+
+TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
+  std::wstring member = L"CreateHash";
+  std::wstring unknown = L"strNothing";
+  std::wstring known = L"blnConvertToHex";
+  wchar_t* names[] = {member.data(), unknown.data(), known.data()};
+  DISPID ids[] = {-7, -7, -7};
+  EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 3, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids[0], api_.IdOf(L"CreateHash"));
+  EXPECT_EQ(ids[1], DISPID_UNKNOWN);
+  EXPECT_EQ(ids[2], 2);
+}
+
+// A name is the whole name, and neither a result nor what belongs to every interface has one.
+TEST_F(ArgumentsTest, OnlyWhatCanBeCalledHasANumber) {
+  for (const wchar_t* const name :
+       {L"CreateHas", L"CreateHash1", L"", L"QueryInterface", L"Invoke"}) {
+    EXPECT_EQ(api_.IdOf(name), DISPID_UNKNOWN) << name;
+  }
+  std::wstring member = L"CreateHash";
+  std::wstring result = L"result";
+  wchar_t* names[] = {member.data(), result.data()};
+  DISPID ids[] = {-7, -7};
+  EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids[1], DISPID_UNKNOWN);
+}
+
+// The numbers and positions of all names are those that the type information gives.
+TEST_F(ArgumentsTest, EveryNameIsTheTypeLibrarys) {
+  ITypeInfo* found = nullptr;
+  ASSERT_EQ(Api()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &found), S_OK);
+  const UniqueInterface<ITypeInfo> typeInfo(found);
+  int members = 0;
+  for (DISPID id = 1; id < 100; ++id) {
+    BSTR names[20] = {};
+    UINT count = 0;
+    if (FAILED(found->GetNames(id, names, 20, &count))) continue;
+    ++members;
+    DISPID expected[20] = {};
+    DISPID given[20] = {};
+    ASSERT_EQ(found->GetIDsOfNames(names, count, expected), S_OK);
+    EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, count, LOCALE_USER_DEFAULT, given), S_OK) << id;
+    EXPECT_TRUE(std::equal(expected, expected + count, given)) << id;
+    std::for_each(names, names + count, [](BSTR name) { SysFreeString(name); });
+  }
+  EXPECT_GT(members, 10);
 }
 
 TEST_F(ArgumentsTest, ByNameInAnyOrder) {
