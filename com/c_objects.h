@@ -12,6 +12,7 @@
 #include "crypto/provider_handles.h"
 #include "diagnostics/cls_timer.h"
 #include "platform/handle_table.h"
+#include "platform/never_destroyed.h"
 
 namespace latchkey {
 
@@ -39,8 +40,8 @@ class ObjectTable {
  public:
   // The table of this kind. It lives as long as the process, also for calls after main.
   static ObjectTable& Instance() {
-    static ObjectTable& table = *std::make_unique<ObjectTable>().release();
-    return table;
+    static platform::NeverDestroyed<ObjectTable> table;
+    return table.Get();
   }
 
   [[nodiscard]] Handle* Open() {

@@ -1,8 +1,8 @@
 #include "platform/code_page.h"
 
-#include <memory>
-
 #include <cstddef>
+
+#include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {
@@ -30,10 +30,8 @@ std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode
 }  // namespace
 
 const CodePage& SystemCodePage() {
-  // Never destroyed: objects of static duration may still convert text when main has ended.
-  static const CodePage& codePage =
-      *std::make_unique<CodePage>(Windows1252(), NoLongCode).release();
-  return codePage;
+  static NeverDestroyed<CodePage> codePage(Windows1252(), NoLongCode);
+  return codePage.Get();
 }
 
 }  // namespace latchkey::platform

@@ -2,10 +2,10 @@
 
 #include <fstream>
 #include <iterator>
-#include <memory>
 #include <string>
 
 #include "platform/default_route.h"
+#include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {
@@ -28,9 +28,8 @@ class LinuxConnectivity final : public Connectivity {
 }  // namespace
 
 Connectivity& SystemConnectivity() {
-  // Never destroyed: objects of static duration may still ask when main has ended.
-  static LinuxConnectivity& connectivity = *std::make_unique<LinuxConnectivity>().release();
-  return connectivity;
+  static NeverDestroyed<LinuxConnectivity> connectivity;
+  return connectivity.Get();
 }
 
 }  // namespace latchkey::platform

@@ -13,6 +13,7 @@
 #include "platform/linux/hash_object.h"
 #include "platform/linux/key_derivation.h"
 #include "platform/linux/session_key.h"
+#include "platform/never_destroyed.h"
 #include "platform/stack_wipe.h"
 #include "platform/system_random.h"
 
@@ -176,9 +177,8 @@ class NettleProvider final : public CryptoProvider {
 }  // namespace
 
 CryptoProvider& SystemCryptoProvider() {
-  // Never destroyed: objects of static duration may still close their handles when main has ended.
-  static NettleProvider& provider = *std::make_unique<NettleProvider>().release();
-  return provider;
+  static NeverDestroyed<NettleProvider> provider;
+  return provider.Get();
 }
 
 }  // namespace latchkey::platform

@@ -4,11 +4,11 @@
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <memory>
 
 #include "platform/code_page.h"
 #include "platform/linux/root_volume.h"
 #include "platform/linux/x11_windows.h"
+#include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {
@@ -79,9 +79,8 @@ class LinuxProbe final : public SystemProbe {
 }  // namespace
 
 SystemProbe& MachineProbe() {
-  // Never destroyed: objects of static duration may still ask when main has ended.
-  static LinuxProbe& probe = *std::make_unique<LinuxProbe>().release();
-  return probe;
+  static NeverDestroyed<LinuxProbe> probe;
+  return probe.Get();
 }
 
 }  // namespace latchkey::platform
