@@ -28,7 +28,7 @@ std::size_t Narrow(const char16_t* characters, std::size_t count, std::uint8_t* 
     const __m256i d = Load(from, 3);
     const __m256i all = _mm256_or_si256(_mm256_or_si256(a, b), _mm256_or_si256(c, d));
     if (_mm256_testz_si256(all, beyond) == 0) break;
-    const auto to = reinterpret_cast<__m256i*>(bytes + done);
+    auto* const to = reinterpret_cast<__m256i*>(bytes + done);
     _mm256_storeu_si256(to, Narrowed(a, b));
     _mm256_storeu_si256(to + 1, Narrowed(c, d));
   }
@@ -36,7 +36,7 @@ std::size_t Narrow(const char16_t* characters, std::size_t count, std::uint8_t* 
 }
 
 void StoreWidened(char16_t* to, __m256i bytes) noexcept {
-  const auto words = reinterpret_cast<__m256i*>(to);
+  auto* const words = reinterpret_cast<__m256i*>(to);
   _mm256_storeu_si256(words, _mm256_cvtepu8_epi16(_mm256_castsi256_si128(bytes)));
   _mm256_storeu_si256(words + 1, _mm256_cvtepu8_epi16(_mm256_extracti128_si256(bytes, 1)));
 }

@@ -15,7 +15,7 @@ std::size_t Narrow(const char16_t* characters, std::size_t count, std::uint8_t* 
     const __m512i a = _mm512_loadu_si512(from);
     const __m512i b = _mm512_loadu_si512(from + kStep / 2);
     if (_mm512_test_epi16_mask(_mm512_or_si512(a, b), beyond) != 0) break;
-    const auto to = reinterpret_cast<__m256i*>(bytes + done);
+    auto* const to = reinterpret_cast<__m256i*>(bytes + done);
     _mm256_storeu_si256(to, _mm512_cvtepi16_epi8(a));
     _mm256_storeu_si256(to + 1, _mm512_cvtepi16_epi8(b));
   }

@@ -20,7 +20,7 @@ void Encode(const std::uint8_t* bytes, std::size_t count, char16_t* digits) noex
     const __m256i halves = _mm256_and_si256(
         _mm256_or_si256(_mm256_srli_epi16(words, 4), _mm256_slli_epi16(words, 8)), nibbles);
     const __m256i found = _mm256_shuffle_epi8(table, halves);
-    const auto to = reinterpret_cast<__m256i*>(digits);
+    auto* const to = reinterpret_cast<__m256i*>(digits);
     _mm256_storeu_si256(to, _mm256_cvtepu8_epi16(_mm256_castsi256_si128(found)));
     _mm256_storeu_si256(to + 1, _mm256_cvtepu8_epi16(_mm256_extracti128_si256(found, 1)));
   }
@@ -60,7 +60,7 @@ __m256i ReadPairs(__m256i characters) noexcept {
 void Decode(const char16_t* digits, std::size_t count, std::uint8_t* bytes) noexcept {
   const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5);
   for (; count >= kStep; count -= kStep, bytes += kStep, digits += 2 * kStep) {
-    const auto from = reinterpret_cast<const __m256i*>(digits);
+    const auto* const from = reinterpret_cast<const __m256i*>(digits);
     const __m256i pairs =
         ReadPairs(_mm256_packus_epi16(_mm256_loadu_si256(from), _mm256_loadu_si256(from + 1)));
     const __m256i parts = _mm256_permutevar8x32_epi32(_mm256_packus_epi16(pairs, pairs), order);
