@@ -82,9 +82,7 @@ void CheckOptions(const Options& options) {
   if (options.rc2EffectiveBits != 0 && options.cipher != "rc2") {
     throw WrongUsage("--rc2-effective-bits goes with --cipher rc2 only");
   }
-  if (platform::IsStandardInput(options.input) && options.password.ReadsStandardInput()) {
-    throw WrongUsage("standard input cannot give both the password and the data");
-  }
+  RequireOwnSource(options.password, options.input);
 }
 
 // The ciphers, with their keys, for input of that size. Read from the password once.

@@ -114,9 +114,7 @@ CommandError NothingFits(const std::string& file) {
 }
 
 ExitStatus RunIdentify(const Options& options, const Report& report) {
-  if (platform::IsStandardInput(options.file) && options.password.ReadsStandardInput()) {
-    throw WrongUsage("standard input cannot give both the password and the data");
-  }
+  RequireOwnSource(options.password, options.file);
   InputFile input(options.file);
   const CiphertextSample sample = ReadSample(input, report.IsQuiet());
   const Candidates candidates =

@@ -8,6 +8,7 @@
 #include "crypto/default_password.h"
 #include "platform/command/environment.h"
 #include "platform/command/input_file.h"
+#include "platform/command/stream_name.h"
 #include "platform/command/terminal.h"
 
 namespace latchkey::cli {
@@ -99,6 +100,15 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
                        "Use the component's built-in password"),
       command.add_flag("--no-password", options.none, "Use an empty password")};
   for (CLI::Option* const option : added) option->group("Password");
+}
+
+void RequireOwnSource(const PasswordOptions& options, const std::string& input) {
+  const std::optional<int> source =
+      options.file ? platform::InputDescriptor(*options.file) : options.descriptor;
+  if (!source || source != platform::InputDescriptor(input)) return;
+  const std::string name =
+      *source == 0 ? "standard input" : "descriptor " + std::to_string(*source);
+  throw WrongUsage(name + " cannot give both the password and the data");
 }
 
 WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt) {

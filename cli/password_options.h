@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "platform/command/stream_name.h"
 #include "platform/secure_memory.h"
 
 namespace CLI {
@@ -21,11 +20,11 @@ struct PasswordOptions {
   bool exact = false;  // keep the line end of a file or descriptor
   bool builtIn = false;
   bool none = false;
-
-  [[nodiscard]] bool ReadsStandardInput() const {
-    return descriptor == 0 || (file && platform::IsStandardInput(*file));
-  }
 };
+
+// Raises CommandError (wrong usage) when the password and the data of that input would come from
+// one descriptor.
+void RequireOwnSource(const PasswordOptions& options, const std::string& input);
 
 // Adds the options, of which one at most may be given.
 void AddPasswordOptions(CLI::App& command, PasswordOptions& options);

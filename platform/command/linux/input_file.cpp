@@ -11,27 +11,28 @@
 #include <utility>
 
 #include "platform/command/file_error.h"
+#include "platform/command/linux/given_descriptor.h"
+#include "platform/command/stream_name.h"
 
 namespace latchkey::platform {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
+constexpr const char* kCannotOpen = "cannot open";
+constexpr const char* kCannotRead = "cannot read";
 
 UniqueFile Opened(int descriptor, const char* action, const std::string& name) {
   if (descriptor < 0) throw FileError(errno, action, name);
   return UniqueFile(descriptor);
 }
 
-UniqueFile CopyOf(int descriptor, const std::string& name) {
-  return Opened(::fcntl(descriptor, F_DUPFD_CLOEXEC, 0), "cannot read", name);
-}
-
 // A directory can be opened but not read; that is told here rather than later.
 UniqueFile Open(const std::string& name) {
-  UniqueFile file = Opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC), "cannot open", name);
+  if (const auto descriptor = DescriptorNamed(name)) RequireGiven(*descriptor, kCannotOpen, name);
+  UniqueFile file = Opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC), kCannotOpen, name);
   struct stat state {};
   if (::fstat(static_cast<int>(file.Get()), &state) == 0 && S_ISDIR(state.st_mode)) {
-    throw FileError(EISDIR, "cannot open", name);
+    throw FileError(EISDIR, kCannotOpen, name);
   }
   return file;
 }
@@ -42,7 +43,7 @@ UniqueFile Open(const std::string& name) {
 class InputFile::Interruption {
  public:
   explicit Interruption(const std::string& name)
-      : event_(Opened(::eventfd(0, EFD_CLOEXEC), "cannot read", name)) {}
+      : event_(Opened(::eventfd(0, EFD_CLOEXEC), kCannotRead, name)) {}
 
   void Tell() const noexcept { ::eventfd_write(static_cast<int>(event_.Get()), 1); }
 
@@ -76,12 +77,12 @@ InputFile::InputFile(UniqueFile file, std::string name)
     : file_(std::move(file)), name_(std::move(name)) {}
 
 InputFile::InputFile(const std::string& name)
-    : InputFile(name == "-" ? CopyOf(STDIN_FILENO, kStandardInput) : Open(name),
+    : InputFile(name == "-" ? CopyOfGiven(STDIN_FILENO, kCannotRead, kStandardInput) : Open(name),
                 name == "-" ? kStandardInput : name) {}
 
 InputFile InputFile::FromDescriptor(int descriptor) {
   const std::string name = "descriptor " + std::to_string(descriptor);
-  return {CopyOf(descriptor, name), name};
+  return {CopyOfGiven(descriptor, kCannotRead, name), name};
 }
 
 std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
@@ -94,7 +95,7 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
     if (count > 0) {
       done += static_cast<std::size_t>(count);
     } else if (errno != EINTR) {
-      throw FileError(errno, "cannot read", name_);
+      throw FileError(errno, kCannotRead, name_);
     }
   }
   return done;

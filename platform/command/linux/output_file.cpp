@@ -12,8 +12,9 @@
 #include <string_view>
 
 #include "platform/command/file_error.h"
-#include "platform/command/linux/descriptor_name.h"
+#include "platform/command/linux/given_descriptor.h"
 #include "platform/command/linux/interruption.h"
+#include "platform/command/stream_name.h"
 
 namespace latchkey::platform {
 namespace {
@@ -77,11 +78,14 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
 }
 
 void OutputFile::OpenAsItIs() {
-  const int descriptor = IsStream(name_) ? ::fcntl(StreamOf(name_), F_DUPFD_CLOEXEC, 0)
-                                         : ::open(name_.c_str(), O_WRONLY | O_CLOEXEC);
-  if (name_ == "-") name_ = "standard output";
-  if (descriptor < 0) throw FileError(errno, "cannot write", name_);
-  file_.Reset(descriptor);
+  if (IsStream(name_)) {
+    const int stream = StreamOf(name_);
+    if (name_ == "-") name_ = "standard output";
+    file_ = CopyOfGiven(stream, "cannot write", name_);
+    return;
+  }
+  file_.Reset(::open(name_.c_str(), O_WRONLY | O_CLOEXEC));
+  if (!file_) throw FileError(errno, "cannot write", name_);
 }
 
 void OutputFile::OpenBeside(Readers readers) {

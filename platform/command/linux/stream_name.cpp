@@ -5,8 +5,6 @@
 #include <charconv>
 #include <string_view>
 
-#include "platform/command/linux/descriptor_name.h"
-
 namespace latchkey::platform {
 namespace {
 
@@ -30,8 +28,8 @@ std::optional<int> DescriptorNamed(const std::string& name) {
   return std::nullopt;
 }
 
-bool IsStandardInput(const std::string& name) {
-  return name == "-" || DescriptorNamed(name) == STDIN_FILENO;
+std::optional<int> InputDescriptor(const std::string& name) {
+  return name == "-" ? STDIN_FILENO : DescriptorNamed(name);
 }
 
 bool IsStandardOutput(const std::string& name) {

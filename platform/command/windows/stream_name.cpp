@@ -2,7 +2,11 @@
 
 namespace latchkey::platform {
 
-bool IsStandardInput(const std::string& name) { return name == "-"; }
+std::optional<int> DescriptorNamed(const std::string& /*name*/) { return std::nullopt; }
+
+std::optional<int> InputDescriptor(const std::string& name) {
+  return name == "-" ? std::optional(0) : std::nullopt;
+}
 
 bool IsStandardOutput(const std::string& name) { return name == "-"; }
 

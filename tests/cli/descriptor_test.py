@@ -1,0 +1,115 @@
+"""Which descriptors a command may be told to use: those it was started with, and never a file of its own.
+
+Whatever a process opens gets the lowest free number. A number that the user names, and a standard stream that was
+closed at the start, must not come to mean a file that the command has opened meanwhile.
+"""
+import os
+import pathlib
+import subprocess
+import unittest
+
+from command import PROGRAM, CommandTest
+
+RC4 = ["--hash", "md5", "--cipher", "rc4"]
+BAD = "Bad file descriptor"
+CLOSE_ON_EXEC = 0o2000000
+
+
+class DescriptorTest(CommandTest):
+    def setUp(self):
+        super().setUp()
+        self.write("f", b"precious\n")
+
+    def shell(self, redirections, *arguments):
+        """Runs the command as a shell does with those redirections, and nothing else than the streams open."""
+        return self.run_command(f'exec "$0" "$@" {redirections}', *PROGRAM, *arguments, program=["bash", "-c"])
+
+    def assert_refused(self, result, line, kept=b"precious\n"):
+        self.assertEqual((result.status, result.out, result.lines), (1, b"", [line]))
+        self.assertEqual(self.read("f"), kept)
+
+
+class NotOpenTest(DescriptorTest):
+    def test_a_password_descriptor_that_is_not_open_is_no_file_of_the_commands(self):
+        for number in range(3, 12):
+            for arguments in (["encrypt", *RC4, "--force", "-o", "f", "f"], ["encrypt", *RC4], ["identify", "f"]):
+                result = self.shell("", *arguments, "--password-fd", number)
+                self.assert_refused(result, f"latchkey: cannot read: {BAD}: descriptor {number}")
+
+    def test_nor_does_its_name_stand_for_one(self):
+        for folder in ("/dev/fd", "/proc/self/fd"):
+            name = f"{folder}/3"
+            self.assert_refused(self.shell("", "encrypt", *RC4, "--password-file", name, "f"),
+                                f"latchkey: cannot open: {BAD}: {name}")
+            self.assert_refused(self.shell("", "encrypt", *RC4, "--no-password", name),
+                                f"latchkey: cannot open: {BAD}: {name}")
+            self.assert_refused(self.shell("", "encrypt", *RC4, "--no-password", "--force", "-o", name, "f"),
+                                f"latchkey: cannot write: {BAD}: {name}")
+
+    def test_an_output_does_not_grow_its_own_input(self):
+        self.assert_refused(self.shell("0<>f", "hex", "-o", "/dev/fd/3"), f"latchkey: cannot write: {BAD}: /dev/fd/3")
+
+    def test_what_is_open_serves_whatever_its_number(self):
+        self.write("password", b"secret\n")
+        expected = self.encrypt(b"precious\n", RC4)
+        for number in (3, 4, 5, 9):
+            result = self.shell(f"{number}<password", "encrypt", *RC4, "--password-fd", number, "f")
+            self.assertEqual((result.status, result.out), (0, expected), number)
+            result = self.shell(f"{number}<password", "encrypt", *RC4, "--password-file", f"/dev/fd/{number}", "f")
+            self.assertEqual((result.status, result.out), (0, expected), number)
+            result = self.shell(f"{number}>>out", "encrypt", *RC4, "--password-file", "password", "-o",
+                                f"/dev/fd/{number}", "f")
+            self.assertEqual((result.status, self.read("out")), (0, expected), number)
+            (self.folder / "out").unlink()
+
+    def test_one_descriptor_does_not_give_both_password_and_data(self):
+        for password in (["--password-fd", 3], ["--password-file", "/dev/fd/3"], ["--password-file", "/proc/self/fd/3"]):
+            for command in (["encrypt", *RC4], ["identify"]):
+                result = self.shell("3<f", *command, *password, "/dev/fd/3")
+                self.assertEqual((result.status, result.out, result.lines),
+                                 (2, b"", ["latchkey: descriptor 3 cannot give both the password and the data"]))
+
+    def test_all_that_the_command_opens_is_closed_for_other_programs(self):
+        # By that it is told from what the command was started with.
+        os.mkfifo(self.folder / "data")
+        process = self.start_command("decrypt", *RC4, "--no-password", "-o", "out", "data", stdin=subprocess.DEVNULL)
+        with open(self.folder / "data", "wb"):  # opens once the command has opened it
+            while not any(name.startswith(".latchkey") for name in self.names()):
+                self.assertIsNone(process.poll())
+            folder = pathlib.Path(f"/proc/{process.pid}/fdinfo")
+            flags = {int(path.name): int(path.read_text().split("flags:")[1].split()[0], 8)
+                     for path in folder.iterdir()}
+        self.assertEqual(process.wait(), 0)
+        self.assertGreaterEqual(len(flags), 5)  # the streams, the input, the output
+        self.assertEqual({number for number, each in flags.items() if not each & CLOSE_ON_EXEC}, {0, 1, 2})
+
+
+class ClosedStreamTest(DescriptorTest):
+    def test_a_closed_input_gives_no_password(self):
+        self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-fd", 0, "--force", "-o", "f", "f"),
+                            f"latchkey: cannot read: {BAD}: descriptor 0")
+        self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-file", "-", "f"),
+                            f"latchkey: cannot read: {BAD}: standard input")
+        self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-file", "/dev/stdin", "f"),
+                            f"latchkey: cannot open: {BAD}: /dev/stdin")
+
+    def test_a_closed_input_gives_no_data(self):
+        for arguments in (["encrypt", *RC4, "--no-password"], ["hex"], ["hash"]):
+            result = self.shell("<&-", *arguments)
+            self.assert_refused(result, f"latchkey: cannot read: {BAD}: standard input")
+
+    def test_a_closed_output_takes_no_data(self):
+        for arguments in (["encrypt", *RC4, "--no-password", "f"], ["hex", "f"], ["random", 5]):
+            self.assert_refused(self.shell(">&-", *arguments), f"latchkey: cannot write: {BAD}: standard output")
+        for arguments in (["hash", "f"], ["errors"], ["--help"]):
+            self.assert_refused(self.shell(">&-", *arguments), "latchkey: cannot write: standard output")
+
+    def test_a_closed_output_is_not_the_input(self):
+        for name in ("-", "/dev/stdout", "/dev/fd/1"):
+            result = self.shell("0<>f >&-", "hex", "-o", name)
+            told = "standard output" if name == "-" else name
+            self.assert_refused(result, f"latchkey: cannot write: {BAD}: {told}")
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
