@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 
@@ -31,8 +32,9 @@ class OutputFile {
 
   void Write(std::span<const std::uint8_t> bytes);
 
-  // No Write may follow.
-  void Commit();
+  // No Write may follow. Once the bytes are on the disk `announce` tells that the file is made; what
+  // it raises comes through, and then the file does not appear.
+  void Commit(const std::function<void()>& announce = [] {});
 
  private:
   void OpenBeside(Readers readers);

@@ -110,6 +110,17 @@ class ClosedStreamTest(DescriptorTest):
             told = "standard output" if name == "-" else name
             self.assert_refused(result, f"latchkey: cannot write: {BAD}: {told}")
 
+    def test_no_text_goes_into_a_file_that_the_command_has_opened(self):
+        # A closed stream's number would be the input's or the output's.
+        for closed in ("<&-", ">&-", "2>&-", "<&- >&-", "<&- 2>&-", ">&- 2>&-", "<&- >&- 2>&-"):
+            failed = self.shell(closed, "hex", "-d", "--force", "-o", "f", "f")
+            self.assertEqual((failed.status, self.read("f")), (1, b"precious\n"), closed)
+            self.run_well("hex", "--force", "-o", "digits", "f")
+            done = self.shell(closed, "hex", "-d", "--json", "--force", "-o", "digits", "digits")
+            can_tell = ">&-" not in closed.split()
+            self.assertEqual((done.status, self.names()), (0 if can_tell else 1, ["digits", "f"]), closed)
+            self.assertEqual(self.read("digits"), b"precious\n" if can_tell else b"70726563696F75730A\n", closed)
+
 
 if __name__ == "__main__":
     unittest.main(verbosity=2)

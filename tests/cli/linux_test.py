@@ -73,6 +73,18 @@ class OutputTest(CommandTest):
             self.assertEqual(process.returncode, 1, (arguments, error))
             self.assertRegex(error.decode(), "^latchkey: cannot write: .*standard output\n$", arguments)
 
+    def test_a_result_that_cannot_be_told_leaves_no_output(self):
+        self.write("in", b"abc")
+        self.write("old", b"precious")
+        for command in (["encrypt", *OPTIONS, "--no-password"], ["hex"]):
+            for output in (["-o", "new"], ["--force", "-o", "old"]):
+                for redirection in (">/dev/full", ">&-"):
+                    script = f'exec "$0" "$@" {redirection}'
+                    result = self.run_command(script, *PROGRAM, *command, *output, "--json", "in",
+                                              program=["bash", "-c"])
+                    self.assertEqual((result.status, result.lines), (1, ["latchkey: cannot write: standard output"]))
+                    self.assertEqual((self.names(), self.read("old")), (["in", "old"], b"precious"))
+
 
 class StreamNameTest(CommandTest):
     """The names under which a process finds its own descriptors."""
@@ -134,6 +146,10 @@ class SecretTest(CommandTest):
                     return True
         return False
 
+    def writes_output(self, process):
+        """Whether the process is in a system call on standard output."""
+        return pathlib.Path(f"/proc/{process.pid}/syscall").read_text().split()[1:2] == ["0x1"]
+
     def started(self, source, data):
         """An encryption whose key is made and that waits for its data; open for writing in `data`."""
         arguments, more = {
@@ -178,7 +194,7 @@ class SecretTest(CommandTest):
             except BlockingIOError:
                 os.set_blocking(writer, True)
             process = self.start_command(*arguments, "--json", stdout=writer)
-            while "p" not in self.names():
+            while not self.writes_output(process):
                 self.assertIsNone(process.poll())
             for secret in (text[:21], text[:21].hex().encode(), text[:21].hex().upper().encode("utf-16-le")):
                 self.assertFalse(self.in_memory(process, secret), (arguments, secret))
@@ -186,7 +202,9 @@ class SecretTest(CommandTest):
             os.close(reader)
             process.kill()
             process.wait()
-            (self.folder / "p").unlink()
+            for name in self.names():
+                if name.startswith(".latchkey"):
+                    (self.folder / name).unlink()
 
     def test_the_variable_is_wiped_from_the_environment_of_the_process(self):
         os.mkfifo(self.folder / "data")

@@ -117,9 +117,10 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void OutputFile::Commit() {
-  if (temporary_.empty()) return;
+void OutputFile::Commit(const std::function<void()>& announce) {
+  if (temporary_.empty()) return announce();
   if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
+  announce();
   {
     const HeldSignals held;
     if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);

@@ -138,9 +138,10 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void OutputFile::Commit() {
-  if (temporary_.empty()) return;
+void OutputFile::Commit(const std::function<void()>& announce) {
+  if (temporary_.empty()) return announce();
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
+  announce();
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
   if (!Rename(file_, place_, replace_)) {
     const auto reason = static_cast<int>(GetLastError());
