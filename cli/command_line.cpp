@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/commands.h"
+#include "cli/output_options.h"
 #include "cli/shielded_argument.h"
 #include "com/cls_main.h"
 
@@ -83,7 +84,9 @@ ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::
                  "latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
                      "--help tells the options")
           .Get();
-  Report(options_).Fail(failure);
+  Report report(options_);
+  if (!chosen.empty() && WritesDataToStandardOutput(*chosen.front())) report.GiveOutputToData();
+  report.Fail(failure);
   return failure.status;
 }
 

@@ -1,6 +1,9 @@
 #include "cli/output_options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <string>
+#include <vector>
 
 namespace latchkey::cli {
 
@@ -8,6 +11,13 @@ void AddOutputOptions(CLI::App& command, OutputOptions& options) {
   command.add_option("-o,--output", options.file, "Write to a file (standard output)")
       ->type_name("OUT");
   command.add_flag("-f,--force", options.force, "Replace an existing OUT");
+}
+
+bool WritesDataToStandardOutput(const CLI::App& command) {
+  const CLI::Option* const option = command.get_option_no_throw("--output");
+  if (option == nullptr) return false;
+  const std::vector<std::string>& names = option->results();
+  return names.empty() || std::any_of(names.begin(), names.end(), platform::IsStandardOutput);
 }
 
 }  // namespace latchkey::cli

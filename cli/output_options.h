@@ -20,4 +20,8 @@ struct OutputOptions {
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);
 
+// Whether the data of a command would go to standard output, by the arguments that the parser has
+// come to, right or wrong. False for commands without these options.
+[[nodiscard]] bool WritesDataToStandardOutput(const CLI::App& command);
+
 }  // namespace latchkey::cli

@@ -1,4 +1,5 @@
 """What arguments may be: names that look like something else, and the options that count in a usage error."""
+import json
 import unittest
 
 from command import CommandTest
@@ -64,12 +65,23 @@ class EmptyNameTest(CommandTest):
 
 class JsonOfWrongUsageTest(CommandTest):
     def test_it_counts_wherever_the_parser_stopped(self):
-        for arguments in (["bogus", "--json"], ["--bogus", "--json"], ["encrypt", "--json", "--hash"],
-                          ["encrypt", "--hash", "md5", "--json", "--cipher"], ["hash", "--bogus", "--json"],
-                          ["encrypt", "--json", "--cipher", "rc4", "--cipher", "rc2"]):
+        for arguments in (["bogus", "--json"], ["--bogus", "--json"], ["encrypt", "-o", "out", "--json", "--hash"],
+                          ["encrypt", "-oout", "--hash", "md5", "--json", "--cipher"], ["hash", "--bogus", "--json"],
+                          ["encrypt", "--json", "--cipher", "rc4", "--cipher", "rc2", "--output=out"],
+                          ["hex", "--json", "-fo", "out", "one", "two"], ["identify", "--json"], ["random", "--json"],
+                          ["decrypt", "--json", "--cipher", "nope", "-o", "[out]"]):
             result = self.run_command(*arguments)
             self.assertEqual((result.status, result.err), (2, b""), arguments)
             self.assertTrue(result.json["error"]["text"], arguments)
+
+    def test_it_stays_off_standard_output_when_the_data_would_be_there(self):
+        for arguments in (["encrypt", "--json", "--hash"], ["encrypt", "--hash", "md5", "--json", "--cipher"],
+                          ["encrypt", "--json", "--hash", "md5", "--cipher", "nope", "--no-password", "f"],
+                          ["decrypt", "--bogus", "--json", "-o", "-"], ["hex", "one", "two", "--json"],
+                          ["hex", "--json", "-o", "out", "-o", "-"], ["hex", "--json", "-o"]):
+            result = self.run_command(*arguments)
+            self.assertEqual((result.status, result.out), (2, b""), arguments)
+            self.assertTrue(json.loads(result.err)["error"]["text"], arguments)
 
     def test_after_two_dashes_it_is_a_name(self):
         result = self.run_command("salt", "--bogus", "--", "--json")
