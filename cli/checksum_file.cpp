@@ -81,13 +81,13 @@ std::optional<Parts> SplitPlain(std::string_view line, std::size_t digestDigits)
   return Parts{line.substr(0, digestDigits), line.substr(digestDigits + 2)};
 }
 
-std::optional<Parts> SplitTagged(std::string_view line) {
-  const std::size_t open = line.find(" (");
+std::optional<Parts> SplitTagged(std::string_view line, const std::string& tag) {
+  const std::string start = tag + " (";
   const std::size_t close = line.rfind(") = ");
-  const bool isTagged =
-      open != std::string_view::npos && close != std::string_view::npos && open + 2 < close;
-  if (!isTagged) return std::nullopt;
-  return Parts{line.substr(close + 4), line.substr(open + 2, close - open - 2)};
+  if (!line.starts_with(start) || close == std::string_view::npos || close <= start.size()) {
+    return std::nullopt;
+  }
+  return Parts{line.substr(close + 4), line.substr(start.size(), close - start.size())};
 }
 
 }  // namespace
@@ -103,13 +103,13 @@ std::string OutcomeLine(const std::string& name, std::string_view outcome) {
   return shown + ": " + std::string(outcome);
 }
 
-std::optional<Checksum> ReadChecksumLine(std::string_view line, std::size_t digestDigits) {
+std::optional<Checksum> ReadChecksumLine(std::string_view line, const ChecksumForm& form) {
   const bool isEscaped = line.starts_with('\\');
   if (isEscaped) line.remove_prefix(1);
-  std::optional<Parts> parts = SplitPlain(line, digestDigits);
-  if (!parts) parts = SplitTagged(line);
+  std::optional<Parts> parts = SplitPlain(line, form.digestDigits);
+  if (!parts) parts = SplitTagged(line, form.tag);
   if (!parts) return std::nullopt;
-  const std::optional<std::string> digest = Digits(parts->digest, digestDigits);
+  const std::optional<std::string> digest = Digits(parts->digest, form.digestDigits);
   const std::optional<std::string> name =
       isEscaped ? Unescaped(parts->name) : std::optional<std::string>(parts->name);
   if (!digest || !name || name->empty()) return std::nullopt;

@@ -20,10 +20,16 @@ struct Checksum {
   std::string name;
 };
 
+// What the lines of one algorithm have in common.
+struct ChecksumForm {
+  std::string tag;  // "MD5"
+  std::size_t digestDigits = 0;
+};
+
 // Reads a line without its line end: the form above, with a space or an asterisk before the name
-// and digits of either case, or "MD5 (name) = digest". Nothing for a line of another form or with
-// another number of digits.
+// and digits of either case, or "MD5 (name) = digest". Nothing for a line of another form, with
+// another number of digits or with another algorithm's tag.
 [[nodiscard]] std::optional<Checksum> ReadChecksumLine(std::string_view line,
-                                                       std::size_t digestDigits);
+                                                       const ChecksumForm& form);
 
 }  // namespace latchkey::cli

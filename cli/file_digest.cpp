@@ -1,7 +1,9 @@
 #include "cli/file_digest.h"
 
 #include <algorithm>
+#include <utility>
 
+#include "cli/algorithm_names.h"
 #include "cli/failure.h"
 #include "cli/hex_text.h"
 #include "crypto/algorithms.h"
@@ -35,8 +37,12 @@ std::string FileDigest(const UniqueContext& context, std::int16_t hash, platform
   return LowerHexOf(value);
 }
 
-std::size_t DigestDigits(std::int16_t hash) {
-  return static_cast<std::size_t>(FindHashAlgorithm(hash).length) * 2;
+ChecksumForm ChecksumFormOf(std::int16_t hash) {
+  std::string tag = HashName(hash);
+  for (char& letter : tag) {
+    if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
+  }
+  return {std::move(tag), static_cast<std::size_t>(FindHashAlgorithm(hash).length) * 2};
 }
 
 }  // namespace latchkey::cli

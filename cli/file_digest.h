@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 
+#include "cli/checksum_file.h"
 #include "cli/progress.h"
 #include "crypto/provider_handles.h"
 #include "platform/command/input_file.h"
@@ -15,7 +16,7 @@ namespace latchkey::cli {
 [[nodiscard]] std::string FileDigest(const UniqueContext& context, std::int16_t hash,
                                      platform::InputFile& input, Progress& progress);
 
-// The digits of a digest.
-[[nodiscard]] std::size_t DigestDigits(std::int16_t hash);
+// What checksum lines of that hash look like.
+[[nodiscard]] ChecksumForm ChecksumFormOf(std::int16_t hash);
 
 }  // namespace latchkey::cli

@@ -128,10 +128,11 @@ void Hashing::Check(const std::string& listName) {
 }
 
 void Hashing::CheckLines(const std::vector<std::string>& lines, const std::string& listName) {
+  const ChecksumForm form = ChecksumFormOf(number_);
   std::size_t proper = 0;
   for (const std::string& line : lines) {
     if (line.empty() || line.starts_with('#')) continue;
-    const auto expected = ReadChecksumLine(line, DigestDigits(number_));
+    const auto expected = ReadChecksumLine(line, form);
     if (expected) {
       ++proper;
       CheckFile(*expected);

@@ -70,6 +70,22 @@ class CheckTest(CommandTest):
         sums = subprocess.run(["md5sum", "--tag", *self.names_], cwd=self.folder, capture_output=True, check=True)
         self.assertEqual(self.run_well("hash", "-c", data=sums.stdout).text, "one: OK\ntwo words: OK\n")
 
+    def test_the_tag_of_another_algorithm_is_no_tag(self):
+        digest = hashlib.md5(b"first").hexdigest()
+        for tag in ("SHA1", "MD4", "md5", "MD55", "XMD5", ""):
+            line = f"{tag} (one) = {digest}\n".encode()
+            checked = subprocess.run(["md5sum", "--check"], input=line, cwd=self.folder, capture_output=True, check=False)
+            self.assertEqual(checked.returncode, 1, line)
+            result = self.run_command("hash", "--check", data=line)
+            self.assertEqual((result.status, result.out), (1, b""), line)
+            self.assertEqual(result.lines[0], "latchkey: no properly formatted checksum line: standard input")
+
+    def test_each_algorithm_has_its_tag(self):
+        self.write("abc", b"abc")
+        for algorithm, digest in HashTest.KNOWN.items():
+            line = f"{algorithm.upper()} (abc) = {digest}\n".encode()
+            self.assertEqual(self.run_well("hash", "-a", algorithm, "--check", data=line).text, "abc: OK\n")
+
     def test_its_own_lists_satisfy_md5sum(self):
         self.write("sums", self.run_well("hash", *self.names_).out)
         checked = subprocess.run(["md5sum", "--check", "--strict", "sums"], cwd=self.folder, capture_output=True,

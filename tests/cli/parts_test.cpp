@@ -20,13 +20,13 @@ using namespace cli;  // NOLINT: what is tested here
 using platform::WipedBytes;
 
 constexpr const char* kDigest = "900150983cd24fb0d6963f7d28e17f72";
-constexpr std::size_t kDigits = 32;
+const ChecksumForm kForm{"MD5", 32};
 
 TEST(ChecksumLineTest, NamesWithBackslashesAndLineEndsAreEscapedAndReadBack) {
   EXPECT_EQ(ChecksumLine(kDigest, "a b"), std::string(kDigest) + "  a b");
   EXPECT_EQ(ChecksumLine(kDigest, "a\\b\nc\rd"), "\\" + std::string(kDigest) + "  a\\\\b\\nc\\rd");
   for (const char* const name : {"a b", "a\\b\nc\rd", " leading", "*star", "tail "}) {
-    const auto read = ReadChecksumLine(ChecksumLine(kDigest, name), kDigits);
+    const auto read = ReadChecksumLine(ChecksumLine(kDigest, name), kForm);
     ASSERT_TRUE(read) << name;
     EXPECT_EQ(read->name, name);
     EXPECT_EQ(read->digest, kDigest);
@@ -38,8 +38,9 @@ TEST(ChecksumLineTest, OtherFormsAreRefused) {
   for (const std::string& line :
        {std::string(), digest, digest + "  ", digest + " name", digest + "0  name",
         digest.substr(1) + "  name", "g" + digest.substr(1) + "  name", "\\" + digest + "  a\\tb",
-        "\\" + digest + "  a\\", "MD5 (name) = " + digest.substr(1), "MD5 () = " + digest}) {
-    EXPECT_FALSE(ReadChecksumLine(line, kDigits)) << line;
+        "\\" + digest + "  a\\", "MD5 (name) = " + digest.substr(1), "MD5 () = " + digest,
+        "SHA1 (name) = " + digest}) {
+    EXPECT_FALSE(ReadChecksumLine(line, kForm)) << line;
   }
 }
 
