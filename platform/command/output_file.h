@@ -10,12 +10,16 @@
 
 namespace latchkey::platform {
 
-// Who may read a new file: whom the system lets by default, or its owner alone.
+// Who may read the file: whom the system lets by default, or its owner alone. One that replaces
+// another keeps that one's rights and, where the system allows, owner; with Owner no one else gets
+// any.
 enum class Readers { Default, Owner };
 
 // The bytes go into a file without a known name beside the place; Commit flushes it to the disk and
 // gives it its name. What is not committed is removed: by the destructor, and when the process is
 // interrupted (Ctrl-C, termination) in between. One such file is open at a time.
+//
+// A link stays, and the file that it leads to is meant; one that leads nowhere is refused.
 //
 // What the process has open ("-" is standard output, on Linux also /dev/stdout, /dev/fd/N) and what
 // is no regular file (a device, a pipe) are written to as they are: neither can be made whole or
@@ -32,17 +36,18 @@ class OutputFile {
 
   void Write(std::span<const std::uint8_t> bytes);
 
-  // No Write may follow. Once the bytes are on the disk `announce` tells that the file is made; what
-  // it raises comes through, and then the file does not appear.
+  // No Write may follow. Once the bytes are on the disk `announce` tells that the file is made;
+  // what it raises comes through, and then the file does not appear.
   void Commit(const std::function<void()>& announce = [] {});
 
  private:
-  void OpenBeside(Readers readers);
+  void OpenBeside();
   void OpenAsItIs();
 
   UniqueFile file_;
   std::string name_;
   bool replace_;
+  Readers readers_;
   std::string place_;      // the name to give; empty for a stream
   std::string temporary_;  // the name meanwhile; empty when there is none to remove
 };

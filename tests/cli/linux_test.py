@@ -32,23 +32,6 @@ class NameTest(CommandTest):
 
 
 class OutputTest(CommandTest):
-    def test_a_link_stays_and_what_it_leads_to_is_replaced(self):
-        (self.folder / "folder").mkdir()
-        self.write("folder/target", b"old")
-        (self.folder / "link").symlink_to("folder/target")
-        self.assertEqual(self.run_command("hex", "-o", "link", data=b"A").status, 1)
-        self.run_well("hex", "--force", "-o", "link", data=b"A")
-        self.assertTrue((self.folder / "link").is_symlink())
-        self.assertEqual(self.read("folder/target"), b"41\n")
-
-    def test_a_link_to_nowhere_is_an_existing_file(self):
-        (self.folder / "link").symlink_to("nowhere")
-        with subprocess.Popen([*PROGRAM, "hex", "-o", "link"], cwd=self.folder, stdin=subprocess.PIPE,
-                              stderr=subprocess.PIPE) as process:  # refused before any data comes
-            self.assertIn(b"--force replaces", process.stderr.read())
-        self.assertEqual(process.returncode, 1)
-        self.assertEqual(self.names(), ["link"])
-
     def test_a_pipe_is_written_as_it_is(self):
         os.mkfifo(self.folder / "pipe")
         process = self.start_command("hex", "-o", "pipe", stdin=subprocess.PIPE)

@@ -84,6 +84,29 @@ class OutputTest(CommandTest):
         self.run_well("decrypt", *OPTIONS, "--force", "-o", "plain", "c")
         self.assertEqual(stat.S_IMODE((self.folder / "plain").stat().st_mode) & OTHERS, 0)
 
+    def test_a_replaced_file_keeps_its_rights(self):
+        for mode in (0o600, 0o644) if IS_WINDOWS else (0o600, 0o640, 0o644, 0o666, 0o755, 0o604, 0o400):
+            path = self.folder / self.write("old", b"precious")
+            path.chmod(mode)
+            self.run_well("hex", "--force", "-o", "old", data=b"text")
+            self.assertEqual(self.read("old"), b"74657874\n")
+            shown = 0o006 if IS_WINDOWS else 0o777  # to Wine, who reads executes
+            self.assertEqual(oct(path.stat().st_mode & shown), oct(mode & shown), oct(mode))
+            path.unlink()
+
+    def test_a_plaintext_is_no_wider_than_what_it_replaces(self):
+        for mode, expected in ((0o666, 0o600), (0o644, 0o600), (0o600, 0o600), (0o400, 0o400)):
+            path = self.folder / self.write("old", b"precious")
+            path.chmod(mode)
+            self.run_well("decrypt", "--hash", "md5", "--cipher", "rc4", "--no-password", "--force", "-o", "old",
+                          data=b"text")
+            shown = stat.S_IMODE(path.stat().st_mode)
+            self.assertEqual(shown & OTHERS, 0, oct(mode))
+            if not IS_WINDOWS:
+                self.assertEqual(oct(shown), oct(expected))
+            path.chmod(0o600)
+            path.unlink()
+
     def test_a_device_is_written_as_it_is(self):
         device = "NUL" if IS_WINDOWS else "/dev/null"
         self.run_well("hex", "-o", device, data=b"text")

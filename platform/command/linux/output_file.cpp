@@ -12,6 +12,7 @@
 #include <string_view>
 
 #include "platform/command/file_error.h"
+#include "platform/command/linux/file_rights.h"
 #include "platform/command/linux/given_descriptor.h"
 #include "platform/command/linux/interruption.h"
 #include "platform/command/stream_name.h"
@@ -31,16 +32,15 @@ std::string FolderOf(const std::string& path) {
   return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
-// Where a path leads when its links are followed; the path itself where nothing is there yet.
+// What a link leads to; for all else the path itself.
 std::string Followed(const std::string& path) {
+  struct stat state {};
+  if (::lstat(path.c_str(), &state) != 0 || !S_ISLNK(state.st_mode)) return path;
   std::array<char, PATH_MAX> resolved{};
-  return ::realpath(path.c_str(), resolved.data()) != nullptr ? resolved.data() : path;
-}
-
-mode_t DefaultMode() {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
-  return 0666 & ~mask;
+  if (::realpath(path.c_str(), resolved.data()) == nullptr) {
+    throw FileError(errno, "cannot follow the link", path);
+  }
+  return resolved.data();
 }
 
 // Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
@@ -48,12 +48,10 @@ bool Rename(const std::string& from, const std::string& to, bool replace) {
   if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
-  // A file system without that call: look first.
-  if (::access(to.c_str(), F_OK) == 0) {
-    errno = EEXIST;
-    return false;
-  }
-  return ::rename(from.c_str(), to.c_str()) == 0;
+  // A file system without that call: a second name is refused where there is a file, too.
+  if (::link(from.c_str(), to.c_str()) != 0) return false;
+  ::unlink(from.c_str());
+  return true;
 }
 
 // Puts the new name of a file on the disk. A file system that cannot has no need to.
@@ -65,16 +63,16 @@ void FlushFolder(const std::string& folder) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
-    : name_(name), replace_(replace) {
+    : name_(name), replace_(replace), readers_(readers) {
   struct stat state {};
-  if (IsStream(name) || (::stat(name.c_str(), &state) == 0 && !S_ISREG(state.st_mode))) {
+  const bool exists = !IsStream(name) && ::stat(name.c_str(), &state) == 0;
+  if (IsStream(name) || (exists && !S_ISREG(state.st_mode))) {
     OpenAsItIs();
-  } else if (!replace && ::lstat(name.c_str(), &state) == 0) {  // a link to nowhere, too
-    throw FileError(EEXIST, "cannot create", name_);
-  } else {
-    place_ = Followed(name);
-    OpenBeside(readers);
+    return;
   }
+  place_ = Followed(name);
+  if (exists && !replace) throw FileError(EEXIST, "cannot create", name_);
+  OpenBeside();
 }
 
 void OutputFile::OpenAsItIs() {
@@ -88,7 +86,7 @@ void OutputFile::OpenAsItIs() {
   if (!file_) throw FileError(errno, "cannot write", name_);
 }
 
-void OutputFile::OpenBeside(Readers readers) {
+void OutputFile::OpenBeside() {
   std::string temporary = FolderOf(place_) + ".latchkey-XXXXXX";
   const HeldSignals held;
   const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
@@ -96,7 +94,6 @@ void OutputFile::OpenBeside(Readers readers) {
   file_.Reset(descriptor);
   temporary_ = temporary;
   RemoveWhenInterrupted(temporary_);
-  if (readers == Readers::Default) static_cast<void>(::fchmod(descriptor, DefaultMode()));
 }
 
 OutputFile::~OutputFile() {
@@ -119,6 +116,7 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
 
 void OutputFile::Commit(const std::function<void()>& announce) {
   if (temporary_.empty()) return announce();
+  SetRights(file_, place_, readers_);
   if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
   announce();
   {

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <vector>
 
+#include "platform/command/windows/file_rights.h"
 #include "platform/command/windows/handles.h"
 #include "platform/command/windows/owner_only.h"
 #include "platform/command/windows/wide_text.h"
@@ -23,13 +24,17 @@ std::string FolderOf(const std::string& path) {
   return end == std::string::npos ? "" : path.substr(0, end + 1);
 }
 
+UniqueFile OpenUnread(const std::string& name) {
+  return Owned(CreateFileW(Widened(name).c_str(), 0,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
 // What a name denotes: nothing, a file, or something else that cannot be replaced.
 enum class Kind { Nothing, File, Other };
 
 Kind KindOf(const std::string& name) {
-  const UniqueFile file = Owned(
-      CreateFileW(Widened(name).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                  nullptr, OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+  const UniqueFile file = OpenUnread(name);
   if (!file) {
     const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
     return attributes == INVALID_FILE_ATTRIBUTES ? Kind::Nothing : Kind::File;
@@ -38,6 +43,22 @@ Kind KindOf(const std::string& name) {
   const bool isFolder =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   return GetFileType(HandleOf(file)) == FILE_TYPE_DISK && !isFolder ? Kind::File : Kind::Other;
+}
+
+// What a link leads to; for all else the name itself.
+std::string Followed(const std::string& name) {
+  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const bool isLink =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (!isLink) return name;
+  const UniqueFile target = OpenUnread(name);
+  if (!target) ThrowLastError("cannot follow the link", name);
+  std::wstring full(GetFinalPathNameByHandleW(HandleOf(target), nullptr, 0, 0), L'\0');
+  const DWORD length =
+      GetFinalPathNameByHandleW(HandleOf(target), full.data(), static_cast<DWORD>(full.size()), 0);
+  if (length == 0) ThrowLastError("cannot follow the link", name);
+  full.resize(std::min<std::size_t>(length, full.size()));
+  return Narrowed(full);
 }
 
 std::string RandomSuffix() {
@@ -83,16 +104,15 @@ bool Rename(const UniqueFile& file, const std::string& to, bool replace) {
 }  // namespace
 
 OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
-    : name_(name), replace_(replace) {
+    : name_(name), replace_(replace), readers_(readers) {
   const Kind kind = name == "-" ? Kind::Other : KindOf(name);
   if (kind == Kind::Other) {
     OpenAsItIs();
-  } else if (kind == Kind::File && !replace) {
-    throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
-  } else {
-    place_ = name;
-    OpenBeside(readers);
+    return;
   }
+  place_ = Followed(name);
+  if (kind == Kind::File && !replace) throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
+  OpenBeside();
 }
 
 void OutputFile::OpenAsItIs() {
@@ -107,13 +127,16 @@ void OutputFile::OpenAsItIs() {
   if (!file_) ThrowLastError("cannot write", name_);
 }
 
-void OutputFile::OpenBeside(Readers readers) {
+// A file that takes the place of another gets that one's rights at the end, and none before.
+void OutputFile::OpenBeside() {
   OwnerOnly ownerOnly;
-  SECURITY_ATTRIBUTES* const rights = readers == Readers::Owner ? ownerOnly.Get() : nullptr;
-  if (readers == Readers::Owner && rights == nullptr) ThrowLastError("cannot create", name_);
+  const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
+  SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
+  if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
   const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix();
-  file_ = Owned(CreateFileW(Widened(temporary).c_str(), GENERIC_WRITE | DELETE, 0, rights,
-                            CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+  constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
+  file_ = Owned(CreateFileW(Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
+                            FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file_) ThrowLastError("cannot create", name_);
   if (!SetRemoval(file_, true)) {
     const auto reason = static_cast<int>(GetLastError());
@@ -140,6 +163,7 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
 
 void OutputFile::Commit(const std::function<void()>& announce) {
   if (temporary_.empty()) return announce();
+  if (readers_ == Readers::Default) CopyRights(Widened(place_), HandleOf(file_));
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
   announce();
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
