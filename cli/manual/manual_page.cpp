@@ -18,6 +18,10 @@ Use them to exchange data with systems that already do, not for new designs.
 .PP
 Files may be larger than memory.
 An output file appears whole or not at all, and a decrypted file is readable by its owner only.
+A file that
+.B \-\-force
+replaces leaves its mode, access list, group and, where the system allows, owner to the new one.
+A link stays, and what it leads to is replaced; one that leads nowhere is refused.
 Data that goes to standard output is written while it is made: when decryption fails at the end,
 what was written before is not to be trusted.
 )";
