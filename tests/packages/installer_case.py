@@ -1,0 +1,148 @@
+"""What the installer's tests share: Windows programs under Wine, what a prefix holds, and installing and removing.
+
+The program that imports this is given BUILD_FOLDER ARCH.
+"""
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+PROJECT = pathlib.Path(__file__).resolve().parents[2]
+INSTALLERS = PROJECT / "build" / "installer"
+UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Latchkey"
+HIVES = {"/AllUsers": "HKEY_LOCAL_MACHINE", "/CurrentUser": "HKEY_CURRENT_USER"}
+PRODUCTS = {"latchkey.dll", "latchkey.exe", "Latchkey.Component.manifest"}
+MAIN_CLASS = "{3D47BC99-A2AC-4DA2-B56E-B751FC9219E1}"
+
+build, arch = pathlib.Path(sys.argv[1]), sys.argv[2]
+drive = PROJECT / "build" / "wine" / arch / "drive_c"
+
+
+def run(*command):
+    """Exit status and standard output of a Windows program."""
+    done = subprocess.run([PROJECT / "tools" / "wine", arch, *map(str, command)], stdin=subprocess.DEVNULL,
+                          stdout=subprocess.PIPE, cwd=build, timeout=120)
+    return done.returncode, done.stdout.decode("cp1252").replace("\r\n", "\n")
+
+
+def setup_of(folder):
+    """The setup that this Wine can run: a 64-bit one runs no 32-bit programs."""
+    return next(folder.glob("latchkey-*-setup-x64.exe" if arch == "x64" else "latchkey-*-setup.exe"))
+
+
+def installed_files():
+    """Every file and folder but the copy of itself that an uninstaller runs from, which goes at the next start."""
+    return {path for path in drive.rglob("*") if "~nsu" not in str(path)}
+
+
+def plain(text):
+    """A text as it was before it was written between quotation marks; anything else as it is written."""
+    return re.sub(r"\\(.)", r"\1", text[1:-1]) if text.startswith('"') else text
+
+
+def registry(key):
+    """Every key from this one on -> name -> value, as text."""
+    with tempfile.TemporaryDirectory(dir=build) as folder:
+        file = pathlib.Path(folder) / "export.reg"
+        run("regedit", "/E", file.relative_to(build), key)
+        text = file.read_text("utf-16") if file.exists() else ""
+    keys = {}
+    for line in re.sub(r"\\\n\s*", "", text).splitlines()[1:]:
+        if line.startswith("["):
+            values = keys.setdefault(line[1:-1], {})
+        elif line:
+            name, value = re.fullmatch(r'("(?:[^"\\]|\\.)*"|@)=(.*)', line, re.S).groups()
+            values[plain(name)] = plain(value)
+    return keys
+
+
+def state():
+    return {"files": installed_files(), **{hive: registry(hive + r"\Software") for hive in HIVES.values()}}
+
+
+def differences(before, after):
+    texts = [f"{hive}: {key} {before[hive].get(key)} -> {after[hive].get(key)}" for hive in HIVES.values()
+             for key in before[hive].keys() | after[hive].keys() if before[hive].get(key) != after[hive].get(key)]
+    return texts + [f"file: {path}" for path in before["files"] ^ after["files"]]
+
+
+def host_path(path):
+    return drive / path.removeprefix("C:\\").replace("\\", "/")
+
+
+class InstallerCase(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        run("regsvr32", "/s", "/u", "latchkey.dll")
+        cls.use_wine_once()
+        cls.before = state()
+
+    @classmethod
+    def use_wine_once(cls):
+        """Makes what a Windows in use has: keys and folders that are not the setup's, and what the script host registers."""
+        for key in (r"Classes\CLSID", r"Microsoft\Windows\CurrentVersion\Uninstall"):
+            run("reg", "add", rf"HKCU\Software\{key}", "/f")
+        for profile in drive.glob("users/*/AppData/Local"):
+            (profile / "Programs").mkdir(exist_ok=True)
+        cls.run_script("WScript.Echo 1")
+
+    @staticmethod
+    def run_script(text):
+        """What a script prints."""
+        script = build / "installer_client.vbs"
+        script.write_text(text)
+        return run("cscript", "//nologo", script.name)[1].strip()
+
+    def tearDown(self):
+        for scope in HIVES:
+            if values := self.listed(scope):  # a test has failed
+                run(values["UninstallString"].strip('"'), "/S")
+
+    def install(self, *options, folder=INSTALLERS):
+        status, _ = run(setup_of(folder), "/S", *options)
+        return status
+
+    def uninstall(self, scope):
+        """The uninstaller goes on in a copy of itself after it has returned."""
+        values = self.listed(scope)
+        self.assertEqual(values["QuietUninstallString"], values["UninstallString"] + " /S")
+        status, _ = run(values["UninstallString"].strip('"'), "/S")
+        self.assertEqual(status, 0)
+
+    @staticmethod
+    def uninstall_in_place(folder):
+        """The exit status of an uninstaller that makes no copy of itself, and so cannot remove itself."""
+        return run(folder + r"\uninstall.exe", "/S", "_?=" + folder)[0]
+
+    def listed(self, scope):
+        key = HIVES[scope] + "\\" + UNINSTALL
+        return registry(key).get(key, {})
+
+    def expect_files(self, expected):
+        """Waits for the uninstaller, which removes its own folder last."""
+        deadline = time.monotonic() + 120
+        while (found := installed_files()) != expected and time.monotonic() < deadline:
+            time.sleep(0.1)
+        self.assertEqual(found ^ expected, set())
+
+    def expect_state(self, expected):
+        self.expect_files(expected["files"])
+        self.assertEqual(differences(expected, state()), [])
+
+    def expect_nothing_left(self):
+        self.expect_state(self.before)
+
+    def expect_installed(self, scope):
+        values = self.listed(scope)
+        self.assertEqual(values["DisplayName"], "Latchkey")
+        self.assertRegex(values["DisplayVersion"], r"^\d+\.\d+\.\d+$")
+        folder = host_path(values["InstallLocation"])
+        self.assertEqual({path.name for path in folder.iterdir()}, {arch, "uninstall.exe"})
+        self.assertEqual({path.name for path in (folder / arch).iterdir()}, PRODUCTS)
+        self.assertEqual(run(folder / arch / "latchkey.exe", "hash", "--help")[0], 0)
+        key = rf"{HIVES[scope]}\Software\Classes\CLSID\{MAIN_CLASS}\InprocServer32"
+        self.assertEqual(registry(key)[key]["@"], values["InstallLocation"] + rf"\{arch}\latchkey.dll")
+        return values["InstallLocation"]
