@@ -111,6 +111,12 @@ Var FailedStep  ; what could not be done, or nothing
   ${EndIf}
 !macroend
 
+; The folder of an installation, under the one of its names that all others lead to; empty when there is no such folder.
+!macro ReadInstallLocation VARIABLE HIVE
+  ReadRegStr ${VARIABLE} ${HIVE} "${UNINSTALL_KEY}" InstallLocation
+  GetFullPathName /SHORT ${VARIABLE} ${VARIABLE}
+!macroend
+
 !macro InstallBitness REGISTRAR FOLDER
   ${If} ${REGISTRAR} != ""
   ${AndIf} $FailedStep == ""
@@ -193,20 +199,27 @@ Section
   ${EndIf}
 SectionEnd
 
-; What is removed is what was installed in this folder: a user's own installation or the machine's.
+; What is removed is what was installed in this folder: a user's own installation or the machine's. The install mode
+; takes the folder from the list of installed programs, so it is put back behind it.
 Function un.onInit
   !insertmacro UseNativeRegistry
-  !insertmacro MULTIUSER_UNINIT
-  StrCpy $9 AllUsers
   StrCpy $8 $INSTDIR
-  ReadRegStr $0 HKCU "${UNINSTALL_KEY}" InstallLocation
-  ${If} $0 == $INSTDIR
+  !insertmacro MULTIUSER_UNINIT
+  !insertmacro ReadInstallLocation $0 HKCU
+  !insertmacro ReadInstallLocation $1 HKLM
+  GetFullPathName /SHORT $2 $8
+  ${If} $0 == $2
     StrCpy $9 CurrentUser
     Call un.MultiUser.InstallMode.CurrentUser
-  ${Else}
+  ${ElseIf} $1 == $2
+    StrCpy $9 AllUsers
     Call un.MultiUser.InstallMode.AllUsers
+  ${Else}
+    MessageBox MB_OK|MB_ICONSTOP "${PRODUCT} is not installed in $8." /SD IDOK
+    SetErrorLevel 2
+    Quit
   ${EndIf}
-  StrCpy $INSTDIR $8  ; the install mode takes it from the list of installed programs
+  StrCpy $INSTDIR $8
   ${If} $MultiUser.InstallMode != $9
     MessageBox MB_OK|MB_ICONSTOP "Removing ${PRODUCT} for all users takes administrator rights." /SD IDOK
     SetErrorLevel 2

@@ -6,18 +6,20 @@
 The prefix is the project's own, so that nothing else may use it meanwhile. What is compared before and after is all of
 it: every file, and every key and value of the machine's and the user's software.
 """
+import re
 import shutil
 import subprocess
 import sys
 import unittest
 
 import installer_case
-from installer_case import HIVES, PRODUCTS, PROJECT, build, drive, registry
+from installer_case import HIVES, PRODUCTS, PROJECT, build, drive, registry, run, state
 
 CLIENT = """
 Set main = CreateObject("Latchkey.clsMain")
 WScript.Echo CreateObject("Latchkey.clsCryptoAPI").CreateHash("abc", 1, True)
 """
+TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all, whoever registers it
 
 
 class InstallerTest(installer_case.InstallerCase):
@@ -48,6 +50,31 @@ class InstallerTest(installer_case.InstallerCase):
         notes.write_text("not the setup's")
         self.uninstall("/CurrentUser")
         self.expect_files(self.before["files"] | {notes, *list(notes.parents)[:2]})
+        self.assertEqual(self.listed("/CurrentUser"), {})
+
+    def test_removing_the_users_installation_leaves_the_one_for_all_users(self):
+        self.assertEqual(self.install("/AllUsers"), 0)
+        for_all_users = state()
+        self.assertEqual(self.install("/CurrentUser"), 0)
+        self.uninstall("/CurrentUser")
+        self.expect_state(for_all_users, ignoring=TYPE_LIBRARY)
+        self.uninstall("/AllUsers")
+        self.expect_nothing_left()
+
+    def test_an_uninstaller_in_a_folder_that_is_not_listed_removes_nothing(self):
+        self.addCleanup(shutil.rmtree, drive / "Copy", ignore_errors=True)
+        self.assertEqual(self.install("/AllUsers"), 0)
+        shutil.copytree(drive / "Program Files" / "Latchkey", drive / "Copy")
+        before = state()
+        self.assertEqual(self.uninstall_in_place(r"C:\Copy"), 2)
+        self.expect_state(before)
+
+    def test_an_installation_is_known_by_the_short_name_of_its_folder(self):
+        self.addCleanup(shutil.rmtree, drive / "Our tools", ignore_errors=True)
+        self.assertEqual(self.install("/CurrentUser", r"/D=C:\Our", r"tools\Latchkey"), 0)
+        _, name = run("winepath", "-s", r"C:\Our tools\Latchkey")
+        self.assertNotIn("tools", name)
+        self.assertEqual(self.uninstall_in_place(name.strip()), 0)
         self.assertEqual(self.listed("/CurrentUser"), {})
 
     def test_an_installation_that_fails_reports_it_and_leaves_nothing(self):
