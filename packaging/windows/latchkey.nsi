@@ -4,7 +4,7 @@
 ;   FOLDER\uninstall.exe [/S]
 ;
 ; An administrator installs for all users unless told otherwise, anyone else for himself, which takes no other rights
-; than his own. Exit status 0 is done, 1 cancelled, 2 failed; what a failed installation has written is removed again.
+; than his own. Exit status 0 is done, 1 cancelled, 2 failed; a failed installation leaves everything as it was before.
 ;
 ; tools/make_installer compiles this file with
 ;   VERSION     1.0.0
@@ -53,28 +53,14 @@ VIAddVersionKey LegalCopyright ""
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
-Var Registrar32  ; the system's regsvr32 of each bitness; empty where the system does not run that bitness
-Var Registrar64
-Var ForUser  ; its options for a registration of the user's own, or nothing
-Var FailedStep  ; what could not be done, or nothing
+!include files.nsh
+!include registration.nsh
 
-; A setup sees the system folder of its own bitness under one name and the other under a special one.
-!macro FindRegistrars
-  !if ${NSIS_PTR_SIZE} > 4
-    StrCpy $Registrar32 "$WINDIR\SysWOW64\regsvr32.exe"
-    StrCpy $Registrar64 "$SYSDIR\regsvr32.exe"
-  !else
-    StrCpy $Registrar32 "$SYSDIR\regsvr32.exe"
-    StrCpy $Registrar64 "$WINDIR\Sysnative\regsvr32.exe"
-  !endif
-  ${IfNot} ${FileExists} $Registrar32
-    StrCpy $Registrar32 ""
-  ${EndIf}
-  ${IfNot} ${FileExists} $Registrar64
-  ${OrIfNot} ${IsNativeAMD64}
-    StrCpy $Registrar64 ""
-  ${EndIf}
-!macroend
+Var FilesChanged  ; yes as soon as an installation changes them, until it is undone
+Var RegistrationChanged
+Var EntryChanged
+Var EntryBefore  ; the folder that the list of installed programs names before, or nothing
+Var FailedStep  ; what could not be done
 
 ; One list of installed programs, whatever bitness the setup has.
 !macro UseNativeRegistry
@@ -104,59 +90,39 @@ Var FailedStep  ; what could not be done, or nothing
   ${EndIf}
 !macroend
 
-!macro SetForUser
-  StrCpy $ForUser ""
-  ${If} $MultiUser.InstallMode == CurrentUser
-    StrCpy $ForUser "/n /i:user"
-  ${EndIf}
-!macroend
-
 ; The folder of an installation, under the one of its names that all others lead to; empty when there is no such folder.
 !macro ReadInstallLocation VARIABLE HIVE
   ReadRegStr ${VARIABLE} ${HIVE} "${UNINSTALL_KEY}" InstallLocation
   GetFullPathName /SHORT ${VARIABLE} ${VARIABLE}
 !macroend
 
-!macro InstallBitness REGISTRAR FOLDER
-  ${If} ${REGISTRAR} != ""
-  ${AndIf} $FailedStep == ""
-    SetOutPath "$INSTDIR\${FOLDER}"
-    File "${PRODUCTS}/${FOLDER}/latchkey.dll"
-    File "${PRODUCTS}/${FOLDER}/latchkey.exe"
-    File "${PRODUCTS}/${FOLDER}/Latchkey.Component.manifest"
-    ClearErrors
-    ExecWait '"${REGISTRAR}" /s $ForUser "$INSTDIR\${FOLDER}\latchkey.dll"' $0
-    ${If} ${Errors}
-    ${OrIf} $0 <> 0
-      StrCpy $FailedStep "register $INSTDIR\${FOLDER}\latchkey.dll"
-    ${EndIf}
+!macro WriteBitness BITS FOLDER
+  ${If} $Registrar${BITS} != ""
+    !insertmacro WriteProducts ${FOLDER}
   ${EndIf}
 !macroend
 
-!macro RemoveBitness REGISTRAR FOLDER
-  ${If} ${REGISTRAR} != ""
+!macro FailIfErrors STEP
+  ${If} ${Errors}
+    StrCpy $FailedStep "${STEP}"
+    Call Fail
+  ${EndIf}
+!macroend
+
+!macro RegisterBitness BITS FOLDER
+  ${If} $Registrar${BITS} != ""
+    !insertmacro RunRegistrar ${BITS} "" "$INSTDIR\${FOLDER}\latchkey.dll"
+    !insertmacro FailIfErrors "register $INSTDIR\${FOLDER}\latchkey.dll"
+  ${EndIf}
+!macroend
+
+; The error flag tells whether it failed.
+!macro UnregisterBitness BITS FOLDER
+  ClearErrors
+  ${If} $Registrar${BITS} != ""
   ${AndIf} ${FileExists} "$INSTDIR\${FOLDER}\latchkey.dll"
-    ClearErrors
-    ExecWait '"${REGISTRAR}" /s /u $ForUser "$INSTDIR\${FOLDER}\latchkey.dll"' $0
-    ${If} ${Errors}
-    ${OrIf} $0 <> 0
-      StrCpy $FailedStep "unregister $INSTDIR\${FOLDER}\latchkey.dll"
-    ${EndIf}
+    !insertmacro RunRegistrar ${BITS} "/u" "$INSTDIR\${FOLDER}\latchkey.dll"
   ${EndIf}
-  Delete /REBOOTOK "$INSTDIR\${FOLDER}\latchkey.dll"
-  Delete /REBOOTOK "$INSTDIR\${FOLDER}\latchkey.exe"
-  Delete /REBOOTOK "$INSTDIR\${FOLDER}\Latchkey.Component.manifest"
-  RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
-!macroend
-
-; Only what was installed: a folder with anything else in it stays.
-!macro RemoveAll
-  SetOutPath "$TEMP"  ; a folder cannot be removed while it is the current one
-  DeleteRegKey SHCTX "${UNINSTALL_KEY}"
-  !insertmacro RemoveBitness $Registrar64 x64
-  !insertmacro RemoveBitness $Registrar32 x86
-  Delete /REBOOTOK "$INSTDIR\uninstall.exe"
-  RMDir /REBOOTOK "$INSTDIR"
 !macroend
 
 !macro WriteUninstallKey
@@ -184,19 +150,64 @@ Function .onInit
   !insertmacro FindRegistrars
 FunctionEnd
 
-Section
-  StrCpy $FailedStep ""
-  !insertmacro SetForUser
-  !insertmacro InstallBitness $Registrar64 x64
-  !insertmacro InstallBitness $Registrar32 x86
-  ${If} $FailedStep == ""
-    WriteUninstaller "$INSTDIR\uninstall.exe"
-    !insertmacro WriteUninstallKey
-  ${Else}
-    MessageBox MB_OK|MB_ICONSTOP "Cannot $FailedStep. Nothing is installed." /SD IDOK
-    !insertmacro RemoveAll
-    Abort "Cannot $FailedStep."
+; Leaves everything as it was before the installation.
+Function Undo
+  ${If} $RegistrationChanged == yes
+    !insertmacro UnregisterBitness 64 x64
+    !insertmacro UnregisterBitness 32 x86
   ${EndIf}
+  ${If} $FilesChanged == yes
+    !insertmacro PutBackFiles
+  ${EndIf}
+  ${If} $RegistrationChanged == yes
+    !insertmacro PutBackRegistration 64
+    !insertmacro PutBackRegistration 32
+  ${EndIf}
+  ${If} $EntryChanged == yes
+  ${AndIf} $EntryBefore == ""
+    DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+  ${EndIf}
+  StrCpy $FilesChanged no
+  StrCpy $RegistrationChanged no
+  StrCpy $EntryChanged no
+FunctionEnd
+
+Function Fail
+  Call Undo
+  MessageBox MB_OK|MB_ICONSTOP "Cannot $FailedStep. Everything is as it was before." /SD IDOK
+  Abort "Cannot $FailedStep."
+FunctionEnd
+
+; Also where NSIS itself ends the installation, at a file that it cannot write.
+Function .onInstFailed
+  Call Undo
+FunctionEnd
+
+; Registration comes after all files: a file in use, which is what mostly goes wrong, does not touch it. The list of
+; installed programs comes last: where nothing new can be written in it, nothing that was there can be lost.
+Section
+  !insertmacro SetForUser
+  ReadRegStr $EntryBefore SHCTX "${UNINSTALL_KEY}" InstallLocation
+  !insertmacro KeepRegistration 64
+  !insertmacro KeepRegistration 32
+  !insertmacro KeepFiles
+  !insertmacro FailIfErrors "keep the files in $INSTDIR for the case of a failure"
+
+  StrCpy $FilesChanged yes
+  !insertmacro WriteBitness 64 x64
+  !insertmacro WriteBitness 32 x86
+  ClearErrors
+  WriteUninstaller "$INSTDIR\uninstall.exe"
+  !insertmacro FailIfErrors "write $INSTDIR\uninstall.exe"
+
+  StrCpy $RegistrationChanged yes
+  !insertmacro RegisterBitness 64 x64
+  !insertmacro RegisterBitness 32 x86
+
+  StrCpy $EntryChanged yes
+  ClearErrors
+  !insertmacro WriteUninstallKey
+  !insertmacro FailIfErrors "enter ${PRODUCT} in the list of installed programs"
 SectionEnd
 
 ; What is removed is what was installed in this folder: a user's own installation or the machine's. The install mode
@@ -231,9 +242,18 @@ FunctionEnd
 Section Uninstall
   StrCpy $FailedStep ""
   !insertmacro SetForUser
-  !insertmacro RemoveAll
+  DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+  !insertmacro UnregisterBitness 64 x64
+  ${If} ${Errors}
+    StrCpy $FailedStep x64
+  ${EndIf}
+  !insertmacro UnregisterBitness 32 x86
+  ${If} ${Errors}
+    StrCpy $FailedStep x86
+  ${EndIf}
+  !insertmacro RemoveFiles
   ${If} $FailedStep != ""
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Cannot $FailedStep." /SD IDOK
+    MessageBox MB_OK|MB_ICONEXCLAMATION "Cannot unregister $INSTDIR\$FailedStep\latchkey.dll." /SD IDOK
     SetErrorLevel 2
   ${EndIf}
 SectionEnd

@@ -4,6 +4,7 @@ The program that imports this is given BUILD_FOLDER ARCH.
 """
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -12,7 +13,8 @@ import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 INSTALLERS = PROJECT / "build" / "installer"
-UNINSTALL = r"Software\Microsoft\Windows\CurrentVersion\Uninstall\Latchkey"
+UNINSTALL_LIST = r"Software\Microsoft\Windows\CurrentVersion\Uninstall"
+UNINSTALL = UNINSTALL_LIST + r"\Latchkey"
 HIVES = {"/AllUsers": "HKEY_LOCAL_MACHINE", "/CurrentUser": "HKEY_CURRENT_USER"}
 PRODUCTS = {"latchkey.dll", "latchkey.exe", "Latchkey.Component.manifest"}
 MAIN_CLASS = "{3D47BC99-A2AC-4DA2-B56E-B751FC9219E1}"
@@ -31,6 +33,38 @@ def run(*command):
 def setup_of(folder):
     """The setup that this Wine can run: a 64-bit one runs no 32-bit programs."""
     return next(folder.glob("latchkey-*-setup-x64.exe" if arch == "x64" else "latchkey-*-setup.exe"))
+
+
+def make_setups(name, products):
+    """The folder of setups that install these products of both bitnesses: file -> bytes."""
+    folder = build / "installers" / name
+    shutil.rmtree(folder, ignore_errors=True)
+    for bitness in ("x86", "x64"):
+        (folder / bitness).mkdir(parents=True)
+        for file, data in products.items():
+            (folder / bitness / file).write_bytes(data)
+    subprocess.run([PROJECT / "tools" / "make_installer", folder], check=True, stdout=subprocess.DEVNULL)
+    return folder
+
+
+def remake_list_of_programs(volatile):
+    """Makes the user's list anew, empty. Nothing that lasts can be written in a volatile key."""
+    script, program = build / "list_of_programs.nsi", build / "list_of_programs.exe"
+    script.write_text(rf"""
+Unicode true
+Target {"amd64" if arch == "x64" else "x86"}-unicode
+OutFile {program}
+SilentInstall silent
+Section
+  DeleteRegKey HKCU {UNINSTALL_LIST}
+  System::Call 'advapi32::RegCreateKeyExW(p 0x80000001, w "{UNINSTALL_LIST}", i 0, p 0, i {int(volatile)}, \
+    i 0x2001F, p 0, *p .r0, p 0) i .r1'
+  SetErrorLevel $1
+SectionEnd
+""")
+    subprocess.run(["makensis", "-V2", script], check=True, stdout=subprocess.DEVNULL)
+    if run(program)[0] != 0:
+        raise OSError("cannot make the list of installed programs")
 
 
 def installed_files():

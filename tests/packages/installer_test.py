@@ -6,14 +6,14 @@
 The prefix is the project's own, so that nothing else may use it meanwhile. What is compared before and after is all of
 it: every file, and every key and value of the machine's and the user's software.
 """
+import pathlib
 import re
 import shutil
-import subprocess
 import sys
 import unittest
 
 import installer_case
-from installer_case import HIVES, PRODUCTS, PROJECT, build, drive, registry, run, state
+from installer_case import HIVES, PRODUCTS, arch, drive, registry, run, state
 
 CLIENT = """
 Set main = CreateObject("Latchkey.clsMain")
@@ -77,17 +77,57 @@ class InstallerTest(installer_case.InstallerCase):
         self.assertEqual(self.uninstall_in_place(name.strip()), 0)
         self.assertEqual(self.listed("/CurrentUser"), {})
 
-    def test_an_installation_that_fails_reports_it_and_leaves_nothing(self):
-        broken = build / "broken_installer"
-        shutil.rmtree(broken, ignore_errors=True)
-        for folder in ("x86", "x64"):
-            (broken / folder).mkdir(parents=True)
-            for name in PRODUCTS:
-                (broken / folder / name).write_text("no program")
-        subprocess.run([PROJECT / "tools" / "make_installer", broken], check=True, stdout=subprocess.DEVNULL)
+
+class FailedInstallationTest(installer_case.InstallerCase):
+    """An installation that fails reports it and leaves everything as it was."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.broken = installer_case.make_setups("broken", {name: b"no program" for name in PRODUCTS})
+
+    def make_folder(self, name):
+        """A folder of the drive that goes with the test."""
+        folder = drive / name
+        self.addCleanup(shutil.rmtree, drive / pathlib.Path(name).parts[0])
+        folder.mkdir(parents=True)
+        return folder
+
+    def expect_failure(self, *options, **arguments):
+        before = state()
+        self.assertEqual(self.install(*options, **arguments), 2)
+        self.expect_state(before)
+
+    def test_a_registration_that_fails(self):
         for scope in HIVES:
-            self.assertEqual(self.install(scope, folder=broken), 2)
-        self.expect_nothing_left()
+            self.expect_failure(scope, folder=self.broken)
+            self.expect_failure(scope, r"/D=C:\Our\own tools", folder=self.broken)
+
+    def test_a_file_that_cannot_be_written(self):
+        products = self.make_folder(rf"Tools/{arch}")
+        (products / "latchkey.dll").write_text("not the setup's")
+        (products / "Latchkey.Component.manifest").mkdir()
+        self.expect_failure("/CurrentUser", r"/D=C:\Tools")
+        self.assertEqual((products / "latchkey.dll").read_text(), "not the setup's")
+
+    def test_an_uninstaller_that_cannot_be_written(self):
+        self.make_folder("Tools/uninstall.exe")
+        self.expect_failure("/CurrentUser", r"/D=C:\Tools")
+
+    def test_a_list_of_installed_programs_that_cannot_be_written(self):
+        self.addCleanup(installer_case.remake_list_of_programs, volatile=False)
+        installer_case.remake_list_of_programs(volatile=True)
+        self.expect_failure("/CurrentUser")
+
+    def test_an_installation_in_the_same_folder_stays_in_use(self):
+        self.assertEqual(self.install("/AllUsers"), 0)
+        folder = drive / "Program Files" / "Latchkey"
+        with open(folder / arch / "latchkey.exe", "ab") as command:
+            command.write(b"of another version")
+        files = {path: path.read_bytes() for path in folder.glob("**/*.*")}
+        self.expect_failure("/AllUsers", folder=self.broken)
+        self.assertEqual({path: path.read_bytes() for path in folder.glob("**/*.*")}, files)
+        self.assertEqual(self.run_script(CLIENT), "900150983CD24FB0D6963F7D28E17F72")
 
 
 if __name__ == "__main__":

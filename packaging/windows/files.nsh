@@ -1,0 +1,94 @@
+; The files that are installed. What a setup finds in their places is kept in $PLUGINSDIR\before, which goes when the
+; setup ends, and put back when the installation fails. A folder that is kept there was there before.
+
+Var FolderBefore  ; the folder to install in, or the nearest above it that there is
+
+!macro ForEachProduct ACTION FOLDER
+  !insertmacro ${ACTION} ${FOLDER} latchkey.dll
+  !insertmacro ${ACTION} ${FOLDER} latchkey.exe
+  !insertmacro ${ACTION} ${FOLDER} Latchkey.Component.manifest
+!macroend
+
+; A folder of that name is no file that could be replaced: the installation will fail there.
+!macro KeepFile FOLDER NAME
+  ${If} ${FileExists} "$INSTDIR\${FOLDER}\${NAME}"
+  ${AndIfNot} ${FileExists} "$INSTDIR\${FOLDER}\${NAME}\*.*"
+    CopyFiles /SILENT "$INSTDIR\${FOLDER}\${NAME}" "$PLUGINSDIR\before\${FOLDER}"
+  ${EndIf}
+!macroend
+
+!macro KeepProducts FOLDER
+  ${If} ${FileExists} "$INSTDIR\${FOLDER}\*.*"
+    CreateDirectory "$PLUGINSDIR\before\${FOLDER}"
+    !insertmacro ForEachProduct KeepFile ${FOLDER}
+  ${EndIf}
+!macroend
+
+; The error flag tells whether it failed; nothing is changed so far.
+!macro KeepFiles
+  StrCpy $FolderBefore $INSTDIR
+  ${DoUntil} ${FileExists} "$FolderBefore\*.*"
+    ${GetParent} $FolderBefore $FolderBefore
+  ${Loop}
+  ClearErrors
+  InitPluginsDir
+  CreateDirectory "$PLUGINSDIR\before"
+  !insertmacro KeepProducts x64
+  !insertmacro KeepProducts x86
+  !insertmacro KeepFile . uninstall.exe
+!macroend
+
+!macro WriteFile FOLDER NAME
+  File "${PRODUCTS}/${FOLDER}/${NAME}"
+!macroend
+
+; A file that cannot be written ends the installation.
+!macro WriteProducts FOLDER
+  SetOutPath "$INSTDIR\${FOLDER}"
+  !insertmacro ForEachProduct WriteFile ${FOLDER}
+!macroend
+
+!macro PutBackFile FOLDER NAME
+  ${If} ${FileExists} "$PLUGINSDIR\before\${FOLDER}\${NAME}"
+    CopyFiles /SILENT "$PLUGINSDIR\before\${FOLDER}\${NAME}" "$INSTDIR\${FOLDER}"
+  ${Else}
+    Delete /REBOOTOK "$INSTDIR\${FOLDER}\${NAME}"
+  ${EndIf}
+!macroend
+
+!macro PutBackProducts FOLDER
+  !insertmacro ForEachProduct PutBackFile ${FOLDER}
+  ${IfNot} ${FileExists} "$PLUGINSDIR\before\${FOLDER}\*.*"
+    RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
+  ${EndIf}
+!macroend
+
+!macro PutBackFiles
+  SetOutPath "$TEMP"  ; a folder cannot be removed while it is the current one
+  !insertmacro PutBackProducts x64
+  !insertmacro PutBackProducts x86
+  !insertmacro PutBackFile . uninstall.exe
+  StrCpy $0 $INSTDIR
+  ${DoUntil} $0 == $FolderBefore
+    RMDir /REBOOTOK "$0"
+    ${GetParent} $0 $0
+  ${Loop}
+!macroend
+
+!macro RemoveFile FOLDER NAME
+  Delete /REBOOTOK "$INSTDIR\${FOLDER}\${NAME}"
+!macroend
+
+!macro RemoveProducts FOLDER
+  !insertmacro ForEachProduct RemoveFile ${FOLDER}
+  RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
+!macroend
+
+; Only what was installed: a folder with anything else in it stays.
+!macro RemoveFiles
+  SetOutPath "$TEMP"
+  !insertmacro RemoveProducts x64
+  !insertmacro RemoveProducts x86
+  !insertmacro RemoveFile . uninstall.exe
+  RMDir /REBOOTOK "$INSTDIR"
+!macroend
