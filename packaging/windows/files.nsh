@@ -86,7 +86,6 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
 
 ; Only what was installed: a folder with anything else in it stays.
 !macro RemoveFiles
-  SetOutPath "$TEMP"
   !insertmacro RemoveProducts x64
   !insertmacro RemoveProducts x86
   !insertmacro RemoveFile . uninstall.exe

@@ -116,12 +116,27 @@ Var FailedStep  ; what could not be done
   ${EndIf}
 !macroend
 
-; The error flag tells whether it failed.
 !macro UnregisterBitness BITS FOLDER
-  ClearErrors
   ${If} $Registrar${BITS} != ""
-  ${AndIf} ${FileExists} "$INSTDIR\${FOLDER}\latchkey.dll"
     !insertmacro RunRegistrar ${BITS} "/u" "$INSTDIR\${FOLDER}\latchkey.dll"
+  ${EndIf}
+!macroend
+
+; The uninstaller carries the DLL and puts it in its place again, in case it is missing or damaged there: without it
+; nothing is unregistered. One that is in use is whole, and stays.
+!macro UnregisterInstalled BITS FOLDER
+  ${If} $Registrar${BITS} != ""
+    SetOutPath "$INSTDIR\${FOLDER}"
+    SetOverwrite try
+    !insertmacro WriteFile ${FOLDER} latchkey.dll
+    SetOverwrite lastused
+    SetOutPath "$TEMP"  ; a folder cannot be removed while it is the current one
+    !insertmacro UnregisterBitness ${BITS} ${FOLDER}
+    ${If} ${Errors}
+      StrCpy $FailedStep "unregister $INSTDIR\${FOLDER}\latchkey.dll"
+      MessageBox MB_OK|MB_ICONSTOP "Cannot $FailedStep. No file is removed, so that it can be tried again." /SD IDOK
+      Abort "Cannot $FailedStep."
+    ${EndIf}
   ${EndIf}
 !macroend
 
@@ -239,21 +254,11 @@ Function un.onInit
   !insertmacro FindRegistrars
 FunctionEnd
 
+; What is still registered stays whole and listed.
 Section Uninstall
-  StrCpy $FailedStep ""
   !insertmacro SetForUser
+  !insertmacro UnregisterInstalled 64 x64
+  !insertmacro UnregisterInstalled 32 x86
   DeleteRegKey SHCTX "${UNINSTALL_KEY}"
-  !insertmacro UnregisterBitness 64 x64
-  ${If} ${Errors}
-    StrCpy $FailedStep x64
-  ${EndIf}
-  !insertmacro UnregisterBitness 32 x86
-  ${If} ${Errors}
-    StrCpy $FailedStep x86
-  ${EndIf}
   !insertmacro RemoveFiles
-  ${If} $FailedStep != ""
-    MessageBox MB_OK|MB_ICONEXCLAMATION "Cannot unregister $INSTDIR\$FailedStep\latchkey.dll." /SD IDOK
-    SetErrorLevel 2
-  ${EndIf}
 SectionEnd

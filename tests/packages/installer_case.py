@@ -35,6 +35,15 @@ def setup_of(folder):
     return next(folder.glob("latchkey-*-setup-x64.exe" if arch == "x64" else "latchkey-*-setup.exe"))
 
 
+def compile_dll(source):
+    """The bytes of a DLL of the tested bitness."""
+    file = build / "installer_test.dll"
+    compiler = {"x86": "i686", "x64": "x86_64"}[arch] + "-w64-mingw32-gcc"
+    subprocess.run([compiler, "-shared", "-s", "-Wl,--kill-at", "-o", file, "-x", "c", "-"], check=True,
+                   input=source.encode())
+    return file.read_bytes()
+
+
 def make_setups(name, products):
     """The folder of setups that install these products of both bitnesses: file -> bytes."""
     folder = build / "installers" / name
@@ -107,11 +116,18 @@ def host_path(path):
     return drive / path.removeprefix("C:\\").replace("\\", "/")
 
 
+def wait_until(condition):
+    deadline = time.monotonic() + 30
+    while not condition() and time.monotonic() < deadline:
+        time.sleep(0.1)
+
+
 class InstallerCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         run("regsvr32", "/s", "/u", "latchkey.dll")
         cls.use_wine_once()
+        cls.remove_leftovers()
         cls.before = state()
 
     @classmethod
@@ -131,9 +147,15 @@ class InstallerCase(unittest.TestCase):
         return run("cscript", "//nologo", script.name)[1].strip()
 
     def tearDown(self):
+        self.remove_leftovers()
+
+    @classmethod
+    def remove_leftovers(cls):
+        """What a test that failed or was stopped has installed."""
         for scope in HIVES:
-            if values := self.listed(scope):  # a test has failed
+            if values := cls.listed(scope):
                 run(values["UninstallString"].strip('"'), "/S")
+                wait_until(lambda: not host_path(values["InstallLocation"]).exists())
 
     def install(self, *options, folder=INSTALLERS):
         status, _ = run(setup_of(folder), "/S", *options)
@@ -149,18 +171,17 @@ class InstallerCase(unittest.TestCase):
     @staticmethod
     def uninstall_in_place(folder):
         """The exit status of an uninstaller that makes no copy of itself, and so cannot remove itself."""
-        return run(folder + r"\uninstall.exe", "/S", "_?=" + folder)[0]
+        return run(folder + r"\uninstall.exe", "/S", *("_?=" + folder).split(" "))[0]  # without quotation marks
 
-    def listed(self, scope):
+    @staticmethod
+    def listed(scope):
         key = HIVES[scope] + "\\" + UNINSTALL
         return registry(key).get(key, {})
 
     def expect_files(self, expected):
         """Waits for the uninstaller, which removes its own folder last."""
-        deadline = time.monotonic() + 30
-        while (found := installed_files()) != expected and time.monotonic() < deadline:
-            time.sleep(0.1)
-        self.assertEqual(found ^ expected, set())
+        wait_until(lambda: installed_files() == expected)
+        self.assertEqual(installed_files() ^ expected, set())
 
     def expect_state(self, expected, ignoring=re.compile(r"(?!)")):
         self.expect_files(expected["files"])

@@ -19,6 +19,14 @@ CLIENT = """
 Set main = CreateObject("Latchkey.clsMain")
 WScript.Echo CreateObject("Latchkey.clsCryptoAPI").CreateHash("abc", 1, True)
 """
+LASTING_SERVER = r"""
+#include <windows.h>
+__declspec(dllexport) HRESULT __stdcall DllRegisterServer(void) { return S_OK; }
+__declspec(dllexport) HRESULT __stdcall DllUnregisterServer(void) { return E_FAIL; }
+__declspec(dllexport) HRESULT __stdcall DllInstall(BOOL install, const wchar_t* options) {
+  return install ? S_OK : E_FAIL;
+}
+"""
 TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all, whoever registers it
 
 
@@ -76,6 +84,35 @@ class InstallerTest(installer_case.InstallerCase):
         self.assertNotIn("tools", name)
         self.assertEqual(self.uninstall_in_place(name.strip()), 0)
         self.assertEqual(self.listed("/CurrentUser"), {})
+
+
+class UninstallationTest(installer_case.InstallerCase):
+    """Whatever became of the installed DLL, its registration goes with it, or nothing goes."""
+
+    def expect_removal_after(self, change):
+        for scope in HIVES:
+            self.assertEqual(self.install(scope), 0)
+            change(installer_case.host_path(self.listed(scope)["InstallLocation"]) / arch / "latchkey.dll")
+            self.uninstall(scope)
+            self.expect_nothing_left()
+
+    def test_a_damaged_dll(self):
+        self.expect_removal_after(lambda dll: dll.write_text("no program"))
+
+    def test_a_missing_dll(self):
+        self.expect_removal_after(pathlib.Path.unlink)
+
+    def test_a_registration_that_stays(self):
+        lasting = installer_case.make_setups("lasting", {**dict.fromkeys(PRODUCTS, b""),
+                                                         "latchkey.dll": installer_case.compile_dll(LASTING_SERVER)})
+        for scope in HIVES:
+            self.assertEqual(self.install(scope, folder=lasting), 0)
+            before = state()
+            self.assertEqual(self.uninstall_in_place(self.listed(scope)["InstallLocation"]), 2)
+            self.expect_state(before)
+            self.assertEqual(self.install(scope), 0)
+            self.uninstall(scope)
+            self.expect_nothing_left()
 
 
 class FailedInstallationTest(installer_case.InstallerCase):
