@@ -47,6 +47,7 @@ VIAddVersionKey CompanyName ${PRODUCT}
 VIAddVersionKey LegalCopyright ""
 
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
+!define MUI_PAGE_CUSTOMFUNCTION_LEAVE RefuseFolder
 !insertmacro MUI_PAGE_DIRECTORY
 !insertmacro MUI_PAGE_INSTFILES
 !insertmacro MUI_UNPAGE_CONFIRM
@@ -198,9 +199,33 @@ Function .onInstFailed
   Call Undo
 FunctionEnd
 
+; For each mode there is one entry in the list of installed programs, and in a folder one uninstaller: what a second
+; installation hides could not be removed. Here Abort keeps the page of the folder, or ends the installation.
+Function RefuseFolder
+  !insertmacro ReadInstallLocation $0 SHCTX
+  ${If} $MultiUser.InstallMode == CurrentUser
+    !insertmacro ReadInstallLocation $1 HKLM
+  ${Else}
+    !insertmacro ReadInstallLocation $1 HKCU
+  ${EndIf}
+  GetFullPathName /SHORT $2 $INSTDIR
+  ${If} $0 != ""
+  ${AndIf} $0 != $2
+    ReadRegStr $0 SHCTX "${UNINSTALL_KEY}" InstallLocation
+    MessageBox MB_OK|MB_ICONSTOP "${PRODUCT} is installed in $0. Install it there, or remove it first." /SD IDOK
+    Abort
+  ${EndIf}
+  ${If} $1 != ""
+  ${AndIf} $1 == $2
+    MessageBox MB_OK|MB_ICONSTOP "Another installation of ${PRODUCT} is in $INSTDIR. Take another folder." /SD IDOK
+    Abort
+  ${EndIf}
+FunctionEnd
+
 ; Registration comes after all files: a file in use, which is what mostly goes wrong, does not touch it. The list of
 ; installed programs comes last: where nothing new can be written in it, nothing that was there can be lost.
 Section
+  Call RefuseFolder
   !insertmacro SetForUser
   ReadRegStr $EntryBefore SHCTX "${UNINSTALL_KEY}" InstallLocation
   !insertmacro KeepRegistration 64

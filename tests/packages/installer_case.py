@@ -125,9 +125,10 @@ def wait_until(condition):
 class InstallerCase(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        run("regsvr32", "/s", "/u", "latchkey.dll")
         cls.use_wine_once()
         cls.remove_leftovers()
+        for options in ((), ("/n", "/i:user")):
+            run("regsvr32", "/s", "/u", *options, "latchkey.dll")
         cls.before = state()
 
     @classmethod
@@ -156,6 +157,7 @@ class InstallerCase(unittest.TestCase):
             if values := cls.listed(scope):
                 run(values["UninstallString"].strip('"'), "/S")
                 wait_until(lambda: not host_path(values["InstallLocation"]).exists())
+                run("reg", "delete", HIVES[scope] + "\\" + UNINSTALL, "/f")
 
     def install(self, *options, folder=INSTALLERS):
         status, _ = run(setup_of(folder), "/S", *options)

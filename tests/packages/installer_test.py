@@ -69,6 +69,31 @@ class InstallerTest(installer_case.InstallerCase):
         self.uninstall("/AllUsers")
         self.expect_nothing_left()
 
+    def test_a_second_folder_is_refused_while_there_is_the_first(self):
+        self.addCleanup(shutil.rmtree, drive / "First", ignore_errors=True)
+        self.addCleanup(shutil.rmtree, drive / "Second", ignore_errors=True)
+        self.assertEqual(self.install("/CurrentUser", r"/D=C:\First"), 0)
+        first = state()
+        self.assertEqual(self.install("/CurrentUser", r"/D=C:\Second"), 2)
+        self.expect_state(first)
+        self.assertEqual(self.install("/CurrentUser", r"/D=c:\first" + "\\"), 0)
+        shutil.rmtree(drive / "First")
+        self.assertEqual(self.install("/CurrentUser", r"/D=C:\Second"), 0)
+        self.assertEqual(self.expect_installed("/CurrentUser"), r"C:\Second")
+        self.uninstall("/CurrentUser")
+        self.expect_nothing_left()
+
+    def test_a_folder_is_refused_that_holds_the_installation_of_the_other_mode(self):
+        self.addCleanup(shutil.rmtree, drive / "Shared", ignore_errors=True)
+        modes = list(HIVES)
+        for first, second in (modes, modes[::-1]):
+            self.assertEqual(self.install(first, r"/D=C:\Shared"), 0)
+            before = state()
+            self.assertEqual(self.install(second, r"/D=C:\Shared"), 2)
+            self.expect_state(before)
+            self.uninstall(first)
+            self.expect_nothing_left()
+
     def test_an_uninstaller_in_a_folder_that_is_not_listed_removes_nothing(self):
         self.addCleanup(shutil.rmtree, drive / "Copy", ignore_errors=True)
         self.assertEqual(self.install("/AllUsers"), 0)
