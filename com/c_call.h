@@ -13,6 +13,7 @@
 #include "diagnostics/error_trap.h"
 #include "diagnostics/fault.h"
 #include "diagnostics/module_data.h"
+#include "platform/stack_wipe.h"
 
 namespace latchkey {
 
@@ -29,14 +30,18 @@ using InputBytes = std::span<const std::uint8_t>;
 // Records a check that failed, and gives its status.
 [[nodiscard]] int Refuse(const CheckSite& site);
 
-// Runs the body of a function, which gives a status.
+// Runs the body of a function, which gives a status. No exception leaves it, nor what one left
+// behind.
 template <class Body>
 int Guarded(Body&& body) noexcept {
+  int status = LATCHKEY_OK;
   try {
     return std::forward<Body>(body)();
   } catch (...) {
-    return StatusOf(CurrentFault());
+    status = StatusOf(CurrentFault());
   }
+  platform::WipeStackOfException();
+  return status;
 }
 
 // Runs the body of an operation under its error trap, as the operation of the component that the

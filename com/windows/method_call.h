@@ -5,6 +5,7 @@
 
 #include "com/windows/automation_prelude.h"
 #include "com/windows/classes.h"
+#include "platform/stack_wipe.h"
 
 namespace latchkey::com {
 
@@ -18,15 +19,18 @@ namespace latchkey::com {
 // failure left as error information is no longer there to be read as this one's.
 [[nodiscard]] HRESULT RefuseNullPointer() noexcept;
 
-// Runs the body of a method without a result. No exception leaves it.
+// Runs the body of a method without a result. No exception leaves it, nor what one left behind.
 template <class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Body&& body) noexcept {
+  HRESULT reported = S_OK;
   try {
     std::forward<Body>(body)();
     return S_OK;
   } catch (...) {
-    return ReportCurrentFault(source);
+    reported = ReportCurrentFault(source);
   }
+  platform::WipeStackOfException();
+  return reported;
 }
 
 // Runs the body of a method that returns its result through a pointer. The result is cleared

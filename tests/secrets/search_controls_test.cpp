@@ -115,7 +115,7 @@ void ExpectFoundInEveryPlace(const Kind& kind, std::size_t index) {
     EXPECT_EQ(search.Count(), Copies{}) << name << ", before the copy is made";
     Copies one{};
     one.at(index) = 1;
-    leave(secret, [&] { EXPECT_EQ(search.Count(), one) << name; });
+    leave(secret, [&, place = name] { EXPECT_EQ(search.Count(), one) << place; });
   }
 }
 

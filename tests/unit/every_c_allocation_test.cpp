@@ -45,8 +45,8 @@ using Call = std::function<int(Session&)>;
 class EveryCAllocationTest : public testing::Test {
  protected:
   EveryCAllocationTest() {
-    scope.Services().probe = &probe;
-    scope.Services().provider = &provider;
+    scope_.Services().probe = &probe_;
+    scope_.Services().provider = &provider_;
   }
 
   // Runs the function in new sessions. `traps` are where it records the fault; none for a function
@@ -57,8 +57,8 @@ class EveryCAllocationTest : public testing::Test {
       SCOPED_TRACE("allocation " + std::to_string(nth));
       const long before = LiveBlocks();
       const bool failed = RunInNewSession(call, nth, traps) != LATCHKEY_OK;
-      EXPECT_EQ(provider.OpenHandles(), 0);
-      EXPECT_EQ(provider.ClosedTwice(), 0);
+      EXPECT_EQ(provider_.OpenHandles(), 0);
+      EXPECT_EQ(provider_.ClosedTwice(), 0);
       EXPECT_EQ(LiveBlocks(), before) << "blocks left behind";
       if (!failed) {
         std::printf("%d allocations failed in turn\n", nth - 1);
@@ -102,9 +102,9 @@ class EveryCAllocationTest : public testing::Test {
     EXPECT_EQ(record.rtText, "Out of memory");
   }
 
-  ModuleScope scope;
-  StillProbe probe;
-  FaultyProvider provider;
+  ModuleScope scope_;
+  StillProbe probe_;
+  FaultyProvider provider_;
 };
 
 latchkey_key KeyOf(std::int32_t cipher, std::uint32_t flags) {
@@ -192,6 +192,7 @@ TEST_F(EveryCAllocationTest, OfOpeningAThreadIsRefused) {
 
 // A query that fails is no failure of the function.
 TEST_F(EveryCAllocationTest, OfTheConnectionsQueryIsRecorded) {
+  { const Session first; }  // makes what lives as long as the process
   int nth = 0;
   for (bool failed = true; failed && nth < kMostAllocations;) {
     const long before = LiveBlocks();
