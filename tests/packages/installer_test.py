@@ -27,13 +27,20 @@ __declspec(dllexport) HRESULT __stdcall DllInstall(BOOL install, const wchar_t* 
   return install ? S_OK : E_FAIL;
 }
 """
+WIPING_SERVER = rf"""
+#include <windows.h>
+__declspec(dllexport) HRESULT __stdcall DllRegisterServer(void) {{
+  RegDeleteTreeW(HKEY_LOCAL_MACHINE, L"Software\\Classes\\CLSID\\{installer_case.MAIN_CLASS}");
+  return E_FAIL;
+}}
+"""
 TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all, whoever registers it
 
 
 class InstallerTest(installer_case.InstallerCase):
     def test_for_all_users_scripts_can_use_it_until_it_is_removed(self):
-        for _ in range(2):  # the second time over the first
-            self.assertEqual(self.install("/AllUsers"), 0)
+        for options in (["/AllUsers"], []):  # the second time over the first; Wine's user is an administrator
+            self.assertEqual(self.install(*options), 0)
         self.assertEqual(self.expect_installed("/AllUsers"), r"C:\Program Files\Latchkey")
         self.assertEqual(self.run_script(CLIENT), "900150983CD24FB0D6963F7D28E17F72")
         self.assertEqual(self.listed("/CurrentUser"), {})
@@ -108,6 +115,7 @@ class InstallerTest(installer_case.InstallerCase):
         _, name = run("winepath", "-s", r"C:\Our tools\Latchkey")
         self.assertNotIn("tools", name)
         self.assertEqual(self.uninstall_in_place(name.strip()), 0)
+        self.assertEqual([path.name for path in (drive / "Our tools" / "Latchkey").iterdir()], ["uninstall.exe"])
         self.assertEqual(self.listed("/CurrentUser"), {})
 
 
@@ -187,7 +195,9 @@ class FailedInstallationTest(installer_case.InstallerCase):
         with open(folder / arch / "latchkey.exe", "ab") as command:
             command.write(b"of another version")
         files = {path: path.read_bytes() for path in folder.glob("**/*.*")}
-        self.expect_failure("/AllUsers", folder=self.broken)
+        wiping = installer_case.make_setups("wiping", {**dict.fromkeys(PRODUCTS, b""),
+                                                       "latchkey.dll": installer_case.compile_dll(WIPING_SERVER)})
+        self.expect_failure("/AllUsers", folder=wiping)
         self.assertEqual({path: path.read_bytes() for path in folder.glob("**/*.*")}, files)
         self.assertEqual(self.run_script(CLIENT), "900150983CD24FB0D6963F7D28E17F72")
 
