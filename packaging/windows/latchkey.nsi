@@ -19,7 +19,7 @@ ManifestSupportedOS all
 AllowSkipFiles off  ; a file that is in use ends the installation
 
 !define PRODUCT Latchkey
-!define UNINSTALL_KEY Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}
+!include list_of_programs.nsh
 
 ; "Highest" is what the user's account has: a prompt for administrators, none for others.
 !define MULTIUSER_EXECUTIONLEVEL Highest
@@ -63,17 +63,6 @@ Var EntryChanged
 Var EntryBefore  ; the folder that the list of installed programs names before, or nothing
 Var FailedStep  ; what could not be done
 
-; One list of installed programs, whatever bitness the setup has.
-!macro UseNativeRegistry
-  !if ${NSIS_PTR_SIZE} > 4
-    SetRegView 64
-  !else
-    ${If} ${RunningX64}
-      SetRegView 64
-    ${EndIf}
-  !endif
-!macroend
-
 ; /AllUsers without the rights for it: MultiUser's message would wait for an answer that nobody gives.
 !macro RefuseSilently
   ${GetParameters} $0
@@ -89,12 +78,6 @@ Var FailedStep  ; what could not be done
       Quit
     ${EndIf}
   ${EndIf}
-!macroend
-
-; The folder of an installation, under the one of its names that all others lead to; empty when there is no such folder.
-!macro ReadInstallLocation VARIABLE HIVE
-  ReadRegStr ${VARIABLE} ${HIVE} "${UNINSTALL_KEY}" InstallLocation
-  GetFullPathName /SHORT ${VARIABLE} ${VARIABLE}
 !macroend
 
 !macro WriteBitness BITS FOLDER
@@ -139,19 +122,6 @@ Var FailedStep  ; what could not be done
       Abort "Cannot $FailedStep."
     ${EndIf}
   ${EndIf}
-!macroend
-
-!macro WriteUninstallKey
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" DisplayName "${PRODUCT}"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" DisplayVersion "${VERSION}"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" Publisher "${PRODUCT}"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" InstallLocation "$INSTDIR"
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" UninstallString '"$INSTDIR\uninstall.exe"'
-  WriteRegStr SHCTX "${UNINSTALL_KEY}" QuietUninstallString '"$INSTDIR\uninstall.exe" /S'
-  WriteRegDWORD SHCTX "${UNINSTALL_KEY}" NoModify 1
-  WriteRegDWORD SHCTX "${UNINSTALL_KEY}" NoRepair 1
-  ${GetSize} "$INSTDIR" "/S=0K" $0 $1 $2
-  WriteRegDWORD SHCTX "${UNINSTALL_KEY}" EstimatedSize $0
 !macroend
 
 ; The install mode sets the folder, so a folder from the command line is put back behind it.
