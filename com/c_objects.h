@@ -46,7 +46,7 @@ class ObjectTable {
 
   [[nodiscard]] Handle* Open() {
     // NOLINTNEXTLINE(performance-no-int-to-ptr): nobody follows it
-    return reinterpret_cast<Handle*>(objects_.Add(std::make_shared<Object>()));
+    return reinterpret_cast<Handle*>(objects_.AddMade(std::make_shared<Object>));
   }
 
   // Nothing for what is no handle of this kind.

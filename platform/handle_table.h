@@ -25,10 +25,23 @@ class HandleTable {
  public:
   // The handle by which the object is known from now on; never 0.
   [[nodiscard]] std::uintptr_t Add(std::shared_ptr<Object> object) {
+    return AddMade([&] { return std::move(object); });
+  }
+
+  // The same for an object that `make` gives, once there is a place for it: what making it changes
+  // is not undone for want of one. `make` does not use the table.
+  template <class Make>
+  [[nodiscard]] std::uintptr_t AddMade(Make&& make) {
     const std::lock_guard lock(mutex_);
     std::uintptr_t handle = NextHandle();
     while (handle == 0 || objects_.contains(handle)) handle = NextHandle();
-    objects_.emplace(handle, std::move(object));
+    const auto place = objects_.emplace(handle, nullptr).first;
+    try {
+      place->second = std::forward<Make>(make)();
+    } catch (...) {
+      objects_.erase(place);
+      throw;
+    }
     return handle;
   }
 

@@ -177,13 +177,18 @@ TEST_F(EveryCAllocationTest, OfOpeningAThreadIsRefused) {
   ASSERT_EQ(CClient::OpenThread(), LATCHKEY_OK);
   int nth = 0;
   for (bool failed = true; failed && nth < kMostAllocations;) {
+    const Session session;
+    const RecordValues record = ValuesOf(ErrorRecord());
     const long before = LiveBlocks();
     FailAllocation(++nth);
     const int status = CClient::OpenThread();
     failed = !AllocationFailurePending();
     FailAllocation(0);
     EXPECT_EQ(status, failed ? LATCHKEY_NO_MEMORY : LATCHKEY_OK);
-    EXPECT_EQ(LiveBlocks(), before) << "blocks left behind";
+    if (failed) {
+      EXPECT_EQ(LiveBlocks(), before) << "blocks left behind";
+      EXPECT_EQ(ValuesOf(ErrorRecord()), record) << "the record of the thread that is open";
+    }
     EXPECT_EQ(CClient::OpenThread(), LATCHKEY_OK) << "the call after the failure";
   }
   EXPECT_GT(nth, 1) << "no allocation was made to fail";
