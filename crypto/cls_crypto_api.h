@@ -54,7 +54,8 @@ class LATCHKEY_API clsCryptoAPI {
   [[nodiscard]] ByteArray OutputData() const;
 
   // Whether the enhanced provider is to be opened and its ciphers (4 and 5) are allowed; false at
-  // creation. Write only. A provider that is already open stays in use.
+  // creation. Write only. A provider that is already open stays in use, so set it before the
+  // object's first operation: on the base provider ciphers 4 and 5 fail with 723 or 716.
   void EnhancedProvider(bool blnUseEnhanced);
 
   // Stores a copy of an array of at least two elements and erases the caller's. Anything shorter

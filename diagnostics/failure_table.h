@@ -3,7 +3,7 @@
 // Locations 401 to 451 are the error traps of operations (ErrorType 1), one each. Locations 700 to
 // 761 are checks in the operations' own logic (ErrorType 2), one for each place that checks.
 // Numbers 101 to 160 are the component's own error numbers: several places may report one number,
-// and each number goes with one text.
+// and each number goes with one text. Of these ranges, what is not listed is never reported.
 //
 // GetCipherAlgorithm and AcquireProvider are inner steps: where one of them fails, the operation
 // that called it writes an entry of its own over theirs. A run-time fault of theirs then still

@@ -4,7 +4,8 @@
 //   encrypt_text TEXT
 //
 // The password comes from the environment, since other users can read the arguments of a program.
-// The header comes from com/windows/latchkey.idl: latchkey.dll's type library holds the same.
+// The header is made from com/windows/latchkey.idl, in the build folder: latchkey.dll's type
+// library holds the same.
 #include <initguid.h>
 #include <cstdio>
 

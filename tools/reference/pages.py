@@ -141,7 +141,7 @@ def class_section(interface, description, sites, names):
              table(("", ""), [("ProgID", f"`{interface.prog_id}`"),
                               ("CLSID", f"`{{{interface.class_id}}}`"),
                               ("interface", f"`_{interface.class_name}`, `{{{interface.interface_id}}}`"),
-                              ("header", f"`{HEADERS[interface.class_name]}`")])]
+                              ("header", f"`<latchkey/{HEADERS[interface.class_name]}>`")])]
     directions = {}
     for member in interface.members:
         directions.setdefault(member.name, []).append(member)
