@@ -15,12 +15,7 @@ ByteArray::ByteArray(std::span<const std::uint8_t> elements)
       dimensions_(1),
       upperBound_(NarrowTo<std::int32_t>(elements.size()) - 1) {}
 
-ByteArray::ByteArray(ByteArray&& other) noexcept
-    : dimensions_(other.dimensions_),
-      lowerBound_(other.lowerBound_),
-      upperBound_(other.upperBound_) {
-  elements_ = other.TakeStorage();
-}
+ByteArray::ByteArray(ByteArray&& other) noexcept { *this = std::move(other); }
 
 ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
   if (this == &other) return *this;

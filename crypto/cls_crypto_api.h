@@ -27,8 +27,8 @@ class WorkingText;
 // of each failure stand beside the member; failure_table.h has their texts. Faults that pass to
 // the caller are those of the property writes and of the two byte-array conversions, and
 // ObjectNotSet (91) from every operation that touches the record on a thread without a clsMain; the
-// four conversions do so only to record a failure. A failure of memory is
-// recorded as run-time fault 7 at the operation's trap.
+// four conversions do so only to record a failure. A failure of memory is recorded as run-time
+// fault 7 at the operation's trap.
 //
 // Text and bytes. One character always stands for one byte, through the system's code page
 // (platform/code_page.h). A byte array made from text has one zero element more than the text has

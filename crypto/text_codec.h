@@ -25,7 +25,6 @@ void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes);
 
 // Sets `text` to the characters of `bytes`. Raises Overflow for a byte that is no character, and
 // then leaves `text` as it was.
-// Fills the caller's text in place, since a moved short text would leave a copy behind.
 void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text);
 // The same into as many characters, of which some are written before an Overflow.
 void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters);

@@ -6,11 +6,9 @@
 
 namespace latchkey::platform {
 
-// The descriptor of the process that a name stands for: on Linux /dev/stdin and so on, /dev/fd/N,
-// /proc/self/fd/N. Nothing for other names, and on Windows.
-[[nodiscard]] std::optional<int> DescriptorNamed(const std::string& name);
-
-// The same where "-" is standard input.
+// The descriptor that a name of an input stands for: "-" for 0, and on Linux the names under which
+// a process finds its own descriptors: /dev/stdin and so on, /dev/fd/N, /proc/self/fd/N. Nothing
+// for other names.
 [[nodiscard]] std::optional<int> InputDescriptor(const std::string& name);
 
 // Whether a name stands for standard output, as "-" does.

@@ -10,9 +10,9 @@
 
 namespace latchkey::test {
 
-// The seed text of this machine is "00" (digit 9, no space on
-// the drive). No step of making that allocates: DigitsOnly answers a failure of its own with empty
-// text and reading the drive with a warning, and the operation around them would go on.
+// The seed text of this machine is "00" (digit 9, no space on the drive). No step of making that
+// allocates: DigitsOnly answers a failure of its own with empty text and reading the drive with a
+// warning, and the operation around them would go on.
 class StillProbe final : public platform::SystemProbe {
  public:
   std::uint32_t GetTickCount() override { return 9; }

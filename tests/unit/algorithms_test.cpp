@@ -127,6 +127,8 @@ TEST_F(AlgorithmsTest, ABaseProviderInUseCannotMakeAnEnhancedKey) {
     EXPECT_FALSE(mixed.Encrypt(1, cipher));
     EXPECT_EQ(record.ErrorLocationID(), 723);
     EXPECT_EQ(real.GetLastError(), platform::kErrorBadAlgorithm);
+    EXPECT_FALSE(mixed.Decrypt(1, cipher));
+    EXPECT_EQ(record.ErrorLocationID(), 716);
   }
 }
 

@@ -10,12 +10,10 @@
 #include "tests/support/c_client.h"
 #include "tests/support/cipher_direction.h"
 #include "tests/support/freed_memory.h"
-#include "tests/support/watched_service.h"
+#include "tests/support/swept_service.h"
 
 namespace latchkey::test {
 namespace {
-
-enum class Manner { Refused, Faulted };
 
 // The status of a refused call of the provider, and what is recorded; nothing without a location.
 struct Refusal {
@@ -34,36 +32,17 @@ struct Function {
   bool componentOpens = false;
 };
 
-constexpr const char* kAcquire = "CryptAcquireContextA";
 constexpr std::string_view kSecret = "a secret of more than sixteen letters";
 
-class EveryCProviderCallTest : public WatchedService {
+class EveryCProviderCallTest : public SweptService {
  protected:
   // Every call that a good run makes, in turn and in both manners. Gives how many there were.
   int Sweep(const Function& function) {
     SCOPED_TRACE(function.name);
-    int failures = 0;
-    std::map<std::string, int> counts;
-    for (const std::string& call : CallsOf(function)) {
-      const int nth = ++counts[call];
-      for (const Manner manner : {Manner::Refused, Manner::Faulted}) {
-        SCOPED_TRACE(call + (manner == Manner::Refused ? " refused" : " faulted"));
-        ExpectEnding(function, call, nth, manner);
-        EXPECT_TRUE(provider.OpenHandles().empty());
-        ++failures;
-      }
-    }
-    return failures;
-  }
-
-  void PlanFailure(const std::string& call, int nth, Manner manner) {
-    // A base provider that is refused would be asked for once more, with a new key set.
-    const int which = call == kAcquire ? CallPlan::kEveryCall : nth;
-    if (manner == Manner::Refused) {
-      provider.FailAt(call, which);
-    } else {
-      provider.ThrowAt(call, which, Fault(FaultNumber::TypeMismatch));
-    }
+    return ForEachFailure(CallsOf(function), [&](const std::string& call, int nth, Manner manner) {
+      ExpectEnding(function, call, nth, manner);
+      EXPECT_TRUE(provider.OpenHandles().empty());
+    });
   }
 
  private:
@@ -71,12 +50,7 @@ class EveryCProviderCallTest : public WatchedService {
     CClient client;
     journal.Clear();
     EXPECT_EQ(function.call(client), LATCHKEY_OK);
-    std::vector<std::string> calls;
-    for (const std::string& entry : journal.All()) {
-      if (entry.starts_with("Crypt")) calls.push_back(entry.substr(0, entry.find('(')));
-    }
-    EXPECT_FALSE(calls.empty());
-    return calls;
+    return CallsMade();
   }
 
   // The status, and the record behind it.

@@ -10,15 +10,10 @@
 
 #include "tests/support/cipher_direction.h"
 #include "tests/support/freed_memory.h"
-#include "tests/support/watched_service.h"
+#include "tests/support/swept_service.h"
 
 namespace latchkey::test {
 namespace {
-
-using testing::IsEmpty;
-using testing::Not;
-
-enum class Manner { Refused, Faulted };
 
 // One operation and what it reports.
 struct Operation {
@@ -35,9 +30,7 @@ struct Operation {
   Bytes outputAfterFailure = {};
 };
 
-constexpr const char* kAcquire = "CryptAcquireContextA";
-
-class EveryProviderCallTest : public WatchedService {
+class EveryProviderCallTest : public SweptService {
  protected:
   EveryProviderCallTest() {
     probe.volume = {"", 0, ""};
@@ -47,22 +40,15 @@ class EveryProviderCallTest : public WatchedService {
   // Every call that a good run makes, in turn and in both manners. Gives how often one went wrong.
   int Sweep(const Operation& operation, bool enhanced, const Bytes& input) {
     SCOPED_TRACE(operation.name + (enhanced ? ", enhanced" : ", base"));
-    int failures = 0;
     Text result;
-    std::map<std::string, int> counts;
-    for (const std::string& call : CallsOf(operation, enhanced, input, result)) {
-      const int nth = ++counts[call];
-      for (const Manner manner : {Manner::Refused, Manner::Faulted}) {
-        SCOPED_TRACE(call + (manner == Manner::Refused ? " refused" : " faulted"));
-        clsCryptoAPI object;
-        Prepare(object, enhanced, input);
-        ExpectEnding(object, operation, call, nth, manner, result);
-        EXPECT_EQ(operation.run(object), result) << "the call after the failure";
-        EXPECT_FALSE(record.ErrorExists());
-        ++failures;
-      }
-    }
-    return failures;
+    const auto calls = CallsOf(operation, enhanced, input, result);
+    return ForEachFailure(calls, [&](const std::string& call, int nth, Manner manner) {
+      clsCryptoAPI object;
+      Prepare(object, enhanced, input);
+      ExpectEnding(object, operation, call, nth, manner, result);
+      EXPECT_EQ(operation.run(object), result) << "the call after the failure";
+      EXPECT_FALSE(record.ErrorExists());
+    });
   }
 
  private:
@@ -81,22 +67,7 @@ class EveryProviderCallTest : public WatchedService {
     journal.Clear();
     result = operation.run(object);
     EXPECT_NE(result, u"");
-    std::vector<std::string> calls;
-    for (const std::string& entry : journal.All()) {
-      if (entry.starts_with("Crypt")) calls.push_back(entry.substr(0, entry.find('(')));
-    }
-    EXPECT_THAT(calls, Not(IsEmpty()));
-    return calls;
-  }
-
-  void PlanFailure(const std::string& call, int nth, Manner manner) {
-    // A base provider that is refused would be asked for once more, with a new key set.
-    const int which = call == kAcquire ? CallPlan::kEveryCall : nth;
-    if (manner == Manner::Refused) {
-      provider.FailAt(call, which);
-    } else {
-      provider.ThrowAt(call, which, Fault(FaultNumber::TypeMismatch));
-    }
+    return CallsMade();
   }
 
   [[nodiscard]] RecordValues ExpectedRecord(const Operation& operation, const std::string& call,

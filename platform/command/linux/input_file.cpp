@@ -11,8 +11,8 @@
 #include <utility>
 
 #include "platform/command/file_error.h"
+#include "platform/command/linux/descriptor_name.h"
 #include "platform/command/linux/given_descriptor.h"
-#include "platform/command/stream_name.h"
 
 namespace latchkey::platform {
 namespace {

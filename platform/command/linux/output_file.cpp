@@ -12,10 +12,10 @@
 #include <string_view>
 
 #include "platform/command/file_error.h"
+#include "platform/command/linux/descriptor_name.h"
 #include "platform/command/linux/file_rights.h"
 #include "platform/command/linux/given_descriptor.h"
 #include "platform/command/linux/interruption.h"
-#include "platform/command/stream_name.h"
 
 namespace latchkey::platform {
 namespace {

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <string_view>
 
+#include "platform/command/linux/descriptor_name.h"
+
 namespace latchkey::platform {
 namespace {
 

@@ -2,8 +2,6 @@
 
 namespace latchkey::platform {
 
-std::optional<int> DescriptorNamed(const std::string& /*name*/) { return std::nullopt; }
-
 std::optional<int> InputDescriptor(const std::string& name) {
   return name == "-" ? std::optional(0) : std::nullopt;
 }

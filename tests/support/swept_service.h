@@ -1,0 +1,60 @@
+// The calls that something makes of the provider, failing one after another.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+
+inline constexpr const char* kAcquire = "CryptAcquireContextA";
+
+// The fixture of tests that let each call of a good run fail, once refused and once with a fault
+// raised from it.
+class SweptService : public WatchedService {
+ protected:
+  enum class Manner { Refused, Faulted };
+
+  // The names of the calls in the journal, in their order.
+  [[nodiscard]] std::vector<std::string> CallsMade() const {
+    std::vector<std::string> calls;
+    for (const std::string& entry : journal.All()) {
+      if (entry.starts_with("Crypt")) calls.push_back(entry.substr(0, entry.find('(')));
+    }
+    EXPECT_FALSE(calls.empty());
+    return calls;
+  }
+
+  // Calls visit(call, nth, manner) for each of them: the nth of that name. Gives how often.
+  template <class Visit>
+  static int ForEachFailure(const std::vector<std::string>& calls, Visit&& visit) {
+    int failures = 0;
+    std::map<std::string, int> counts;
+    for (const std::string& call : calls) {
+      const int nth = ++counts[call];
+      for (const Manner manner : {Manner::Refused, Manner::Faulted}) {
+        SCOPED_TRACE(call + (manner == Manner::Refused ? " refused" : " faulted"));
+        visit(call, nth, manner);
+        ++failures;
+      }
+    }
+    return failures;
+  }
+
+  void PlanFailure(const std::string& call, int nth, Manner manner) {
+    // A base provider that is refused would be asked for once more, with a new key set.
+    const int which = call == kAcquire ? CallPlan::kEveryCall : nth;
+    if (manner == Manner::Refused) {
+      provider.FailAt(call, which);
+    } else {
+      provider.ThrowAt(call, which, Fault(FaultNumber::TypeMismatch));
+    }
+  }
+};
+
+}  // namespace latchkey::test
