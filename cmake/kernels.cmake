@@ -4,9 +4,10 @@
 file(GLOB kernel_sources CONFIGURE_DEPENDS platform/linux/kernels/*.cpp)
 set(kernel_options_avx2 -mavx2)
 set(kernel_options_avx512 -mavx512f -mavx512bw)
+set(kernel_options_avx512vbmi ${kernel_options_avx512} -mavx512vbmi)
 set(kernel_options_sha_ni -msha -msse4.1)
 
-foreach(instruction_set avx2 avx512 sha_ni)
+foreach(instruction_set avx2 avx512 avx512vbmi sha_ni)
   set(sources ${kernel_sources})
   list(FILTER sources INCLUDE REGEX "_${instruction_set}\\.cpp$")
   if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)

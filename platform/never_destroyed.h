@@ -23,7 +23,7 @@ class NeverDestroyed {
   [[nodiscard]] T& Get() noexcept { return *std::launder(reinterpret_cast<T*>(&memory_)); }
 
  private:
-  alignas(T) std::byte memory_[sizeof(T)];  // NOLINT(*-avoid-c-arrays): raw memory
+  alignas(T) std::byte memory_[sizeof(T)]{};  // NOLINT(*-avoid-c-arrays): raw memory
 };
 
 }  // namespace latchkey::platform

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <string>
 
 #include "com/windows/latchkey.h"
 
@@ -56,11 +57,11 @@ int main() {
   const double virtualCall = Measure([&] { plain->Get(&exists); });
   const double early = Measure([&] { Require(main->get_ErrorExists(&exists)); });
 
-  OLECHAR name[] = L"ErrorExists";
-  OLECHAR* names[] = {name};
+  std::wstring name = L"ErrorExists";
+  OLECHAR* names = name.data();
   DISPID member = 0;
   const auto getId = [&] {
-    Require(main->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &member));
+    Require(main->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member));
   };
   const auto invoke = [&] {
     DISPPARAMS none{};

@@ -38,7 +38,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId,
 }
 
 STDMETHODIMP ClassFactory::LockServer(BOOL lock) noexcept {
-  if (lock) {
+  if (lock != FALSE) {
     ModuleUse::Add();
   } else {
     ModuleUse::Drop();

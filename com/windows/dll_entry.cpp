@@ -9,9 +9,8 @@
 #include "platform/run_time.h"
 #include "platform/thread_slot.h"
 
+namespace latchkey::com {
 namespace {
-
-using namespace latchkey::com;
 
 // Runs an entry point that belongs to no class; faults in it name the entry object as their source.
 template <class Body>
@@ -52,10 +51,12 @@ STDAPI DllInstall(BOOL install, const wchar_t* options) {
 // (`reserved` is not null) other threads have been stopped anywhere, and nothing is safe to free.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
-    latchkey::platform::ReleaseThreadSlot();
+    platform::ReleaseThreadSlot();
     ReleaseMembers();
     ReleaseTypeLibrary();
-    latchkey::platform::ReleaseRunTime();
+    platform::ReleaseRunTime();
   }
   return TRUE;
 }
+
+}  // namespace latchkey::com

@@ -17,7 +17,7 @@ HMODULE ThisModule() {
   const BOOL found = GetModuleHandleExW(
       GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
       reinterpret_cast<const wchar_t*>(&moduleUses), &module);
-  if (!found) throw Fault(FaultNumber::InvalidProcedureCall);
+  if (found == FALSE) throw Fault(FaultNumber::InvalidProcedureCall);
   return module;
 }
 

@@ -16,8 +16,8 @@ TextView ViewOf(BSTR text) noexcept {
 BSTR ToBstr(Text&& text) {  // NOLINT(*-rvalue-reference-param-not-moved): wiped, not moved
   const platform::WipeAtExit wipeText(text);
   if (text.size() > std::numeric_limits<UINT>::max()) throw std::bad_alloc();
-  const BSTR copy = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
-                                      static_cast<UINT>(text.size()));
+  auto* const copy = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
+                                       static_cast<UINT>(text.size()));
   if (copy == nullptr) throw std::bad_alloc();
   return copy;
 }

@@ -7,6 +7,7 @@
 // The header is made from com/windows/latchkey.idl, in the build folder: latchkey.dll's type
 // library holds the same.
 #include <initguid.h>
+#include <array>
 #include <cstdio>
 
 #include "com/windows/latchkey.h"
@@ -110,16 +111,17 @@ void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
 
 // The arguments of main are in the ANSI code page; the component's texts are UTF-16.
 int main() {
-  wchar_t password[256];
-  const DWORD length = GetEnvironmentVariableW(L"LATCHKEY_PASSWORD", password, 256);
+  std::array<wchar_t, 256> password{};
+  const DWORD length = GetEnvironmentVariableW(L"LATCHKEY_PASSWORD", password.data(),
+                                               static_cast<DWORD>(password.size()));
   int count = 0;
   wchar_t** const arguments = CommandLineToArgvW(GetCommandLineW(), &count);
-  if (count != 2 || length == 0 || length >= 256) {
+  if (count != 2 || length == 0 || length >= password.size()) {
     std::puts("usage: set LATCHKEY_PASSWORD, then encrypt_text TEXT");
     return 2;
   }
   Check(CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED), "CoInitializeEx");
-  EncryptText(arguments[1], password);
+  EncryptText(arguments[1], password.data());
   CoUninitialize();
   LocalFree(arguments);
   return 0;

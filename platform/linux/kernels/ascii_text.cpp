@@ -5,6 +5,7 @@ namespace latchkey::platform {
 const AsciiText& AsciiTextAt(CpuLevel level) noexcept {
   switch (level) {
 #ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512Vbmi:
     case CpuLevel::Avx512:
       return kAsciiTextAvx512;
     case CpuLevel::Avx2:

@@ -5,6 +5,7 @@ namespace latchkey::platform {
 const BulkDecryption<des::KeySchedule>& DesBulk(CpuLevel level) noexcept {
   switch (level) {
 #ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512Vbmi:
     case CpuLevel::Avx512:
       return kDesBulkAvx512;
     case CpuLevel::Avx2:
@@ -18,6 +19,7 @@ const BulkDecryption<des::KeySchedule>& DesBulk(CpuLevel level) noexcept {
 const BulkDecryption<Rc2Key>& Rc2Bulk(CpuLevel level) noexcept {
   switch (level) {
 #ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512Vbmi:
     case CpuLevel::Avx512:
       return kRc2BulkAvx512;
     case CpuLevel::Avx2:

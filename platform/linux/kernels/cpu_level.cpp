@@ -33,7 +33,8 @@ CpuLevel HighestCpuLevel() noexcept {
   // The compiler's run-time asks the operating system too, whether it keeps the wide registers.
   if (static_cast<bool>(__builtin_cpu_supports("avx512f")) &&
       static_cast<bool>(__builtin_cpu_supports("avx512bw"))) {
-    return CpuLevel::Avx512;
+    return static_cast<bool>(__builtin_cpu_supports("avx512vbmi")) ? CpuLevel::Avx512Vbmi
+                                                                   : CpuLevel::Avx512;
   }
   if (static_cast<bool>(__builtin_cpu_supports("avx2"))) return CpuLevel::Avx2;
 #endif
@@ -43,6 +44,7 @@ CpuLevel HighestCpuLevel() noexcept {
 CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept {
   if (name == "portable") return CpuLevel::Portable;
   if (name == "avx2") return std::min(CpuLevel::Avx2, highest);
+  if (name == "avx512") return std::min(CpuLevel::Avx512, highest);
   return highest;
 }
 

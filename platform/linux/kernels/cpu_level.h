@@ -8,16 +8,17 @@ namespace latchkey::platform {
 
 // In rising order; each has all that the ones before it have.
 enum class CpuLevel {
-  Portable,  // standard C++ for any CPU
-  Avx2,      // 256-bit vectors
-  Avx512     // 512-bit vectors with byte and word operations (AVX-512F, AVX-512BW)
+  Portable,   // standard C++ for any CPU
+  Avx2,       // 256-bit vectors
+  Avx512,     // 512-bit vectors with byte and word operations (AVX-512F, AVX-512BW)
+  Avx512Vbmi  // ... that move any byte to any place (AVX-512VBMI)
 };
 
 // The highest level that this build has kernels for and this machine can run.
 [[nodiscard]] CpuLevel HighestCpuLevel() noexcept;
 
-// The level of that name (portable, avx2, avx512), but at most `highest`, which any other name
-// gives too: a wish that cannot be granted costs speed at most, never the result.
+// The level of that name (portable, avx2, avx512, avx512vbmi), but at most `highest`, which any
+// other name gives too: a wish that cannot be granted costs speed at most, never the result.
 [[nodiscard]] CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept;
 
 // The level of this process: the highest, or the one that LATCHKEY_CPU named at the first call.

@@ -5,6 +5,8 @@ namespace latchkey::platform {
 const HexDigits& HexDigitsAt(CpuLevel level) noexcept {
   switch (level) {
 #ifdef LATCHKEY_X86_KERNELS
+    case CpuLevel::Avx512Vbmi:
+      return kHexDigitsAvx512Vbmi;
     case CpuLevel::Avx512:
       return kHexDigitsAvx512;
     case CpuLevel::Avx2:

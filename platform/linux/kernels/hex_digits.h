@@ -11,5 +11,6 @@ namespace latchkey::platform {
 // The bodies beside the portable one, one file each, where the build has kernels for the level.
 extern const HexDigits kHexDigitsAvx2;
 extern const HexDigits kHexDigitsAvx512;
+extern const HexDigits kHexDigitsAvx512Vbmi;
 
 }  // namespace latchkey::platform

@@ -14,14 +14,15 @@ namespace latchkey::test {
 inline std::vector<platform::CpuLevel> LevelsOfThisMachine() {
   using platform::CpuLevel;
   std::vector<CpuLevel> levels;
-  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
+  for (const CpuLevel level :
+       {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512, CpuLevel::Avx512Vbmi}) {
     if (level <= platform::HighestCpuLevel()) levels.push_back(level);
   }
   return levels;
 }
 
 inline std::string NameOfLevel(const ::testing::TestParamInfo<platform::CpuLevel>& level) {
-  constexpr std::array kNames{"portable", "avx2", "avx512"};
+  constexpr std::array kNames{"portable", "avx2", "avx512", "avx512vbmi"};
   return kNames.at(static_cast<std::size_t>(level.param));
 }
 

@@ -11,10 +11,12 @@ namespace {
 TEST(KernelCpuLevelTest, ANameForcesItsLevel) {
   EXPECT_EQ(CpuLevelNamed("portable", CpuLevel::Avx512), CpuLevel::Portable);
   EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Avx512), CpuLevel::Avx2);
-  EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx512), CpuLevel::Avx512);
+  EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx512Vbmi), CpuLevel::Avx512);
+  EXPECT_EQ(CpuLevelNamed("avx512vbmi", CpuLevel::Avx512Vbmi), CpuLevel::Avx512Vbmi);
 }
 
 TEST(KernelCpuLevelTest, NoLevelAboveTheMachinesIsForced) {
+  EXPECT_EQ(CpuLevelNamed("avx512vbmi", CpuLevel::Avx512), CpuLevel::Avx512);
   EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx2), CpuLevel::Avx2);
   EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Portable), CpuLevel::Portable);
 }
