@@ -38,7 +38,7 @@ std::uint32_t LongAnsiCode(char16_t character) {
                                               size, nullptr, nullptr)
                         : WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes.data(),
                                               size, nullptr, &replaced);
-  if (count <= 0 || count > 4 || replaced) return CodePage::kDefaultCode;
+  if (count <= 0 || count > 4 || replaced != FALSE) return CodePage::kDefaultCode;
   std::uint32_t code = 0;
   for (int i = 0; i < count; ++i) {
     code = code << 8 | static_cast<std::uint8_t>(bytes[static_cast<std::size_t>(i)]);

@@ -20,7 +20,8 @@ std::uint8_t* NeverNull(std::uint8_t* data) {
 bool IsBlockCipher(HCRYPTKEY key) {
   DWORD bits = 0;
   DWORD size = sizeof(bits);
-  return CryptGetKeyParam(key, KP_BLOCKLEN, reinterpret_cast<BYTE*>(&bits), &size, 0) && bits != 0;
+  return CryptGetKeyParam(key, KP_BLOCKLEN, reinterpret_cast<BYTE*>(&bits), &size, 0) != FALSE &&
+         bits != 0;
 }
 
 // What no block cipher can decrypt. Wine would look for the padding before the start of an empty
@@ -91,8 +92,8 @@ class WindowsCryptoProvider final : public CryptoProvider {
                     std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                     std::uint32_t dwBufLen) override {
     DWORD length = *pdwDataLen;
-    const BOOL done =
-        ::CryptEncrypt(hKey, hHash, Final, dwFlags, NeverNull(pbData), &length, dwBufLen);
+    const BOOL done = ::CryptEncrypt(hKey, hHash, Final ? TRUE : FALSE, dwFlags, NeverNull(pbData),
+                                     &length, dwBufLen);
     *pdwDataLen = length;
     return done != FALSE;
   }
@@ -104,7 +105,8 @@ class WindowsCryptoProvider final : public CryptoProvider {
       return false;
     }
     DWORD length = *pdwDataLen;
-    const BOOL done = ::CryptDecrypt(hKey, hHash, Final, dwFlags, NeverNull(pbData), &length);
+    const BOOL done =
+        ::CryptDecrypt(hKey, hHash, Final ? TRUE : FALSE, dwFlags, NeverNull(pbData), &length);
     *pdwDataLen = length;
     return done != FALSE;
   }

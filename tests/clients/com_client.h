@@ -40,7 +40,7 @@ class ScopedVariant {
   VARIANT& Get() noexcept { return value_; }
 
  private:
-  VARIANT value_;
+  VARIANT value_{};
 };
 
 // An initialised COM apartment of the calling thread.

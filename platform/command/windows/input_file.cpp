@@ -104,7 +104,7 @@ InputFile::InputFile(const std::string& name)
 // The descriptors are those of the C run-time, which a parent of the same kind passes on.
 InputFile InputFile::FromDescriptor(int descriptor) {
   const std::string name = "descriptor " + std::to_string(descriptor);
-  const auto handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
+  auto* const handle = reinterpret_cast<HANDLE>(_get_osfhandle(descriptor));
   return {CopyOf(handle, "cannot read", name), name};
 }
 
@@ -127,8 +127,8 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
 
 std::optional<std::uint64_t> InputFile::Size() const {
   LARGE_INTEGER size;
-  const bool known =
-      GetFileType(HandleOf(file_)) == FILE_TYPE_DISK && GetFileSizeEx(HandleOf(file_), &size);
+  const bool known = GetFileType(HandleOf(file_)) == FILE_TYPE_DISK &&
+                     GetFileSizeEx(HandleOf(file_), &size) != FALSE;
   return known ? std::optional(static_cast<std::uint64_t>(size.QuadPart)) : std::nullopt;
 }
 

@@ -24,7 +24,7 @@ std::wstring UserIdentifier() {
   if (!ConvertSidToStringSidW(reinterpret_cast<TOKEN_USER*>(storage.data())->User.Sid, &text)) {
     return {};
   }
-  const std::wstring identifier = text;
+  std::wstring identifier = text;
   LocalFree(text);
   return identifier;
 }
