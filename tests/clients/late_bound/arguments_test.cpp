@@ -11,12 +11,12 @@ constexpr const wchar_t* kMd5OfAbc = L"900150983CD24FB0D6963F7D28E17F72";  // RF
 
 class ArgumentsTest : public LateClientTest {
  protected:
-  UniqueBstr abc_ = Bstr(L"abc");
+  UniqueBstr abc = Bstr(L"abc");
 };
 
 TEST_F(ArgumentsTest, AllByPosition) {
-  const Outcome outcome = api_.Call(
-      L"CreateHash", {Value(abc_.Get()), Value(1), Value(true), Value(false), Value(false)});
+  const Outcome outcome = api.Call(
+      L"CreateHash", {Value(abc.Get()), Value(1), Value(true), Value(false), Value(false)});
   EXPECT_EQ(outcome.result, S_OK);
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
@@ -27,7 +27,7 @@ TEST_F(ArgumentsTest, NamesOfMembersAndArgumentsAreFoundInAnyCase) {
   wchar_t* names[] = {member.data(), argument.data()};
   DISPID ids[] = {-7, -7};
   ASSERT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), S_OK);
-  EXPECT_EQ(ids[0], api_.IdOf(L"CreateHash"));
+  EXPECT_EQ(ids[0], api.IdOf(L"CreateHash"));
   EXPECT_EQ(ids[1], 1);
 }
 
@@ -38,7 +38,7 @@ TEST_F(ArgumentsTest, UnknownNamesAreToldApart) {
   DISPID ids[] = {-7, -7};
   EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
-  EXPECT_EQ(api_.IdOf(L"Nothing"), DISPID_UNKNOWN);
+  EXPECT_EQ(api.IdOf(L"Nothing"), DISPID_UNKNOWN);
 }
 
 TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
@@ -48,7 +48,7 @@ TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
   wchar_t* names[] = {member.data(), unknown.data(), known.data()};
   DISPID ids[] = {-7, -7, -7};
   EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 3, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
-  EXPECT_EQ(ids[0], api_.IdOf(L"CreateHash"));
+  EXPECT_EQ(ids[0], api.IdOf(L"CreateHash"));
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
   EXPECT_EQ(ids[2], 2);
 }
@@ -57,7 +57,7 @@ TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
 TEST_F(ArgumentsTest, OnlyWhatCanBeCalledHasANumber) {
   for (const wchar_t* const name :
        {L"CreateHas", L"CreateHash1", L"", L"QueryInterface", L"Invoke"}) {
-    EXPECT_EQ(api_.IdOf(name), DISPID_UNKNOWN) << name;
+    EXPECT_EQ(api.IdOf(name), DISPID_UNKNOWN) << name;
   }
   std::wstring member = L"CreateHash";
   std::wstring result = L"result";
@@ -90,60 +90,60 @@ TEST_F(ArgumentsTest, EveryNameIsTheTypeLibrarys) {
 
 TEST_F(ArgumentsTest, ByNameInAnyOrder) {
   const Outcome outcome =
-      api_.CallNamed(L"CreateHash", {{2, Value(true)}, {0, Value(abc_.Get())}, {1, Value(1)}});
+      api.CallNamed(L"CreateHash", {{2, Value(true)}, {0, Value(abc.Get())}, {1, Value(1)}});
   EXPECT_EQ(outcome.result, S_OK);
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
 
 TEST_F(ArgumentsTest, ByNameBehindThoseByPosition) {
   const Outcome outcome =
-      api_.CallNamed(L"CreateHash", {{2, Value(true)}, {1, Value(1)}}, {Value(abc_.Get())});
+      api.CallNamed(L"CreateHash", {{2, Value(true)}, {1, Value(1)}}, {Value(abc.Get())});
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
 
 TEST_F(ArgumentsTest, LeftOutOnesGetTheirDefaults) {
   // No hash number: refused by the provider, nothing recorded.
-  EXPECT_EQ(api_.Call(L"CreateHash").text, L"");
-  EXPECT_EQ(main_.Get(L"ErrorExists").number, VARIANT_FALSE);
+  EXPECT_EQ(api.Call(L"CreateHash").text, L"");
+  EXPECT_EQ(main.Get(L"ErrorExists").number, VARIANT_FALSE);
   const Outcome inTheMiddle =
-      api_.Call(L"CreateHash", {LeftOut(), Value(1), Value(true), LeftOut()});
+      api.Call(L"CreateHash", {LeftOut(), Value(1), Value(true), LeftOut()});
   EXPECT_EQ(inTheMiddle.result, S_OK);
   EXPECT_EQ(inTheMiddle.text, L"D41D8CD98F00B204E9800998ECF8427E");  // RFC 1321, empty text
-  const Outcome operation = api_.Call(L"Encrypt");
+  const Outcome operation = api.Call(L"Encrypt");
   EXPECT_EQ(operation.type, VT_BOOL);
   EXPECT_EQ(operation.number, VARIANT_FALSE);
-  EXPECT_EQ(main_.Get(L"ErrorLocationID").number, 718);
-  EXPECT_EQ(api_.Call(L"CreateSaltValue").text, L"");
-  EXPECT_EQ(api_.Call(L"CreateRandom", {Value(0), Value(true)}).text, L"");
+  EXPECT_EQ(main.Get(L"ErrorLocationID").number, 718);
+  EXPECT_EQ(api.Call(L"CreateSaltValue").text, L"");
+  EXPECT_EQ(api.Call(L"CreateRandom", {Value(0), Value(true)}).text, L"");
 }
 
 TEST_F(ArgumentsTest, ALeftOutBooleanByReferenceGetsItsDefault) {
-  EXPECT_EQ(api_.Call(L"ConvertStringToHex", {Value(abc_.Get())}).text, L"616263");
-  EXPECT_EQ(api_.Call(L"ConvertStringToHex", {Value(abc_.Get()), LeftOut()}).text, L"616263");
+  EXPECT_EQ(api.Call(L"ConvertStringToHex", {Value(abc.Get())}).text, L"616263");
+  EXPECT_EQ(api.Call(L"ConvertStringToHex", {Value(abc.Get()), LeftOut()}).text, L"616263");
 }
 
 TEST_F(ArgumentsTest, AWrongNumberIsRefused) {
-  EXPECT_EQ(api_.Call(L"ConvertStringFromHex").result, DISP_E_BADPARAMCOUNT);
-  EXPECT_EQ(api_.Call(L"Encrypt", {Value(1), Value(1), Value(1)}).result, DISP_E_BADPARAMCOUNT);
-  EXPECT_EQ(api_.Call(L"ConvertStringToHex").result, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(api.Call(L"ConvertStringFromHex").result, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(api.Call(L"Encrypt", {Value(1), Value(1), Value(1)}).result, DISP_E_BADPARAMCOUNT);
+  EXPECT_EQ(api.Call(L"ConvertStringToHex").result, DISP_E_BADPARAMCOUNT);
   DISPPARAMS none = {};
-  EXPECT_EQ(api_.Invoke(api_.IdOf(L"Password"), DISPATCH_PROPERTYPUT, &none).result,
+  EXPECT_EQ(api.Invoke(api.IdOf(L"Password"), DISPATCH_PROPERTYPUT, &none).result,
             DISP_E_BADPARAMCOUNT);
 }
 
 TEST_F(ArgumentsTest, ARequiredOneCannotBeLeftOut) {
-  const Outcome outcome = api_.Call(L"ConvertStringToHex", {LeftOut(), Value(true)});
+  const Outcome outcome = api.Call(L"ConvertStringToHex", {LeftOut(), Value(true)});
   EXPECT_EQ(outcome.result, DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(outcome.badArgument, 1U);
 }
 
 TEST_F(ArgumentsTest, AnUnknownNameAndANameGivenTwiceAreNotFound) {
-  const Outcome unknown = api_.CallNamed(L"Encrypt", {{7, Value(1)}});
+  const Outcome unknown = api.CallNamed(L"Encrypt", {{7, Value(1)}});
   EXPECT_EQ(unknown.result, DISP_E_PARAMNOTFOUND);
   EXPECT_EQ(unknown.badArgument, 0U);
-  EXPECT_EQ(api_.CallNamed(L"Encrypt", {{-1, Value(1)}}).result, DISP_E_PARAMNOTFOUND);
-  EXPECT_EQ(api_.CallNamed(L"Encrypt", {{0, Value(1)}}, {Value(1)}).result, DISP_E_PARAMNOTFOUND);
-  EXPECT_EQ(api_.CallNamed(L"Encrypt", {{DISPID_PROPERTYPUT, Value(1)}}).result,
+  EXPECT_EQ(api.CallNamed(L"Encrypt", {{-1, Value(1)}}).result, DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(api.CallNamed(L"Encrypt", {{0, Value(1)}}, {Value(1)}).result, DISP_E_PARAMNOTFOUND);
+  EXPECT_EQ(api.CallNamed(L"Encrypt", {{DISPID_PROPERTYPUT, Value(1)}}).result,
             DISP_E_PARAMNOTFOUND);
 }
 
@@ -153,37 +153,36 @@ TEST_F(ArgumentsTest, ValuesOfOtherTypesAreConverted) {
   VARIANT real = OfType(VT_R8);
   V_R8(&real) = 1.0;
   EXPECT_EQ(
-      api_.Call(L"CreateHash", {Value(abc_.Get()), Value(one.Get()), Value(wordTrue.Get())}).text,
+      api.Call(L"CreateHash", {Value(abc.Get()), Value(one.Get()), Value(wordTrue.Get())}).text,
       kMd5OfAbc);
-  EXPECT_EQ(api_.Call(L"CreateHash", {Value(abc_.Get()), real, Value(1)}).text, kMd5OfAbc);
-  EXPECT_EQ(api_.Call(L"ConvertStringToHex", {Value(12)}).text, L"3132");
-  EXPECT_EQ(api_.Call(L"ConvertStringToHex", {OfType(VT_EMPTY)}).text, L"");
+  EXPECT_EQ(api.Call(L"CreateHash", {Value(abc.Get()), real, Value(1)}).text, kMd5OfAbc);
+  EXPECT_EQ(api.Call(L"ConvertStringToHex", {Value(12)}).text, L"3132");
+  EXPECT_EQ(api.Call(L"ConvertStringToHex", {OfType(VT_EMPTY)}).text, L"");
 }
 
 TEST_F(ArgumentsTest, VariablesPassedByReferenceAreRead) {
-  VARIANT text = Value(abc_.Get());
+  VARIANT text = Value(abc.Get());
   VARIANT number = Value(1);
   VARIANT flag = Value(true);
   VARIANT outer = ReferenceTo(number);
   EXPECT_EQ(
-      api_.Call(L"CreateHash", {ReferenceTo(text), ReferenceTo(outer), ReferenceTo(flag)}).text,
+      api.Call(L"CreateHash", {ReferenceTo(text), ReferenceTo(outer), ReferenceTo(flag)}).text,
       kMd5OfAbc);
   LONG plain = 1;
   VARIANT plainReference = OfType(VT_BYREF | VT_I4);
   V_I4REF(&plainReference) = &plain;
-  EXPECT_EQ(api_.Call(L"CreateHash", {Value(abc_.Get()), plainReference, Value(true)}).text,
+  EXPECT_EQ(api.Call(L"CreateHash", {Value(abc.Get()), plainReference, Value(true)}).text,
             kMd5OfAbc);
 }
 
 TEST_F(ArgumentsTest, AValueThatDoesNotConvertNamesItsArgument) {
-  const Outcome word =
-      api_.Call(L"CreateHash", {Value(abc_.Get()), Value(abc_.Get()), Value(true)});
+  const Outcome word = api.Call(L"CreateHash", {Value(abc.Get()), Value(abc.Get()), Value(true)});
   EXPECT_EQ(word.result, DISP_E_TYPEMISMATCH);
   EXPECT_EQ(word.badArgument, 1U);
-  const Outcome large = api_.Call(L"Encrypt", {Value(70000), Value(1)});
+  const Outcome large = api.Call(L"Encrypt", {Value(70000), Value(1)});
   EXPECT_EQ(large.result, DISP_E_OVERFLOW);
   EXPECT_EQ(large.badArgument, 1U);
-  const Outcome null = api_.Call(L"ConvertStringToHex", {OfType(VT_NULL)});
+  const Outcome null = api.Call(L"ConvertStringToHex", {OfType(VT_NULL)});
   EXPECT_EQ(null.result, DISP_E_TYPEMISMATCH);
   EXPECT_EQ(null.badArgument, 0U);
 }
@@ -194,12 +193,12 @@ TEST_F(ArgumentsTest, ABooleanByReferenceTakesAnyShape) {
   const UniqueBstr word = Bstr(L"True");
   for (const VARIANT& shape :
        {Value(true), ReferenceTo(own), ReferenceTo(number), Value(-1), Value(word.Get())}) {
-    ASSERT_EQ(api_.Put(L"EnhancedProvider", shape).result, S_OK);
-    ASSERT_EQ(api_.Call(L"Encrypt", {Value(1), Value(4)}).result, S_OK);
-    EXPECT_NE(main_.Get(L"ErrorLocationID").number, 719) << V_VT(&shape);
-    ASSERT_EQ(api_.Put(L"EnhancedProvider", Value(false)).result, S_OK);
-    ASSERT_EQ(api_.Call(L"Encrypt", {Value(1), Value(4)}).result, S_OK);
-    EXPECT_EQ(main_.Get(L"ErrorLocationID").number, 719);
+    ASSERT_EQ(api.Put(L"EnhancedProvider", shape).result, S_OK);
+    ASSERT_EQ(api.Call(L"Encrypt", {Value(1), Value(4)}).result, S_OK);
+    EXPECT_NE(main.Get(L"ErrorLocationID").number, 719) << V_VT(&shape);
+    ASSERT_EQ(api.Put(L"EnhancedProvider", Value(false)).result, S_OK);
+    ASSERT_EQ(api.Call(L"Encrypt", {Value(1), Value(4)}).result, S_OK);
+    EXPECT_EQ(main.Get(L"ErrorLocationID").number, 719);
   }
   EXPECT_EQ(own, VARIANT_TRUE);
 }
@@ -207,22 +206,21 @@ TEST_F(ArgumentsTest, ABooleanByReferenceTakesAnyShape) {
 TEST_F(ArgumentsTest, APropertyPutWorksWithAndWithoutItsName) {
   VARIANT value = Value(false);
   DISPPARAMS unnamed = {&value, nullptr, 1, 0};
-  EXPECT_EQ(api_.Invoke(api_.IdOf(L"UseDefaultPWD"), DISPATCH_PROPERTYPUT, &unnamed).result, S_OK);
-  EXPECT_EQ(api_.Put(L"UseDefaultPWD", value, DISPATCH_PROPERTYPUTREF).result, S_OK);
-  EXPECT_EQ(
-      api_.Put(L"UseDefaultPWD", value, DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF).result,
-      S_OK);
+  EXPECT_EQ(api.Invoke(api.IdOf(L"UseDefaultPWD"), DISPATCH_PROPERTYPUT, &unnamed).result, S_OK);
+  EXPECT_EQ(api.Put(L"UseDefaultPWD", value, DISPATCH_PROPERTYPUTREF).result, S_OK);
+  EXPECT_EQ(api.Put(L"UseDefaultPWD", value, DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF).result,
+            S_OK);
 }
 
 TEST_F(ArgumentsTest, AVariantReachesStringToByteArrayAsItStands) {
-  EXPECT_EQ(api_.Call(L"StringToByteArray", {Value(abc_.Get())}).bytes, TextArray("abc"));
-  EXPECT_EQ(api_.Call(L"StringToByteArray", {Value(12)}).bytes, TextArray("12"));
-  EXPECT_EQ(api_.Call(L"StringToByteArray", {Value(true)}).bytes, TextArray("True"));
-  VARIANT variable = Value(abc_.Get());
-  EXPECT_EQ(api_.Call(L"StringToByteArray", {ReferenceTo(variable)}).bytes, TextArray("abc"));
-  ExpectException(api_.Call(L"StringToByteArray", {OfType(VT_NULL)}), 94, L"Invalid use of Null");
+  EXPECT_EQ(api.Call(L"StringToByteArray", {Value(abc.Get())}).bytes, TextArray("abc"));
+  EXPECT_EQ(api.Call(L"StringToByteArray", {Value(12)}).bytes, TextArray("12"));
+  EXPECT_EQ(api.Call(L"StringToByteArray", {Value(true)}).bytes, TextArray("True"));
+  VARIANT variable = Value(abc.Get());
+  EXPECT_EQ(api.Call(L"StringToByteArray", {ReferenceTo(variable)}).bytes, TextArray("abc"));
+  ExpectException(api.Call(L"StringToByteArray", {OfType(VT_NULL)}), 94, L"Invalid use of Null");
   VARIANT null = OfType(VT_NULL);
-  ExpectException(api_.Call(L"StringToByteArray", {ReferenceTo(null)}), 94, L"Invalid use of Null");
+  ExpectException(api.Call(L"StringToByteArray", {ReferenceTo(null)}), 94, L"Invalid use of Null");
 }
 
 TEST_F(ArgumentsTest, TheResultMayReplaceAnArgument) {
@@ -230,7 +228,7 @@ TEST_F(ArgumentsTest, TheResultMayReplaceAnArgument) {
   slot.Get() = Value(Bstr(L"616263").Release());
   const BSTR text = V_BSTR(&slot.Get());
   DISPPARAMS given = {&slot.Get(), nullptr, 1, 0};
-  EXPECT_EQ(Api()->Invoke(api_.IdOf(L"ConvertStringFromHex"), IID_NULL, LOCALE_USER_DEFAULT,
+  EXPECT_EQ(Api()->Invoke(api.IdOf(L"ConvertStringFromHex"), IID_NULL, LOCALE_USER_DEFAULT,
                           DISPATCH_METHOD, &given, &slot.Get(), nullptr, nullptr),
             S_OK);
   EXPECT_STREQ(V_BSTR(&slot.Get()), L"abc");

@@ -8,7 +8,7 @@ using ArrayArgumentsTest = LateClientTest;
 
 TEST_F(ArrayArgumentsTest, AnArrayByValueIsReadAndStaysAsItWas) {
   const UniqueSafeArray array(MakeByteArray(TextArray("abc")));
-  EXPECT_EQ(api_.Call(L"ByteArrayToString", {Value(array.Get())}).text, L"abc");
+  EXPECT_EQ(api.Call(L"ByteArrayToString", {Value(array.Get())}).text, L"abc");
   EXPECT_EQ(ElementsOf(array.Get()), TextArray("abc"));
   EXPECT_EQ(array.Get()->cLocks, 0U);
 }
@@ -16,33 +16,33 @@ TEST_F(ArrayArgumentsTest, AnArrayByValueIsReadAndStaysAsItWas) {
 TEST_F(ArrayArgumentsTest, APasswordByValueIsStoredAndTheCallersArrayIsItsOwn) {
   const UniqueSafeArray array(MakeByteArray(TextArray("abc")));
   for (const int kind : {DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF}) {
-    EXPECT_EQ(api_.Put(L"Password", Value(array.Get()), static_cast<WORD>(kind)).result, S_OK);
+    EXPECT_EQ(api.Put(L"Password", Value(array.Get()), static_cast<WORD>(kind)).result, S_OK);
     EXPECT_EQ(ElementsOf(array.Get()), TextArray("abc"));
-    EXPECT_EQ(api_.Get(L"Password").bytes, TextArray("abc"));
+    EXPECT_EQ(api.Get(L"Password").bytes, TextArray("abc"));
   }
 }
 
 TEST_F(ArrayArgumentsTest, APasswordByReferenceErasesTheCallersArray) {
   SAFEARRAY* array = MakeByteArray(TextArray("abc"));
-  EXPECT_EQ(api_.Put(L"Password", ReferenceTo(array)).result, S_OK);
+  EXPECT_EQ(api.Put(L"Password", ReferenceTo(array)).result, S_OK);
   EXPECT_EQ(array, nullptr);
-  EXPECT_EQ(api_.Get(L"Password").bytes, TextArray("abc"));
+  EXPECT_EQ(api.Get(L"Password").bytes, TextArray("abc"));
 }
 
 TEST_F(ArrayArgumentsTest, APasswordInAVariableByReferenceErasesTheVariablesArray) {
   VARIANT variable = Value(MakeByteArray(TextArray("abc")));
-  EXPECT_EQ(api_.Put(L"Password", ReferenceTo(variable)).result, S_OK);
+  EXPECT_EQ(api.Put(L"Password", ReferenceTo(variable)).result, S_OK);
   EXPECT_EQ(V_VT(&variable), VT_ARRAY | VT_UI1);
   EXPECT_EQ(V_ARRAY(&variable), nullptr);
   EXPECT_EQ(VariantClear(&variable), S_OK);
-  EXPECT_EQ(api_.Get(L"Password").bytes, TextArray("abc"));
+  EXPECT_EQ(api.Get(L"Password").bytes, TextArray("abc"));
 }
 
 TEST_F(ArrayArgumentsTest, APasswordReachesTheCallersArrayThroughTwoReferences) {
   SAFEARRAY* array = MakeByteArray(TextArray("abc"));
   VARIANT inner = ReferenceTo(array);
   VARIANT outer = ReferenceTo(inner);
-  EXPECT_EQ(api_.Put(L"Password", ReferenceTo(outer)).result, S_OK);
+  EXPECT_EQ(api.Put(L"Password", ReferenceTo(outer)).result, S_OK);
   EXPECT_EQ(array, nullptr);
 }
 
@@ -51,7 +51,7 @@ TEST_F(ArrayArgumentsTest, ALockedArrayInAVariableIsZeroedAndStays) {
   variable.Get() = Value(MakeByteArray(TextArray("abc")));
   SAFEARRAY* const array = V_ARRAY(&variable.Get());
   ASSERT_EQ(SafeArrayLock(array), S_OK);
-  EXPECT_EQ(api_.Put(L"Password", ReferenceTo(variable.Get())).result, S_OK);
+  EXPECT_EQ(api.Put(L"Password", ReferenceTo(variable.Get())).result, S_OK);
   EXPECT_EQ(V_ARRAY(&variable.Get()), array);
   EXPECT_EQ(ElementsOf(array), (Bytes{0, 0, 0, 0}));
   EXPECT_EQ(SafeArrayUnlock(array), S_OK);
@@ -60,9 +60,9 @@ TEST_F(ArrayArgumentsTest, ALockedArrayInAVariableIsZeroedAndStays) {
 TEST_F(ArrayArgumentsTest, AnEmptyVariableIsAnUnallocatedArray) {
   VARIANT empty = OfType(VT_EMPTY);
   const wchar_t* const description = L"Subscript out of range";
-  ExpectException(api_.Call(L"ByteArrayToString", {empty}), 9, description);
-  ExpectException(api_.Call(L"ByteArrayToString", {ReferenceTo(empty)}), 9, description);
-  ExpectException(api_.Put(L"InputData", ReferenceTo(empty)), 9, description);
+  ExpectException(api.Call(L"ByteArrayToString", {empty}), 9, description);
+  ExpectException(api.Call(L"ByteArrayToString", {ReferenceTo(empty)}), 9, description);
+  ExpectException(api.Put(L"InputData", ReferenceTo(empty)), 9, description);
   EXPECT_EQ(V_VT(&empty), VT_EMPTY);
 }
 
@@ -70,7 +70,7 @@ TEST_F(ArrayArgumentsTest, ANullArrayIsAnUnallocatedArray) {
   SAFEARRAY* none = nullptr;
   VARIANT variable = Value(none);
   for (const VARIANT& shape : {Value(none), ReferenceTo(none), ReferenceTo(variable)}) {
-    ExpectException(api_.Call(L"ByteArrayToString", {shape}), 9, L"Subscript out of range");
+    ExpectException(api.Call(L"ByteArrayToString", {shape}), 9, L"Subscript out of range");
   }
 }
 
@@ -80,8 +80,8 @@ TEST_F(ArrayArgumentsTest, AnArrayOfOtherElementsIsATypeMismatch) {
     variable.Get() = OfType(VT_ARRAY | type);
     V_ARRAY(&variable.Get()) = SafeArrayCreateVector(type, 0, 3);
     for (const VARIANT& shape : {variable.Get(), ReferenceTo(variable.Get())}) {
-      ExpectException(api_.Call(L"ByteArrayToString", {shape}), 13, L"Type mismatch");
-      ExpectException(api_.Put(L"Password", shape), 13, L"Type mismatch");
+      ExpectException(api.Call(L"ByteArrayToString", {shape}), 13, L"Type mismatch");
+      ExpectException(api.Put(L"Password", shape), 13, L"Type mismatch");
     }
   }
 }
@@ -92,8 +92,8 @@ TEST_F(ArrayArgumentsTest, AnArrayUnderAFalseNameIsATypeMismatch) {
   LONG index = 1;
   ASSERT_EQ(SafeArrayPutElement(strings.Get(), &index, Bstr(L"kept").Get()), S_OK);
   VARIANT variable = Value(strings.Get());
-  ExpectException(api_.Put(L"Password", Value(strings.Get())), 13, L"Type mismatch");
-  ExpectException(api_.Put(L"Password", ReferenceTo(variable)), 13, L"Type mismatch");
+  ExpectException(api.Put(L"Password", Value(strings.Get())), 13, L"Type mismatch");
+  ExpectException(api.Put(L"Password", ReferenceTo(variable)), 13, L"Type mismatch");
   BSTR kept = nullptr;
   ASSERT_EQ(SafeArrayGetElement(strings.Get(), &index, &kept), S_OK);
   EXPECT_EQ(Take(kept), L"kept");
@@ -104,8 +104,8 @@ TEST_F(ArrayArgumentsTest, WhatIsNoArrayIsATypeMismatch) {
   VARIANT variable = Value(text.Get());
   for (const VARIANT& shape : {Value(text.Get()), ReferenceTo(variable), Value(1), OfType(VT_NULL),
                                OfType(VT_DISPATCH), OfType(VT_BYREF | VT_ARRAY | VT_UI1)}) {
-    ExpectException(api_.Call(L"ByteArrayToString", {shape}), 13, L"Type mismatch");
-    ExpectException(api_.Put(L"InputData", shape), 13, L"Type mismatch");
+    ExpectException(api.Call(L"ByteArrayToString", {shape}), 13, L"Type mismatch");
+    ExpectException(api.Put(L"InputData", shape), 13, L"Type mismatch");
   }
 }
 
@@ -115,7 +115,7 @@ TEST_F(ArrayArgumentsTest, ShapesThatTheOperationsRefuseComeOutAsTheirFaults) {
   const UniqueSafeArray twoDimensions(SafeArrayCreate(VT_UI1, 2, bounds));
   for (SAFEARRAY* array : {behindZero.Get(), twoDimensions.Get()}) {
     for (const VARIANT& shape : {Value(array), ReferenceTo(array)}) {
-      ExpectException(api_.Call(L"ByteArrayToString", {shape}), 9, L"Subscript out of range");
+      ExpectException(api.Call(L"ByteArrayToString", {shape}), 9, L"Subscript out of range");
     }
   }
 }
@@ -123,13 +123,13 @@ TEST_F(ArrayArgumentsTest, ShapesThatTheOperationsRefuseComeOutAsTheirFaults) {
 TEST_F(ArrayArgumentsTest, ArraysComeBackAsArraysOfBytes) {
   const UniqueSafeArray input(MakeByteArray({0x04, 0x09, 0x0E, 0x13, 0}));
   const UniqueSafeArray password(MakeByteArray(TextArray("correct horse battery staple")));
-  EXPECT_EQ(api_.Get(L"OutputData").type, VT_ARRAY | VT_UI1);
-  EXPECT_EQ(api_.Get(L"OutputData").bytes, Bytes{});
-  ASSERT_EQ(api_.Put(L"Password", Value(password.Get())).result, S_OK);
-  ASSERT_EQ(api_.Put(L"InputData", Value(input.Get())).result, S_OK);
-  ASSERT_EQ(api_.Call(L"Encrypt", {Value(1), Value(1)}).number, VARIANT_TRUE);
+  EXPECT_EQ(api.Get(L"OutputData").type, VT_ARRAY | VT_UI1);
+  EXPECT_EQ(api.Get(L"OutputData").bytes, Bytes{});
+  ASSERT_EQ(api.Put(L"Password", Value(password.Get())).result, S_OK);
+  ASSERT_EQ(api.Put(L"InputData", Value(input.Get())).result, S_OK);
+  ASSERT_EQ(api.Call(L"Encrypt", {Value(1), Value(1)}).number, VARIANT_TRUE);
   // Measured on a Windows CryptoAPI: base provider, MD5, RC4.
-  EXPECT_EQ(api_.Get(L"OutputData").bytes, (Bytes{0x1A, 0x95, 0x44, 0xBD, 0}));
+  EXPECT_EQ(api.Get(L"OutputData").bytes, (Bytes{0x1A, 0x95, 0x44, 0xBD, 0}));
 }
 
 }  // namespace

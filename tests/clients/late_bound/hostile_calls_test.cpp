@@ -7,7 +7,7 @@ namespace {
 class HostileCallsTest : public LateClientTest {
  protected:
   HRESULT Invoke(DISPPARAMS* arguments) const {
-    return api_.Invoke(api_.IdOf(L"Encrypt"), DISPATCH_METHOD, arguments).result;
+    return api.Invoke(api.IdOf(L"Encrypt"), DISPATCH_METHOD, arguments).result;
   }
 };
 
@@ -27,14 +27,14 @@ TEST_F(HostileCallsTest, ListsThatAreNoneAreRefused) {
 
 TEST_F(HostileCallsTest, UnknownMembersAndWrongKindsAreNotFound) {
   DISPPARAMS none = {};
-  const DISPID inputData = api_.IdOf(L"InputData");
-  const DISPID encrypt = api_.IdOf(L"Encrypt");
+  const DISPID inputData = api.IdOf(L"InputData");
+  const DISPID encrypt = api.IdOf(L"Encrypt");
   for (const DISPID member : {0, -1, -4, 99, 0x7FFFFFFF}) {
-    EXPECT_EQ(api_.Invoke(member, DISPATCH_METHOD, &none).result, DISP_E_MEMBERNOTFOUND) << member;
+    EXPECT_EQ(api.Invoke(member, DISPATCH_METHOD, &none).result, DISP_E_MEMBERNOTFOUND) << member;
   }
-  EXPECT_EQ(api_.Invoke(inputData, DISPATCH_PROPERTYGET, &none).result, DISP_E_MEMBERNOTFOUND);
-  EXPECT_EQ(api_.Invoke(encrypt, DISPATCH_PROPERTYPUT, &none).result, DISP_E_MEMBERNOTFOUND);
-  EXPECT_EQ(api_.Invoke(encrypt, 0, &none).result, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(api.Invoke(inputData, DISPATCH_PROPERTYGET, &none).result, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(api.Invoke(encrypt, DISPATCH_PROPERTYPUT, &none).result, DISP_E_MEMBERNOTFOUND);
+  EXPECT_EQ(api.Invoke(encrypt, 0, &none).result, DISP_E_MEMBERNOTFOUND);
 }
 
 // They are described in the type information, as members that the dual interface inherits.
@@ -42,7 +42,7 @@ TEST_F(HostileCallsTest, TheMethodsOfIDispatchItselfAreNotCalled) {
   DISPPARAMS none = {};
   for (const DISPID base : {0x60000000, 0x60010000}) {
     for (DISPID member = base; member < base + 8; ++member) {
-      EXPECT_EQ(api_.Invoke(member, DISPATCH_METHOD, &none).result, DISP_E_MEMBERNOTFOUND);
+      EXPECT_EQ(api.Invoke(member, DISPATCH_METHOD, &none).result, DISP_E_MEMBERNOTFOUND);
     }
   }
 }
@@ -53,7 +53,7 @@ TEST_F(HostileCallsTest, AReservedInterfaceIdentifierMustBeNull) {
   DISPID id = 0;
   DISPPARAMS none = {};
   EXPECT_EQ(Api()->GetIDsOfNames(IID_IUnknown, &names, 1, 0, &id), DISP_E_UNKNOWNINTERFACE);
-  EXPECT_EQ(Api()->Invoke(api_.IdOf(L"Encrypt"), IID_IUnknown, 0, DISPATCH_METHOD, &none, nullptr,
+  EXPECT_EQ(Api()->Invoke(api.IdOf(L"Encrypt"), IID_IUnknown, 0, DISPATCH_METHOD, &none, nullptr,
                           nullptr, nullptr),
             DISP_E_UNKNOWNINTERFACE);
 }
@@ -84,7 +84,7 @@ TEST_F(HostileCallsTest, ResultExceptionAndArgumentPointersMayBeNull) {
   VARIANT null = OfType(VT_NULL);
   DISPPARAMS given = {&null, nullptr, 1, 0};
   const auto invoke = [&](const wchar_t* member) {
-    return Api()->Invoke(api_.IdOf(member), IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr,
+    return Api()->Invoke(api.IdOf(member), IID_NULL, 0, DISPATCH_METHOD, &given, nullptr, nullptr,
                          nullptr);
   };
   EXPECT_EQ(invoke(L"StringToByteArray"), DISP_E_EXCEPTION);
@@ -99,10 +99,10 @@ TEST_F(HostileCallsTest, ReferencesThatAreNullOrLeadInACircleAreRefused) {
   circle = ReferenceTo(circle);
   VARIANT nowhere = OfType(VT_BYREF | VT_VARIANT);
   for (const VARIANT& shape : {circle, nowhere}) {
-    EXPECT_EQ(api_.Call(L"Encrypt", {shape}).result, DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(api_.Call(L"ByteArrayToString", {shape}).result, DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(api_.Call(L"StringToByteArray", {shape}).result, DISP_E_TYPEMISMATCH);
-    EXPECT_EQ(api_.Put(L"EnhancedProvider", shape).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(api.Call(L"Encrypt", {shape}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(api.Call(L"ByteArrayToString", {shape}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(api.Call(L"StringToByteArray", {shape}).result, DISP_E_TYPEMISMATCH);
+    EXPECT_EQ(api.Put(L"EnhancedProvider", shape).result, DISP_E_TYPEMISMATCH);
   }
 }
 
@@ -112,12 +112,12 @@ TEST_F(HostileCallsTest, NoTypeWithNothingBehindItCrashesAMember) {
     for (const int form :
          {0, int{VT_BYREF}, int{VT_ARRAY}, VT_BYREF | VT_ARRAY, int{VT_VECTOR}, int{VT_RESERVED}}) {
       const VARIANT value = OfType(base | form);
-      EXPECT_EQ(api_.Call(L"ConvertStringToHex", {value, value}).type & VT_BYREF, 0);
-      EXPECT_EQ(api_.Call(L"ByteArrayToString", {value}).type & VT_BYREF, 0);
-      EXPECT_EQ(api_.Call(L"StringToByteArray", {value}).type & VT_BYREF, 0);
-      EXPECT_EQ(api_.Call(L"Encrypt", {value, value}).type & VT_BYREF, 0);
-      EXPECT_EQ(api_.Put(L"EnhancedProvider", value).type, VT_EMPTY);
-      EXPECT_EQ(api_.Put(L"Password", value).type, VT_EMPTY);
+      EXPECT_EQ(api.Call(L"ConvertStringToHex", {value, value}).type & VT_BYREF, 0);
+      EXPECT_EQ(api.Call(L"ByteArrayToString", {value}).type & VT_BYREF, 0);
+      EXPECT_EQ(api.Call(L"StringToByteArray", {value}).type & VT_BYREF, 0);
+      EXPECT_EQ(api.Call(L"Encrypt", {value, value}).type & VT_BYREF, 0);
+      EXPECT_EQ(api.Put(L"EnhancedProvider", value).type, VT_EMPTY);
+      EXPECT_EQ(api.Put(L"Password", value).type, VT_EMPTY);
     }
   }
 }
@@ -126,7 +126,7 @@ TEST_F(HostileCallsTest, AFailedCallLeavesAnEmptyResult) {
   VARIANT null = OfType(VT_NULL);
   DISPPARAMS given = {&null, nullptr, 1, 0};
   VARIANT result = OfType(0x7777);
-  EXPECT_EQ(Api()->Invoke(api_.IdOf(L"StringToByteArray"), IID_NULL, 0, DISPATCH_METHOD, &given,
+  EXPECT_EQ(Api()->Invoke(api.IdOf(L"StringToByteArray"), IID_NULL, 0, DISPATCH_METHOD, &given,
                           &result, nullptr, nullptr),
             DISP_E_EXCEPTION);
   EXPECT_EQ(V_VT(&result), VT_EMPTY);

@@ -102,7 +102,8 @@ Outcome LateClient::Put(const wchar_t* name, VARIANT value, WORD kind) const {
   return Invoke(IdOf(name), kind, &arguments);
 }
 
-Outcome LateClient::CallNamed(const wchar_t* name, std::vector<std::pair<DISPID, VARIANT>> named,
+Outcome LateClient::CallNamed(const wchar_t* name,
+                              const std::vector<std::pair<DISPID, VARIANT>>& named,
                               std::vector<VARIANT> arguments) const {
   std::vector<DISPID> ids;
   std::vector<VARIANT> all;

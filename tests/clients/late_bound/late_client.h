@@ -52,7 +52,7 @@ class LateClient {
 
   // With arguments by name, given by their positions, before those by position.
   [[nodiscard]] Outcome CallNamed(const wchar_t* name,
-                                  std::vector<std::pair<DISPID, VARIANT>> named,
+                                  const std::vector<std::pair<DISPID, VARIANT>>& named,
                                   std::vector<VARIANT> arguments = {}) const;
 
   // As it stands.
@@ -64,8 +64,8 @@ class LateClient {
 
 class LateClientTest : public ClientTest {
  protected:
-  LateClient api_{Api()};
-  LateClient main_{Main()};
+  LateClient api{Api()};
+  LateClient main{Main()};
 };
 
 }  // namespace latchkey::test

@@ -7,16 +7,16 @@ namespace {
 class ClassFactoryTest : public testing::Test {
  protected:
   HRESULT Create(REFCLSID classId, REFIID interfaceId, IUnknown* outer = nullptr) const {
-    void* object = server_.Module();  // any pointer that is not null
+    void* object = server.Module();  // any pointer that is not null
     const HRESULT result =
-        server_.Factory(classId).Get()->CreateInstance(outer, interfaceId, &object);
+        server.Factory(classId).Get()->CreateInstance(outer, interfaceId, &object);
     EXPECT_EQ(SUCCEEDED(result), object != nullptr);
     if (SUCCEEDED(result)) static_cast<IUnknown*>(object)->Release();
     return result;
   }
 
-  Apartment apartment_;
-  LoadedServer server_;
+  Apartment apartment;
+  LoadedServer server;
 };
 
 TEST_F(ClassFactoryTest, MakesObjectsOfAllThreeClassesForTheirInterfaces) {
@@ -30,7 +30,7 @@ TEST_F(ClassFactoryTest, MakesObjectsOfAllThreeClassesForTheirInterfaces) {
 }
 
 TEST_F(ClassFactoryTest, RefusesAggregation) {
-  const auto outer = server_.Create<IUnknown>(CLSID_clsTimer, IID_IUnknown);
+  const auto outer = server.Create<IUnknown>(CLSID_clsTimer, IID_IUnknown);
   EXPECT_EQ(Create(CLSID_clsCryptoAPI, IID_IUnknown, outer.Get()), CLASS_E_NOAGGREGATION);
 }
 
@@ -40,8 +40,8 @@ TEST_F(ClassFactoryTest, RefusesAnInterfaceThatTheClassDoesNotHave) {
 }
 
 TEST_F(ClassFactoryTest, ARefusedEntryObjectLeavesTheErrorRecordOfItsThreadAlone) {
-  const auto main = server_.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
-  const auto api = server_.Create<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
+  const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+  const auto api = server.Create<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
   VARIANT_BOOL done = VARIANT_FALSE;
   ASSERT_EQ(api.Get()->Encrypt(0, 0, &done), S_OK);
   EXPECT_EQ(Create(CLSID_clsMain, IID__clsTimer), E_NOINTERFACE);
@@ -51,24 +51,24 @@ TEST_F(ClassFactoryTest, ARefusedEntryObjectLeavesTheErrorRecordOfItsThreadAlone
 }
 
 TEST_F(ClassFactoryTest, NullPointersAreRefused) {
-  EXPECT_EQ(server_.GetClassObject(CLSID_clsMain, IID_IClassFactory, nullptr), E_POINTER);
-  const auto factory = server_.Factory(CLSID_clsMain);
+  EXPECT_EQ(server.GetClassObject(CLSID_clsMain, IID_IClassFactory, nullptr), E_POINTER);
+  const auto factory = server.Factory(CLSID_clsMain);
   EXPECT_EQ(factory.Get()->CreateInstance(nullptr, IID_IUnknown, nullptr), E_POINTER);
   EXPECT_EQ(factory.Get()->QueryInterface(IID_IUnknown, nullptr), E_POINTER);
 }
 
 TEST_F(ClassFactoryTest, AnUnknownClassOrFactoryInterfaceIsRefused) {
-  void* object = server_.Module();
-  EXPECT_EQ(server_.GetClassObject(IID__clsMain, IID_IClassFactory, &object),
+  void* object = server.Module();
+  EXPECT_EQ(server.GetClassObject(IID__clsMain, IID_IClassFactory, &object),
             CLASS_E_CLASSNOTAVAILABLE);
   EXPECT_EQ(object, nullptr);
-  object = server_.Module();
-  EXPECT_EQ(server_.GetClassObject(CLSID_clsMain, IID__clsMain, &object), E_NOINTERFACE);
+  object = server.Module();
+  EXPECT_EQ(server.GetClassObject(CLSID_clsMain, IID__clsMain, &object), E_NOINTERFACE);
   EXPECT_EQ(object, nullptr);
 }
 
 TEST_F(ClassFactoryTest, AnObjectIsOneIdentityUnderAllItsInterfaces) {
-  const auto timer = server_.Create<_clsTimer>(CLSID_clsTimer, IID__clsTimer);
+  const auto timer = server.Create<_clsTimer>(CLSID_clsTimer, IID__clsTimer);
   void* expected = nullptr;
   ASSERT_EQ(timer.Get()->QueryInterface(IID_IUnknown, &expected), S_OK);
   const UniqueInterface<IUnknown> identity(static_cast<IUnknown*>(expected));

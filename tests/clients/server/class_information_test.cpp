@@ -6,15 +6,15 @@ namespace {
 
 class ClassInformationTest : public testing::Test {
  protected:
-  UniqueInterface<ITypeInfo> Describe(REFCLSID classId) const {
-    const auto object = server_.Create<IProvideClassInfo>(classId, IID_IProvideClassInfo);
+  [[nodiscard]] UniqueInterface<ITypeInfo> Describe(REFCLSID classId) const {
+    const auto object = server.Create<IProvideClassInfo>(classId, IID_IProvideClassInfo);
     ITypeInfo* typeInfo = nullptr;
     EXPECT_EQ(object.Get()->GetClassInfo(&typeInfo), S_OK);
     return UniqueInterface<ITypeInfo>(typeInfo);
   }
 
-  Apartment apartment_;
-  LoadedServer server_;
+  Apartment apartment;
+  LoadedServer server;
 };
 
 TEST_F(ClassInformationTest, EveryObjectShowsItsOwnClass) {
@@ -38,13 +38,13 @@ TEST_F(ClassInformationTest, TheClassHasTheNameThatClientsKnow) {
 }
 
 TEST_F(ClassInformationTest, ANullPointerIsRefused) {
-  const auto object = server_.Create<IProvideClassInfo>(CLSID_clsTimer, IID_IProvideClassInfo);
+  const auto object = server.Create<IProvideClassInfo>(CLSID_clsTimer, IID_IProvideClassInfo);
   EXPECT_EQ(object.Get()->GetClassInfo(nullptr), E_POINTER);
 }
 
 // There are no events, and so no source interface that IProvideClassInfo2 could name.
 TEST_F(ClassInformationTest, NoEventsAreOffered) {
-  const auto object = server_.Create<IUnknown>(CLSID_clsMain, IID_IUnknown);
+  const auto object = server.Create<IUnknown>(CLSID_clsMain, IID_IUnknown);
   for (const IID& interfaceId : {IID_IProvideClassInfo2, IID_IConnectionPointContainer}) {
     void* found = nullptr;
     EXPECT_EQ(object.Get()->QueryInterface(interfaceId, &found), E_NOINTERFACE);

@@ -20,9 +20,9 @@ class LoadedServer {
   HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object) const {
     return getClassObject_(classId, interfaceId, object);
   }
-  HRESULT CanUnloadNow() const { return canUnloadNow_(); }
-  HRESULT Register() const { return registerServer_(); }
-  HRESULT Unregister() const { return unregisterServer_(); }
+  [[nodiscard]] HRESULT CanUnloadNow() const { return canUnloadNow_(); }
+  [[nodiscard]] HRESULT Register() const { return registerServer_(); }
+  [[nodiscard]] HRESULT Unregister() const { return unregisterServer_(); }
   HRESULT Install(bool install, const wchar_t* options) const {
     return install_(install ? TRUE : FALSE, options);
   }

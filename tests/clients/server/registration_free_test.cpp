@@ -19,17 +19,17 @@ class ManifestContext {
     ACTCTXW description = {};
     description.cbSize = sizeof(description);
     description.lpSource = path.c_str();
-    context_ = CreateActCtxW(&description);
-    EXPECT_NE(context_, INVALID_HANDLE_VALUE) << GetLastError();
+    context = CreateActCtxW(&description);
+    EXPECT_NE(context, INVALID_HANDLE_VALUE) << GetLastError();
   }
   ManifestContext(const ManifestContext&) = delete;
   ManifestContext& operator=(const ManifestContext&) = delete;
-  ~ManifestContext() { ReleaseActCtx(context_); }
+  ~ManifestContext() { ReleaseActCtx(context); }
 
-  [[nodiscard]] HANDLE Get() const { return context_; }
+  [[nodiscard]] HANDLE Get() const { return context; }
 
  private:
-  HANDLE context_;
+  HANDLE context;
 };
 
 class Activation {
@@ -62,8 +62,8 @@ class RegistrationFreeTest : public testing::Test {
   // Nothing is left over from the context either.
   ~RegistrationFreeTest() override { ExpectNotRegistered(); }
 
-  Apartment apartment_;
-  ManifestContext context_;
+  Apartment apartment;
+  ManifestContext context;
 };
 
 // The class that an object is of, by what it tells about itself.
@@ -79,7 +79,7 @@ CLSID ClassOf(IProvideClassInfo* object) {
 }
 
 TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsIdentifier) {
-  const Activation activation(context_);
+  const Activation activation(context);
   for (const CLSID& classId : {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer}) {
     const auto object = CreateObject<IProvideClassInfo>(classId, IID_IProvideClassInfo);
     ASSERT_NE(object.Get(), nullptr);
@@ -90,7 +90,7 @@ TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsIdentifier) {
 // The identifier that a name leads to may be one made up for the context; the class is the right
 // one.
 TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsNames) {
-  const Activation activation(context_);
+  const Activation activation(context);
   const CLSID classes[] = {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer};
   for (int i = 0; i < 3; ++i) {
     for (const std::wstring& name : {std::wstring(kNames[i]), std::wstring(kNames[i]) + L".1"}) {
@@ -118,7 +118,7 @@ std::wstring HexFromAnotherApartment(const ManifestContext& context, IStream* st
 }
 
 TEST_F(RegistrationFreeTest, InterfacesAreMarshaledByTheTypeLibrary) {
-  const Activation activation(context_);
+  const Activation activation(context);
   const auto main = CreateMain();
   const auto api = CreateCryptoApi();
   ASSERT_NE(api.Get(), nullptr);
@@ -127,7 +127,7 @@ TEST_F(RegistrationFreeTest, InterfacesAreMarshaledByTheTypeLibrary) {
   std::wstring hex;
   HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
   std::thread client([&] {
-    hex = HexFromAnotherApartment(context_, stream);
+    hex = HexFromAnotherApartment(context, stream);
     SetEvent(done);
   });
   DWORD index = 0;

@@ -58,29 +58,29 @@ class RegistrationTest : public testing::Test {
   ~RegistrationTest() override { UnregisterAll(); }
 
   void UnregisterAll() const {
-    EXPECT_EQ(server_.Install(false, L"user"), S_OK);
-    EXPECT_EQ(server_.Unregister(), S_OK);
+    EXPECT_EQ(server.Install(false, L"user"), S_OK);
+    EXPECT_EQ(server.Unregister(), S_OK);
   }
 
-  std::wstring ServerPath() const {
+  [[nodiscard]] std::wstring ServerPath() const {
     std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetModuleFileNameW(server_.Module(), path.data(), MAX_PATH));
+    path.resize(GetModuleFileNameW(server.Module(), path.data(), MAX_PATH));
     return path;
   }
 
-  Apartment apartment_;
-  LoadedServer server_;
+  Apartment apartment;
+  LoadedServer server;
 };
 
 using Nothing = std::vector<std::wstring>;
 
 TEST_F(RegistrationTest, RegisteringMakesAllKeys) {
-  ASSERT_EQ(server_.Register(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
   EXPECT_EQ(KeysThatExist(), AllKeys());
 }
 
 TEST_F(RegistrationTest, AClassKeyTellsServerNamesTypeLibraryAndVersion) {
-  ASSERT_EQ(server_.Register(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
   EXPECT_EQ(Read(kMainClass + L"\\InprocServer32"), ServerPath());
   EXPECT_EQ(Read(kMainClass + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
   EXPECT_EQ(Read(kMainClass + L"\\ProgID"), L"Latchkey.clsMain.1");
@@ -91,7 +91,7 @@ TEST_F(RegistrationTest, AClassKeyTellsServerNamesTypeLibraryAndVersion) {
 }
 
 TEST_F(RegistrationTest, EveryNameLeadsToItsClass) {
-  ASSERT_EQ(server_.Register(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
   const std::map<std::wstring, CLSID> classes = {{L"Latchkey.clsMain", CLSID_clsMain},
                                                  {L"Latchkey.clsCryptoAPI", CLSID_clsCryptoAPI},
                                                  {L"Latchkey.clsTimer", CLSID_clsTimer}};
@@ -106,24 +106,24 @@ TEST_F(RegistrationTest, EveryNameLeadsToItsClass) {
 }
 
 TEST_F(RegistrationTest, TheTypeLibraryIsFoundByItsIdentifier) {
-  ASSERT_EQ(server_.Register(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
   ITypeLib* library = nullptr;
   ASSERT_EQ(LoadRegTypeLib(LIBID_Latchkey, 1, 0, LOCALE_NEUTRAL, &library), S_OK);
   library->Release();
 }
 
 TEST_F(RegistrationTest, UnregisteringLeavesNoKey) {
-  ASSERT_EQ(server_.Register(), S_OK);
-  EXPECT_EQ(server_.Unregister(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
+  EXPECT_EQ(server.Unregister(), S_OK);
   EXPECT_EQ(KeysThatExist(), Nothing());
 }
 
 TEST_F(RegistrationTest, RegisteringAndUnregisteringTwiceIsNoFailure) {
-  EXPECT_EQ(server_.Register(), S_OK);
-  EXPECT_EQ(server_.Register(), S_OK);
+  EXPECT_EQ(server.Register(), S_OK);
+  EXPECT_EQ(server.Register(), S_OK);
   EXPECT_EQ(KeysThatExist(), AllKeys());
-  EXPECT_EQ(server_.Unregister(), S_OK);
-  EXPECT_EQ(server_.Unregister(), S_OK);
+  EXPECT_EQ(server.Unregister(), S_OK);
+  EXPECT_EQ(server.Unregister(), S_OK);
   EXPECT_EQ(KeysThatExist(), Nothing());
 }
 
@@ -143,10 +143,10 @@ void ObstructTheLastKey(HKEY root) {
 
 TEST_F(RegistrationTest, ARegistrationThatFailsHalfWayIsUndoneAndReported) {
   ObstructTheLastKey(HKEY_LOCAL_MACHINE);
-  EXPECT_EQ(server_.Register(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+  EXPECT_EQ(server.Register(), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
   EXPECT_EQ(KeysThatExist(), Nothing());
   ObstructTheLastKey(HKEY_CURRENT_USER);
-  EXPECT_EQ(server_.Install(true, L"user"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
+  EXPECT_EQ(server.Install(true, L"user"), HRESULT_FROM_WIN32(ERROR_CHILD_MUST_BE_VOLATILE));
   EXPECT_EQ(KeysThatExist(HKEY_CURRENT_USER), Nothing());
 }
 
@@ -159,7 +159,7 @@ std::vector<std::wstring> ClassAndNameKeys() {
 // Wine enters a user's type library for the machine, so that only what the DLL writes itself is
 // looked for in its place.
 TEST_F(RegistrationTest, ForTheUserTheClassesAndNamesAreTheUsersAlone) {
-  ASSERT_EQ(server_.Install(true, L"user"), S_OK);
+  ASSERT_EQ(server.Install(true, L"user"), S_OK);
   std::vector<std::wstring> ofUser = KeysThatExist(HKEY_CURRENT_USER);
   for (const std::wstring& path : ClassAndNameKeys()) {
     EXPECT_EQ(std::erase(ofUser, path), 1U);
@@ -175,33 +175,33 @@ TEST_F(RegistrationTest, ForTheUserTheClassesAndNamesAreTheUsersAlone) {
 
 TEST_F(RegistrationTest, UnregisteringForTheUserLeavesNoKey) {
   for (const wchar_t* const spelling : {L"user", L"USER"}) {
-    ASSERT_EQ(server_.Install(true, spelling), S_OK);
-    EXPECT_EQ(server_.Install(false, spelling), S_OK);
-    EXPECT_EQ(server_.Install(false, spelling), S_OK);
+    ASSERT_EQ(server.Install(true, spelling), S_OK);
+    EXPECT_EQ(server.Install(false, spelling), S_OK);
+    EXPECT_EQ(server.Install(false, spelling), S_OK);
     EXPECT_EQ(KeysThatExist(HKEY_CURRENT_USER), Nothing());
     EXPECT_EQ(KeysThatExist(), Nothing());
   }
 }
 
 TEST_F(RegistrationTest, UnregisteringForTheUserLeavesTheMachinesClasses) {
-  ASSERT_EQ(server_.Register(), S_OK);
-  EXPECT_EQ(server_.Install(false, L"user"), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
+  EXPECT_EQ(server.Install(false, L"user"), S_OK);
   for (const std::wstring& path : ClassAndNameKeys()) EXPECT_NE(Read(path), L"(none)");
 }
 
 TEST_F(RegistrationTest, InstallingWithoutOptionsIsForTheMachine) {
   for (const wchar_t* const options : {static_cast<const wchar_t*>(nullptr), L""}) {
-    ASSERT_EQ(server_.Install(true, options), S_OK);
+    ASSERT_EQ(server.Install(true, options), S_OK);
     EXPECT_EQ(KeysThatExist(), AllKeys());
     EXPECT_EQ(KeysThatExist(HKEY_CURRENT_USER), Nothing());
-    EXPECT_EQ(server_.Install(false, options), S_OK);
+    EXPECT_EQ(server.Install(false, options), S_OK);
     EXPECT_EQ(KeysThatExist(), Nothing());
   }
 }
 
 TEST_F(RegistrationTest, InstallingWithOtherOptionsIsRefused) {
   for (const wchar_t* const options : {L"users", L"machine", L" "}) {
-    EXPECT_EQ(server_.Install(true, options), E_INVALIDARG);
+    EXPECT_EQ(server.Install(true, options), E_INVALIDARG);
     EXPECT_EQ(KeysThatExist(), Nothing());
     EXPECT_EQ(KeysThatExist(HKEY_CURRENT_USER), Nothing());
   }
@@ -211,13 +211,13 @@ TEST_F(RegistrationTest, InstallingWithOtherOptionsIsRefused) {
 TEST_F(RegistrationTest, TheNamesStayWhileTheOtherBitnessIsRegistered) {
   BOOL emulated = FALSE;
   IsWow64Process(GetCurrentProcess(), &emulated);
-  ASSERT_EQ(server_.Register(), S_OK);
+  ASSERT_EQ(server.Register(), S_OK);
   HKEY key = nullptr;
   ASSERT_EQ(RegCreateKeyExW(HKEY_CLASSES_ROOT, kMainClass.c_str(), 0, nullptr, 0,
                             KEY_ALL_ACCESS | kOtherBitness, nullptr, &key, nullptr),
             ERROR_SUCCESS);
   RegCloseKey(key);
-  EXPECT_EQ(server_.Unregister(), S_OK);
+  EXPECT_EQ(server.Unregister(), S_OK);
   const bool twoViews = sizeof(void*) == 8 || emulated;
   const Nothing names = {L"Latchkey.clsMain", L"Latchkey.clsMain.1"};
   EXPECT_EQ(KeysThatExist(), twoViews ? names : Nothing());

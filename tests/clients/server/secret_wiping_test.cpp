@@ -51,7 +51,7 @@ TEST_F(SecretWipingTest, TheCallersArrayIsZeroBeforeItIsFreed) {
 TEST_F(SecretWipingTest, TheCopyOfAnArrayByValueIsZeroBeforeItIsFreed) {
   const UniqueSafeArray array(MakeByteArray(TextArray(kSecret)));
   const SecretWatch watch(kSecret);
-  ASSERT_EQ(api_.Put(L"Password", Value(array.Get())).result, S_OK);
+  ASSERT_EQ(api.Put(L"Password", Value(array.Get())).result, S_OK);
   EXPECT_GE(watch.Freed(), 1);
   EXPECT_EQ(watch.FreedWithSecret(), 0);
 }
@@ -59,7 +59,7 @@ TEST_F(SecretWipingTest, TheCopyOfAnArrayByValueIsZeroBeforeItIsFreed) {
 TEST_F(SecretWipingTest, TheCopyOfPlaintextByValueIsZeroBeforeItIsFreed) {
   const UniqueSafeArray array(MakeByteArray(TextArray(kSecret)));
   const SecretWatch watch(kSecret);
-  ASSERT_EQ(api_.Put(L"InputData", Value(array.Get())).result, S_OK);
+  ASSERT_EQ(api.Put(L"InputData", Value(array.Get())).result, S_OK);
   EXPECT_GE(watch.Freed(), 1);
   EXPECT_EQ(watch.FreedWithSecret(), 0);
 }
@@ -71,7 +71,7 @@ TEST_F(SecretWipingTest, ATextByReferenceIsNotLeftInACopy) {
   VARIANT reference = OfType(VT_BYREF | VT_BSTR);
   V_BSTRREF(&reference) = &raw;
   const SecretWatch watch({reinterpret_cast<const char*>(raw), SysStringByteLen(raw)});
-  ASSERT_EQ(api_.Call(L"ConvertStringToHex", {reference}).text, L"61207365637265742074657874");
+  ASSERT_EQ(api.Call(L"ConvertStringToHex", {reference}).text, L"61207365637265742074657874");
   EXPECT_GE(watch.Freed(), 1);
   EXPECT_EQ(watch.FreedWithSecret(), 0);
 }
@@ -83,7 +83,7 @@ TEST_F(SecretWipingTest, AResultThatTheCallerDoesNotTakeIsZeroBeforeItIsFreed) {
   VARIANT argument = Value(hex.Get());
   DISPPARAMS arguments = {&argument, nullptr, 1, 0};
   const SecretWatch watch({reinterpret_cast<const char*>(plain.data()), plain.size() * 2});
-  ASSERT_EQ(Api()->Invoke(api_.IdOf(L"ConvertStringFromHex"), IID_NULL, LOCALE_USER_DEFAULT,
+  ASSERT_EQ(Api()->Invoke(api.IdOf(L"ConvertStringFromHex"), IID_NULL, LOCALE_USER_DEFAULT,
                           DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr),
             S_OK);
   EXPECT_GE(watch.Freed(), 1);

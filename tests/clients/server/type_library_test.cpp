@@ -14,19 +14,19 @@ class TypeLibraryTest : public testing::Test {
     const LoadedServer server;
     std::wstring path(MAX_PATH, L'\0');
     GetModuleFileNameW(server.Module(), path.data(), MAX_PATH);
-    ITypeLib* library = nullptr;
-    EXPECT_EQ(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &library), S_OK);
-    library_.Reset(library);
+    ITypeLib* loaded = nullptr;
+    EXPECT_EQ(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &loaded), S_OK);
+    library.Reset(loaded);
   }
 
-  UniqueInterface<ITypeInfo> Describe(REFIID id) const {
+  [[nodiscard]] UniqueInterface<ITypeInfo> Describe(REFIID id) const {
     ITypeInfo* typeInfo = nullptr;
-    EXPECT_EQ(library_.Get()->GetTypeInfoOfGuid(id, &typeInfo), S_OK);
+    EXPECT_EQ(library.Get()->GetTypeInfoOfGuid(id, &typeInfo), S_OK);
     return UniqueInterface<ITypeInfo>(typeInfo);
   }
 
   // The interface as the vtable has it.
-  UniqueInterface<ITypeInfo> DescribeSlots(REFIID id) const {
+  [[nodiscard]] UniqueInterface<ITypeInfo> DescribeSlots(REFIID id) const {
     const auto late = Describe(id);
     HREFTYPE reference = 0;
     ITypeInfo* early = nullptr;
@@ -35,8 +35,8 @@ class TypeLibraryTest : public testing::Test {
     return UniqueInterface<ITypeInfo>(early);
   }
 
-  Apartment apartment_;
-  UniqueInterface<ITypeLib> library_;
+  Apartment apartment;
+  UniqueInterface<ITypeLib> library;
 };
 
 std::wstring HelpOf(ITypeInfo* typeInfo, MEMBERID member) {
@@ -112,23 +112,23 @@ std::vector<std::wstring> Declarations(ITypeInfo* typeInfo) {
 
 TEST_F(TypeLibraryTest, IsVersionOneOfLatchkey) {
   TLIBATTR* attributes = nullptr;
-  ASSERT_EQ(library_.Get()->GetLibAttr(&attributes), S_OK);
+  ASSERT_EQ(library.Get()->GetLibAttr(&attributes), S_OK);
   EXPECT_TRUE(IsEqualGUID(attributes->guid, LIBID_Latchkey));
   EXPECT_EQ(attributes->wMajorVerNum, 1);
   EXPECT_EQ(attributes->wMinorVerNum, 0);
   EXPECT_EQ(attributes->syskind, sizeof(void*) == 8 ? SYS_WIN64 : SYS_WIN32);
-  library_.Get()->ReleaseTLibAttr(attributes);
+  library.Get()->ReleaseTLibAttr(attributes);
   BSTR name = nullptr;
-  ASSERT_EQ(library_.Get()->GetDocumentation(-1, &name, nullptr, nullptr, nullptr), S_OK);
+  ASSERT_EQ(library.Get()->GetDocumentation(-1, &name, nullptr, nullptr, nullptr), S_OK);
   EXPECT_EQ(Take(name), L"Latchkey");
 }
 
 TEST_F(TypeLibraryTest, ShowsThreeClassesThreeInterfacesAndNothingElse) {
   std::vector<std::wstring> names;
-  for (UINT i = 0; i < library_.Get()->GetTypeInfoCount(); ++i) {
+  for (UINT i = 0; i < library.Get()->GetTypeInfoCount(); ++i) {
     BSTR name = nullptr;
     ASSERT_EQ(
-        library_.Get()->GetDocumentation(static_cast<INT>(i), &name, nullptr, nullptr, nullptr),
+        library.Get()->GetDocumentation(static_cast<INT>(i), &name, nullptr, nullptr, nullptr),
         S_OK);
     names.push_back(Take(name));
   }

@@ -70,7 +70,7 @@ class AutomationFailuresTest : public LateClientTest {
 
   // The same bound late. Inside the system's own part of the call memory may fail, too.
   int FailLate(const wchar_t* member, std::vector<VARIANT> arguments, WORD kind = DISPATCH_METHOD) {
-    const DISPID id = api_.IdOf(member);
+    const DISPID id = api.IdOf(member);
     DISPID put = DISPID_PROPERTYPUT;
     const bool isPut = kind == DISPATCH_PROPERTYPUT;
     DISPPARAMS given = {arguments.data(), isPut ? &put : nullptr,
@@ -91,14 +91,14 @@ class AutomationFailuresTest : public LateClientTest {
     });
   }
 
-  UniqueBstr text_ = Bstr(L"attack at dawn");
-  UniqueBstr hex_ = Bstr(L"616263");
-  UniqueSafeArray array_{MakeByteArray(TextArray("attack at dawn"))};
+  UniqueBstr text = Bstr(L"attack at dawn");
+  UniqueBstr hex = Bstr(L"616263");
+  UniqueSafeArray array{MakeByteArray(TextArray("attack at dawn"))};
 };
 
 TEST_F(AutomationFailuresTest, EveryMemberThatGivesAString) {
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) {
-              return Api()->CreateHash(text_.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE,
+              return Api()->CreateHash(text.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE,
                                        result);
             }),
             1);
@@ -107,16 +107,16 @@ TEST_F(AutomationFailuresTest, EveryMemberThatGivesAString) {
             }),
             1);
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) {
-              SAFEARRAY* array = array_.Get();
-              return Api()->ByteArrayToString(&array, result);
+              SAFEARRAY* bytes = array.Get();
+              return Api()->ByteArrayToString(&bytes, result);
             }),
             1);
-  EXPECT_GE(FailEarly<BSTR>(
-                [&](BSTR* result) { return Api()->ConvertStringFromHex(hex_.Get(), result); }),
-            1);
+  EXPECT_GE(
+      FailEarly<BSTR>([&](BSTR* result) { return Api()->ConvertStringFromHex(hex.Get(), result); }),
+      1);
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) {
               VARIANT_BOOL upper = VARIANT_TRUE;
-              return Api()->ConvertStringToHex(text_.Get(), &upper, result);
+              return Api()->ConvertStringToHex(text.Get(), &upper, result);
             }),
             1);
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) { return Main()->get_AppErrorDescription(result); }),
@@ -139,7 +139,7 @@ TEST_F(AutomationFailuresTest, EveryMemberThatGivesAnArray) {
   EXPECT_GE(FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) { return Api()->get_Password(result); }),
             2);
   EXPECT_GE(FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) {
-              VARIANT value = Value(text_.Get());
+              VARIANT value = Value(text.Get());
               return Api()->StringToByteArray(&value, result);
             }),
             2);
@@ -152,20 +152,20 @@ TEST_F(AutomationFailuresTest, EveryMemberThatGivesAnArray) {
 }
 
 TEST_F(AutomationFailuresTest, LateBoundResults) {
-  EXPECT_GE(FailLate(L"CreateHash", {Value(true), Value(1), Value(text_.Get())}), 1);
+  EXPECT_GE(FailLate(L"CreateHash", {Value(true), Value(1), Value(text.Get())}), 1);
   EXPECT_GE(FailLate(L"CreateRandom", {Value(20)}), 1);
   EXPECT_GE(FailLate(L"CreateSaltValue", {Value(true), Value(2)}), 1);
-  EXPECT_GE(FailLate(L"ConvertStringFromHex", {Value(hex_.Get())}), 1);
-  EXPECT_GE(FailLate(L"ConvertStringToHex", {Value(text_.Get())}), 1);
-  EXPECT_GE(FailLate(L"StringToByteArray", {Value(text_.Get())}), 2);
+  EXPECT_GE(FailLate(L"ConvertStringFromHex", {Value(hex.Get())}), 1);
+  EXPECT_GE(FailLate(L"ConvertStringToHex", {Value(text.Get())}), 1);
+  EXPECT_GE(FailLate(L"StringToByteArray", {Value(text.Get())}), 2);
   EXPECT_GE(FailLate(L"OutputData", {}, DISPATCH_PROPERTYGET), 2);
   EXPECT_GE(FailLate(L"Password", {}, DISPATCH_PROPERTYGET), 2);
 }
 
 TEST_F(AutomationFailuresTest, LateBoundArgumentsThatAreCopied) {
-  EXPECT_GE(FailLate(L"ByteArrayToString", {Value(array_.Get())}), 3);
-  EXPECT_GE(FailLate(L"InputData", {Value(array_.Get())}, DISPATCH_PROPERTYPUT), 2);
-  EXPECT_GE(FailLate(L"Password", {Value(array_.Get())}, DISPATCH_PROPERTYPUT), 2);
+  EXPECT_GE(FailLate(L"ByteArrayToString", {Value(array.Get())}), 3);
+  EXPECT_GE(FailLate(L"InputData", {Value(array.Get())}, DISPATCH_PROPERTYPUT), 2);
+  EXPECT_GE(FailLate(L"Password", {Value(array.Get())}, DISPATCH_PROPERTYPUT), 2);
   EXPECT_GE(FailLate(L"ConvertStringToHex", {Value(1234567)}), 2);
 }
 

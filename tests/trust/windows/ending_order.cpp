@@ -175,12 +175,11 @@ constexpr Order kOrders[] = {{"thread_module_process", ThreadModuleProcess},
 }  // namespace latchkey::test
 
 int main(int count, char** arguments) {
-  using namespace latchkey::test;
-  for (const Order& order : kOrders) {
+  for (const auto& order : latchkey::test::kOrders) {
     if (count != 2 || std::strcmp(arguments[1], order.name) != 0) continue;
-    const Apartment apartment;
+    const latchkey::test::Apartment apartment;
     order.play();
-    EndProcess();
+    latchkey::test::EndProcess();
   }
   return EXIT_FAILURE;
 }
