@@ -71,10 +71,9 @@ int CClient::CreateRandom() {
   });
 }
 
-int CClient::CreateSalt(std::uint32_t flags) {
-  return WithBuffer([&] {
-    return latchkey_create_salt(crypto_, flags, kRandomLength, output_.data(), &length_);
-  });
+int CClient::CreateSalt(std::uint32_t flags, std::int32_t length) {
+  return WithBuffer(
+      [&] { return latchkey_create_salt(crypto_, flags, length, output_.data(), &length_); });
 }
 
 int CClient::EncodeHex(std::span<const std::uint8_t> input) {

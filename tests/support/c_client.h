@@ -30,7 +30,7 @@ class CClient {
   int Hash(std::int32_t hash, std::span<const std::uint8_t> input);
   int RandomBytes();
   int CreateRandom();
-  int CreateSalt(std::uint32_t flags);
+  int CreateSalt(std::uint32_t flags, std::int32_t length = kRandomLength);
   int EncodeHex(std::span<const std::uint8_t> input);
   int DecodeHex(std::string_view text);
   int DescribeFailure(const latchkey_thread* thread);

@@ -34,6 +34,13 @@ void FakeProbe::SetTicks(std::vector<std::uint32_t> readings) {
   nextTick_ = 0;
 }
 
+void FakeProbe::ForgetCalls() {
+  calls = {};
+  calls.shrink_to_fit();
+  warnings = {};
+  warnings.shrink_to_fit();
+}
+
 std::size_t FakeProbe::CountCalls(const std::string& call) const {
   return static_cast<std::size_t>(std::count_if(
       calls.begin(), calls.end(), [&](const std::string& made) { return made.starts_with(call); }));

@@ -47,6 +47,9 @@ class FakeProbe final : public platform::SystemProbe {
   // The next readings of the tick counter, one after another; the last one repeats.
   void SetTicks(std::vector<std::uint32_t> readings);
 
+  // Empties the journals and lets their memory go.
+  void ForgetCalls();
+
   // How many calls of the journal begin with `call`.
   [[nodiscard]] std::size_t CountCalls(const std::string& call) const;
 

@@ -1,0 +1,105 @@
+// Encrypt and Decrypt, with the first, second, ... of their allocations failing until they succeed:
+// the record, the output and the password after each failure, and the operation afterwards.
+#include <gtest/gtest.h>
+
+#include "crypto/default_password.h"
+#include "tests/support/cipher_direction.h"
+#include "tests/support/every_allocation.h"
+
+namespace latchkey::test {
+namespace {
+
+// What an object has before the operation. A failure must replace the earlier output.
+enum class Start { Password, NoPassword, EarlierOutput };
+
+// One direction with one cipher.
+struct Operation {
+  [[nodiscard]] bool Run(clsCryptoAPI& object) const { return (object.*row.operation)(1, cipher); }
+
+  void Prepare(clsCryptoAPI& object, const ByteArray& input) const;
+  // What it does its work on.
+  [[nodiscard]] ByteArray Input() const;
+  // What it leaves in place of the earlier output when it fails.
+  [[nodiscard]] ByteArray OutputAfterFailure() const;
+  // The password after that, of the nth failure since the object has a provider.
+  [[nodiscard]] ByteArray PasswordAfterFailure(int nth) const;
+
+  const DirectionRow& row;
+  std::int16_t cipher;
+  Start start;
+};
+
+ByteArray OwnPassword() { return ArrayOf("a password that no small text holds inside itself"); }
+
+void Operation::Prepare(clsCryptoAPI& object, const ByteArray& input) const {
+  object.EnhancedProvider(true);
+  if (start != Start::NoPassword) {
+    ByteArray password = OwnPassword();
+    object.Password(password);
+  }
+  if (start == Start::EarlierOutput) {
+    // In memory of its own, which is too small for the next.
+    object.InputData(ArrayOf(SampleBytes(300)));
+    EXPECT_TRUE(object.Encrypt(1, 1));
+  }
+  object.InputData(input);
+}
+
+ByteArray Operation::Input() const {
+  const ByteArray plaintext = ArrayOf(SampleBytes(500));
+  if (row.operation == kEncryptRow.operation) return plaintext;
+  clsCryptoAPI source;
+  Prepare(source, plaintext);
+  EXPECT_TRUE(source.Encrypt(1, cipher));
+  return source.OutputData();
+}
+
+ByteArray Operation::OutputAfterFailure() const {
+  const Bytes& elements = row.outputAfterFailure;
+  return elements.empty() ? ByteArray() : ByteArray(std::span(elements));
+}
+
+ByteArray Operation::PasswordAfterFailure(int nth) const {
+  if (start != Start::NoPassword) return OwnPassword();
+  // The first is that of making the built-in password, which is stored before all else.
+  return nth > 1 ? DefaultPassword() : ByteArray{0};
+}
+
+TEST_F(EveryAllocationTest, OfEncryptAndDecryptIsRecorded) {
+  const auto sweep = [this](const Operation& operation) {
+    SCOPED_TRACE(std::string(operation.row.name) + " " + std::to_string(operation.cipher) +
+                 ", start " + std::to_string(static_cast<int>(operation.start)));
+    const ByteArray input = operation.Input();
+    ByteArray wanted;
+    int failuresWithProvider = 0;
+    return Sweep([&](int nth) {
+      clsCryptoAPI object;
+      operation.Prepare(object, input);
+      bool done = false;
+      const bool failed = RunFailing(nth, [&] { done = operation.Run(object); });
+      EXPECT_EQ(done, !failed);
+      if (nth == 0) wanted = object.OutputData();
+      if (failed) {
+        const RecordValues record = ValuesOf(ErrorRecord());
+        ExpectOutOfMemory(record, operation.row.bodyTrap, operation.row.provider.location);
+        EXPECT_EQ(object.OutputData(), operation.OutputAfterFailure());
+        if (record.type == 1) ++failuresWithProvider;
+        EXPECT_EQ(object.Password(), operation.PasswordAfterFailure(failuresWithProvider));
+      }
+      EXPECT_TRUE(operation.Run(object)) << "the call after the failure";
+      EXPECT_FALSE(ErrorRecord().ErrorExists());
+      EXPECT_EQ(object.OutputData(), wanted);
+      return failed;
+    });
+  };
+  for (const DirectionRow& row : {kEncryptRow, kDecryptRow}) {
+    for (std::int16_t cipher = 1; cipher <= 5; ++cipher) {
+      for (const Start start : {Start::Password, Start::NoPassword, Start::EarlierOutput}) {
+        EXPECT_GE(sweep({row, cipher, start}), 1);
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

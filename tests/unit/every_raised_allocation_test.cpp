@@ -1,0 +1,111 @@
+// What raises its faults to the caller, with the first, second, ... of its allocations failing
+// until it succeeds: the fault passes, and the object is as it was.
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <new>
+#include <vector>
+
+#include "tests/support/every_allocation.h"
+
+namespace latchkey::test {
+namespace {
+
+const Text kLongText(200, u'a');
+
+// Whether the step raises that there is no memory.
+bool RaisesOutOfMemory(const std::function<void()>& step) {
+  try {
+    step();
+    return false;
+  } catch (const std::bad_alloc&) {
+    return true;
+  }
+}
+
+TEST_F(EveryAllocationTest, OfThePropertiesAndByteArrayConversionsIsRaised) {
+  clsCryptoAPI object;
+  Prepare(object, ArrayOf(SampleBytes(500)));
+  ByteArray longPassword = ArrayOf(SampleBytes(400));
+  object.Password(longPassword);
+  const ByteArray password = object.Password();
+  const ByteArray array = ArrayOf(SampleBytes(300));
+  ASSERT_TRUE(object.Encrypt(1, 1));
+  const ByteArray output = object.OutputData();
+  const std::vector<std::function<void()>> steps{
+      [&] { static_cast<void>(object.OutputData()); },
+      [&] { static_cast<void>(object.Password()); },
+      [&] { static_cast<void>(object.ByteArrayToString(array)); },
+      [&] { static_cast<void>(object.StringToByteArray(TextView(kLongText))); },
+      [&] { static_cast<void>(object.StringToByteArray(1234567890.125)); },
+  };
+  for (std::size_t step = 0; step < steps.size(); ++step) {
+    SCOPED_TRACE("step " + std::to_string(step));
+    const int failures = Sweep([&](int nth) {
+      bool raised = false;
+      const bool failed = RunFailing(nth, [&] { raised = RaisesOutOfMemory(steps[step]); });
+      EXPECT_EQ(raised, failed);
+      EXPECT_EQ(object.Password(), password);
+      EXPECT_EQ(object.OutputData(), output);
+      EXPECT_FALSE(main.ErrorExists());
+      return failed;
+    });
+    EXPECT_GT(failures, 0);
+  }
+}
+
+TEST_F(EveryAllocationTest, OfSettingTheInputLeavesTheEarlierOne) {
+  const ByteArray earlier = ArrayOf(SampleBytes(500));
+  const ByteArray later = ArrayOf(SampleBytes(700));
+  const auto outputOf = [](const ByteArray& input) {
+    clsCryptoAPI object;
+    Prepare(object, input);
+    EXPECT_TRUE(object.Encrypt(1, 1));
+    return object.OutputData();
+  };
+  const int failures = Sweep([&](int nth) {
+    clsCryptoAPI object;
+    Prepare(object, earlier);
+    bool raised = false;
+    const bool failed =
+        RunFailing(nth, [&] { raised = RaisesOutOfMemory([&] { object.InputData(later); }); });
+    EXPECT_EQ(raised, failed);
+    EXPECT_TRUE(object.Encrypt(1, 1));
+    EXPECT_EQ(object.OutputData(), outputOf(failed ? earlier : later));
+    return failed;
+  });
+  EXPECT_GT(failures, 0);
+}
+
+TEST_F(EveryAllocationTest, OfSettingAPasswordLeavesTheCallersArray) {
+  const ByteArray wanted = ArrayOf(SampleBytes(300));
+  const int failures = Sweep([&](int nth) {
+    clsCryptoAPI object;
+    Prepare(object, ArrayOf("data"));
+    ByteArray password = wanted;
+    bool raised = false;
+    const bool failed =
+        RunFailing(nth, [&] { raised = RaisesOutOfMemory([&] { object.Password(password); }); });
+    EXPECT_EQ(raised, failed);
+    EXPECT_EQ(password, failed ? wanted : ByteArray());
+    EXPECT_EQ(object.Password(), failed ? ByteArray{0} : wanted);
+    EXPECT_TRUE(object.Encrypt(1, 1));
+    return failed;
+  });
+  EXPECT_EQ(failures, 1) << "the copy";
+}
+
+TEST_F(EveryAllocationTest, OfMakingARecordIsRaised) {
+  const int failures = Sweep([&](int nth) {
+    const clsMain first;
+    bool raised = false;
+    const bool failed =
+        RunFailing(nth, [&] { raised = RaisesOutOfMemory([] { const clsMain second; }); });
+    EXPECT_EQ(raised, failed);
+    return failed;
+  });
+  EXPECT_GT(failures, 0);
+}
+
+}  // namespace
+}  // namespace latchkey::test
