@@ -42,15 +42,14 @@ class Session {
   using Call = int (Session::*)();
 
   // The pointers that a set bit of the drawn byte makes null. kInPlace makes the input the buffer.
-  enum Pointer : unsigned {
-    kBuffer = 1,
-    kLength = 2,
-    kInput = 4,
-    kKey = 8,
-    kPassword = 16,
-    kResult = 32,
-    kInPlace = 64
-  };
+  using Pointer = unsigned;
+  static constexpr Pointer kBuffer = 1;
+  static constexpr Pointer kLength = 2;
+  static constexpr Pointer kInput = 4;
+  static constexpr Pointer kKey = 8;
+  static constexpr Pointer kPassword = 16;
+  static constexpr Pointer kResult = 32;
+  static constexpr Pointer kInPlace = 64;
 
   int OpenThread() { return Open(threads_); }
   int CloseThread() { return threads_.Close(Draw(threads_)); }
@@ -242,11 +241,11 @@ class Session {
 
   // Of the call that is made: what was drawn for it, and what it must answer.
   HandleChoice choice_ = HandleChoice::Newest;
-  unsigned nulls_ = 0;
+  Pointer nulls_ = 0;
   std::size_t room_ = 0;
   std::size_t length_ = 0;
   std::uint32_t flags_ = 0;
-  std::int32_t number_ = 0;
+  std::int8_t number_ = 0;
   std::span<const std::uint8_t> piece_;
   bool refused_ = false;  // for a null pointer, or an input in the buffer
   bool dead_ = false;     // the handle is not open

@@ -21,8 +21,8 @@ class AllocationSweep : public testing::Test {
  protected:
   static constexpr int kMostAllocations = 1000;
 
-  static void SetUpTestSuite() { failures_ = 0; }
-  static void TearDownTestSuite() { std::printf("%d allocations failed in turn\n", failures_); }
+  static void SetUpTestSuite() { failureSum = 0; }
+  static void TearDownTestSuite() { std::printf("%d allocations failed in turn\n", failureSum); }
 
   AllocationSweep() {
     scope.Services().probe = &still_;
@@ -65,7 +65,7 @@ class AllocationSweep : public testing::Test {
 
   // Adds to the sum of the suite.
   static int Count(int failures) {
-    failures_ += failures;
+    failureSum += failures;
     return failures;
   }
 
@@ -80,7 +80,7 @@ class AllocationSweep : public testing::Test {
   FaultyProvider provider;
 
  private:
-  static inline int failures_ = 0;
+  static inline int failureSum = 0;
   StillProbe still_;
   FakeProbe answering_;
   int warnings_ = 0;

@@ -46,7 +46,7 @@ void Operation::Prepare(clsCryptoAPI& object, const ByteArray& input) const {
 }
 
 ByteArray Operation::Input() const {
-  const ByteArray plaintext = ArrayOf(SampleBytes(500));
+  ByteArray plaintext = ArrayOf(SampleBytes(500));
   if (row.operation == kEncryptRow.operation) return plaintext;
   clsCryptoAPI source;
   Prepare(source, plaintext);
