@@ -11,9 +11,8 @@ namespace {
 
 // Google Benchmark itself prints date, machine and caches.
 void DescribeRun() {
-  constexpr const char* kLevels[] = {"portable", "avx2", "avx512", "avx512vbmi"};
   benchmark::AddCustomContext("compiler", __VERSION__);
-  benchmark::AddCustomContext("kernels", kLevels[static_cast<int>(platform::ChosenCpuLevel())]);
+  benchmark::AddCustomContext("kernels", platform::NameOf(platform::ChosenCpuLevel()));
   for (const Peer& peer : Peers()) benchmark::AddCustomContext(peer.name, peer.version);
 }
 

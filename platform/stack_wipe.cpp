@@ -19,6 +19,8 @@ void WipeFrame() noexcept {
 
 void WipeStackBelow() noexcept { WipeFrame<4096>(); }
 
+void WipeStackOfBulk() noexcept { WipeFrame<16384>(); }
+
 void WipeStackOfException() noexcept { WipeFrame<16384>(); }
 
 }  // namespace latchkey::platform

@@ -5,9 +5,13 @@
 
 namespace latchkey::platform {
 
-// Overwrites the 4 KiB of the stack below the caller's frame. The functions of Nettle use fewer:
-// MD4 copies its block there, and CBC decryption its plaintext.
+// Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that take one
+// block after the other use fewer, and leave their last block, their state and parts of keys there.
 void WipeStackBelow() noexcept;
+
+// Overwrites the 16 KiB below the caller's frame, for the kernels that keep many blocks at once and
+// spill what their registers cannot hold.
+void WipeStackOfBulk() noexcept;
 
 // Overwrites the 16 KiB below the caller's frame, in which raising an exception saved the registers
 // with what was copied last.

@@ -1,6 +1,6 @@
 // What is left of secrets after the conversions, which hold nothing, and after the C interface,
 // whose clients hold everything themselves.
-#include "com/c_call.h"
+#include "tests/secrets/c_interface.h"
 #include "tests/secrets/searched_service.h"
 
 namespace latchkey::test {
@@ -34,34 +34,12 @@ TEST_F(OtherSecretsTest, AfterTheConversionsNothingOfTheTextOrItsDigitsIsLeft) {
     const WipeAtExit wipeAgain(again);
     return back == given && again == given;
   };
-  const Secret digits = [&] {
-    const WipedText text = plaintext.Characters();
-    Text result = clsCryptoAPI().ConvertStringToHex({text.data(), text.size()});
-    const WipeAtExit wipeResult(result);
-    return Secret(result);
-  }();
-  search.Add(kResult, digits);
+  search.Add(kResult, DigitsOf(plaintext));
   SearchAfterEveryEnding(
       other,
       [&](const clsCryptoAPI& object) { return SucceedsInMemory([&] { return convert(object); }); },
       kPasswordAlone);
 }
-
-// A handle of the C interface for one scope.
-class OpenCrypto {
- public:
-  OpenCrypto() : status_(latchkey_crypto_open(&crypto_)) {}
-  OpenCrypto(const OpenCrypto&) = delete;
-  OpenCrypto& operator=(const OpenCrypto&) = delete;
-  ~OpenCrypto() { latchkey_crypto_close(crypto_); }
-
-  [[nodiscard]] bool IsOpen() const { return status_ == LATCHKEY_OK; }
-  [[nodiscard]] latchkey_crypto* Get() const { return crypto_; }
-
- private:
-  latchkey_crypto* crypto_ = nullptr;
-  int status_;
-};
 
 // Encrypts and decrypts again.
 bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
@@ -83,17 +61,7 @@ bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& pl
 // The digest of the password is what its keys are made from.
 TEST_F(OtherSecretsTest, AfterEncryptionInCNeitherTextNorPasswordNorItsDigestIsLeft) {
   const Secret other = Secret::Random(16);
-  const Secret digest = [&] {
-    const OpenCrypto crypto;
-    const WipedBytes secret = password.Bytes();
-    WipedBytes result(16);
-    std::size_t length = result.size();
-    EXPECT_EQ(latchkey_hash(crypto.Get(), LATCHKEY_MD5, secret.data(), secret.size(), result.data(),
-                            &length),
-              LATCHKEY_OK);
-    return Secret(result);
-  }();
-  search.Add(kResult, digest);
+  search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
   EXPECT_EQ(Count(), kNone);
   for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
     SCOPED_TRACE("cipher " + std::to_string(cipher));
@@ -125,12 +93,71 @@ bool IsConverted(const Secret& plaintext) {
                              again.data(), &lengthAgain) == LATCHKEY_OK;
 }
 
-TEST_F(OtherSecretsTest, AfterDigestsAndDigitsInCNothingOfTheTextIsLeft) {
+TEST_F(OtherSecretsTest, AfterDigestsAndDigitsInCNothingOfTextDigestOrDigitsIsLeft) {
   const Secret other = Secret::Random(16);
+  search.Add(kResult, DigestOf(LATCHKEY_SHA1, plaintext));
+  search.Add(kRandom, DigitsOf(plaintext));
+  EXPECT_EQ(Count(), kNone);
   SearchAfterEveryEnding(
       other,
       [&](const clsCryptoAPI&) { return SucceedsInMemory([&] { return IsConverted(plaintext); }); },
       kPasswordAlone);
+}
+
+// The functions of random data, which all write at most this much.
+using RandomFunction = int (*)(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* length);
+constexpr std::size_t kRandomRoom = 512;
+
+int RandomBytes(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* /*length*/) {
+  return latchkey_random_bytes(crypto, bytes, 48);
+}
+
+int RandomText(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* length) {
+  return latchkey_create_random(crypto, 0, 48, bytes, length);
+}
+
+int RandomDigits(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* length) {
+  return latchkey_create_random(crypto, LATCHKEY_EXACT_LENGTH | LATCHKEY_AS_HEX, 48, bytes, length);
+}
+
+int Salt(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* length) {
+  return latchkey_create_salt(crypto, 0, 48, bytes, length);
+}
+
+// Random data is known when the provider gives it, and then searched for, as are its digits.
+TEST_F(OtherSecretsTest, AfterRandomDataInCNothingOfItIsLeft) {
+  const Secret other = Secret::Random(16);
+  const Secret random = Secret::Random(48);
+  provider.GiveRandom(random);
+  search.Add(kRandom, random);
+  search.Add(kResult, DigitsOf(random));
+  for (const RandomFunction function : {&RandomBytes, &RandomText, &RandomDigits, &Salt}) {
+    SearchAfterEveryEnding(
+        other,
+        [&](const clsCryptoAPI&) {
+          return SucceedsInMemory([&] {
+            const OpenCrypto crypto;
+            WipedBytes bytes(kRandomRoom);
+            std::size_t length = bytes.size();
+            return crypto.IsOpen() && function(crypto.Get(), bytes.data(), &length) == LATCHKEY_OK;
+          });
+        },
+        kPasswordAlone);
+  }
+}
+
+// Letters come from the system; they are searched for once they are known.
+TEST_F(OtherSecretsTest, AfterASaltOfLettersInCNothingOfItIsLeft) {
+  const Secret letters = [&] {
+    const OpenCrypto crypto;
+    WipedBytes bytes(48);
+    std::size_t length = bytes.size();
+    EXPECT_EQ(latchkey_create_salt(crypto.Get(), LATCHKEY_LETTERS_ONLY, 48, bytes.data(), &length),
+              LATCHKEY_OK);
+    return Secret(bytes);
+  }();
+  search.Add(kRandom, letters);
+  Expect(kNone, "after a salt of letters");
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <limits>
 
 #include "com/cls_main.h"
 #include "crypto/cls_crypto_api.h"
@@ -25,12 +26,26 @@ inline constexpr std::size_t kRandom = 3;
 using Copies = SecretSearch::Copies;
 inline constexpr Copies kNone{};
 
-// Gives random bytes of the test's, when it has some.
+// Gives random bytes of the test's, when it has some, and knows what was hashed behind a text.
 class GivingProvider final : public FaultyProvider {
  public:
   using FaultyProvider::FaultyProvider;
 
   void GiveRandom(const Secret& random) noexcept { random_ = &random; }
+
+  // What stood behind the first `length` bytes of what a hash was last given since this call.
+  void WatchHashedBehind(std::size_t length) {
+    watchedFrom_ = length;
+    hashedBehind_ = Secret();
+  }
+  [[nodiscard]] const Secret& HashedBehind() const noexcept { return hashedBehind_; }
+
+  bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
+                     std::uint32_t dwFlags) override {
+    const std::span data(pbData, dwDataLen);
+    if (data.size() > watchedFrom_) hashedBehind_ = Secret(data.subspan(watchedFrom_));
+    return FaultyProvider::CryptHashData(hHash, pbData, dwDataLen, dwFlags);
+  }
 
   bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) override {
     if (!FaultyProvider::CryptGenRandom(hProv, dwLen, pbBuffer)) return false;
@@ -40,6 +55,8 @@ class GivingProvider final : public FaultyProvider {
 
  private:
   const Secret* random_ = nullptr;
+  std::size_t watchedFrom_ = std::numeric_limits<std::size_t>::max();
+  Secret hashedBehind_;
 };
 
 // A service with secrets of its own, and a search that knows them.

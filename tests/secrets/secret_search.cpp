@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 
 #include "platform/code_page.h"
 
@@ -10,6 +11,15 @@ namespace {
 
 constexpr std::size_t kPartCharacters = 8;
 constexpr std::uint8_t kMask = Secret::kMask;
+constexpr std::size_t kBeginning = 4;
+
+// Of the first four bytes: the first two alone are zeros for many a text of 16-bit characters, and
+// for most of the memory.
+std::size_t KeyOf(const std::uint8_t* beginning, std::uint32_t mask) {
+  std::uint32_t all = 0;
+  std::memcpy(&all, beginning, kBeginning);
+  return (all ^ mask) * 0x9E3779B1U >> 16U;
+}
 
 }  // namespace
 
@@ -30,7 +40,7 @@ void SecretSearch::AddPart(std::size_t index, std::span<const std::uint8_t> mask
   std::copy(masked.begin(), masked.end(), part.masked.begin());
   part.size = masked.size();
   part.secret = index;
-  beginnings_.set(static_cast<std::size_t>(masked[0] | masked[1] << 8U));
+  beginnings_.set(KeyOf(masked.data(), kMask * 0x01010101U));
 }
 
 void SecretSearch::Add(std::size_t index, const Secret& secret) {
@@ -66,10 +76,8 @@ void SecretSearch::Compare(std::uintptr_t address, std::span<const std::uint8_t>
 void SecretSearch::Look(std::uintptr_t address, std::span<const std::uint8_t> piece,
                         std::size_t owned) {
   bytesSearched_ += owned;
-  constexpr unsigned kTwoMasks = kMask | kMask << 8U;
-  for (std::size_t at = 0; at < owned && at + 1 < piece.size(); ++at) {
-    const unsigned beginning = (piece[at] | unsigned{piece[at + 1]} << 8U) ^ kTwoMasks;
-    if (beginnings_[beginning]) Compare(address + at, piece.subspan(at));
+  for (std::size_t at = 0; at < owned && at + kBeginning <= piece.size(); ++at) {
+    if (beginnings_[KeyOf(piece.data() + at, 0)]) Compare(address + at, piece.subspan(at));
   }
 }
 

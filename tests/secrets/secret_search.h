@@ -38,16 +38,17 @@ class SecretSearch {
     std::uintptr_t last = 0;  // where it was found last
   };
 
+  static constexpr std::size_t kMostParts = 1024;
+
   void AddPart(std::size_t index, std::span<const std::uint8_t> masked);
   class Comparison;
 
   void Look(std::uintptr_t address, std::span<const std::uint8_t> piece, std::size_t owned);
   void Compare(std::uintptr_t address, std::span<const std::uint8_t> here);
 
-  std::array<Part, 128> parts_{};
+  std::array<Part, kMostParts> parts_{};
   std::size_t partCount_ = 0;
-  // The first two bytes of the parts, as one number, under the mask.
-  std::bitset<65536> beginnings_;
+  std::bitset<65536> beginnings_;  // by KeyOf, of the parts
   std::size_t bytesSearched_ = 0;
 };
 

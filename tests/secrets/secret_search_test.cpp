@@ -1,5 +1,6 @@
 // What is left of secrets anywhere in the process after each operation, successful or not: only
 // what the caller and the object hold by right.
+#include "tests/secrets/c_interface.h"
 #include "tests/secrets/searched_service.h"
 
 namespace latchkey::test {
@@ -14,9 +15,18 @@ constexpr std::int16_t kCiphers = 5;
 constexpr std::int16_t kHashes = 4;
 #endif
 
-using SecretSearchTest = SearchedService;
+class SecretSearchTest : public SearchedService {
+ protected:
+  // The digest of the password is what its keys are made from.
+  void AddDigestsOfPassword() {
+    for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
+      search.Add(kResult, DigestOf(hash, password));
+    }
+  }
+};
 
 TEST_F(SecretSearchTest, AfterEncryptTheObjectHasPasswordAndInput) {
+  AddDigestsOfPassword();
   for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
     for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
       SCOPED_TRACE("hash " + std::to_string(hash) + ", cipher " + std::to_string(cipher));
@@ -32,6 +42,7 @@ TEST_F(SecretSearchTest, AfterEncryptTheObjectHasPasswordAndInput) {
 }
 
 TEST_F(SecretSearchTest, AfterDecryptTheObjectHasPasswordAndOutput) {
+  AddDigestsOfPassword();
   for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
     SCOPED_TRACE("cipher " + std::to_string(cipher));
     const Secret ciphertext = [&] {
@@ -68,17 +79,71 @@ TEST_F(SecretSearchTest, AfterCreateHashNeitherTextNorPasswordNorDigestIsLeft) {
         clsCryptoAPI object;
         Prepare(object, other);
         const WipedText text = plaintext.Characters();
-        Text result = object.CreateHash({text.data(), text.size()}, hash, hexadecimal, true);
+        Text result = object.CreateHash({text.data(), text.size()}, hash, false, true);
         const platform::WipeAtExit wipeResult(result);
         return Secret(result);
       }();
       SecretSearch all = search;
       search.Add(kResult, digest);
+      search.Add(kRandom, DigitsOf(digest));
       EXPECT_EQ(Count(), kNone);
       SearchAfterEveryEnding(other, run, [](bool) { return Copies{1}; });
       search = all;
     }
   }
+}
+
+// Without a password of its own, and told not to use the built-in one, an object takes 20 random
+// letters, which nobody knows but the provider that hashes them. They are searched for after every
+// ending from there on.
+class RandomPasswordSearchTest : public SecretSearchTest {
+ protected:
+  void Hash() {
+    provider.WatchHashedBehind(plaintext.Size());
+    try {
+      clsCryptoAPI object;
+      object.UseDefaultPWD(false);
+      const WipedText text = plaintext.Characters();
+      Text digest = object.CreateHash({text.data(), text.size()}, 1, false, true);
+      const platform::WipeAtExit wipeDigest(digest);
+    } catch (const std::bad_alloc&) {
+      return;  // the caller's own text
+    }
+  }
+
+  void SearchForLetters() {
+    const Secret letters = provider.HashedBehind();
+    if (letters.Size() == 0) return;
+    ++endings;
+    const SecretSearch without = search;
+    search.Add(kRandom, letters);
+    Expect(kNone, "after the object's end");
+    search = without;
+  }
+
+  int endings = 0;
+};
+
+TEST_F(RandomPasswordSearchTest, AfterCreateHashNothingOfItIsLeft) {
+  for (const auto manner : {FaultyProvider::Manner::Refuse, FaultyProvider::Manner::Throw}) {
+    int nth = 0;
+    do {
+      provider.FailCall(++nth, manner);
+      Hash();
+      SearchForLetters();
+    } while (!provider.FailurePending());
+    provider.FailCall(0, manner);
+  }
+  int nth = 0;
+  bool pending = false;
+  do {
+    FailAllocation(++nth);
+    Hash();
+    pending = AllocationFailurePending();
+    FailAllocation(0);
+    SearchForLetters();
+  } while (!pending);
+  EXPECT_GT(endings, 5);
 }
 
 // Random data is known when the provider gives it, and then searched for.
@@ -99,7 +164,8 @@ TEST_F(SecretSearchTest, AfterRandomDataNothingOfItIsLeft) {
   }
 }
 
-// The letters of a salt come from the system; each salt is searched for once it is known.
+// The letters of a salt come from the system; each salt is searched for once it is known, which is
+// when it was made well.
 TEST_F(SecretSearchTest, AfterASaltOfLettersNothingOfItIsLeft) {
   for (int round = 0; round < 3; ++round) {
     clsCryptoAPI object;

@@ -1,6 +1,6 @@
 // Runs one routine on secrets that valgrind's memcheck takes for undefined: it then reports every
 // branch and every address that depends on them.
-//   routines padding | encode_hex | decode_hex | branch | table
+//   routines padding | encode_hex | encode_text | decode_hex | branch | table
 // The last two depend on their secret; memcheck must report them, or it would report nothing.
 #include <valgrind/memcheck.h>
 
@@ -9,6 +9,7 @@
 #include <string_view>
 
 #include "crypto/hexadecimal.h"
+#include "platform/ascii_text.h"
 #include "platform/linux/padding.h"
 
 namespace latchkey {
@@ -39,6 +40,21 @@ void EncodeBytes() {
   MakeSecret(bytes);
   Text text;
   EncodeHex(bytes, text);
+  MakePublic(text);
+  std::printf("%zu digits, the last %c\n", text.size(), static_cast<char>(text.back()));
+}
+
+// Whole steps of text that is known to be ASCII, and nothing more of it: what is not, and what is
+// left behind the last step, goes through the code page's table.
+void EncodeAscii() {
+  constexpr std::uint16_t kSecretBits = 0x7F;
+  Text characters(2 * platform::AsciiText::kStep, u'\0');
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    characters[i] = static_cast<char16_t>(i * 5 & kSecretBits);
+    static_cast<void>(VALGRIND_SET_VBITS(&characters[i], &kSecretBits, sizeof kSecretBits));
+  }
+  Text text;
+  EncodeHexOfText(characters, text);
   MakePublic(text);
   std::printf("%zu digits, the last %c\n", text.size(), static_cast<char>(text.back()));
 }
@@ -75,6 +91,7 @@ void LookUp() {
 int Run(std::string_view name) {
   if (name == "padding") return CheckPadding(), 0;
   if (name == "encode_hex") return EncodeBytes(), 0;
+  if (name == "encode_text") return EncodeAscii(), 0;
   if (name == "decode_hex") return DecodeText(), 0;
   if (name == "branch") return Branch(), 0;
   if (name == "table") return LookUp(), 0;

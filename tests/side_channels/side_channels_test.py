@@ -20,7 +20,9 @@ def memcheck(routine, level=""):
 class SideChannelTest(unittest.TestCase):
     def test_the_routines_depend_on_no_secret(self):
         # Valgrind runs no AVX-512; those kernels follow the same method without a branch or an address.
-        for routine, level in itertools.product(("padding", "encode_hex", "decode_hex"), ("portable", "avx2")):
+        both = itertools.product(("padding", "encode_hex", "decode_hex"), ("portable", "avx2"))
+        # The portable check for ASCII compares a number, in which memcheck does not tell known bits from secret ones.
+        for routine, level in [*both, ("encode_text", "avx2")]:
             with self.subTest(routine, level=level):
                 result = memcheck(routine, level)
                 self.assertEqual(result.returncode, 0, result.stderr)

@@ -42,6 +42,12 @@ TEST(StackWipeTest, WipesWhatStandsBelow) {
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
+TEST(StackWipeTest, WipesWhatBulkKernelsSpill) {
+  const std::uintptr_t place = LeaveTrace();
+  platform::WipeStackOfBulk();
+  EXPECT_EQ(TraceLeft(place), 0U);
+}
+
 TEST(StackWipeTest, WipesWhatAnExceptionSaved) {
   const std::uintptr_t place = LeaveTrace();
   platform::WipeStackOfException();

@@ -1,4 +1,5 @@
-// ASCII characters; compiled for AVX2.
+// ASCII characters; compiled for AVX2: a step of 64 whose bits together show none beyond ASCII is
+// narrowed by packing with saturation, or widened by zero extension.
 #include <immintrin.h>
 
 #include "platform/linux/kernels/ascii_text.h"

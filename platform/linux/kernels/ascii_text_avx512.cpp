@@ -1,4 +1,5 @@
-// ASCII characters; compiled for AVX-512BW.
+// ASCII characters; compiled for AVX-512BW: a step of 64 whose bits together show none beyond ASCII
+// is narrowed by truncation, or widened by zero extension.
 #include "platform/linux/kernels/ascii_text.h"
 #include "platform/linux/kernels/avx512.h"
 

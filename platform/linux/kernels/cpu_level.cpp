@@ -5,12 +5,16 @@
 #endif
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 
 namespace latchkey::platform {
 namespace {
 
-// The compiler's run-time does not tell of SHA-NI: leaf 7, EBX bit 29.
+constexpr std::array kNames{"portable", "avx2", "avx512", "avx512vbmi"};
+
+// Asked of the CPU itself (leaf 7, EBX bit 29): __builtin_cpu_supports knows no "sha" in clang 14,
+// only in GCC.
 bool MachineHasShaInstructions() noexcept {
 #ifdef LATCHKEY_X86_KERNELS
   unsigned a = 0;
@@ -41,11 +45,12 @@ CpuLevel HighestCpuLevel() noexcept {
   return CpuLevel::Portable;
 }
 
+const char* NameOf(CpuLevel level) noexcept { return kNames.at(static_cast<std::size_t>(level)); }
+
 CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept {
-  if (name == "portable") return CpuLevel::Portable;
-  if (name == "avx2") return std::min(CpuLevel::Avx2, highest);
-  if (name == "avx512") return std::min(CpuLevel::Avx512, highest);
-  return highest;
+  const auto found = std::find(kNames.begin(), kNames.end(), name);
+  if (found == kNames.end()) return highest;
+  return std::min(static_cast<CpuLevel>(found - kNames.begin()), highest);
 }
 
 CpuLevel ChosenCpuLevel() noexcept {

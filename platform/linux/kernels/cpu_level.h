@@ -14,10 +14,13 @@ enum class CpuLevel {
   Avx512Vbmi  // ... that move any byte to any place (AVX-512VBMI)
 };
 
+// As LATCHKEY_CPU and reports have it: portable, avx2, avx512 or avx512vbmi.
+[[nodiscard]] const char* NameOf(CpuLevel level) noexcept;
+
 // The highest level that this build has kernels for and this machine can run.
 [[nodiscard]] CpuLevel HighestCpuLevel() noexcept;
 
-// The level of that name (portable, avx2, avx512, avx512vbmi), but at most `highest`, which any
+// The level of that name, but at most `highest`, which any
 // other name gives too: a wish that cannot be granted costs speed at most, never the result.
 [[nodiscard]] CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept;
 

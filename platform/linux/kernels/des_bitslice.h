@@ -16,6 +16,7 @@
 #include "platform/linux/kernels/des_key.h"
 #include "platform/linux/kernels/vector_words.h"
 #include "platform/secure_memory.h"
+#include "platform/stack_wipe.h"
 
 namespace latchkey::platform::des {
 
@@ -25,18 +26,13 @@ class Bitslice {
   static constexpr std::size_t kBatchBytes = 64 * sizeof(Word);
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
-  // last one of it.
+  // last one of it. Leaves nothing on the stack: its frame is far larger than what callers wipe.
   static void Decrypt(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
     Bitslice work;
-    work.SpreadKeys(keys);
-    for (; batches > 0; --batches, data += kBatchBytes) {
-      std::uint8_t next[kernels::kBlockSize];
-      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
-      work.DecryptBatch(data, feedback);
-      std::memcpy(feedback, next, sizeof next);
-    }
+    work.Run(keys, data, batches, feedback);
     SecureWipe(&work, sizeof work);
+    WipeStackOfBulk();
   }
 
  private:
@@ -176,6 +172,18 @@ class Bitslice {
       RunPass<Left>(2 * kRounds);
     }
     TransposeOut(data, feedback);
+  }
+
+  // Not part of the caller's frame, so that what it spills stands below that and can be wiped.
+  [[gnu::noinline]] void Run(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
+                             std::uint8_t* feedback) noexcept {
+    SpreadKeys(keys);
+    for (; batches > 0; --batches, data += kBatchBytes) {
+      std::uint8_t next[kernels::kBlockSize];
+      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
+      DecryptBatch(data, feedback);
+      std::memcpy(feedback, next, sizeof next);
+    }
   }
 
   Word bits_[64];

@@ -1,4 +1,7 @@
-// Hexadecimal digits, 16 bytes at a time; compiled for AVX2. The rest goes to the portable form.
+// Hexadecimal digits (RFC 4648, section 8), 16 bytes at a time; compiled for AVX2. Encoding spreads
+// the halves of the bytes and looks their digits up by a shuffle; decoding tells the kinds of
+// characters apart by comparing ranges, and adds up the pairs by a multiplication. The rest goes to
+// the portable form.
 #include <immintrin.h>
 
 #include "platform/linux/kernels/hex_digits.h"

@@ -1,4 +1,5 @@
-// Hexadecimal digits, 32 bytes at a time; compiled for AVX-512BW. The rest takes the portable form.
+// Hexadecimal digits (RFC 4648, section 8), 32 bytes at a time; compiled for AVX-512BW. The method
+// is that of hex_digits_avx2.cpp with mask registers. The rest takes the portable form.
 #include "platform/linux/kernels/avx512.h"
 #include "platform/linux/kernels/hex_digits.h"
 

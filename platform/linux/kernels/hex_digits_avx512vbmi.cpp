@@ -1,5 +1,7 @@
-// Hexadecimal digits, 32 bytes at a time; compiled for AVX-512VBMI, whose permutation of bytes is a
-// look-up in a table that fills one or two registers. The rest takes the portable form.
+// Hexadecimal digits (RFC 4648, section 8), 32 bytes at a time; compiled for AVX-512VBMI, whose
+// permutation of bytes is a look-up in a table that fills one or two registers. Permuting bytes and
+// shifting them apart in one instruction each is the way of W. Mula and D. Lemire, "Base64 encoding
+// and decoding at almost the speed of a memory copy" (2020). The rest takes the portable form.
 #include <array>
 
 #include "platform/linux/kernels/avx512.h"

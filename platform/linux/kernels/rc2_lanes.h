@@ -12,6 +12,7 @@
 
 #include "platform/linux/kernels/bulk_decryption.h"
 #include "platform/linux/kernels/vector_words.h"
+#include "platform/stack_wipe.h"
 
 namespace latchkey::platform {
 
@@ -24,15 +25,12 @@ class Rc2Lanes {
   static constexpr std::size_t kGroups = 2;
   static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
 
+  // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
+  // last one of it. Leaves nothing on the stack.
   static void Decrypt(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
-    const typename Vector::Table table(key.words.data());
-    for (; batches > 0; --batches, data += kBatchBytes) {
-      std::uint8_t next[kernels::kBlockSize];
-      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
-      DecryptBatch(key, table, data, feedback);
-      std::memcpy(feedback, next, sizeof next);
-    }
+    Run(key, data, batches, feedback);
+    WipeStackBelow();
   }
 
  private:
@@ -110,6 +108,18 @@ class Rc2Lanes {
       Transpose(rows + 4 * g);
     }
     kernels::StoreChained<4 * kGroups>(data, rows, feedback);
+  }
+
+  // Not part of the caller's frame, so that table and blocks stand below that and can be wiped.
+  [[gnu::noinline]] static void Run(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
+                                    std::uint8_t* feedback) noexcept {
+    const typename Vector::Table table(key.words.data());
+    for (; batches > 0; --batches, data += kBatchBytes) {
+      std::uint8_t next[kernels::kBlockSize];
+      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
+      DecryptBatch(key, table, data, feedback);
+      std::memcpy(feedback, next, sizeof next);
+    }
   }
 };
 

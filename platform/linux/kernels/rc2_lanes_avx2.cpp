@@ -3,7 +3,6 @@
 #include <immintrin.h>
 
 #include "platform/linux/kernels/rc2_lanes.h"
-#include "platform/secure_memory.h"
 
 namespace latchkey::platform {
 namespace {
@@ -28,9 +27,6 @@ struct Vector {
         parts_[i] = _mm256_broadcastsi128_si256(eight);
       }
     }
-    Table(const Table&) = delete;
-    Table& operator=(const Table&) = delete;
-    ~Table() { SecureWipe(parts_, sizeof parts_); }
 
     // Bits 0 to 2 of the index choose in each part, bits 3 to 5 among the eight parts. A blend
     // looks at the top bit of each byte, so both bytes of a lane get the index.

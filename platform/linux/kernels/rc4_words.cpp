@@ -1,3 +1,6 @@
+// The cipher is that of K. Kaukonen and R. Thayer, "A Stream Cipher Encryption Algorithm 'Arcfour'"
+// (draft-kaukonen-cipher-arcfour, 1999), whose i, j and permutation these are.
+//
 // Eight bytes of key stream between stores to the data, which would otherwise queue among those to
 // the permutation that each next byte reads. The eight stand behind one address, so that no index
 // but j is worked out for them; and j is added to as a byte, where the CPU can, since what each

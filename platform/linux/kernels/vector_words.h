@@ -3,11 +3,16 @@
 // their own, so no function of it may exist outside them.
 #pragma once
 
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 
 namespace latchkey::platform::kernels {
+
+// A block's first byte stands lowest in its lane, and a word's in its part of it: where DES's
+// permutations and RC2's words find their bits when the bytes are loaded as they lie in memory.
+static_assert(std::endian::native == std::endian::little);
 
 inline constexpr std::size_t kBlockSize = 8;
 

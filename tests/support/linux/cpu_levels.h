@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <array>
 #include <string>
 #include <vector>
 
@@ -22,8 +21,7 @@ inline std::vector<platform::CpuLevel> LevelsOfThisMachine() {
 }
 
 inline std::string NameOfLevel(const ::testing::TestParamInfo<platform::CpuLevel>& level) {
-  constexpr std::array kNames{"portable", "avx2", "avx512", "avx512vbmi"};
-  return kNames.at(static_cast<std::size_t>(level.param));
+  return platform::NameOf(level.param);
 }
 
 }  // namespace latchkey::test

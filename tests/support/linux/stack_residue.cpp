@@ -1,0 +1,72 @@
+#include "tests/support/linux/stack_residue.h"
+
+#include <pthread.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <stdexcept>
+
+namespace latchkey::test {
+namespace {
+
+constexpr std::size_t kStackSize = 1 << 18;
+using Stack = std::array<std::uint8_t, kStackSize>;
+
+alignas(4096) Stack stack;
+
+struct Job {
+  const std::function<void()>& run;
+  Stack& picture;
+  std::size_t depth;  // of what stands beneath the function that runs it
+};
+
+// The picture is taken by the thread itself, since its end uses the stack again; but this function
+// and what it calls for that stand where `run` was, so they use as little as can be.
+void* RunJob(void* argument) {
+  Job& job = *static_cast<Job*>(argument);
+  const auto* const frame = static_cast<const std::uint8_t*>(__builtin_frame_address(0));
+  job.depth = static_cast<std::size_t>(frame - stack.data());
+  job.run();
+  std::memcpy(job.picture.data(), stack.data(), kStackSize);
+  return nullptr;
+}
+
+void Check(int error) {
+  if (error != 0) throw std::runtime_error(std::strerror(error));  // NOLINT(concurrency-mt-unsafe)
+}
+
+// Gives the depth.
+std::size_t TakePicture(const std::function<void()>& run, Stack& picture) {
+  stack.fill(0);
+  Job job{run, picture, 0};
+  pthread_attr_t attributes;
+  Check(pthread_attr_init(&attributes));
+  Check(pthread_attr_setstack(&attributes, stack.data(), stack.size()));
+  pthread_t thread{};
+  Check(pthread_create(&thread, &attributes, &RunJob, &job));
+  Check(pthread_join(thread, nullptr));
+  Check(pthread_attr_destroy(&attributes));
+  return job.depth;
+}
+
+}  // namespace
+
+std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
+                                const std::function<void()>& run) {
+  static std::array<Stack, 2> pictures;
+  static Stack picture;  // of both, so that its address is no difference
+  std::size_t depth = 0;
+  for (const std::size_t which : {0U, 0U, 1U}) {
+    prepare(static_cast<int>(which));
+    depth = TakePicture(run, picture);
+    pictures.at(which) = picture;
+  }
+  std::size_t differing = 0;
+  for (std::size_t i = 0; i < depth; ++i) {
+    differing += pictures[0][i] != pictures[1][i] ? 1U : 0U;
+  }
+  return differing;
+}
+
+}  // namespace latchkey::test
