@@ -20,8 +20,8 @@ enum class CpuLevel {
 // The highest level that this build has kernels for and this machine can run.
 [[nodiscard]] CpuLevel HighestCpuLevel() noexcept;
 
-// The level of that name, but at most `highest`, which any
-// other name gives too: a wish that cannot be granted costs speed at most, never the result.
+// The level of that name, but at most `highest`, which any other name gives too: a wish that cannot
+// be granted costs speed at most, never the result.
 [[nodiscard]] CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept;
 
 // The level of this process: the highest, or the one that LATCHKEY_CPU named at the first call.
