@@ -43,15 +43,18 @@ def hex_table(kept, new):
             yield (f"| {label} | {own:.4g} | {loop:.4g} | {faster:.2f} | {verdict(faster >= 8)} | {copy:.4g} | {copies:.2f} | "
                    f"{verdict(copies <= 2.5)} | {eighth:.2f} |")
             if faster < 8 or copies > 2.5:
-                missed.append(f"{label} ({hex_limit(copies, eighth)})")
+                missed.append(f"{label}: {hex_limit(copies, eighth)}")
     yield ""
     yield shortfall(missed)
 
 
 def hex_limit(copies, eighth):
+    figures = f"an eighth of the loop is {eighth:.2f} copies, and it takes {copies:.2f}"
+    if eighth < 1 <= copies:
+        return f"{figures}: moving the bytes alone takes {1 / eighth:.1f} times as long as the goal allows"
     if eighth < 1:
-        return f"8 times as fast would be faster than the copy, which alone takes {1 / eighth:.1f} times an eighth of the loop"
-    return f"8 times as fast would take {eighth:.2f} copies, and it takes {copies:.2f}: its own work"
+        return f"{figures}: faster than the copy, which takes {1 / eighth:.1f} times as long as the goal allows"
+    return f"{figures}: its own work beside moving the bytes"
 
 
 def memory_table(peaks):
@@ -99,7 +102,7 @@ def growth_table(rates):
     for operation in sorted({name.split("/")[1] for name in rates.rows}):
         row = Growth(rates, operation)
         if row.verdict(copy) == "no":
-            missed.append(f"{operation} ({row.ratio:.2f} where a copy has {copy.ratio:.2f})")
+            missed.append(f"{operation}: {row.ratio:.2f}, where a copy has {copy.ratio:.2f}")
         yield (f"| {operation} | {row.unit} | {row.at_zero} | {row.at_first:.3g} | {row.at_largest:.3g} | {row.largest:,} | "
                f"{row.ratio:.2f} | {row.verdict(copy)} |")
     yield ""

@@ -34,7 +34,7 @@ def peer_table(reports):
     for name, goal in GOALS.items():
         work = Work(reports, name)
         if work.ratio < goal:
-            missed.append(f"{name} ({work.ratio:.3f} of {goal}, {work.told('latchkey')} beside {work.told(work.fastest)})")
+            missed.append(f"{name}: {work.ratio:.3f} of {goal}, {work.told('latchkey')} MB/s beside {work.told(work.fastest)}")
         yield (f"| {name} | {work.told('latchkey')} | {work.fastest} {work.told(work.fastest)} | {work.ratio:.2f} | {goal} | "
                f"{verdict(work.ratio >= goal)} |")
     yield ""

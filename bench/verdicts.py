@@ -6,7 +6,7 @@ def verdict(met):
 
 
 def shortfall(missed):
-    """A sentence on the rows that miss their goal, each told with what limits it."""
+    """Tells of the rows that miss their goal, each with the figures that show what limits it."""
     if not missed:
         return "Every row meets its goal."
-    return f"Short of the goal: {'; '.join(missed)}."
+    return "\n".join(["Short of the goal:", ""] + [f"- {row}" for row in missed])
