@@ -21,7 +21,8 @@ def decryption_table(found):
            "two commands apart | these, if never waiting |")
     yield "|---|---|---|---|---|---|---|---|---|---|"
     for row in found["decryption"]:
-        yield (f"| {label(row)} | {row['one']['seconds']:.2f} | {row['two']['seconds']:.2f} | {row['ratio']:.2f} | {GOAL} | "
+        one, two = row["one"]["seconds"], row["two"]["seconds"]
+        yield (f"| {label(row)} | {one:.2f} | {two:.2f} | {row['ratio']:.2f} | {GOAL} | "
                f"{verdict(row['ratio'] >= GOAL)} | {row['ratio_never_waiting']:.2f} | {busy(row):.0%} | "
                f"{row['ratio_apart']:.2f} | {row['ratio_apart_never_waiting']:.2f} |")
 
@@ -51,14 +52,16 @@ def limits(found):
 def limit(row):
     one, two, apart = row["one"], row["two"], row["apart"]
     grown, grown_apart = (processor_time(way) - processor_time(one) for way in (two, apart))
-    growth = (f"two processors spend {grown:+.2f} s of processor time beside one (user {two['user'] - one['user']:+.2f} s, "
-              f"system {two['system'] - one['system']:+.2f} s)")
+    user, system = (two[kind] - one[kind] for kind in ("user", "system"))
+    growth = (f"two processors spend {grown:+.2f} s of processor time beside one (user {user:+.2f} s, "
+              f"system {system:+.2f} s)")
     shared = f"two commands that share nothing spend {grown_apart:+.2f} s"
     waiting = f"they are busy {busy(row):.0%} of the time"
-    if row["ratio_never_waiting"] < GOAL:
-        return (f"processor time that grows is enough to miss it. {growth.capitalize()}, and without any waiting that would "
-                f"leave {row['ratio_never_waiting']:.2f}; {shared}; {waiting}")
-    return (f"waiting. {waiting.capitalize()}, and without any waiting it would be {row['ratio_never_waiting']:.2f}; {growth}; "
+    never_waiting = row["ratio_never_waiting"]
+    if never_waiting < GOAL:
+        return (f"processor time that grows is enough to miss it. {growth.capitalize()}, and without any waiting that "
+                f"would leave {never_waiting:.2f}; {shared}; {waiting}")
+    return (f"waiting. {waiting.capitalize()}, and without any waiting it would be {never_waiting:.2f}; {growth}; "
             f"{shared}")
 
 
