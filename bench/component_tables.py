@@ -120,7 +120,7 @@ def growth_table(rates):
         row = Growth(rates, operation)
         if row.verdict(copy) == "no":
             missed.append(f"{operation}: {row.ratio:.2f}, where a copy has {copy.ratio:.2f}; that is "
-                          f"{row.added():.3f} ns more for each, where a copied character takes {copy.added():.3f} ns more")
+                          f"{row.added():.3f} ns more for each, where a copied character takes {copy.added():.3f} more")
         yield (f"| {operation} | {row.unit} | {row.at_zero} | {row.at_first:.3g} | {row.at_largest:.3g} | "
                f"{row.largest:,} | {row.ratio:.2f} | {row.verdict(copy)} |")
     yield ""

@@ -34,9 +34,10 @@ def peer_table(reports):
     for name, goal in GOALS.items():
         work = Work(reports, name)
         own, other = work.told("latchkey"), work.told(work.fastest)
+        met = verdict(work.ratio >= goal)
         if work.ratio < goal:
             missed.append(f"{name}: {work.ratio:.3f} of {goal}, {own} MB/s beside {other}")
-        yield (f"| {name} | {own} | {work.fastest} {other} | {work.ratio:.2f} | {goal} | {verdict(work.ratio >= goal)} |")
+        yield (f"| {name} | {own} | {work.fastest} {other} | {work.ratio:.2f} | {goal} | {met} |")
     yield ""
     yield shortfall(missed)
 
