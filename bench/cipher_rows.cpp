@@ -13,8 +13,8 @@ void AddCipherRows() {
     for (const Direction direction : {Direction::Decrypt, Direction::Encrypt}) {
       if (id == CipherId::Rc4 && direction == Direction::Decrypt) continue;  // the same operation
       const char* const verb = direction == Direction::Encrypt ? " encryption" : " decryption";
-      for (const Peer& peer : Peers())
-        AddRow(name + std::string(verb), peer, peer.cipher(id, direction));
+      AddRows(name + std::string(verb),
+              [id, direction](const Peer& peer) { return peer.cipher(id, direction); });
     }
   }
 }

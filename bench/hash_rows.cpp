@@ -8,7 +8,7 @@ void AddHashRows() {
   constexpr std::pair<HashId, const char*> kHashes[] = {
       {HashId::Md2, "MD2"}, {HashId::Md4, "MD4"}, {HashId::Md5, "MD5"}, {HashId::Sha1, "SHA-1"}};
   for (const auto& [id, name] : kHashes) {
-    for (const Peer& peer : Peers()) AddRow(name, peer, peer.hash(id));
+    AddRows(name, [id](const Peer& peer) { return peer.hash(id); });
   }
 }
 

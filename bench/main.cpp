@@ -1,6 +1,9 @@
-// The measurements: latchkey_bench [--benchmark_filter=...] [--benchmark_format=json]
+// The measurements: latchkey_bench [--benchmark_filter=...] [--benchmark_repetitions=...]
+// bench/run tells with which options its tables were made.
 #include <benchmark/benchmark.h>
 
+#include <exception>
+#include <iostream>
 #include <string>
 
 #include "bench/rows.h"
@@ -29,11 +32,17 @@ const std::vector<Peer>& Peers() {
 int main(int count, char** arguments) {
   benchmark::Initialize(&count, arguments);
   if (benchmark::ReportUnrecognizedArguments(count, arguments)) return 2;
-  latchkey::bench::DescribeRun();
-  latchkey::bench::AddCipherRows();
-  latchkey::bench::AddHashRows();
-  benchmark::RunSpecifiedBenchmarks();
+  int result = 0;
+  try {
+    latchkey::bench::DescribeRun();
+    latchkey::bench::AddCipherRows();
+    latchkey::bench::AddHashRows();
+    benchmark::RunSpecifiedBenchmarks();
+  } catch (const std::exception& failure) {
+    std::cerr << "latchkey_bench: " << failure.what() << '\n';
+    result = 1;
+  }
   benchmark::ClearRegisteredBenchmarks();  // they hold objects of libraries that end with main
   benchmark::Shutdown();
-  return 0;
+  return result;
 }

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -16,8 +17,15 @@ enum class CipherId { Rc4, Rc2, Des, TripleDes };
 enum class HashId { Md2, Md4, Md5, Sha1 };
 enum class Direction { Encrypt, Decrypt };
 
-// Works through the whole buffer, in place for a cipher. Empty where the library has no such thing.
+// Works through the whole buffer: a cipher in place, going on where the call before ended; a hash
+// leaves its value at the front. Throws where the library refuses. Empty where the library has no
+// such thing.
 using Work = std::function<void(std::span<std::uint8_t>)>;
+
+// Throws unless `done`: a call that was refused takes no time worth a row.
+inline void Require(bool done, const char* refusal) {
+  if (!done) throw std::runtime_error(refusal);
+}
 
 struct Peer {
   std::string name;

@@ -5,6 +5,7 @@
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
+#include <functional>
 #include <string>
 
 #include "bench/peer.h"
@@ -12,11 +13,10 @@
 namespace latchkey::bench {
 
 inline constexpr std::size_t kBufferSize = std::size_t{16} << 20;
-inline constexpr int kRepetitions = 9;
 
-// Registers "work/peer": nine runs through one buffer of 16 MiB, of which the median counts, in
-// CPU time. Does nothing for an empty function.
-void AddRow(const std::string& work, const Peer& peer, Work function);
+// Registers "work/peer" for each library that has it: a repetition is one run through one buffer of
+// 16 MiB. Throws when a library does not make the same bytes as Latchkey.
+void AddRows(const std::string& work, const std::function<Work(const Peer&)>& workOf);
 
 void AddCipherRows();
 void AddHashRows();

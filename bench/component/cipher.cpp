@@ -1,11 +1,12 @@
 // Encrypt and Decrypt through clsCryptoAPI beside the provider's calls alone. A row is named
-// operation/cipher/length/who.
+// operation/cipher/who/length.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <vector>
 
 #include "bench/component/allocation_count.h"
+#include "bench/component/ciphertext_input.h"
 #include "bench/component/raw_provider.h"
 #include "com/cls_main.h"
 #include "crypto/cls_crypto_api.h"
@@ -58,28 +59,18 @@ void RunRaw(benchmark::State& state, std::int16_t number, bool decrypt) {
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 
-ByteArray ArrayOf(const Bytes& bytes) { return ByteArray::WithTrailingZero(bytes); }
-
-// Letters, or what the cipher makes of them: a ciphertext that ends in a space would lose it.
-void SetInput(clsCryptoAPI& api, std::size_t length, std::int16_t number, bool decrypt) {
-  for (std::uint8_t letter = 'a'; letter <= 'z'; ++letter) {
-    api.InputData(ArrayOf(Bytes(length, letter)));
-    if (!decrypt) return;
-    RawProvider::Require(api.Encrypt(kHash, number));
-    const ByteArray output = api.OutputData();
-    api.InputData(output);
-    if (output.TextElements().back() != ' ') return;
-  }
-}
-
 void RunComponent(benchmark::State& state, std::int16_t number, bool decrypt) {
   const clsMain main;
   clsCryptoAPI api;
   api.EnhancedProvider(true);
-  ByteArray password = ArrayOf(Password());
+  ByteArray password = ByteArray::WithTrailingZero(Password());
   api.Password(password);
   const auto length = static_cast<std::size_t>(state.range(0));
-  SetInput(api, length, number, decrypt);
+  if (decrypt) {
+    RawProvider::Require(SetCiphertext(api, kHash, number, length));
+  } else {
+    api.InputData(Letters(length));
+  }
   const auto operation = decrypt ? &clsCryptoAPI::Decrypt : &clsCryptoAPI::Encrypt;
   RawProvider::Require((api.*operation)(kHash, number));
   const AllocationsOfRow allocations(state);

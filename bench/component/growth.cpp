@@ -1,26 +1,27 @@
 // Every operation from 0 bytes to 512 MiB, and beside them a plain copy of a text of that length:
-// what memory takes. A row is named growth/operation/length.
+// what memory takes. A row is named growth/operation/length and labelled with what the length
+// counts; a length that the operation refuses is an error of its row.
 #include <benchmark/benchmark.h>
 
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "bench/component/raw_provider.h"
+#include "bench/component/ciphertext_input.h"
 #include "com/cls_main.h"
 #include "crypto/cls_crypto_api.h"
 
 namespace latchkey::bench {
 namespace {
 
+constexpr std::int64_t kFirstFlat = std::int64_t{64} << 10;  // from here on cost is to be in line
 constexpr std::int64_t kLargest = std::int64_t{512} << 20;
-constexpr std::int16_t kHash = RawProvider::kMd5;
+constexpr std::int64_t kLargestSlow = std::int64_t{256} << 10;  // letters are drawn one by one
+constexpr std::int16_t kHash = 1;
 
 // What an operation works on, made ready before it is measured.
 struct Subject {
-  explicit Subject(std::size_t length) : text(length, u'a') {
+  explicit Subject(std::size_t length) : text(length, u'a'), array(Letters(length)) {
     api.EnhancedProvider(true);
-    array = api.StringToByteArray(TextView(text));
     api.InputData(array);
   }
 
@@ -37,71 +38,147 @@ void TakePages(std::int64_t length) {
   benchmark::DoNotOptimize(pages.data());
 }
 
-using Operation = void (*)(Subject&);
-
-void Encrypt(Subject& subject, std::int16_t cipher) {
-  benchmark::DoNotOptimize(subject.api.Encrypt(kHash, cipher));
+// False where a text is not as long as it must be: the operation failed.
+bool HasLength(const Text& text, std::size_t length) {
+  benchmark::DoNotOptimize(text.data());
+  return text.size() == length;
 }
 
-constexpr std::pair<const char*, Operation> kOperations[]{
-    {"(copying a text)", [](Subject& s) { benchmark::DoNotOptimize(Text(s.text)); }},
-    {"Encrypt RC4", [](Subject& s) { Encrypt(s, 1); }},
-    {"Encrypt RC2", [](Subject& s) { Encrypt(s, 2); }},
-    {"Encrypt DES", [](Subject& s) { Encrypt(s, 3); }},
-    {"Encrypt 3DES", [](Subject& s) { Encrypt(s, 4); }},
-    {"CreateHash MD5", [](Subject& s) { benchmark::DoNotOptimize(s.api.CreateHash(s.text, 1)); }},
-    {"CreateHash MD2", [](Subject& s) { benchmark::DoNotOptimize(s.api.CreateHash(s.text, 3)); }},
-    {"CreateHash SHA-1", [](Subject& s) { benchmark::DoNotOptimize(s.api.CreateHash(s.text, 4)); }},
-    {"CreateRandom",
-     [](Subject& s) {
-       const auto length = static_cast<std::int32_t>(s.text.size());
-       benchmark::DoNotOptimize(s.api.CreateRandom(length, true));
-     }},
-    {"InputData", [](Subject& s) { s.api.InputData(s.array); }},
-    {"StringToByteArray",
-     [](Subject& s) { benchmark::DoNotOptimize(s.api.StringToByteArray(TextView(s.text))); }},
-    {"ByteArrayToString",
-     [](Subject& s) { benchmark::DoNotOptimize(s.api.ByteArrayToString(s.array)); }},
-    {"ConvertStringToHex",
-     [](Subject& s) { benchmark::DoNotOptimize(s.api.ConvertStringToHex(s.text)); }},
-    {"ConvertStringFromHex",
-     [](Subject& s) { benchmark::DoNotOptimize(s.api.ConvertStringFromHex(s.text)); }},
+bool CopyText(Subject& s) { return HasLength(Text(s.text), s.text.size()); }
+
+template <std::int16_t cipher>
+bool PrepareDecrypt(Subject& s) {
+  return SetCiphertext(s.api, kHash, cipher, s.text.size());
+}
+
+template <std::int16_t cipher>
+bool Encrypt(Subject& s) {
+  return s.api.Encrypt(kHash, cipher);
+}
+
+template <std::int16_t cipher>
+bool Decrypt(Subject& s) {
+  return s.api.Decrypt(kHash, cipher);
+}
+
+template <std::int16_t hash>
+bool CreateHash(Subject& s) {
+  return !s.api.CreateHash(s.text, hash).empty();
+}
+
+// Spaces at its ends are cut off.
+bool CreateRandom(Subject& s) {
+  const auto length = static_cast<std::int32_t>(s.text.size());
+  return s.api.CreateRandom(length, true).empty() == s.text.empty();
+}
+
+bool CreateLetterSalt(Subject& s) {
+  const auto length = static_cast<std::int32_t>(s.text.size());
+  return HasLength(s.api.CreateSaltValue(length, true), s.text.size());
+}
+
+// Loses spaces as CreateRandom does: of a few characters, none may be left.
+bool CreateRawSalt(Subject& s) {
+  const auto length = static_cast<std::int32_t>(s.text.size());
+  return !s.api.CreateSaltValue(length, false).empty() || length < 8;
+}
+
+bool InputData(Subject& s) {
+  s.api.InputData(s.array);
+  return true;
+}
+
+bool PrepareOutputData(Subject& s) { return s.api.Encrypt(kHash, 1); }
+
+bool OutputData(Subject& s) { return s.api.OutputData().TextElements().size() == s.text.size(); }
+
+// With a copy of the array, since the caller's is erased. One element is no password.
+bool SetPassword(Subject& s) {
+  ByteArray password = s.array;
+  s.api.Password(password);
+  return !s.text.empty();
+}
+
+bool GetPassword(Subject& s) {
+  return s.api.Password().TextElements().size() == s.text.size() && !s.text.empty();
+}
+
+bool StringToByteArray(Subject& s) {
+  return s.api.StringToByteArray(TextView(s.text)).TextElements().size() == s.text.size();
+}
+
+bool ByteArrayToString(Subject& s) {
+  return HasLength(s.api.ByteArrayToString(s.array), s.text.size());
+}
+
+bool ConvertStringToHex(Subject& s) {
+  return HasLength(s.api.ConvertStringToHex(s.text), 2 * s.text.size());
+}
+
+bool ConvertStringFromHex(Subject& s) {
+  return s.text.size() % 2 == 0 && HasLength(s.api.ConvertStringFromHex(s.text), s.text.size() / 2);
+}
+
+bool NothingBefore(Subject& /*subject*/) { return true; }
+
+// Each works on the subject and tells whether it was done; what comes before is not measured.
+struct Operation {
+  const char* name;
+  const char* unit;
+  bool (*run)(Subject&);
+  bool (*prepare)(Subject&) = NothingBefore;
+  std::int64_t largest = kLargest;
 };
 
-// What was encrypted before under each cipher, so that decryption has its input.
-void RunDecrypt(benchmark::State& state, std::int16_t cipher) {
-  Subject subject(static_cast<std::size_t>(state.range(0)));
-  if (!subject.api.Encrypt(kHash, cipher)) return state.SkipWithError("too short to encrypt");
-  subject.api.InputData(subject.api.OutputData());
-  TakePages(state.range(0));
-  for (auto _ : state) benchmark::DoNotOptimize(subject.api.Decrypt(kHash, cipher));
-  state.SetBytesProcessed(state.iterations() * state.range(0));
-}
+constexpr const char* kBytes = "bytes";
+constexpr const char* kCharacters = "characters";
 
-void Run(benchmark::State& state, Operation operation) {
-  Subject subject(static_cast<std::size_t>(state.range(0)));
-  TakePages(state.range(0));
-  for (auto _ : state) operation(subject);
-  state.SetBytesProcessed(state.iterations() * state.range(0));
-}
+constexpr Operation kOperations[]{
+    {"(copying a text)", kCharacters, CopyText},
+    {"Encrypt RC4", kBytes, Encrypt<1>},
+    {"Encrypt RC2", kBytes, Encrypt<2>},
+    {"Encrypt DES", kBytes, Encrypt<3>},
+    {"Encrypt 3DES", kBytes, Encrypt<4>},
+    {"Encrypt 3DES-112", kBytes, Encrypt<5>},
+    {"Decrypt RC4", kBytes, Decrypt<1>, PrepareDecrypt<1>},
+    {"Decrypt RC2", kBytes, Decrypt<2>, PrepareDecrypt<2>},
+    {"Decrypt DES", kBytes, Decrypt<3>, PrepareDecrypt<3>},
+    {"Decrypt 3DES", kBytes, Decrypt<4>, PrepareDecrypt<4>},
+    {"Decrypt 3DES-112", kBytes, Decrypt<5>, PrepareDecrypt<5>},
+    {"InputData", kBytes, InputData},
+    {"OutputData", kBytes, OutputData, PrepareOutputData},
+    {"Password, written (and a copy)", kBytes, SetPassword},
+    {"Password, read", kBytes, GetPassword, SetPassword},
+    {"CreateHash MD5", kCharacters, CreateHash<1>},
+    {"CreateHash MD4", kCharacters, CreateHash<2>},
+    {"CreateHash MD2", kCharacters, CreateHash<3>},
+    {"CreateHash SHA-1", kCharacters, CreateHash<4>},
+    {"CreateRandom", kCharacters, CreateRandom},
+    {"CreateSaltValue, raw", kCharacters, CreateRawSalt},
+    {"CreateSaltValue, letters", kCharacters, CreateLetterSalt, NothingBefore, kLargestSlow},
+    {"StringToByteArray", kCharacters, StringToByteArray},
+    {"ByteArrayToString", kBytes, ByteArrayToString},
+    {"ConvertStringToHex", kCharacters, ConvertStringToHex},
+    {"ConvertStringFromHex", "digits", ConvertStringFromHex},
+};
 
-void SetLengths(benchmark::internal::Benchmark* row) {
-  row->Arg(0);
-  for (std::int64_t length = 1; length <= kLargest; length *= 8) row->Arg(length);
-  row->Arg(kLargest);
+void Run(benchmark::State& state, const Operation& operation) {
+  Subject subject(static_cast<std::size_t>(state.range(0)));
+  if (!operation.prepare(subject)) return state.SkipWithError("refused");
+  TakePages(state.range(0));
+  bool done = true;
+  for (auto _ : state) done = operation.run(subject) && done;
+  if (!done) return state.SkipWithError("refused");
+  state.SetLabel(operation.unit);
 }
 
 const bool kRegistered = [] {
-  for (const auto& [name, operation] : kOperations) {
-    SetLengths(
-        benchmark::RegisterBenchmark((std::string("growth/") + name).c_str(), Run, operation));
-  }
-  for (const auto& [name, cipher] :
-       {std::pair<const char*, std::int16_t>{"growth/Decrypt RC4", std::int16_t{1}},
-        {"growth/Decrypt RC2", std::int16_t{2}},
-        {"growth/Decrypt DES", std::int16_t{3}},
-        {"growth/Decrypt 3DES", std::int16_t{4}}}) {
-    SetLengths(benchmark::RegisterBenchmark(name, RunDecrypt, cipher));
+  for (const Operation& operation : kOperations) {
+    auto* const row = benchmark::RegisterBenchmark(
+        (std::string("growth/") + operation.name).c_str(), Run, operation);
+    row->Arg(0);
+    for (std::int64_t length = 1; length < operation.largest; length *= 8) row->Arg(length);
+    row->Arg(kFirstFlat)->Arg(operation.largest);
   }
   return true;
 }();

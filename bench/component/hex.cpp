@@ -1,6 +1,6 @@
 // ConvertStringToHex and ConvertStringFromHex beside a plain table loop and beside copying as many
 // bytes as they read and write. A row is named hex/direction/who/length; the length is that of the
-// text without digits.
+// text without digits, in characters.
 #include <benchmark/benchmark.h>
 
 #include <array>

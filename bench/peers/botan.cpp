@@ -28,7 +28,9 @@ Work CipherWork(CipherId id, Direction direction) {
   if (!mode) return {};
   mode->set_key(kKey.data(), KeySize(id));
   mode->start(kFeedback.data(), kFeedback.size());
-  return [mode](std::span<std::uint8_t> data) { mode->process(data.data(), data.size()); };
+  return [mode](std::span<std::uint8_t> data) {
+    Require(mode->process(data.data(), data.size()) == data.size(), "Botan refuses the data");
+  };
 }
 
 Work HashWork(HashId id) {
@@ -37,9 +39,8 @@ Work HashWork(HashId id) {
       Botan::HashFunction::create(kNames[static_cast<int>(id)]);
   if (!hash) return {};
   return [hash](std::span<std::uint8_t> data) {
-    std::uint8_t value[64];
     hash->update(data.data(), data.size());
-    hash->final(value);
+    hash->final(data.data());
   };
 }
 

@@ -20,11 +20,11 @@ namespace {
 namespace cp = CryptoPP;
 
 Work WorkOf(std::shared_ptr<cp::SymmetricCipher> cipher, CipherId id) {
-  if (id == CipherId::Rc4) {
-    cipher->SetKey(kKey.data(), KeySize(id));
-  } else {
-    cipher->SetKeyWithIV(kKey.data(), KeySize(id), kFeedback.data(), kFeedback.size());
-  }
+  const auto bits = static_cast<int>(8 * KeySize(id));  // RC2 takes 1024 where none are named
+  const cp::ConstByteArrayParameter feedback(kFeedback.data(), kFeedback.size());
+  cipher->SetKey(
+      kKey.data(), KeySize(id),
+      cp::MakeParameters("EffectiveKeyLength", bits, false)(cp::Name::IV(), feedback, false));
   return [cipher](std::span<std::uint8_t> data) {
     cipher->ProcessData(data.data(), data.data(), data.size());
   };
@@ -56,8 +56,7 @@ template <class Hash>
 Work WorkOfHash() {
   return [](std::span<std::uint8_t> data) {
     Hash hash;
-    std::uint8_t value[Hash::DIGESTSIZE];
-    hash.CalculateDigest(value, data.data(), data.size());
+    hash.CalculateDigest(data.data(), data.data(), data.size());
   };
 }
 

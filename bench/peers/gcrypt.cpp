@@ -14,10 +14,11 @@ Work CipherWork(CipherId id, Direction direction) {
   gcry_cipher_hd_t handle = nullptr;
   if (gcry_cipher_open(&handle, kIds[static_cast<int>(id)], mode, 0) != 0) return {};
   const std::shared_ptr<gcry_cipher_handle> cipher(handle, gcry_cipher_close);
-  if (gcry_cipher_setkey(handle, kKey.data(), KeySize(id)) != 0) return {};
+  Require(gcry_cipher_setkey(handle, kKey.data(), KeySize(id)) == 0, "libgcrypt refuses the key");
   const auto work = direction == Direction::Encrypt ? gcry_cipher_encrypt : gcry_cipher_decrypt;
   return [cipher, work](std::span<std::uint8_t> data) {
-    work(cipher.get(), data.data(), data.size(), nullptr, 0);
+    Require(work(cipher.get(), data.data(), data.size(), nullptr, 0) == 0,
+            "libgcrypt refuses the data");
   };
 }
 
@@ -26,8 +27,7 @@ Work HashWork(HashId id) {
   const int hash = kIds[static_cast<int>(id)];
   if (gcry_md_test_algo(hash) != 0) return {};
   return [hash](std::span<std::uint8_t> data) {
-    std::uint8_t value[64];
-    gcry_md_hash_buffer(hash, value, data.data(), data.size());
+    gcry_md_hash_buffer(hash, data.data(), data.data(), data.size());
   };
 }
 

@@ -73,10 +73,9 @@ Work HashWork(HashId id) {
   const nettle_hash* const hashes[] = {&nettle_md2, &nettle_md4, &nettle_md5, &nettle_sha1};
   return [hash = hashes[static_cast<int>(id)]](std::span<std::uint8_t> data) {
     alignas(16) std::uint8_t context[512];
-    std::uint8_t value[64];
     hash->init(context);
     hash->update(context, data.size(), data.data());
-    hash->digest(context, hash->digest_size, value);
+    hash->digest(context, hash->digest_size, data.data());
   };
 }
 

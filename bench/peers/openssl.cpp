@@ -3,7 +3,6 @@
 #include <openssl/provider.h>
 
 #include <memory>
-#include <stdexcept>
 
 #include "bench/peer.h"
 
@@ -15,16 +14,18 @@ Work CipherWork(CipherId id, Direction direction) {
   EVP_CIPHER* const cipher = EVP_CIPHER_fetch(nullptr, kNames[static_cast<int>(id)], nullptr);
   if (cipher == nullptr) return {};
   const std::shared_ptr<EVP_CIPHER_CTX> context(EVP_CIPHER_CTX_new(), EVP_CIPHER_CTX_free);
-  if (EVP_CipherInit_ex2(context.get(), cipher, kKey.data(), kFeedback.data(),
-                         direction == Direction::Encrypt ? 1 : 0, nullptr) != 1) {
-    throw std::runtime_error("OpenSSL refuses the key");
-  }
+  const int encrypts = direction == Direction::Encrypt ? 1 : 0;
+  Require(EVP_CipherInit_ex2(context.get(), cipher, kKey.data(), kFeedback.data(), encrypts,
+                             nullptr) == 1,
+          "OpenSSL refuses the key");
   EVP_CIPHER_free(cipher);
   EVP_CIPHER_CTX_set_padding(context.get(), 0);
   return [context](std::span<std::uint8_t> data) {
     int length = 0;
-    EVP_CipherUpdate(context.get(), data.data(), &length, data.data(),
-                     static_cast<int>(data.size()));
+    const auto size = static_cast<int>(data.size());
+    Require(EVP_CipherUpdate(context.get(), data.data(), &length, data.data(), size) == 1 &&
+                length == size,
+            "OpenSSL refuses the data");
   };
 }
 
@@ -34,16 +35,17 @@ Work HashWork(HashId id) {
                                      EVP_MD_free);
   if (!hash) return {};
   return [hash](std::span<std::uint8_t> data) {
-    std::uint8_t value[EVP_MAX_MD_SIZE];
-    EVP_Digest(data.data(), data.size(), value, nullptr, hash.get(), nullptr);
+    Require(EVP_Digest(data.data(), data.size(), data.data(), nullptr, hash.get(), nullptr) == 1,
+            "OpenSSL refuses the data");
   };
 }
 
 }  // namespace
 
 Peer OpensslPeer() {
-  OSSL_PROVIDER_load(nullptr, "default");
-  OSSL_PROVIDER_load(nullptr, "legacy");
+  for (const char* const provider : {"default", "legacy"}) {
+    Require(OSSL_PROVIDER_load(nullptr, provider) != nullptr, "OpenSSL lacks a provider");
+  }
   return {"openssl", OpenSSL_version(OPENSSL_FULL_VERSION_STRING), CipherWork, HashWork};
 }
 

@@ -1,0 +1,60 @@
+"""The tables of docs/performance.md that compare with other libraries."""
+from verdicts import shortfall, verdict
+
+GOALS = {
+    "DES-CBC decryption": 10, "3DES-CBC decryption": 10, "RC2-CBC decryption": 6, "DES-CBC encryption": 1.0,
+    "3DES-CBC encryption": 1.0, "RC2-CBC encryption": 1.0, "RC4 encryption": 1.0, "MD2": 0.97, "MD4": 0.97, "MD5": 0.97,
+    "SHA-1": 0.97,
+}
+DECRYPTIONS = [work for work in GOALS if work.endswith("decryption")]  # what LATCHKEY_CPU matters most to
+
+
+class Work:
+    """One work of all libraries: MB/s and their spread, and which of the others is the fastest."""
+
+    def __init__(self, reports, work):
+        self.rates, self.spreads = {}, {}
+        for report in reports:
+            for name, row in report.rows.items():
+                if name.startswith(work + "/"):
+                    peer = name.split("/")[1]
+                    self.rates[peer] = row["bytes_per_second"] / 1e6
+                    self.spreads[peer] = report.spreads[name]
+        self.fastest = max((peer for peer in self.rates if peer != "latchkey"), key=self.rates.get)
+        self.ratio = self.rates["latchkey"] / self.rates[self.fastest]
+
+    def told(self, peer):
+        return f"{self.rates[peer]:.0f} ±{self.spreads[peer]:.0%}"
+
+
+def peer_table(reports):
+    yield "| work | Latchkey, MB/s | fastest peer, MB/s | ratio | goal | met |"
+    yield "|---|---|---|---|---|---|"
+    missed = []
+    for name, goal in GOALS.items():
+        work = Work(reports, name)
+        own, other = work.told("latchkey"), work.told(work.fastest)
+        met = verdict(work.ratio >= goal)
+        if work.ratio < goal:
+            missed.append(f"{name}: {work.ratio:.3f} of {goal}, {own} MB/s beside {other}")
+        yield (f"| {name} | {own} | {work.fastest} {other} | {work.ratio:.2f} | {goal} | {met} |")
+    yield ""
+    yield shortfall(missed)
+
+
+def level_table(reports, levels):
+    """`levels` maps the name that LATCHKEY_CPU had to the report of that run."""
+    widest = reports[0].context["kernels"]
+    yield f"| work | goal | {widest}, as above | {' | '.join(f'`LATCHKEY_CPU={name}`' for name in levels)} |"
+    yield "|---|---|---" + "|---" * len(levels) + "|"
+    for name in DECRYPTIONS:
+        cells = [f"{name} | {GOALS[name]} | {told_ratio(Work(reports, name), GOALS[name])}"]
+        for level, report in levels.items():
+            has = report.context["kernels"] == level
+            cells.append(told_ratio(Work([report], name), GOALS[name]) if has else "not on this machine")
+        yield f"| {' | '.join(cells)} |"
+
+
+def told_ratio(work, goal):
+    return (f"{work.rates['latchkey']:.0f} MB/s, {work.ratio:.1f} times {work.fastest}: "
+            f"{'met' if work.ratio >= goal else 'not met'}")

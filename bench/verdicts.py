@@ -1,0 +1,12 @@
+"""How the tables of docs/performance.md say whether a goal is met."""
+
+
+def verdict(met):
+    return "yes" if met else "no"
+
+
+def shortfall(missed):
+    """Tells of the rows that miss their goal, each with the figures that show what limits it."""
+    if not missed:
+        return "Every row meets its goal."
+    return "\n".join(["Short of the goal:", ""] + [f"- {row}" for row in missed])
