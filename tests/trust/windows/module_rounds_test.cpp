@@ -1,6 +1,7 @@
 // The DLL loaded, used and unloaded over and over in one process.
 #include "tests/clients/server/loaded_server.h"
 #include "tests/trust/resource_usage.h"
+#include "tests/trust/windows/fatal_exceptions.h"
 
 namespace latchkey::test {
 namespace {
