@@ -8,6 +8,7 @@
 #include <exception>
 
 #include "tests/trust/case_player.h"
+#include "tests/trust/program_start.h"
 #include "tests/trust/resource_usage.h"
 
 namespace latchkey::test {
@@ -73,6 +74,7 @@ int Run(std::uint64_t operations) {
 }  // namespace latchkey::test
 
 int main(int count, char** arguments) {
+  latchkey::test::SayThatItBegins("long_use");
   const char* const usual = std::getenv("LATCHKEY_LONG") != nullptr ? "1000000" : "20000";
   try {
     return latchkey::test::Run(std::strtoull(count > 1 ? arguments[1] : usual, nullptr, 10));

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "tests/trust/program_start.h"
 #include "tests/trust/resource_usage.h"
 #include "tests/trust/windows/automation_memory.h"
 #include "tests/trust/windows/late_bound_call.h"
@@ -122,6 +123,7 @@ int Run(int calls, std::uint64_t seed) {
 }  // namespace latchkey::test
 
 int main(int count, char** arguments) {
+  latchkey::test::SayThatItBegins("late_bound_shapes");
   const char* const usual = std::getenv("LATCHKEY_LONG") != nullptr ? "100000" : "10000";
   const int calls = std::atoi(count > 1 ? arguments[1] : usual);
   return latchkey::test::Run(calls, std::strtoull(count > 2 ? arguments[2] : "4", nullptr, 10));
