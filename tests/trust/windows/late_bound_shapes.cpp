@@ -96,11 +96,11 @@ struct Held {
   ResourceUsage usage = CurrentUsage();
 };
 
-// The system's caches come and go; a leak of three bytes in each call is more than the heap's
-// slack.
+// The heap's slack is less than what one member would leak that lost a pointer in each of its
+// calls.
 bool IsFlat(const Held& before, const Held& now) {
   constexpr long kBlockSlack = 8;
-  constexpr std::uint64_t kHeapSlack = 4U << 10;
+  constexpr std::uint64_t kHeapSlack = 256;
   constexpr std::uint64_t kResidentSlack = 1U << 20;
   const auto more = [](std::uint64_t first, std::uint64_t last) {
     return static_cast<long>(static_cast<std::int64_t>(last - first));
