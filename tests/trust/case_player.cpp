@@ -74,7 +74,7 @@ void CasePlayer::Begin() {
   usesDefaultPassword_ = true;
 }
 
-void CasePlayer::Play() {
+std::uint64_t CasePlayer::Play() {
   while (component_.HasMain()) component_.DropMain();
   Begin();
   const auto steps = 4 + random_.Below(12);
@@ -82,6 +82,7 @@ void CasePlayer::Play() {
     if (random_.OneIn(24)) ChangeObjects();
     Step();
   }
+  return steps;
 }
 
 void CasePlayer::ChangeObjects() {
@@ -139,8 +140,11 @@ std::string CasePlayer::ReturnOutput() {
 std::string CasePlayer::PutPassword() {
   ByteArray password = RandomArray(random_, kLongestPassword);
   transcript_.Line("Password = " + Shown(password));
-  component_.Password(password);
-  return "  set, the caller's is " + Shown(password);
+  const std::string outcome = OutcomeOf([&]() -> std::string {
+    component_.Password(password);
+    return "  set";
+  });
+  return outcome + ", the caller's is " + Shown(password);
 }
 
 std::string CasePlayer::PutEnhancedProvider() {

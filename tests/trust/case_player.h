@@ -19,8 +19,8 @@ class CasePlayer {
       : component_(component), random_(random), transcript_(transcript) {}
 
   // A case: a fresh service object and a few calls, in between at times another service object or
-  // entry object, or none of the latter.
-  void Play();
+  // entry object, or none of the latter. Gives the number of calls.
+  std::uint64_t Play();
 
   // One call. There must be a service object.
   void Step();

@@ -15,6 +15,7 @@
 
 #include "diagnostics/fault.h"
 #include "tests/trust/case_player.h"
+#include "tests/trust/program_start.h"
 
 namespace latchkey::test {
 namespace {
@@ -92,6 +93,7 @@ int Run(std::uint64_t cases) {
 }  // namespace latchkey::test
 
 int main(int count, char** arguments) {
+  latchkey::test::SayThatItBegins("thread_isolation");
   const char* const usual = std::getenv("LATCHKEY_LONG") != nullptr ? "1000" : "20";
   return latchkey::test::Run(std::strtoull(count > 1 ? arguments[1] : usual, nullptr, 10));
 }

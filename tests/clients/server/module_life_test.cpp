@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "tests/clients/server/loaded_server.h"
+#include "tests/trust/windows/fatal_exceptions.h"
 
 namespace latchkey::test {
 namespace {

@@ -1,5 +1,6 @@
 // Strings and arrays that cannot be allocated, in every member that makes one: the client gets the
 // fault for failed memory and nothing else, nothing leaks, and the object works afterwards.
+#include <cstdio>
 #include <functional>
 
 #include "tests/clients/late_bound/late_client.h"
@@ -36,7 +37,10 @@ class AutomationFailuresTest : public LateClientTest {
       SetErrorInfo(0, nullptr);
       EXPECT_EQ(LiveAutomationBlocks(), before) << "allocation " << nth;
       EXPECT_EQ(succeeded, none) << "allocation " << nth;
-      if (none) return nth - 1;
+      if (none) {
+        failed_ += nth - 1;
+        return nth - 1;
+      }
       EXPECT_TRUE(call());
     }
     ADD_FAILURE() << "there is no end of allocations";
@@ -70,7 +74,11 @@ class AutomationFailuresTest : public LateClientTest {
 
   // The same bound late. Inside the system's own part of the call memory may fail, too.
   int FailLate(const wchar_t* member, std::vector<VARIANT> arguments, WORD kind = DISPATCH_METHOD) {
-    const DISPID id = api.IdOf(member);
+    return FailLate(Api(), member, std::move(arguments), kind);
+  }
+  int FailLate(IDispatch* object, const wchar_t* member, std::vector<VARIANT> arguments,
+               WORD kind) {
+    const DISPID id = LateClient(object).IdOf(member);
     DISPID put = DISPID_PROPERTYPUT;
     const bool isPut = kind == DISPATCH_PROPERTYPUT;
     DISPPARAMS given = {arguments.data(), isPut ? &put : nullptr,
@@ -78,8 +86,8 @@ class AutomationFailuresTest : public LateClientTest {
     return FailEveryAllocation([&] {
       VARIANT result = OfType(VT_EMPTY);
       EXCEPINFO exception = {};
-      const HRESULT ended = Api()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &given, &result,
-                                          &exception, nullptr);
+      const HRESULT ended = object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, kind, &given, &result,
+                                           &exception, nullptr);
       const HRESULT failure = ended == DISP_E_EXCEPTION ? exception.scode : ended;
       EXPECT_TRUE(failure == S_OK || failure == FaultCode(7) || failure == E_OUTOFMEMORY)
           << std::hex << failure;
@@ -91,9 +99,14 @@ class AutomationFailuresTest : public LateClientTest {
     });
   }
 
+  ~AutomationFailuresTest() override { std::printf("%d allocations failed\n", failed_); }
+
   UniqueBstr text = Bstr(L"attack at dawn");
   UniqueBstr hex = Bstr(L"616263");
   UniqueSafeArray array{MakeByteArray(TextArray("attack at dawn"))};
+
+ private:
+  int failed_ = 0;
 };
 
 TEST_F(AutomationFailuresTest, EveryMemberThatGivesAString) {
@@ -160,6 +173,8 @@ TEST_F(AutomationFailuresTest, LateBoundResults) {
   EXPECT_GE(FailLate(L"StringToByteArray", {Value(text.Get())}), 2);
   EXPECT_GE(FailLate(L"OutputData", {}, DISPATCH_PROPERTYGET), 2);
   EXPECT_GE(FailLate(L"Password", {}, DISPATCH_PROPERTYGET), 2);
+  EXPECT_GE(FailLate(Main(), L"AppErrorDescription", {}, DISPATCH_PROPERTYGET), 1);
+  EXPECT_GE(FailLate(Main(), L"RTErrorDescription", {}, DISPATCH_PROPERTYGET), 1);
 }
 
 TEST_F(AutomationFailuresTest, LateBoundArgumentsThatAreCopied) {

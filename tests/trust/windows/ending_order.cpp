@@ -10,6 +10,8 @@
 #include <thread>
 
 #include "tests/clients/server/loaded_server.h"
+#include "tests/trust/program_start.h"
+#include "tests/trust/windows/fatal_exceptions.h"
 
 namespace latchkey::test {
 namespace {
@@ -67,6 +69,7 @@ class User {
 };
 
 [[noreturn]] void EndProcess() {
+  Require(!testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed(), "did not work");
   std::puts("came to its end");
   std::fflush(stdout);
   std::exit(EXIT_SUCCESS);
@@ -175,6 +178,7 @@ constexpr Order kOrders[] = {{"thread_module_process", ThreadModuleProcess},
 }  // namespace latchkey::test
 
 int main(int count, char** arguments) {
+  latchkey::test::SayThatItBegins("ending_order");
   for (const auto& order : latchkey::test::kOrders) {
     if (count != 2 || std::strcmp(arguments[1], order.name) != 0) continue;
     const latchkey::test::Apartment apartment;

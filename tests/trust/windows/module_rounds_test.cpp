@@ -1,14 +1,17 @@
 // The DLL loaded, used and unloaded over and over in one process.
 #include "tests/clients/server/loaded_server.h"
 #include "tests/trust/resource_usage.h"
+#include "tests/trust/windows/fatal_exceptions.h"
 
 namespace latchkey::test {
 namespace {
 
 // A process has 1,088 thread-local slots: one that is kept in each round shows.
 constexpr int kRounds = 1200;
-// What the compiler's thread library remembers of a thread, which nobody can free.
-constexpr std::uint64_t kKeptByRunTime = 1024;
+// What mingw-w64's thread library remembers of a thread, which nobody can free: as much in every
+// round. Beside it a leak of 4 bytes a round is too much.
+constexpr std::uint64_t kKeptByRunTime = sizeof(void*) == 8 ? 528 : 244;
+constexpr std::uint64_t kHeapSlack = 4U << 10;
 constexpr int kFirstRounds = 50;  // fill the system's caches
 
 void Use(const LoadedServer& server) {
@@ -40,7 +43,10 @@ TEST(ModuleRoundsTest, MoreRoundsThanAProcessHasSlotsLeaveNothingBehind) {
   for (int i = kFirstRounds; i < kRounds && !HasFailure(); ++i) PlayRound();
   const ResourceUsage after = CurrentUsage();
   EXPECT_EQ(after.systemHandles, before.systemHandles);
-  EXPECT_LE(after.heapBytes, before.heapBytes + kRounds * kKeptByRunTime);
+  std::printf("%.1f bytes of heap more in each round\n",
+              static_cast<double>(after.heapBytes - before.heapBytes) / (kRounds - kFirstRounds));
+  EXPECT_LE(after.heapBytes,
+            before.heapBytes + (kRounds - kFirstRounds) * kKeptByRunTime + kHeapSlack);
   EXPECT_LE(after.residentBytes, before.residentBytes + (1U << 20));
   FreeLibrary(provider);
 }

@@ -101,16 +101,25 @@ std::uint64_t HeapBytes() {
   return bytes;
 }
 
-// Handles of the kernel's objects are multiples of 4. Wine's GetProcessHandleCount knows of none,
-// so each is asked for.
-std::uint64_t SystemHandles() {
-  constexpr std::uintptr_t kHighest = 0x2000;
+// Handles of the kernel's objects are multiples of 4, and the lowest that is free is given out.
+std::uint64_t CountHandles() {
+  constexpr std::uintptr_t kHighest = 0x8000;
   std::uint64_t handles = 0;
   for (std::uintptr_t handle = 4; handle < kHighest; handle += 4) {
     DWORD flags = 0;
-    if (GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags)) ++handles;
+    if (!GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags)) continue;
+    ++handles;
+    // Those above the highest would not be counted.
+    if (handle >= kHighest / 4 * 3) throw std::runtime_error("too many handles to count");
   }
   return handles;
+}
+
+// Wine 8 says 0, and there each is asked for.
+std::uint64_t SystemHandles() {
+  DWORD handles = 0;
+  const BOOL told = GetProcessHandleCount(GetCurrentProcess(), &handles);
+  return told && handles > 0 ? handles : CountHandles();
 }
 
 template <class Function>

@@ -1,0 +1,32 @@
+// A program that includes this ends with a status of its own at the first exception of the
+// processor or the system, wherever it is raised. Without it, Wine handles what is raised while a
+// DLL ends or is unloaded, and the program's status does not tell.
+#pragma once
+
+#include <windows.h>
+
+#include <cstdio>
+
+namespace latchkey::test {
+
+constexpr UINT kFatalExceptionStatus = 70;  // of no other end of a test program
+
+// Errors of the system only: the exceptions of compilers and what the run-time tells debuggers have
+// codes of other kinds.
+inline LONG CALLBACK EndAtFatalException(EXCEPTION_POINTERS* raised) {
+  constexpr DWORD kSystemError = 0xC;
+  const EXCEPTION_RECORD& record = *raised->ExceptionRecord;
+  if (record.ExceptionCode >> 28 != kSystemError) return EXCEPTION_CONTINUE_SEARCH;
+  char line[64];
+  const int length = std::snprintf(line, sizeof(line), "exception %08lX at %p\n",
+                                   record.ExceptionCode, record.ExceptionAddress);
+  DWORD written = 0;
+  WriteFile(GetStdHandle(STD_OUTPUT_HANDLE), line, static_cast<DWORD>(length), &written, nullptr);
+  TerminateProcess(GetCurrentProcess(), kFatalExceptionStatus);
+  return EXCEPTION_CONTINUE_SEARCH;
+}
+
+// Before main, so before the program loads the DLL, and ahead of the handlers of others.
+inline void* const fatalExceptionHandler = AddVectoredExceptionHandler(1, EndAtFatalException);
+
+}  // namespace latchkey::test
