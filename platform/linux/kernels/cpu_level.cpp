@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 
 namespace latchkey::platform {
 namespace {
@@ -48,9 +49,9 @@ CpuLevel HighestCpuLevel() noexcept {
 const char* NameOf(CpuLevel level) noexcept { return kNames.at(static_cast<std::size_t>(level)); }
 
 CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept {
-  const auto found = std::find(kNames.begin(), kNames.end(), name);
-  if (found == kNames.end()) return highest;
-  return std::min(static_cast<CpuLevel>(found - kNames.begin()), highest);
+  const auto place = std::distance(kNames.begin(), std::find(kNames.begin(), kNames.end(), name));
+  if (static_cast<std::size_t>(place) == kNames.size()) return highest;
+  return std::min(static_cast<CpuLevel>(place), highest);
 }
 
 CpuLevel ChosenCpuLevel() noexcept {
