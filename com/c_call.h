@@ -40,7 +40,7 @@ int Guarded(Body&& body) noexcept {
   } catch (...) {
     status = StatusOf(CurrentFault());
   }
-  platform::WipeStackOfException();
+  platform::WipeStackFarBelow();
   return status;
 }
 

@@ -31,7 +31,7 @@ bool RunTrapped(const TrapSite& site, Body&& body) {
   } catch (...) {
     RecordRunTimeFailure(site, CurrentFault());
   }
-  platform::WipeStackOfException();
+  platform::WipeStackFarBelow();
   return false;
 }
 

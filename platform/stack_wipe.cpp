@@ -19,8 +19,6 @@ void WipeFrame() noexcept {
 
 void WipeStackBelow() noexcept { WipeFrame<4096>(); }
 
-void WipeStackOfBulk() noexcept { WipeFrame<16384>(); }
-
-void WipeStackOfException() noexcept { WipeFrame<16384>(); }
+void WipeStackFarBelow() noexcept { WipeFrame<16384>(); }
 
 }  // namespace latchkey::platform

@@ -40,7 +40,7 @@ class UniqueHandle {
       return;
     } catch (...) {  // NOLINT(bugprone-empty-catch): clean-up skips its own faults
     }
-    WipeStackOfException();
+    WipeStackFarBelow();
   }
 
  private:

@@ -29,7 +29,7 @@ template <class Body>
   } catch (...) {
     reported = ReportCurrentFault(source);
   }
-  platform::WipeStackOfException();
+  platform::WipeStackFarBelow();
   return reported;
 }
 

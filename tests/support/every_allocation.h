@@ -15,6 +15,10 @@
 
 namespace latchkey::test {
 
+inline ByteArray OwnPassword() {
+  return ArrayOf("a password that no small text holds inside itself");
+}
+
 class EveryAllocationTest : public AllocationSweep {
  protected:
   // Gives the result as text, empty when the operation failed.
@@ -68,10 +72,6 @@ class EveryAllocationTest : public AllocationSweep {
     ByteArray password = OwnPassword();
     object.Password(password);
     object.InputData(input);
-  }
-
-  static ByteArray OwnPassword() {
-    return ArrayOf("a password that no small text holds inside itself");
   }
 
   // What an operation that never had a provider records: its own check over the fault.

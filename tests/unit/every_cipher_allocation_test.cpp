@@ -29,8 +29,6 @@ struct Operation {
   Start start;
 };
 
-ByteArray OwnPassword() { return ArrayOf("a password that no small text holds inside itself"); }
-
 void Operation::Prepare(clsCryptoAPI& object, const ByteArray& input) const {
   object.EnhancedProvider(true);
   if (start != Start::NoPassword) {

@@ -42,15 +42,9 @@ TEST(StackWipeTest, WipesWhatStandsBelow) {
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
-TEST(StackWipeTest, WipesWhatBulkKernelsSpill) {
+TEST(StackWipeTest, WipesWhatStandsFarBelow) {
   const std::uintptr_t place = LeaveTrace();
-  platform::WipeStackOfBulk();
-  EXPECT_EQ(TraceLeft(place), 0U);
-}
-
-TEST(StackWipeTest, WipesWhatAnExceptionSaved) {
-  const std::uintptr_t place = LeaveTrace();
-  platform::WipeStackOfException();
+  platform::WipeStackFarBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 

@@ -32,7 +32,7 @@ class Bitslice {
     Bitslice work;
     work.Run(keys, data, batches, feedback);
     SecureWipe(&work, sizeof work);
-    WipeStackOfBulk();
+    WipeStackFarBelow();
   }
 
  private:
