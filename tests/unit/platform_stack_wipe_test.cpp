@@ -18,8 +18,9 @@ constexpr std::uint8_t kTrace = 0xA5;
   for (std::size_t i = 0; i < kTraceLength; ++i) {
     const_cast<std::array<std::uint8_t, kTraceLength>&>(trace)[i] = kTrace;
   }
-  asm volatile("" ::"r"(&trace) : "memory");
-  return reinterpret_cast<std::uintptr_t>(&trace);
+  std::uintptr_t place = 0;
+  asm volatile("" : "=r"(place) : "0"(&trace) : "memory");
+  return place;
 }
 
 // How much of the trace is there still. Reads memory that belongs to no object any more.
