@@ -5,7 +5,8 @@
 #include "diagnostics/fault.h"
 #include "fuzz/input.h"
 
-using namespace latchkey;
+using latchkey::cli::CommandError;
+using latchkey::cli::CommandLine;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   std::vector<std::string> arguments;
@@ -19,12 +20,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   }
   if (!argument.empty()) arguments.push_back(argument);
   std::reverse(arguments.begin(), arguments.end());  // as the parser wants a list of them
-  static cli::CommandLine commandLine;  // making one takes far longer than reading a line
+  static CommandLine commandLine;  // making one takes far longer than reading a line
   try {
     commandLine.Parser().parse(arguments);
   } catch (const CLI::Error& error) {
     static_cast<void>(error.what());
-  } catch (const cli::CommandError& error) {
+  } catch (const CommandError& error) {
     static_cast<void>(error.what());
   }
   return 0;

@@ -6,13 +6,21 @@
 #include "diagnostics/fault.h"
 #include "fuzz/input.h"
 
-using namespace latchkey;
+using latchkey::ByteArray;
+using latchkey::clsCryptoAPI;
+using latchkey::clsMain;
+using latchkey::Fault;
+using latchkey::Text;
+using latchkey::TextView;
+using latchkey::fuzz::Input;
+using latchkey::fuzz::Require;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const clsMain main;
   const clsCryptoAPI api;
-  fuzz::Input input(data, size);
+  Input input(data, size);
   const auto dimensions = static_cast<std::uint16_t>(input.Take<std::uint8_t>() % 4);
+  // NOLINTNEXTLINE(bugprone-signed-char-misuse,cert-str34-c): a number, not a character
   const std::int32_t lowerBound = input.Take<std::int8_t>();
   const auto elements = input.TakeRest();
   const auto upperBound = static_cast<std::int32_t>(lowerBound + std::ssize(elements) - 1);
@@ -20,10 +28,10 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const bool readable = dimensions == 1 && lowerBound <= 0 && upperBound >= 0;
   try {
     const Text text = api.ByteArrayToString(array);
-    fuzz::Require(readable && text.size() <= elements.size());
-    fuzz::Require(api.ByteArrayToString(api.StringToByteArray(TextView(text))) == text);
+    Require(readable && text.size() <= elements.size());
+    Require(api.ByteArrayToString(api.StringToByteArray(TextView(text))) == text);
   } catch (const Fault& fault) {
-    fuzz::Require(!readable && fault.Number() == 9);
+    Require(!readable && fault.Number() == 9);
   }
   return 0;
 }

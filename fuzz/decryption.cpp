@@ -6,7 +6,10 @@
 #include "crypto/cls_crypto_api.h"
 #include "fuzz/input.h"
 
-using namespace latchkey;
+using latchkey::ByteArray;
+using latchkey::clsCryptoAPI;
+using latchkey::fuzz::Input;
+using latchkey::fuzz::Require;
 
 namespace {
 
@@ -22,8 +25,8 @@ void RequireSameDecision(const latchkey_key& key, std::span<const std::uint8_t> 
   ByteArray array = ByteArray::WithTrailingZero(password);
   api.Password(array);
   api.InputData(ByteArray::WithTrailingZero(ciphertext));
-  fuzz::Require(api.Decrypt(static_cast<std::int16_t>(key.hash),
-                            static_cast<std::int16_t>(key.cipher)) == decrypts);
+  Require(api.Decrypt(static_cast<std::int16_t>(key.hash), static_cast<std::int16_t>(key.cipher)) ==
+          decrypts);
 }
 
 }  // namespace
@@ -32,11 +35,11 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static latchkey_thread* thread = nullptr;
   static latchkey_crypto* crypto = nullptr;
   if (crypto == nullptr) {
-    fuzz::Require(latchkey_thread_open(&thread) == LATCHKEY_OK);
-    fuzz::Require(latchkey_crypto_open(&crypto) == LATCHKEY_OK);
+    Require(latchkey_thread_open(&thread) == LATCHKEY_OK);
+    Require(latchkey_crypto_open(&crypto) == LATCHKEY_OK);
   }
-  fuzz::Input input(data, size);
-  const std::uint8_t choice = input.Take<std::uint8_t>();
+  Input input(data, size);
+  const auto choice = input.Take<std::uint8_t>();
   latchkey_key key{};
   key.flags = choice & LATCHKEY_ENHANCED;
   key.hash = choice / 2 % 6;
@@ -54,12 +57,12 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (key.rc2_effective_bits == 0) RequireSameDecision(key, ciphertext, status == LATCHKEY_OK);
   if (status != LATCHKEY_OK) return 0;
 
-  fuzz::Require(length <= ciphertext.size());
+  Require(length <= ciphertext.size());
   std::vector<std::uint8_t> again(ciphertext.size() + 1);
   std::size_t againLength = again.size();
-  fuzz::Require(latchkey_encrypt(crypto, &key, plaintext.data(), length, again.data(),
-                                 &againLength) == LATCHKEY_OK);
+  Require(latchkey_encrypt(crypto, &key, plaintext.data(), length, again.data(), &againLength) ==
+          LATCHKEY_OK);
   again.resize(againLength);
-  fuzz::Require(std::equal(again.begin(), again.end(), ciphertext.begin(), ciphertext.end()));
+  Require(std::equal(again.begin(), again.end(), ciphertext.begin(), ciphertext.end()));
   return 0;
 }

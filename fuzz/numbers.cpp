@@ -7,24 +7,32 @@
 #include "diagnostics/fault.h"
 #include "fuzz/input.h"
 
-using namespace latchkey;
+using latchkey::clsMain;
+using latchkey::DigitsOnly;
+using latchkey::Fault;
+using latchkey::NumberIn;
+using latchkey::Text;
+using latchkey::TextView;
+using latchkey::fuzz::Input;
+using latchkey::fuzz::Require;
+using latchkey::platform::IsNumericText;
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const clsMain main;
-  fuzz::Input input(data, size);
+  Input input(data, size);
   const Text text = input.TakeText();
-  const bool numeric = platform::IsNumericText(text);
+  const bool numeric = IsNumericText(text);
   try {
     static_cast<void>(NumberIn(text));
-    fuzz::Require(numeric);
+    Require(numeric);
   } catch (const Fault& fault) {
-    fuzz::Require(fault.Number() == 6 || (fault.Number() == 13 && !numeric));
+    Require(fault.Number() == 6 || (fault.Number() == 13 && !numeric));
   }
   const Text digits = DigitsOnly(TextView(text));
   const auto isDropped = [](char16_t character) {
     return TextView(u".,E-+").find(character) != TextView::npos;
   };
-  fuzz::Require(std::none_of(digits.begin(), digits.end(), isDropped));
-  fuzz::Require(std::all_of(text.begin(), text.end(), isDropped) == digits.empty());
+  Require(std::none_of(digits.begin(), digits.end(), isDropped));
+  Require(std::all_of(text.begin(), text.end(), isDropped) == digits.empty());
   return 0;
 }

@@ -5,11 +5,19 @@
 #include "fuzz/input.h"
 #include "platform/variant_text.h"
 
-using namespace latchkey;
+using latchkey::Date;
+using latchkey::Empty;
+using latchkey::Null;
+using latchkey::Text;
+using latchkey::TextView;
+using latchkey::Variant;
+using latchkey::fuzz::Input;
+using latchkey::fuzz::Require;
+namespace platform = latchkey::platform;
 
 namespace {
 
-Variant TakeVariant(fuzz::Input& input, Text& text) {
+Variant TakeVariant(Input& input, Text& text) {
   switch (input.Take<std::uint8_t>() % 8) {
     case 0:
       return Empty{};
@@ -34,7 +42,7 @@ Variant TakeVariant(fuzz::Input& input, Text& text) {
 }  // namespace
 
 int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  fuzz::Input input(data, size);
+  Input input(data, size);
   Text text;
   const Variant value = TakeVariant(input, text);
   if (const auto* given = std::get_if<TextView>(&value)) {
@@ -45,7 +53,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   try {
     text = platform::TextOfVariant(value);
   } catch (const std::invalid_argument&) {
-    fuzz::Require(std::holds_alternative<Null>(value) || std::holds_alternative<Date>(value));
+    Require(std::holds_alternative<Null>(value) || std::holds_alternative<Date>(value));
     return 0;
   }
   const auto* number = std::get_if<double>(&value);
@@ -53,7 +61,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto [reading, read] = platform::ReadNumber(text);
   // Fifteen digits of the largest numbers may round to what no Double holds.
   if (reading == platform::NumberReading::Overflow) return 0;
-  fuzz::Require(reading == platform::NumberReading::Number);
-  fuzz::Require(std::abs(read - *number) <= std::abs(*number) * 1e-14 + 1e-320);
+  Require(reading == platform::NumberReading::Number);
+  Require(std::abs(read - *number) <= std::abs(*number) * 1e-14 + 1e-320);
   return 0;
 }
