@@ -80,9 +80,10 @@ int main() {
   };
   const double naming = Measure(getId);
   const double invoking = Measure(invoke);
-  std::printf("{\"virtual\": %.1f, \"early\": %.1f, \"GetIDsOfNames\": %.1f, \"Invoke\": %.1f, ",
+  std::printf(R"({"virtual": %.1f, "early": %.1f, "GetIDsOfNames": %.1f, "Invoke": %.1f, )",
               virtualCall, early, naming, invoking);
-  std::printf("\"compiler\": \"GCC %s\", \"wine\": \"%s\"}\n", __VERSION__, WineVersion().c_str());
+  std::printf(R"("compiler": "GCC %s", "wine": "%s"})", __VERSION__, WineVersion().c_str());
+  std::puts("");
   main->Release();
   CoUninitialize();
   return 0;

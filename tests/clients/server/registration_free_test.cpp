@@ -19,17 +19,17 @@ class ManifestContext {
     ACTCTXW description = {};
     description.cbSize = sizeof(description);
     description.lpSource = path.c_str();
-    context = CreateActCtxW(&description);
-    EXPECT_NE(context, INVALID_HANDLE_VALUE) << GetLastError();
+    context_ = CreateActCtxW(&description);
+    EXPECT_NE(context_, INVALID_HANDLE_VALUE) << GetLastError();
   }
   ManifestContext(const ManifestContext&) = delete;
   ManifestContext& operator=(const ManifestContext&) = delete;
-  ~ManifestContext() { ReleaseActCtx(context); }
+  ~ManifestContext() { ReleaseActCtx(context_); }
 
-  [[nodiscard]] HANDLE Get() const { return context; }
+  [[nodiscard]] HANDLE Get() const { return context_; }
 
  private:
-  HANDLE context;
+  HANDLE context_;
 };
 
 class Activation {

@@ -27,6 +27,6 @@ inline LONG CALLBACK EndAtFatalException(EXCEPTION_POINTERS* raised) {
 }
 
 // Before main, so before the program loads the DLL, and ahead of the handlers of others.
-inline void* const fatalExceptionHandler = AddVectoredExceptionHandler(1, EndAtFatalException);
+inline void* const kFatalExceptionHandler = AddVectoredExceptionHandler(1, EndAtFatalException);
 
 }  // namespace latchkey::test
