@@ -83,8 +83,9 @@ class CommandTest(unittest.TestCase):
     def run_well(self, *arguments, **options):
         """The same for what must succeed without a word on standard error."""
         result = self.run_command(*arguments, **options)
-        if IS_WINDOWS and (result.status, result.out, result.err) == (1, b"", b""):
-            # Wine 8 does not start a program at all, once in some thousand times; the command never fails in silence.
+        told_to_be_silent = {"--quiet", "--status"}.intersection(arguments)
+        if WINE == "x64" and not told_to_be_silent and (result.status, result.out, result.err) == (1, b"", b""):
+            # On the 64-bit Wine 8 programs were seen to end so without having run. The command says why it fails.
             print(f"Wine did not start {arguments}: once again", flush=True)
             result = self.run_command(*arguments, **options)
         self.assertEqual((result.status, result.err), (0, b""), f"{arguments}: {result}")

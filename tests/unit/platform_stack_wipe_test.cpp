@@ -18,8 +18,18 @@ constexpr std::uint8_t kTrace = 0xA5;
   for (std::size_t i = 0; i < kTraceLength; ++i) {
     const_cast<std::array<std::uint8_t, kTraceLength>&>(trace)[i] = kTrace;
   }
+  // By way of the assembler, since compilers warn of the address of what is gone on return.
   std::uintptr_t place = 0;
   asm volatile("" : "=r"(place) : "0"(&trace) : "memory");
+  return place;
+}
+
+// The same with 12 KiB of the stack between.
+[[gnu::noinline]] std::uintptr_t LeaveTraceFarBelow() {
+  std::array<std::uint8_t, 12288> between{};
+  asm volatile("" ::"r"(between.data()) : "memory");
+  const std::uintptr_t place = LeaveTrace();
+  asm volatile("" ::"r"(between.data()) : "memory");
   return place;
 }
 
@@ -44,7 +54,7 @@ TEST(StackWipeTest, WipesWhatStandsBelow) {
 }
 
 TEST(StackWipeTest, WipesWhatStandsFarBelow) {
-  const std::uintptr_t place = LeaveTrace();
+  const std::uintptr_t place = LeaveTraceFarBelow();
   platform::WipeStackFarBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
