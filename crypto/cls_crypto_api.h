@@ -30,10 +30,12 @@ class WorkingText;
 // four conversions do so only to record a failure. A failure of memory is recorded as run-time
 // fault 7 at the operation's trap.
 //
-// Text and bytes. One character always stands for one byte, through the system's code page
-// (platform/code_page.h). A byte array made from text has one zero element more than the text has
-// characters, and the last element of an array turned into text is ignored; trailing spaces are
-// lost on the way into text.
+// Text and bytes. One character always stands for one byte, through the system's code page; on
+// Linux that is 1252 unless SetCodePage (platform/set_code_page.h) chose another. Every byte
+// becomes a character and back; on code pages with characters of several bytes, and where a byte is
+// no character by itself, it is the character of the same number. A byte array made from text has
+// one zero element more than the text has characters, and the last element of an array turned into
+// text is ignored; trailing spaces are lost on the way into text.
 //
 // The provider is opened by the first operation that needs it, kept, and closed with the object.
 // An instance belongs to the thread that made it.
@@ -123,13 +125,13 @@ class LATCHKEY_API clsCryptoAPI {
   bool Encrypt(std::int16_t intHashType = 0, std::int16_t intCipherType = 0);
 
   // The characters of all elements but the last, without trailing spaces. Raises
-  // SubscriptOutOfRange (9) for an array without an element 0 or of several dimensions, Overflow
-  // (6) for a byte that is no character by itself. Never clears or writes the record.
+  // SubscriptOutOfRange (9) for an array without an element 0 or of several dimensions. Never
+  // clears or writes the record.
   [[nodiscard]] Text ByteArrayToString(const ByteArray& arByte) const;
 
   // The codes of the value's text and one zero element; a single zero for empty text. Raises
   // InvalidUseOfNull (94) for Null, TypeMismatch (13) for a value that has no text, Overflow (6)
-  // for a character that is no single byte. Never clears or writes the record.
+  // for a character that the code page writes in several bytes. Never clears or writes the record.
   [[nodiscard]] ByteArray StringToByteArray(const Variant& varInput) const;
 
   // The text whose hexadecimal form is strHex, without trailing spaces. A pair is read up to its
