@@ -32,10 +32,10 @@ class WorkingText;
 //
 // Text and bytes. One character always stands for one byte, through the system's code page; on
 // Linux that is 1252 unless SetCodePage (platform/set_code_page.h) chose another. Every byte
-// becomes a character and back; on code pages with characters of several bytes, and where a byte is
-// no character by itself, it is the character of the same number. A byte array made from text has
-// one zero element more than the text has characters, and the last element of an array turned into
-// text is ignored; trailing spaces are lost on the way into text.
+// becomes a character and back: one that is no character by itself (the first of a two-byte
+// character, or a byte of UTF-8 above 127) is the character of the same number. A byte array made
+// from text has one zero element more than the text has characters, and the last element of an
+// array turned into text is ignored; trailing spaces are lost on the way into text.
 //
 // The provider is opened by the first operation that needs it, kept, and closed with the object.
 // An instance belongs to the thread that made it.
