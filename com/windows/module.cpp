@@ -3,14 +3,15 @@
 #include "com/windows/interface_members.h"
 #include "com/windows/type_library.h"
 #include "diagnostics/fault.h"
+#include "platform/windows/system_library.h"
 
 namespace latchkey::com {
 namespace {
 
 constexpr DWORD kLongestPath = 32767;  // of a file on Windows, in characters
 
-// Guards moduleUses, and keeps new users out while the last one takes the descriptions. Held for a
-// few instructions, never over a call of another library.
+// Guards moduleUses, and keeps new users out while the last one takes what the module keeps. Held
+// for a few instructions, never over a call of another library.
 SRWLOCK usesLock = SRWLOCK_INIT;
 long moduleUses = 0;
 
@@ -22,18 +23,20 @@ class UsesLock {
   ~UsesLock() { ReleaseSRWLockExclusive(&usesLock); }
 };
 
-// Ends one use, unless it is the last and there are descriptions: then these are released instead,
-// while the use still counts. Another thread that begins a use meanwhile finds none and reads its
-// own. True when the use has ended.
-bool EndUseOrReleaseDescriptions() noexcept {
+// Ends one use, unless it is the last and the module keeps a library: then that is released
+// instead, while the use still counts. Another thread that begins a use meanwhile finds none and
+// loads its own. True when the use has ended.
+bool EndUseOrReleaseLibraries() noexcept {
+  platform::UniqueLibrary internet;
   UniqueInterface<ITypeLib> library;
   MembersOfClasses members;
   const UsesLock lock;  // released first
   if (moduleUses == 1) {
     library.Reset(TakeTypeLibrary());
     members = TakeMembers();
+    internet = platform::TakeInternetLibrary();
   }
-  if (library) return false;
+  if (library || internet) return false;
   --moduleUses;
   return true;
 }
@@ -56,7 +59,7 @@ void ModuleUse::Add() noexcept {
 }
 
 void ModuleUse::Drop() noexcept {
-  while (!EndUseOrReleaseDescriptions()) {
+  while (!EndUseOrReleaseLibraries()) {
   }
 }
 

@@ -3,19 +3,29 @@
 #include <windows.h>
 #include <wininet.h>
 
+#include <atomic>
+
 #include "platform/windows/system_library.h"
 
 namespace latchkey::platform {
 namespace {
 
-// The Internet library is loaded for each query and freed after it: most clients never ask, some
-// systems have no such library, and nothing is left for the DLL's unloading.
+std::atomic<HMODULE> keptLibrary{nullptr};
+
+// Loading it takes much longer than the query. Two threads may load at once; the second one's
+// reference goes back unused.
+HMODULE InternetLibrary() {
+  HMODULE library = keptLibrary.load();
+  if (library != nullptr) return library;
+  UniqueLibrary fresh = LoadSystemLibrary(L"wininet.dll");
+  return keptLibrary.compare_exchange_strong(library, fresh.Get()) ? fresh.Release() : library;
+}
+
 class WindowsConnectivity final : public Connectivity {
  public:
   bool InternetGetConnectedState(std::uint32_t* lpdwFlags, std::uint32_t dwReserved) override {
-    const UniqueLibrary library = LoadSystemLibrary(L"wininet.dll");
     const auto query = reinterpret_cast<decltype(&::InternetGetConnectedState)>(
-        reinterpret_cast<void*>(FunctionOf(library, "InternetGetConnectedState")));
+        reinterpret_cast<void*>(FunctionOf(InternetLibrary(), "InternetGetConnectedState")));
     DWORD flags = *lpdwFlags;
     const BOOL connected = query(&flags, dwReserved);
     *lpdwFlags = flags;
@@ -24,6 +34,10 @@ class WindowsConnectivity final : public Connectivity {
 };
 
 }  // namespace
+
+UniqueLibrary TakeInternetLibrary() noexcept {
+  return UniqueLibrary(keptLibrary.exchange(nullptr));
+}
 
 Connectivity& SystemConnectivity() {
   static WindowsConnectivity connectivity;

@@ -37,8 +37,8 @@ UniqueLibrary LoadSystemLibrary(const wchar_t* name) {
   return library;
 }
 
-FARPROC FunctionOf(const UniqueLibrary& library, const char* name) {
-  const FARPROC function = GetProcAddress(library.Get(), name);
+FARPROC FunctionOf(HMODULE library, const char* name) {
+  const FARPROC function = GetProcAddress(library, name);
   if (function == nullptr) throw MissingFunction();
   return function;
 }

@@ -267,12 +267,5 @@ TEST_F(MembersTest, DoesInternetConnectionExistGivesABoolean) {
   EXPECT_EQ(failed, VARIANT_FALSE);
 }
 
-// The component loads the library for each query only.
-TEST_F(MembersTest, TheInternetLibraryIsNotKept) {
-  VARIANT_BOOL exists = VARIANT_FALSE;
-  ASSERT_EQ(Main()->DoesInternetConnectionExist(&exists), S_OK);
-  EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
-}
-
 }  // namespace
 }  // namespace latchkey::test
