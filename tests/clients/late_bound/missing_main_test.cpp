@@ -31,7 +31,9 @@ TEST(MissingMainTest, TheReleasedMainOfAnotherThreadOfTheMultithreadedApartmentI
     CreateMain().Reset();
   }).join();
   ExpectException(Hash(api), 91, kNoMain);
-  ExpectException(LateClient(main.Get()).Get(L"ErrorExists"), 91, kNoMain);
+  const Outcome seen = LateClient(main.Get()).Get(L"ErrorExists");
+  EXPECT_EQ(seen.scode, FaultCode(91));
+  EXPECT_EQ(seen.description, kNoMain);
 }
 
 }  // namespace
