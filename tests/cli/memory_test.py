@@ -90,6 +90,9 @@ class MemoryTest(CommandTest):
     def test_a_decryption(self):
         self.sweep(["decrypt", *KEY, "-o", "out", "in"], {"in": self.run_well("encrypt", *KEY, data=b"some text").out})
 
+    def test_an_encryption_on_several_threads(self):
+        self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": bytes((2 << 20) + 1)})
+
     def test_digests_that_are_checked(self):
         self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
 

@@ -6,13 +6,9 @@ import signal
 import subprocess
 import unittest
 
-from command import CommandTest
+from command import ENDING_SIGNALS, CommandTest
 
 OPTIONS = ["--hash", "md5", "--cipher", "rc4", "--no-password"]
-# By default these stop a process or do nothing, or cannot be caught.
-OTHERS = {signal.SIGCHLD, signal.SIGCONT, signal.SIGKILL, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN,
-          signal.SIGTTOU, signal.SIGURG, signal.SIGWINCH}
-ENDING = sorted(signal.valid_signals() - OTHERS)
 
 
 class SignalTest(CommandTest):
@@ -42,7 +38,7 @@ class SignalTest(CommandTest):
 
     def test_every_signal_that_ends_the_process_leaves_nothing(self):
         self.write("out", b"precious")
-        for number in ENDING:
+        for number in ENDING_SIGNALS:
             process, pipe = self.start_half("--force")
             with pipe:
                 process.send_signal(number)
@@ -57,12 +53,12 @@ class SignalTest(CommandTest):
 
     def test_a_signal_that_the_parent_ignores_ends_nothing(self):
         def ignore():
-            for number in ENDING:
+            for number in ENDING_SIGNALS:
                 signal.signal(number, signal.SIG_IGN)
 
         process, pipe = self.start_half(preexec_fn=ignore)
         with pipe:
-            for number in ENDING:
+            for number in ENDING_SIGNALS:
                 process.send_signal(number)
             pipe.write(b"more")
         self.assertEqual((process.wait(), self.names(), len(self.read("out"))), (0, ["out"], 8))
