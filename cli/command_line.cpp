@@ -24,7 +24,7 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
   return std::find(arguments.begin(), end, "--json") != end;
 }
 
-// Knows whether memory ran out while it lives: a stream keeps that to itself and drops text.
+// Notes whether memory runs out while it lives: a stream hides that and drops text.
 class MemoryWatch {
  public:
   MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut_ = false; }

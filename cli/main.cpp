@@ -14,8 +14,8 @@ using latchkey::cli::ExitStatus;
 using latchkey::platform::StandardStream;
 using latchkey::platform::WriteText;
 
-// For what fails while the parser is made, or while a failure is told. Allocates nothing.
-ExitStatus TellPlainly(const char* text) noexcept {
+// For failures while the parser is made or while a failure is reported. Allocates nothing.
+ExitStatus PrintPlainly(const char* text) noexcept {
   for (const char* const part : {"latchkey: ", text, "\n"}) WriteText(StandardStream::Error, part);
   return ExitStatus::Failed;
 }
@@ -25,9 +25,9 @@ ExitStatus Run(int argc, const char* const* argv) noexcept {
     latchkey::cli::CommandLine commandLine;
     return commandLine.Run(latchkey::platform::ProgramArguments(argc, argv));
   } catch (const std::bad_alloc&) {
-    return TellPlainly(latchkey::platform::kOutOfMemory);
+    return PrintPlainly(latchkey::platform::kOutOfMemory);
   } catch (const std::exception& error) {
-    return TellPlainly(error.what());
+    return PrintPlainly(error.what());
   }
 }
 

@@ -34,7 +34,7 @@ class Progress {
   Clock::time_point start_ = Clock::now();
   Clock::time_point next_ = start_ + std::chrono::seconds(1);
   std::size_t drawn_ = 0;  // characters on the terminal
-  std::string eraser_;     // what takes them away: made before them, so that the end cannot fail
+  std::string eraser_;     // removes them; made first, so that the destructor allocates nothing
 };
 
 }  // namespace latchkey::cli

@@ -1,5 +1,6 @@
 """The command with each of its allocations failing in turn, from the loader's first one on."""
 import concurrent.futures
+import json
 import os
 import pathlib
 import signal
@@ -57,7 +58,10 @@ class MemoryTest(CommandTest):
         else:
             self.assertEqual(process.returncode, 1, told)
             self.assertIn(after, (before, whole[0]), told)
-            self.assertTrue(not lines and "--json" in arguments or lines == [LINE], told)
+            if "--json" in arguments and not lines:
+                self.assertEqual(json.loads(process.stdout)["error"]["number"], 7, told)
+            else:
+                self.assertEqual((lines, process.stdout), ([LINE], b""), told)
         return process.returncode
 
     def sweep(self, arguments, before):

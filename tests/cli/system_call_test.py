@@ -1,6 +1,6 @@
 """The command when the system refuses: every system call from main on fails in turn, is interrupted, brings a signal.
 
-strace puts the failures in. What it cannot show is told rather than left out: without ptrace these tests fail.
+strace injects the failures; where the system permits no tracing, these tests fail rather than skip.
 """
 import concurrent.futures
 import json

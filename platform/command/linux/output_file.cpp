@@ -34,7 +34,7 @@ std::string FolderOf(const std::string& path) {
   return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
-// Whether there is anything of that name, and its state. A system that cannot say is no answer.
+// Whether the name exists, and its state. Raises FileError when the system cannot say.
 bool Exists(const std::string& path, struct stat& state) {
   if (::lstat(path.c_str(), &state) == 0) return true;
   if (errno != ENOENT) throw FileError(errno, "cannot create", path);
@@ -52,7 +52,7 @@ std::string Followed(const std::string& path) {
   return resolved.data();
 }
 
-// /dev/null, by its fixed number: writing to it changes nothing.
+// /dev/null, by its fixed number. Writing to it changes nothing.
 bool IsNullDevice(const struct stat& state) {
   return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
 }
@@ -68,8 +68,8 @@ bool Rename(const std::string& from, const std::string& to, bool replace) {
   return true;
 }
 
-// Puts the new name of a file on the disk. True also where that cannot be asked for: in a folder
-// that may be written but not read, and on a file system without the call.
+// Puts the new name of a file on the disk. Also true where that is not possible: in a folder that
+// may be written but not read, and on a file system without the call.
 bool FlushFolder(const std::string& folder) {
   const UniqueFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!file) return errno == EACCES;
@@ -88,7 +88,7 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
   std::string place = Followed(name);
   struct stat state {};
   const bool exists = Exists(place, state);
-  const bool isFolder = exists && S_ISDIR(state.st_mode);  // cannot be opened, and says so best
+  const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it gives the right reason
   if (exists && !replace && !isFolder && !IsNullDevice(state)) {
     throw FileError(EEXIST, "cannot create", name_);
   }

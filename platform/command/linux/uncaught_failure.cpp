@@ -25,7 +25,7 @@ namespace {
     if (std::current_exception()) throw;
   } catch (const std::bad_alloc&) {
     text = kOutOfMemory;
-  } catch (...) {  // NOLINT(bugprone-empty-catch): there are no better words for it
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the text above says what is known
   }
   EndProcess(text);
 }

@@ -20,7 +20,7 @@ constexpr const char* kStandardInput = "standard input";
 constexpr std::size_t kLargestRead = std::size_t{1} << 30;
 
 UniqueFile Open(const std::string& name) {
-  // The system would read the name up to there, and open another file.
+  // The system would read the name up to its NUL and open another file.
   if (name.find('\0') != std::string::npos) {
     throw FileError(ERROR_INVALID_NAME, "cannot open", name);
   }
