@@ -1,4 +1,5 @@
 """The two documents as Markdown."""
+import pathlib
 import re
 import textwrap
 
@@ -32,6 +33,9 @@ that *raises* a fault reports it to its caller: a COM client gets the HRESULT 80
 number and its description as error information, a C++ client the exception `latchkey::Fault`. A COM client that gives
 an array whose elements are not bytes gets TypeMismatch (13).
 """
+
+# The section about storing ciphertexts, as it stands.
+STORING = pathlib.Path(__file__).with_name("storing.md")
 
 ERRORS_START = """\
 # Errors
@@ -161,7 +165,7 @@ def code_names(interfaces, sites, faults):
 
 def reference_page(interfaces, descriptions, sites, faults):
     names = code_names(interfaces, sites, faults)
-    parts = [wrapped(REFERENCE_START)]
+    parts = [wrapped(REFERENCE_START), STORING.read_text(encoding="utf-8").strip()]
     for interface in interfaces:
         parts += class_section(interface, descriptions[interface.class_name], sites, names)
     return "\n\n".join(parts) + "\n"
