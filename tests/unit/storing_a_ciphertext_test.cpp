@@ -64,6 +64,11 @@ bool HasEndMark(TextView text) {
          TextView(u"0123456789").find(text.back()) != TextView::npos;
 }
 
+// Whether AnyText gave the text a whole mark, which is the one thing that is removed by mistake.
+bool EndsWithAChosenMark(TextView text) {
+  return text.ends_with(u"~lkend~0") || text.ends_with(u"~lkend~9 ");
+}
+
 template <class Form>
 class StoringACiphertextTest : public testing::Test {
  protected:
@@ -170,7 +175,7 @@ TYPED_TEST(StoringACiphertextTest, ReadsTextWithoutAMarkAsBefore) {
     this->ChooseSettings();
     const Text text = this->AnyText();
     const auto stored = this->StoreUnmarked(text);
-    if (!stored || HasEndMark(text.substr(0, text.find_last_not_of(u' ') + 1))) continue;
+    if (!stored || EndsWithAChosenMark(text)) continue;
     const bool canBeStored = !text.ends_with(u' ') && this->CanBeStored(text);
     const auto read = this->Read(*stored);
     ASSERT_EQ(read, this->ReadAsBefore(*stored)) << this->Described(text);
