@@ -72,18 +72,18 @@ bool EndsWithAChosenMark(TextView text) {
 template <class Form>
 class StoringACiphertextTest : public testing::Test {
  protected:
-  StoringACiphertextTest() { enhanced_.EnhancedProvider(true); }
+  StoringACiphertextTest() { enhanced.EnhancedProvider(true); }
 
-  std::size_t Below(std::size_t bound) { return random_() % bound; }
+  std::size_t Below(std::size_t bound) { return random() % bound; }
 
   // Another object, hash, cipher and password.
   void ChooseSettings() {
-    const bool enhanced = Below(2) == 1;
-    api_ = enhanced ? &enhanced_ : &base_;
-    hash_ = static_cast<std::int16_t>(1 + Below(4));
-    cipher_ = static_cast<std::int16_t>(1 + Below(enhanced ? 5 : 3));
+    const bool useEnhanced = Below(2) == 1;
+    api = useEnhanced ? &enhanced : &base;
+    hash = static_cast<std::int16_t>(1 + Below(4));
+    cipher = static_cast<std::int16_t>(1 + Below(useEnhanced ? 5 : 3));
     ByteArray password = ArrayOf("password " + std::to_string(Below(1000)));
-    api_->Password(password);
+    api->Password(password);
   }
 
   // Any characters of the code page, often with an end that is at risk.
@@ -94,29 +94,29 @@ class StoringACiphertextTest : public testing::Test {
     std::ranges::generate(bytes, [this] { return static_cast<std::uint8_t>(Below(256)); });
     for (const char end : ends[Below(ends.size())]) bytes.push_back(static_cast<std::uint8_t>(end));
     bytes.push_back('x');  // keeps spaces before it
-    Text text = api_->ByteArrayToString(ArrayOf(bytes));
+    Text text = api->ByteArrayToString(ArrayOf(bytes));
     text.pop_back();
     return text;
   }
 
   bool Encrypt(TextView text) {
-    api_->InputData(api_->StringToByteArray(text));
-    return api_->Encrypt(hash_, cipher_);
+    api->InputData(api->StringToByteArray(text));
+    return api->Encrypt(hash, cipher);
   }
 
   // Whether the ciphertext is whole after its way through text.
   [[nodiscard]] bool CanBeStored(const Text& plain) const {
-    return api_->ByteArrayToString(api_->OutputData()).size() ==
-           Form::LengthOfCiphertext(*api_, plain.size(), cipher_ != kRc4);
+    return api->ByteArrayToString(api->OutputData()).size() ==
+           Form::LengthOfCiphertext(*api, plain.size(), cipher != kRc4);
   }
 
   std::optional<typename Form::Stored> Store(const Text& text) {
     for (char16_t digit = u'0'; digit <= u'9'; ++digit) {
       const Text marked = text + Text(kEndMark) + digit;
-      if (api_->ByteArrayToString(api_->StringToByteArray(TextView(marked))) != marked) break;
+      if (api->ByteArrayToString(api->StringToByteArray(TextView(marked))) != marked) break;
       if (!Encrypt(marked)) break;
-      if (CanBeStored(marked)) return Form::Keep(*api_);
-      ++digitsPassed_;
+      if (CanBeStored(marked)) return Form::Keep(*api);
+      ++digitsPassed;
     }
     return std::nullopt;
   }
@@ -124,13 +124,13 @@ class StoringACiphertextTest : public testing::Test {
   // Without a mark, as the samples did it before.
   std::optional<typename Form::Stored> StoreUnmarked(const Text& text) {
     if (!Encrypt(text)) return std::nullopt;
-    return Form::Keep(*api_);
+    return Form::Keep(*api);
   }
 
   std::optional<Text> ReadAsBefore(const typename Form::Stored& stored) {
-    Form::Take(*api_, stored);
-    if (!api_->Decrypt(hash_, cipher_)) return std::nullopt;
-    return api_->ByteArrayToString(api_->OutputData());
+    Form::Take(*api, stored);
+    if (!api->Decrypt(hash, cipher)) return std::nullopt;
+    return api->ByteArrayToString(api->OutputData());
   }
 
   std::optional<Text> Read(const typename Form::Stored& stored) {
@@ -140,19 +140,19 @@ class StoringACiphertextTest : public testing::Test {
   }
 
   [[nodiscard]] std::string Described(const Text& text) const {
-    Bytes codes = DataOf(api_->StringToByteArray(TextView(text)));
-    return Hex(codes) + " hash " + std::to_string(hash_) + " cipher " + std::to_string(cipher_);
+    Bytes codes = DataOf(api->StringToByteArray(TextView(text)));
+    return Hex(codes) + " hash " + std::to_string(hash) + " cipher " + std::to_string(cipher);
   }
 
-  ModuleScope scope_;
-  clsMain main_;
-  clsCryptoAPI base_;
-  clsCryptoAPI enhanced_;
-  clsCryptoAPI* api_ = &base_;
-  std::int16_t hash_ = 0;
-  std::int16_t cipher_ = 0;
-  int digitsPassed_ = 0;
-  std::mt19937 random_{Seed()};
+  ModuleScope scope;
+  clsMain main;
+  clsCryptoAPI base;
+  clsCryptoAPI enhanced;
+  clsCryptoAPI* api = &base;
+  std::int16_t hash = 0;
+  std::int16_t cipher = 0;
+  int digitsPassed = 0;
+  std::mt19937 random{Seed()};
 };
 
 using Forms = testing::Types<AsHexText, AsByteArray>;
@@ -166,7 +166,7 @@ TYPED_TEST(StoringACiphertextTest, GivesBackEveryText) {
     ASSERT_TRUE(stored) << this->Described(text);
     ASSERT_EQ(this->Read(*stored), text) << this->Described(text);
   }
-  EXPECT_GT(this->digitsPassed_, 0);  // about one ciphertext in 256
+  EXPECT_GT(this->digitsPassed, 0);  // about one ciphertext in 256
 }
 
 TYPED_TEST(StoringACiphertextTest, ReadsTextWithoutAMarkAsBefore) {
