@@ -20,14 +20,18 @@ static void print_hex(const char* name, const uint8_t* bytes, size_t length) {
   printf("%-10s %s\n", name, text);
 }
 
+/* What the error record says about the last failure. */
 static void print_error(const latchkey_thread* thread) {
   latchkey_error error;
   char text[128];
   size_t text_length = sizeof text;
+  int run_time;
   must(latchkey_error_read(thread, &error));
-  must(latchkey_error_app_description(thread, text, &text_length));
+  run_time = error.error_type == 1; /* 2: found by the operation itself */
+  must(run_time ? latchkey_error_rt_description(thread, text, &text_length)
+                : latchkey_error_app_description(thread, text, &text_length));
   printf("%-10s %s (location %d, number %d)\n", "failure", text, (int)error.location_id,
-         (int)error.app_error_number);
+         (int)(run_time ? error.rt_error_number : error.app_error_number));
 }
 
 int main(void) {

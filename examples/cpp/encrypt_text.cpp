@@ -7,8 +7,12 @@
 // The header is made from com/windows/latchkey.idl, in the build folder: latchkey.dll's type
 // library holds the same.
 #include <initguid.h>
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
 
 #include "com/windows/latchkey.h"
 
@@ -16,6 +20,16 @@ namespace {
 
 constexpr short kMd5 = 1;
 constexpr short kRc4 = 1;
+constexpr short kRunTimeFailure = 1;
+
+// Without its digit, see "Storing a ciphertext" in docs/reference.md.
+constexpr std::wstring_view kEndMark = L"~lkend~";
+
+// Ends the program with a message.
+[[noreturn]] void StopWith(const wchar_t* message) {
+  std::printf("%ls\n", message);
+  std::exit(1);
+}
 
 // Reports a call that failed, and ends the program.
 void Check(HRESULT result, const char* what) {
@@ -38,36 +52,96 @@ Interface* CreateObject(REFCLSID classId, REFIID interfaceId) {
   return static_cast<Interface*>(object);
 }
 
-SAFEARRAY* BytesOf(_clsCryptoAPI* api, const wchar_t* text) {
+SAFEARRAY* BytesOf(_clsCryptoAPI* api, const std::wstring& text) {
   VARIANT value;
   VariantInit(&value);
   V_VT(&value) = VT_BSTR;
-  V_BSTR(&value) = SysAllocString(text);
+  V_BSTR(&value) = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
   SAFEARRAY* bytes = nullptr;
   Check(api->StringToByteArray(&value, &bytes), "StringToByteArray");
   VariantClear(&value);
   return bytes;
 }
 
-// The result of the last Encrypt or Decrypt, as text.
-BSTR OutputText(_clsCryptoAPI* api) {
-  SAFEARRAY* output = nullptr;
+std::wstring TextOf(_clsCryptoAPI* api, SAFEARRAY* bytes) {
   BSTR text = nullptr;
-  Check(api->get_OutputData(&output), "OutputData");
-  Check(api->ByteArrayToString(&output, &text), "ByteArrayToString");
-  SafeArrayDestroy(output);
-  return text;
+  Check(api->ByteArrayToString(&bytes, &text), "ByteArrayToString");
+  std::wstring result(text, SysStringLen(text));
+  SysFreeString(text);
+  return result;
 }
 
-// An operation that fails says so by its result; the error record tells why.
+SAFEARRAY* Output(_clsCryptoAPI* api) {
+  SAFEARRAY* output = nullptr;
+  Check(api->get_OutputData(&output), "OutputData");
+  return output;
+}
+
+// An operation that fails says so by its result; the error record says why.
 void CheckOperation(VARIANT_BOOL succeeded, _clsMain* main) {
   if (succeeded != VARIANT_FALSE) return;
   short location = 0;
+  short type = 0;
   BSTR description = nullptr;
   Check(main->get_ErrorLocationID(&location), "ErrorLocationID");
-  Check(main->get_AppErrorDescription(&description), "AppErrorDescription");
+  Check(main->get_ErrorType(&type), "ErrorType");
+  Check(type == kRunTimeFailure ? main->get_RTErrorDescription(&description)
+                                : main->get_AppErrorDescription(&description),
+        "description");
   std::printf("failed at location %d: %ls\n", location, description);
   std::exit(1);
+}
+
+// The ciphertext and one more element, which the component ignores when it is given the array: the
+// whole array is stored and given back.
+//
+// Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its
+// digit is the first with which the ciphertext does not end in the code of a space.
+SAFEARRAY* Encrypt(_clsCryptoAPI* api, _clsMain* main, const std::wstring& text) {
+  for (wchar_t digit = L'0'; digit <= L'9'; ++digit) {
+    const std::wstring marked = text + std::wstring(kEndMark) + digit;
+    SAFEARRAY* plain = BytesOf(api, marked);
+    if (TextOf(api, plain) != marked) StopWith(L"a character is not in the system's code page");
+    VARIANT_BOOL done = VARIANT_FALSE;
+    Check(api->put_InputData(&plain), "InputData");
+    SafeArrayDestroy(plain);
+    Check(api->Encrypt(kMd5, kRc4, &done), "Encrypt");
+    CheckOperation(done, main);
+    SAFEARRAY* cipher = Output(api);
+    if (TextOf(api, cipher).size() + 1 == cipher->rgsabound[0].cElements) return cipher;
+    SafeArrayDestroy(cipher);
+  }
+  StopWith(L"no ciphertext that can be stored");
+}
+
+// Data stored by earlier versions has no mark and stays whole.
+std::wstring WithoutEndMark(const std::wstring& text) {
+  const std::size_t end = text.size() - std::min(text.size(), kEndMark.size() + 1);
+  const bool marked = text.compare(end, kEndMark.size(), kEndMark) == 0 &&
+                      std::wstring_view(L"0123456789").find(text.back()) != std::wstring::npos;
+  return marked ? text.substr(0, end) : text;
+}
+
+std::wstring Decrypt(_clsCryptoAPI* api, _clsMain* main, SAFEARRAY* cipher) {
+  VARIANT_BOOL done = VARIANT_FALSE;
+  Check(api->put_InputData(&cipher), "InputData");
+  Check(api->Decrypt(kMd5, kRc4, &done), "Decrypt");
+  CheckOperation(done, main);
+  SAFEARRAY* plain = Output(api);
+  const std::wstring text = WithoutEndMark(TextOf(api, plain));
+  SafeArrayDestroy(plain);
+  return text;
+}
+
+void PrintHex(_clsCryptoAPI* api, SAFEARRAY* cipher) {
+  const std::wstring characters = TextOf(api, cipher);
+  BSTR argument = SysAllocStringLen(characters.data(), static_cast<UINT>(characters.size()));
+  BSTR hex = nullptr;
+  VARIANT_BOOL upperCase = VARIANT_TRUE;
+  Check(api->ConvertStringToHex(argument, &upperCase, &hex), "ConvertStringToHex");
+  std::printf("ciphertext  %ls\n", hex);
+  SysFreeString(hex);
+  SysFreeString(argument);
 }
 
 void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
@@ -77,31 +151,11 @@ void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
   SAFEARRAY* password = BytesOf(api, passwordText);
   Check(api->put_Password(&password), "Password");  // erases the array: it is null now
 
-  SAFEARRAY* plain = BytesOf(api, text);
-  VARIANT_BOOL done = VARIANT_FALSE;
-  Check(api->put_InputData(&plain), "InputData");
-  Check(api->Encrypt(kMd5, kRc4, &done), "Encrypt");
-  CheckOperation(done, main);
+  SAFEARRAY* cipher = Encrypt(api, main, text);
+  PrintHex(api, cipher);
+  std::printf("decrypted   %ls\n", Decrypt(api, main, cipher).c_str());
 
-  BSTR cipherText = OutputText(api);
-  BSTR hex = nullptr;
-  VARIANT_BOOL upperCase = VARIANT_TRUE;
-  Check(api->ConvertStringToHex(cipherText, &upperCase, &hex), "ConvertStringToHex");
-  std::printf("ciphertext  %ls\n", hex);
-
-  SAFEARRAY* cipher = nullptr;
-  Check(api->get_OutputData(&cipher), "OutputData");
-  Check(api->put_InputData(&cipher), "InputData");
-  Check(api->Decrypt(kMd5, kRc4, &done), "Decrypt");
-  CheckOperation(done, main);
-  BSTR decrypted = OutputText(api);
-  std::printf("decrypted   %ls\n", decrypted);
-
-  SysFreeString(decrypted);
-  SysFreeString(hex);
-  SysFreeString(cipherText);
   SafeArrayDestroy(cipher);
-  SafeArrayDestroy(plain);
   SafeArrayDestroy(password);
   api->Release();
   main->Release();

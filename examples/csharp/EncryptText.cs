@@ -6,14 +6,20 @@
 //
 // Needs the registered DLL of the program's bitness. Not run by this project's tests: they have no .NET Framework.
 using System;
+using System.Runtime.InteropServices;
 using Latchkey;
 
 static class EncryptText
 {
-    const short Sha1 = 4, TripleDes = 4;
+    const short Hash = (short)LatchkeyHash.latchkeyHashSHA1;
+    const short Cipher = (short)LatchkeyCipher.latchkeyCipher3DES;
+    const string EndMark = "~lkend~";       // without its digit, see "Storing a ciphertext" in docs/reference.md
 
-    // The component's objects belong to one thread, which must be single-threaded. Threads of a multithreaded
-    // apartment share one error record: there, make one clsMain for the process, keep it alive, and release it last.
+    // One for the process, made first, kept alive and released last. All threads of a multi-threaded apartment share
+    // one host thread and so one error record, which the release of any clsMain there would take away.
+    static clsMain main;
+
+    // The component's objects belong to one thread, which must be single-threaded.
     [STAThread]
     static int Main(string[] arguments)
     {
@@ -22,41 +28,88 @@ static class EncryptText
             Console.Error.WriteLine("usage: EncryptText TEXT");
             return 2;
         }
-        var main = new clsMain();                       // first: makes the error record of this thread
+        main = new clsMain();
         var api = new clsCryptoAPI();
-        var enhanced = true;
-        api.set_EnhancedProvider(ref enhanced);         // before the first operation; 3DES needs it
+        try
+        {
+            var enhanced = true;
+            api.set_EnhancedProvider(ref enhanced);     // before the first operation; 3DES needs it
 
-        UsePassword(api, "a secret");
-        object text = arguments[0];
-        byte[] input = api.StringToByteArray(ref text);
-        api.set_InputData(ref input);
-        if (!api.Encrypt(Sha1, TripleDes)) return Report(main);
+            byte[] ciphertext = Encrypt(api, arguments[0], "a secret");
+            Console.WriteLine("ciphertext  " + BitConverter.ToString(ciphertext, 0, ciphertext.Length - 1));
+            Console.WriteLine("decrypted   " + Decrypt(api, ciphertext, "a secret"));
+            return 0;
+        }
+        catch (InvalidOperationException failure)
+        {
+            Console.Error.WriteLine(failure.Message);
+            return 1;
+        }
+        finally
+        {
+            Marshal.ReleaseComObject(api);
+            Marshal.ReleaseComObject(main);
+        }
+    }
 
-        byte[] ciphertext = api.OutputData;
-        Console.WriteLine("ciphertext  " + BitConverter.ToString(ciphertext));
+    // The result has one element more than the ciphertext: the component ignores the last element of an array that it
+    // is given. Store the whole array and give it whole to Decrypt; a ciphertext from elsewhere needs one more element.
+    //
+    // Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its digit is the first
+    // with which the ciphertext does not end in the code of a space.
+    static byte[] Encrypt(clsCryptoAPI api, string text, string password)
+    {
+        UsePassword(api, password);
+        for (int digit = 0; digit <= 9; digit++)
+        {
+            string marked = text + EndMark + digit;
+            byte[] bytes = BytesOf(api, marked);
+            if (api.ByteArrayToString(ref bytes) != marked)
+                throw new InvalidOperationException("a character is not in the system's code page");
+            api.set_InputData(ref bytes);
+            if (!api.Encrypt(Hash, Cipher)) throw Failure();
+            byte[] ciphertext = api.OutputData;
+            if (api.ByteArrayToString(ref ciphertext).Length == ciphertext.Length - 1) return ciphertext;
+        }
+        throw new InvalidOperationException("no ciphertext that can be stored");
+    }
 
-        UsePassword(api, "a secret");
+    static string Decrypt(clsCryptoAPI api, byte[] ciphertext, string password)
+    {
+        UsePassword(api, password);
         api.set_InputData(ref ciphertext);
-        if (!api.Decrypt(Sha1, TripleDes)) return Report(main);
+        if (!api.Decrypt(Hash, Cipher)) throw Failure();
         byte[] plain = api.OutputData;
-        Console.WriteLine("decrypted   " + api.ByteArrayToString(ref plain));
-        GC.KeepAlive(main);                             // without a clsMain, operations raise 91
-        return 0;
+        return WithoutEndMark(api.ByteArrayToString(ref plain));
+    }
+
+    // Data stored by earlier versions has no mark and stays whole.
+    static string WithoutEndMark(string text)
+    {
+        int end = text.Length - EndMark.Length - 1;
+        bool marked = end >= 0 && string.CompareOrdinal(text, end, EndMark, 0, EndMark.Length) == 0 &&
+            "0123456789".IndexOf(text[text.Length - 1]) >= 0;
+        return marked ? text.Substring(0, end) : text;
     }
 
     // The property erases the array that it is given.
     static void UsePassword(clsCryptoAPI api, string password)
     {
-        object text = password;
-        byte[] secret = api.StringToByteArray(ref text);
+        byte[] secret = BytesOf(api, password);
         api.set_Password(ref secret);
     }
 
-    // No operation throws: its result tells that it failed, and the record tells why.
-    static int Report(clsMain main)
+    static byte[] BytesOf(clsCryptoAPI api, string text)
     {
-        Console.Error.WriteLine("failed at location {0}: {1}", main.ErrorLocationID, main.AppErrorDescription);
-        return 1;
+        object value = text;
+        return api.StringToByteArray(ref value);
+    }
+
+    // No operation throws: its result shows that it failed, and the record says why.
+    static Exception Failure()
+    {
+        bool runTime = main.ErrorType == (short)LatchkeyErrorType.latchkeyErrorRunTime;
+        return new InvalidOperationException(string.Format("failed at location {0}: {1}", main.ErrorLocationID,
+            runTime ? main.RTErrorDescription : main.AppErrorDescription));
     }
 }

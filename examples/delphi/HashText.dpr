@@ -12,9 +12,25 @@ uses
   SysUtils, ActiveX, ComObj;
 
 const
-  Algorithms: array[1..4] of string = ('MD5', 'MD4', 'MD2', 'SHA-1');
+  // The numbers of the type library, which late binding does not see.
+  latchkeyHashMD5 = 1;
+  latchkeyHashSHA1 = 4;
+  latchkeyErrorRunTime = 1;
+  Algorithms: array[latchkeyHashMD5..latchkeyHashSHA1] of string = ('MD5', 'MD4', 'MD2', 'SHA-1');
 
-// Objects are released when they go out of scope: before CoUninitialize, since this is a procedure of its own.
+// What the error record says: no operation raises an error by itself.
+function Failure(const Main: OleVariant): string;
+var
+  Description: string;
+begin
+  if Integer(Main.ErrorType) = latchkeyErrorRunTime then
+    Description := Main.RTErrorDescription
+  else
+    Description := Main.AppErrorDescription;
+  Result := Format('failed at location %d: %s', [Integer(Main.ErrorLocationID), Description]);
+end;
+
+// Objects are released when they go out of scope: in a separate procedure, so before CoUninitialize.
 procedure PrintDigests(const Text: string);
 var
   Main, Api: OleVariant;
@@ -26,9 +42,8 @@ begin
   for Number := Low(Algorithms) to High(Algorithms) do
   begin
     Digest := Api.CreateHash(Text, Number, True);
-    if Digest = '' then                             // no operation raises an error
-      Digest := Format('failed at location %d: %s',
-        [Integer(Main.ErrorLocationID), string(Main.AppErrorDescription)]);
+    if Digest = '' then
+      Digest := Failure(Main);
     Writeln(Algorithms[Number]:6, ' ', Digest);
   end;
 end;

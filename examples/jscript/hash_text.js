@@ -6,25 +6,34 @@ var main = new ActiveXObject("Latchkey.clsMain");      // first: makes the error
 var api = new ActiveXObject("Latchkey.clsCryptoAPI");
 var timer = new ActiveXObject("Latchkey.clsTimer");
 
-var algorithms = ["MD5", "MD4", "MD2", "SHA-1"];       // hash numbers 1 to 4
+// The numbers of the type library, which a script does not see.
+var latchkeyHashMD5 = 1, latchkeyHashMD4 = 2, latchkeyHashMD2 = 3, latchkeyHashSHA1 = 4;
+var latchkeyErrorRunTime = 1;
 
-// No operation raises an error: an empty result means failure, and the record tells why.
-function digestOf(text, number) {
-    var digest = api.CreateHash(text, number, true);
-    if (digest === "") {
-        return "failed: " + (main.ErrorExists ? main.AppErrorDescription : "refused by the provider");
+var hashes = [
+    ["MD5", latchkeyHashMD5], ["MD4", latchkeyHashMD4], ["MD2", latchkeyHashMD2], ["SHA-1", latchkeyHashSHA1]
+];
+
+// No operation raises an error: an empty result means failure, and the record says why.
+function failure() {
+    if (!main.ErrorExists) {
+        return "refused by the provider";
     }
-    return digest;
+    return main.ErrorType === latchkeyErrorRunTime ? main.RTErrorDescription : main.AppErrorDescription;
+}
+
+function resultOr(text) {
+    return text !== "" ? text : "failed: " + failure();
 }
 
 function printAll(text) {
     WScript.Echo("text    " + text);
     WScript.Echo("hex     " + api.ConvertStringToHex(text));
-    for (var i = 0; i < algorithms.length; i++) {
-        WScript.Echo((algorithms[i] + "      ").substr(0, 8) + digestOf(text, i + 1));
+    for (var i = 0; i < hashes.length; i++) {
+        WScript.Echo((hashes[i][0] + "      ").substr(0, 8) + resultOr(api.CreateHash(text, hashes[i][1], true)));
     }
-    WScript.Echo("salt    " + api.CreateSaltValue(20, true));
-    WScript.Echo("random  " + api.CreateRandom(32, true, true));
+    WScript.Echo("salt    " + resultOr(api.CreateSaltValue(20, true)));
+    WScript.Echo("random  " + resultOr(api.CreateRandom(32, true, true)));
     WScript.Echo("in " + timer.GetElapsedTime() + " ms");
 }
 

@@ -3,10 +3,11 @@
 //
 //   LATCHKEY_PASSWORD=... decrypt_file FILE HASH CIPHER base|enhanced
 //
-// encrypt_file.vbs puts a mark of four characters behind the content, which is left away here.
+// The end mark of encrypt_file.vbs is removed; content without one is written whole.
 // HASH and CIPHER are the component's numbers: 1 MD5, 2 MD4, 3 MD2, 4 SHA-1; 1 RC4, 2 RC2, 3 DES,
 // 4 3DES, 5 two-key 3DES.
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <exception>
 #include <fstream>
@@ -27,7 +28,14 @@ using latchkey::Text;
 
 constexpr int kOperationFailed = 1;
 constexpr int kWrongUsage = 2;
-constexpr std::size_t kMarkLength = 4;
+constexpr std::int16_t kRunTimeFailure = 1;
+
+// Without its digit, see "Storing a ciphertext" in docs/reference.md.
+constexpr std::string_view kEndMark = "~lkend~";
+
+// The end marks of earlier versions of encrypt_file.vbs.
+constexpr std::array<std::string_view, 8> kEarlierMarks{"end|", "end!", "end#", "end$",
+                                                        "end%", "end&", "end*", "end+"};
 
 Text FromAscii(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
@@ -48,23 +56,43 @@ Text ReadHex(const char* path) {
   return digits;
 }
 
+// Content without a mark stays whole.
+std::string_view WithoutEndMark(std::string_view content) {
+  for (const std::string_view mark : kEarlierMarks) {
+    if (content.ends_with(mark)) return content.substr(0, content.size() - mark.size());
+  }
+  const std::size_t end = content.size() - std::min(content.size(), kEndMark.size() + 1);
+  const bool marked = content.substr(end).starts_with(kEndMark) &&
+                      content.find_last_of("0123456789") == content.size() - 1;
+  return marked ? content.substr(0, end) : content;
+}
+
+// What the error record says: no operation throws.
+int ReportFailure(const clsMain& main) {
+  const bool runTime = main.ErrorType() == kRunTimeFailure;
+  std::cerr << ToAscii(runTime ? main.RTErrorDescription() : main.AppErrorDescription())
+            << " (location " << main.ErrorLocationID() << ", number "
+            << (runTime ? main.RTErrorNumber() : main.AppErrorNumber()) << ")\n";
+  return kOperationFailed;
+}
+
 int Decrypt(const char* path, int hash, int cipher, bool enhanced, std::string_view passwordText) {
   const clsMain main;  // makes this thread's error record
   clsCryptoAPI api;
   ByteArray password = api.StringToByteArray(latchkey::TextView(FromAscii(passwordText)));
   api.Password(password);
   api.EnhancedProvider(enhanced);
-  api.InputData(api.StringToByteArray(latchkey::TextView(api.ConvertStringFromHex(ReadHex(path)))));
+  const Text ciphertext = api.ConvertStringFromHex(ReadHex(path));
+  if (main.ErrorExists()) return ReportFailure(main);
+  api.InputData(api.StringToByteArray(latchkey::TextView(ciphertext)));
   if (!api.Decrypt(static_cast<std::int16_t>(hash), static_cast<std::int16_t>(cipher))) {
-    std::cerr << ToAscii(main.AppErrorDescription()) << " (location " << main.ErrorLocationID()
-              << ", number " << main.AppErrorNumber() << ")\n";
-    return kOperationFailed;
+    return ReportFailure(main);
   }
   const ByteArray output = api.OutputData();
-  const auto marked = output.TextElements();
-  const auto plaintext = marked.first(marked.size() - std::min(marked.size(), kMarkLength));
-  std::cout.write(reinterpret_cast<const char*>(plaintext.data()),
-                  static_cast<std::streamsize>(plaintext.size()));
+  const auto bytes = output.TextElements();
+  const std::string_view content =
+      WithoutEndMark({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+  std::cout.write(content.data(), static_cast<std::streamsize>(content.size()));
   return std::cout.flush() ? EXIT_SUCCESS : kOperationFailed;
 }
 

@@ -5,19 +5,25 @@
 # Needs the registered DLL of PowerShell's bitness. Not run by this project's tests: they have no Windows PowerShell.
 param([Parameter(Mandatory = $true)][string] $Text)
 
-# -STA gives this script a thread, and so an error record, of its own. Without it all threads share one record: make
-# one clsMain for the process, keep it alive, and release it last.
-$main = New-Object -ComObject Latchkey.clsMain         # first: makes the error record of this thread
+# The numbers of the type library, which late binding does not see.
+$hashes = [ordered]@{ MD5 = 1; MD4 = 2; MD2 = 3; 'SHA-1' = 4 }      # latchkeyHashMD5 and so on
+$latchkeyErrorRunTime = 1
+
+# What the error record says: no operation raises an error by itself.
+function Get-Failure($main) {
+    $description = if ($main.ErrorType -eq $latchkeyErrorRunTime) { $main.RTErrorDescription } else { $main.AppErrorDescription }
+    "failed at location $($main.ErrorLocationID): $description"
+}
+
+# One clsMain for the process, made first, kept alive and released last. All threads of a multi-threaded apartment share
+# one host thread and so one error record, which the release of any clsMain there would take away.
+$main = New-Object -ComObject Latchkey.clsMain
 $api = New-Object -ComObject Latchkey.clsCryptoAPI
 try {
-    $number = 0
-    foreach ($algorithm in 'MD5', 'MD4', 'MD2', 'SHA-1') {
-        $number++
-        $digest = $api.CreateHash($Text, $number, $true)
-        if ($digest -eq '') {                          # no operation raises an error
-            throw "$algorithm failed at location $($main.ErrorLocationID): $($main.AppErrorDescription)"
-        }
-        '{0,-6} {1}' -f $algorithm, $digest
+    foreach ($hash in $hashes.GetEnumerator()) {
+        $digest = $api.CreateHash($Text, $hash.Value, $true)
+        if ($digest -eq '') { throw "$($hash.Key) $(Get-Failure $main)" }
+        '{0,-6} {1}' -f $hash.Key, $digest
     }
 }
 finally {

@@ -8,6 +8,7 @@ import sys
 
 SHA1, TRIPLE_DES, ENHANCED = 4, 4, 1
 CIPHER_FAILED = 12
+RUN_TIME = 1  # an error_type; 2 is a failure that the operation found itself
 
 
 class Key(ctypes.Structure):
@@ -66,10 +67,14 @@ class Latchkey:
                            ctypes.c_size_t(len(data)))
 
     def error(self):
+        """What the error record says about the last failure."""
         error = Error()
         self._call("latchkey_error_read", self._thread, ctypes.byref(error))
-        text = self._bytes("latchkey_error_app_description", 256, self._thread)
-        return f"{text[:-1].decode()} (location {error.location_id}, number {error.app_error_number})"
+        run_time = error.error_type == RUN_TIME
+        name = "latchkey_error_rt_description" if run_time else "latchkey_error_app_description"
+        number = error.rt_error_number if run_time else error.app_error_number
+        text = self._bytes(name, 256, self._thread)
+        return f"{text[:-1].decode()} (location {error.location_id}, number {number})"
 
 
 def key_of(password):

@@ -10,7 +10,16 @@ import sys
 
 import win32com.client
 
+# The numbers of the type library, which late binding does not see: latchkeyHashMD5 and so on.
 ALGORITHMS = {"MD5": 1, "MD4": 2, "MD2": 3, "SHA-1": 4}
+LATCHKEY_ERROR_RUN_TIME = 1
+
+
+def failure(record):
+    """What the error record says: no operation raises an error by itself."""
+    run_time = record.ErrorType == LATCHKEY_ERROR_RUN_TIME
+    description = record.RTErrorDescription if run_time else record.AppErrorDescription
+    return f"failed at location {record.ErrorLocationID}: {description}"
 
 
 def main():
@@ -20,8 +29,8 @@ def main():
     api = win32com.client.Dispatch("Latchkey.clsCryptoAPI")
     for name, number in ALGORITHMS.items():
         digest = api.CreateHash(sys.argv[1], number, True)
-        if not digest:  # no operation raises an error
-            sys.exit(f"{name} failed at location {record.ErrorLocationID}: {record.AppErrorDescription}")
+        if not digest:
+            sys.exit(f"{name} {failure(record)}")
         print(f"{name:6} {digest}")
 
 

@@ -2,11 +2,13 @@ Attribute VB_Name = "EncryptText"
 ' Encrypts a text and decrypts it again, from Excel, Word or Access. Needs the registered DLL of Office's bitness and a
 ' reference to it (Tools, References, "Latchkey 1.0").
 '
-' Not run by this project's tests: they have no Office.
+' Store the whole array that Encrypted returns and give the whole array to Decrypted: its last element is no data, and
+' the component ignores it. A ciphertext from elsewhere needs one element more (ReDim Preserve).
+'
+' This project's tests have no Office: they run this module as VBScript, without its types.
 Option Explicit
 
-Private Const SHA1 As Integer = 4
-Private Const TRIPLE_DES As Integer = 4
+Private Const EndMark As String = "~lkend~"        ' without its digit, see "Storing a ciphertext" in docs/reference.md
 
 Private Main As Latchkey.clsMain
 Private Api As Latchkey.clsCryptoAPI
@@ -17,25 +19,46 @@ Public Sub ShowRoundTrip()
     Debug.Print Decrypted(Ciphertext, "a secret")
 End Sub
 
+' Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its digit is the first with
+' which the ciphertext does not end in the code of a space.
 Public Function Encrypted(Text As String, Password As String) As Byte()
+    Dim Digit As Integer, Marked As String, Bytes() As Byte
     Prepare Password
-    Api.InputData = Api.StringToByteArray(Text)
-    If Not Api.Encrypt(SHA1, TRIPLE_DES) Then RaiseFailure
-    Encrypted = Api.OutputData
+    For Digit = 0 To 9
+        Marked = Text & EndMark & Digit
+        Bytes = Api.StringToByteArray(Marked)
+        If Api.ByteArrayToString(Bytes) <> Marked Then Refuse "a character is not in the system's code page"
+        Api.InputData = Bytes
+        If Not Api.Encrypt(latchkeyHashSHA1, latchkeyCipher3DES) Then RaiseFailure
+        Bytes = Api.OutputData
+        If Len(Api.ByteArrayToString(Bytes)) = UBound(Bytes) Then
+            Encrypted = Bytes
+            Exit Function
+        End If
+    Next
+    Refuse "no ciphertext that can be stored"
 End Function
 
 Public Function Decrypted(Ciphertext() As Byte, Password As String) As String
-    Dim Plain() As Byte
+    Dim Bytes() As Byte
     Prepare Password
     Api.InputData = Ciphertext
-    If Not Api.Decrypt(SHA1, TRIPLE_DES) Then RaiseFailure
-    Plain = Api.OutputData
-    Decrypted = Api.ByteArrayToString(Plain)
+    If Not Api.Decrypt(latchkeyHashSHA1, latchkeyCipher3DES) Then RaiseFailure
+    Bytes = Api.OutputData
+    Decrypted = WithoutEndMark(Api.ByteArrayToString(Bytes))
+End Function
+
+' Data stored by earlier versions has no mark and stays whole.
+Private Function WithoutEndMark(Text As String) As String
+    WithoutEndMark = Text
+    If Left(Right(Text, 8), 7) = EndMark And InStr("0123456789", Right(Text, 1)) > 0 Then
+        WithoutEndMark = Left(Text, Len(Text) - 8)
+    End If
 End Function
 
 Private Sub Prepare(Password As String)
     Dim Secret() As Byte
-    If Main Is Nothing Then                        ' one on each thread: with it the thread's error record ends
+    If Main Is Nothing Then                        ' one on each thread: without it the thread has no error record
         Set Main = New Latchkey.clsMain            ' first: makes the error record
         Set Api = New Latchkey.clsCryptoAPI
         Api.EnhancedProvider = True                ' before the first operation; 3DES needs it
@@ -44,7 +67,14 @@ Private Sub Prepare(Password As String)
     Api.Password = Secret                          ' erases Secret
 End Sub
 
-' No operation raises an error by itself: its result tells that it failed, and the record tells why.
+' No operation raises an error by itself: its result shows that it failed, and the record says why.
 Private Sub RaiseFailure()
+    If Main.ErrorType = latchkeyErrorRunTime Then
+        Err.Raise vbObjectError + Main.ErrorLocationID, "Latchkey", Main.RTErrorDescription
+    End If
     Err.Raise vbObjectError + Main.ErrorLocationID, "Latchkey", Main.AppErrorDescription
+End Sub
+
+Private Sub Refuse(Reason As String)
+    Err.Raise vbObjectError, "EncryptText", Reason
 End Sub

@@ -8,10 +8,12 @@
 ' bitness as the registered DLL is needed: %windir%\SysWOW64\cscript.exe is the 32-bit one.
 Option Explicit
 
-Const MD5 = 1, SHA1 = 4            ' hash numbers: 1 MD5, 2 MD4, 3 MD2, 4 SHA-1
-Const TRIPLE_DES = 4               ' cipher numbers: 1 RC4, 2 RC2, 3 DES, 4 3DES, 5 two-key 3DES
+' The numbers of the type library, which a script does not see.
+Const latchkeyHashMD5 = 1, latchkeyHashSHA1 = 4
+Const latchkeyCipher3DES = 4
+Const latchkeyErrorRunTime = 1
 Const BLOCK = 8                    ' bytes in a block of 3DES
-Const MARK_LENGTH = 4              ' characters that mark the end of the content, see Encrypt
+Const END_MARK = "~lkend~"         ' the end mark without its digit, see "Storing a ciphertext" in docs/reference.md
 
 Dim files, main, api, path, cipherPath, content, cipherText, decrypted
 Set files = CreateObject("Scripting.FileSystemObject")
@@ -23,19 +25,17 @@ End If
 path = WScript.Arguments(0)
 cipherPath = path & ".latchkey.hex"
 If WScript.Arguments.Count = 2 Then cipherPath = WScript.Arguments(1)
-If Not files.FileExists(path) Then
-    WScript.Echo "there is no file " & path
-    WScript.Quit 1
-End If
+If Not files.FileExists(path) Then StopWith "there is no file " & path
 
 Set main = CreateObject("Latchkey.clsMain")         ' first: makes the error record of this thread
 Set api = CreateObject("Latchkey.clsCryptoAPI")
 api.EnhancedProvider = True                         ' before the first operation; 3DES needs it
 
 content = ReadFile(path)
+If Len(content) <> files.GetFile(path).Size Then StopWith "the system's code page has characters of several bytes"
 WScript.Echo "file        " & path & ", " & Len(content) & " bytes"
-WScript.Echo "MD5         " & LCase(api.CreateHash(content, MD5, True))
-WScript.Echo "SHA-1       " & LCase(api.CreateHash(content, SHA1, True))
+WScript.Echo "MD5         " & LCase(api.CreateHash(content, latchkeyHashMD5, True))
+WScript.Echo "SHA-1       " & LCase(api.CreateHash(content, latchkeyHashSHA1, True))
 
 UsePassword Password()
 cipherText = Encrypt(content)
@@ -43,10 +43,7 @@ WriteFile cipherPath, api.ConvertStringToHex(cipherText)
 WScript.Echo "ciphertext  " & cipherPath & ", " & Len(cipherText) & " bytes, 3DES under MD5 of the password"
 
 decrypted = Decrypt(api.ConvertStringFromHex(ReadFile(cipherPath)))
-If decrypted <> content Then
-    WScript.Echo "the decrypted content differs from the file"
-    WScript.Quit 1
-End If
+If decrypted <> content Then StopWith "the decrypted content differs from the file"
 WScript.Echo "decrypted   " & Len(decrypted) & " bytes, the same as the file"
 
 TryWrongPasswords api.ConvertStringFromHex(ReadFile(cipherPath))
@@ -68,28 +65,38 @@ Sub UsePassword(text)
     api.Password = bytes
 End Sub
 
-' What is encrypted gets a mark of four characters behind it. The component drops spaces at the end
-' of whatever it takes in, so the mark keeps those of the content; and a block cipher refuses fewer
-' than four bytes. A ciphertext that ended in the code of a space could not be read back: where that
-' happens, another mark is tried.
+' Spaces at the end of what InputData and the conversions take are lost. The end mark keeps those of
+' the content. Its digit is the first with which the ciphertext does not end in the code of a space.
 Function Encrypt(text)
-    Dim mark
-    For Each mark In Array("end|", "end!", "end#", "end$", "end%", "end&", "end*", "end+")
-        api.InputData = api.StringToByteArray(text & mark)
-        If Not api.Encrypt(MD5, TRIPLE_DES) Then GiveUp
+    Dim digit, marked, bytes
+    For digit = 0 To 9
+        marked = text & END_MARK & digit
+        bytes = api.StringToByteArray(marked)
+        If api.ByteArrayToString(bytes) <> marked Then StopWith "a character is not in the system's code page"
+        api.InputData = bytes
+        If Not api.Encrypt(latchkeyHashMD5, latchkeyCipher3DES) Then GiveUp
         Encrypt = api.ByteArrayToString(api.OutputData)
-        If Len(Encrypt) = (Len(text & mark) \ BLOCK + 1) * BLOCK Then Exit Function
+        If Len(Encrypt) = (Len(marked) \ BLOCK + 1) * BLOCK Then Exit Function
     Next
-    WScript.Echo "no ciphertext that can be read back"
-    WScript.Quit 1
+    StopWith "no ciphertext that can be stored"
 End Function
 
 Function Decrypt(text)
-    Dim marked
     api.InputData = api.StringToByteArray(text)
-    If Not api.Decrypt(MD5, TRIPLE_DES) Then GiveUp
-    marked = api.ByteArrayToString(api.OutputData)
-    Decrypt = Left(marked, Len(marked) - MARK_LENGTH)
+    If Not api.Decrypt(latchkeyHashMD5, latchkeyCipher3DES) Then GiveUp
+    Decrypt = WithoutEndMark(api.ByteArrayToString(api.OutputData))
+End Function
+
+' Earlier versions of this script wrote one of eight other marks. A text without a mark stays whole.
+Function WithoutEndMark(text)
+    Dim mark
+    WithoutEndMark = text
+    For Each mark In Array("end|", "end!", "end#", "end$", "end%", "end&", "end*", "end+")
+        If Right(text, 4) = mark Then WithoutEndMark = Left(text, Len(text) - 4)
+    Next
+    If Left(Right(text, 8), 7) = END_MARK And InStr("0123456789", Right(text, 1)) > 0 Then
+        WithoutEndMark = Left(text, Len(text) - 8)
+    End If
 End Function
 
 ' A wrong password shows at the end of the last block, where about one in 256 passes unseen.
@@ -98,7 +105,7 @@ Sub TryWrongPasswords(text)
     api.InputData = api.StringToByteArray(text)
     For Each wrong In Array("wrong password", "another wrong one", "and a third")
         UsePassword wrong
-        If Not api.Decrypt(MD5, TRIPLE_DES) Then
+        If Not api.Decrypt(latchkeyHashMD5, latchkeyCipher3DES) Then
             WScript.Echo "with the password """ & wrong & """ Decrypt returns False:"
             ShowErrorRecord
             Exit Sub
@@ -107,17 +114,27 @@ Sub TryWrongPasswords(text)
     WScript.Echo "no wrong password was noticed"
 End Sub
 
-' No operation raises an error: its result tells that it failed, and the record tells why.
+' No operation raises an error: its result shows that it failed, and the record says why.
 Sub ShowErrorRecord()
     WScript.Echo "  ErrorExists          " & main.ErrorExists
     WScript.Echo "  ErrorType            " & main.ErrorType & "  (1 run-time failure, 2 found by the component)"
     WScript.Echo "  ErrorLocationID      " & main.ErrorLocationID
-    WScript.Echo "  AppErrorNumber       " & main.AppErrorNumber
-    WScript.Echo "  AppErrorDescription  " & main.AppErrorDescription
+    If main.ErrorType = latchkeyErrorRunTime Then
+        WScript.Echo "  RTErrorNumber        " & main.RTErrorNumber
+        WScript.Echo "  RTErrorDescription   " & main.RTErrorDescription
+    Else
+        WScript.Echo "  AppErrorNumber       " & main.AppErrorNumber
+        WScript.Echo "  AppErrorDescription  " & main.AppErrorDescription
+    End If
 End Sub
 
 Sub GiveUp()
     ShowErrorRecord
+    WScript.Quit 1
+End Sub
+
+Sub StopWith(message)
+    WScript.Echo message
     WScript.Quit 1
 End Sub
 

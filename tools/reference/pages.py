@@ -1,4 +1,5 @@
 """The two documents as Markdown."""
+import pathlib
 import re
 import textwrap
 
@@ -37,6 +38,9 @@ ENUMS_START = """\
 The type library has names for the numbers that members take and return. A client that refers to it writes
 `latchkeyHashSHA1` for 4; the members take 16-bit integers all the same.
 """
+
+# The section about storing ciphertexts, as it stands.
+STORING = pathlib.Path(__file__).with_name("storing.md")
 
 ERRORS_START = """\
 # Errors
@@ -174,7 +178,7 @@ def enum_sections(enums, names):
 
 def reference_page(interfaces, enums, descriptions, sites, faults):
     names = code_names(interfaces, sites, faults)
-    parts = [wrapped(REFERENCE_START), *enum_sections(enums, names)]
+    parts = [wrapped(REFERENCE_START), STORING.read_text(encoding="utf-8").strip(), *enum_sections(enums, names)]
     for interface in interfaces:
         parts += class_section(interface, descriptions[interface.class_name], sites, names)
     return "\n\n".join(parts) + "\n"
