@@ -114,7 +114,6 @@ TEST_F(RegistrationTest, TheTypeLibraryIsFoundByItsIdentifier) {
 
 // No object is there whose end would release it.
 TEST_F(RegistrationTest, RegisteringReleasesTheTypeLibrary) {
-  const Apartment apartment;
   const UniqueInterface<ITypeLib> library = server.TypeLibrary();
   EXPECT_EQ(ReferencesTo(library.Get()), 1U);
   EXPECT_EQ(server.Register(), S_OK);

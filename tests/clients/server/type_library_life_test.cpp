@@ -2,7 +2,9 @@
 // until it is unloaded.
 #include <atomic>
 #include <cstdio>
+#include <functional>
 #include <thread>
+#include <utility>
 #include <vector>
 
 #include "tests/clients/server/loaded_server.h"
@@ -73,6 +75,50 @@ TEST(TypeLibraryLifeTest, ThreadsThatMakeAndReleaseObjectsShareIt) {
   }
   for (std::thread& thread : threads) thread.join();
   EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(ReferencesTo(library.Get()), 1U);
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+// Runs once, before the next reference to the type library is released.
+std::function<void()> beforeRelease;
+using ReleaseFunction = ULONG(STDMETHODCALLTYPE*)(ITypeLib*);
+ReleaseFunction realRelease = nullptr;
+
+ULONG STDMETHODCALLTYPE WatchedRelease(ITypeLib* library) {
+  if (const auto run = std::exchange(beforeRelease, nullptr)) run();
+  return realRelease(library);
+}
+
+// Puts another function in the place of the type library's Release, and gives the one before.
+ReleaseFunction ReplaceRelease(ITypeLib* library, ReleaseFunction function) {
+  constexpr int kSlot = 2;
+  void** const slot = *reinterpret_cast<void***>(library) + kSlot;
+  DWORD before = 0;
+  EXPECT_TRUE(VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &before));
+  return reinterpret_cast<ReleaseFunction>(std::exchange(*slot, reinterpret_cast<void*>(function)));
+}
+
+// While the last object releases the library another thread makes an object: it is not locked out,
+// finds no library that is about to go, and the module is in use throughout.
+TEST(TypeLibraryLifeTest, AnObjectMadeWhileItIsReleasedReadsItsOwn) {
+  const Apartment apartment;
+  const LoadedServer server;
+  auto timer = NewTimer(server);
+  const auto library = server.TypeLibrary();
+  HRESULT unused = S_OK;
+  DISPID found = DISPID_UNKNOWN;
+  realRelease = ReplaceRelease(library.Get(), WatchedRelease);
+  beforeRelease = [&] {
+    unused = server.CanUnloadNow();
+    std::thread([&] {
+      const Apartment own;
+      found = FindMember(NewTimer(server).Get(), L"GetElapsedTime");
+    }).join();
+  };
+  timer.Reset();
+  ReplaceRelease(library.Get(), realRelease);
+  EXPECT_EQ(unused, S_FALSE);
+  EXPECT_EQ(found, 2);
   EXPECT_EQ(ReferencesTo(library.Get()), 1U);
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
