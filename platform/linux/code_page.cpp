@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "platform/never_destroyed.h"
+#include "platform/linux/until_unload.h"
 
 namespace latchkey::platform {
 namespace {
@@ -30,7 +30,7 @@ std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode
 }  // namespace
 
 const CodePage& SystemCodePage() {
-  static NeverDestroyed<CodePage> codePage(Windows1252(), NoLongCode);
+  static UntilUnload<CodePage> codePage(Windows1252(), NoLongCode);
   return codePage.Get();
 }
 
