@@ -12,6 +12,6 @@ extern "C" BOOLEAN NTAPI SystemFunction036(PVOID buffer, ULONG length) {
   }
   // By way of void*, since the compiler warns of casts between functions.
   auto* const address =
-      reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"advapi32"), "SystemFunction036"));
+      reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), "SystemFunction036"));
   return reinterpret_cast<Function>(address)(buffer, length);
 }

@@ -67,7 +67,7 @@ TEST(ProcessesTest, AreCountedInPlaceOfWindows) {
   double sum = 0;
   CountWindows(count, sum);
   EXPECT_GE(count, 1);
-  EXPECT_GE(sum, double{::getpid()});
+  EXPECT_GE(sum, static_cast<double>(::getpid()));
 }
 
 }  // namespace

@@ -16,8 +16,8 @@ namespace {
 class RandomSourceAnswersTest : public ::testing::Test {
  protected:
   // Fills at most that many bytes, with 1, 2, 3...
-  long Give(std::span<std::uint8_t> bytes, std::size_t atMost) {
-    const auto part = bytes.first(std::min(bytes.size(), atMost));
+  long Give(std::span<std::uint8_t> rest, std::size_t atMost) {
+    const auto part = rest.first(std::min(rest.size(), atMost));
     for (std::uint8_t& byte : part) byte = ++last;
     return static_cast<long>(part.size());
   }
