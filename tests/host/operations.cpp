@@ -103,6 +103,13 @@ void HexInC() {
   Require(latchkey_hex_decode(digits.data(), length - 1, data.data(), &dataLength) == LATCHKEY_OK);
 }
 
+void MakeTextInC(decltype(latchkey_create_random)& make, std::uint32_t flags) {
+  const Handles handles;
+  Bytes text(100);
+  std::size_t length = text.size();
+  Require(make(handles.crypto, flags, 32, text.data(), &length) == LATCHKEY_OK);
+}
+
 void AddHashes(std::vector<Operation>& operations) {
   for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
     const std::string number = std::to_string(hash);
@@ -207,21 +214,8 @@ std::vector<Operation> OperationsThatAskTheSystem() {
          Require(latchkey_random_bytes(handles.crypto, bytes.data(), bytes.size()) == LATCHKEY_OK);
        }},
       {"latchkey_create_random",
-       [] {
-         const Handles handles;
-         Bytes text(100);
-         std::size_t length = text.size();
-         Require(latchkey_create_random(handles.crypto, LATCHKEY_EXACT_LENGTH, 32, text.data(),
-                                        &length) == LATCHKEY_OK);
-       }},
-      {"latchkey_create_salt",
-       [] {
-         const Handles handles;
-         Bytes text(100);
-         std::size_t length = text.size();
-         Require(latchkey_create_salt(handles.crypto, LATCHKEY_LETTERS_ONLY, 8, text.data(),
-                                      &length) == LATCHKEY_OK);
-       }},
+       [] { MakeTextInC(latchkey_create_random, LATCHKEY_EXACT_LENGTH); }},
+      {"latchkey_create_salt", [] { MakeTextInC(latchkey_create_salt, LATCHKEY_LETTERS_ONLY); }},
       {"latchkey_connection_exists",
        [] {
          const Handles handles;
