@@ -139,7 +139,8 @@ ExitStatus RunCipherCommand(const Direction& direction, const Options& options, 
     counts = Transform(work, input, output, progress);
   }
   input.Close();
-  output.Commit([&] { report.Result(Result(options, settings, counts)); });
+  output.Commit();
+  report.Result(Result(options, settings, counts));
   return ExitStatus::Done;
 }
 

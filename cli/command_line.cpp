@@ -1,6 +1,7 @@
 #include "cli/command_line.h"
 
 #include <algorithm>
+#include <new>
 #include <sstream>
 #include <utility>
 
@@ -22,6 +23,28 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
   const auto end = std::find(arguments.begin(), arguments.end(), "--");
   return std::find(arguments.begin(), end, "--json") != end;
 }
+
+// Notes whether memory runs out while it lives: a stream hides that and drops text.
+class MemoryWatch {
+ public:
+  MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut_ = false; }
+  MemoryWatch(const MemoryWatch&) = delete;
+  MemoryWatch& operator=(const MemoryWatch&) = delete;
+  ~MemoryWatch() { std::set_new_handler(before_); }
+
+  static void RequireEnough() {
+    if (ranOut_) throw std::bad_alloc();
+  }
+
+ private:
+  static void Note() {
+    ranOut_ = true;
+    throw std::bad_alloc();
+  }
+
+  static inline bool ranOut_ = false;
+  std::new_handler before_;
+};
 
 }  // namespace
 
@@ -69,7 +92,10 @@ ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
 ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::string& first) {
   std::ostringstream help;
   std::ostringstream complaint;
-  if (parser_.exit(error, help, complaint) == 0) {
+  const MemoryWatch watch;
+  const bool isComplaint = parser_.exit(error, help, complaint) != 0;
+  watch.RequireEnough();
+  if (!isComplaint) {
     options_ = {};
     chosen_ = [text = help.str()](Report& report) {
       report.Text(text);

@@ -1,6 +1,7 @@
 #include "cli/failure.h"
 
 #include "cli/hints.h"
+#include "cli/visible_text.h"
 #include "diagnostics/module_data.h"
 
 namespace latchkey::cli {
@@ -27,7 +28,9 @@ Failure FailureOf(const platform::FileError& error) {
   Failure failure;
   failure.text = error.what();
   failure.file = error.Name();
-  if (error.code() == std::errc::file_exists) failure.hint = "--force replaces an existing file";
+  if (error.code() == std::errc::file_exists) {
+    failure.hint = "--force replaces an existing file, and writes to a device or pipe";
+  }
   return failure;
 }
 
@@ -56,22 +59,6 @@ std::string FailureLine(const Failure& failure) {
     line += " (number " + std::to_string(failure.number) + ")";
   }
   return WithoutControls(failure.file.empty() ? line : line + ": " + failure.file);
-}
-
-std::string WithoutControls(std::string_view text) {
-  constexpr std::string_view kDigits = "0123456789abcdef";
-  std::string visible;
-  for (const char character : text) {
-    const auto code = static_cast<unsigned char>(character);
-    if (character == '\n') {
-      visible += "\\n";
-    } else if (code < ' ' || code == 0x7F) {
-      visible += {'\\', 'x', kDigits[code >> 4U], kDigits[code & 0xFU]};
-    } else {
-      visible += character;
-    }
-  }
-  return visible;
 }
 
 // They are ASCII throughout.

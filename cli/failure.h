@@ -55,10 +55,6 @@ class CommandError final : public std::exception {
 // "latchkey: Error decrypting data (location 717, number 120): FILE", without a line end.
 [[nodiscard]] std::string FailureLine(const Failure& failure);
 
-// The text on one line, with nothing that a terminal obeys: control characters, which names may
-// have, become \n and \xNN.
-[[nodiscard]] std::string WithoutControls(std::string_view text);
-
 // The table's and the record's texts as UTF-8.
 [[nodiscard]] std::string Utf8(TextView text);
 

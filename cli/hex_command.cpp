@@ -62,9 +62,8 @@ ExitStatus RunHex(const Options& options, Report& report) {
     (options.decode ? Decode : Encode)(input, output, progress);
   }
   input.Close();
-  output.Commit([&] {
-    report.Result(Json{{"input", options.input}, {"output", options.output.file}});
-  });
+  output.Commit();
+  report.Result(Json{{"input", options.input}, {"output", options.output.file}});
   return ExitStatus::Done;
 }
 

@@ -10,7 +10,8 @@ namespace latchkey::cli {
 void AddOutputOptions(CLI::App& command, OutputOptions& options) {
   command.add_option("-o,--output", options.file, "Write to a file (standard output)")
       ->type_name("OUT");
-  command.add_flag("-f,--force", options.force, "Replace an existing OUT");
+  command.add_flag("-f,--force", options.force,
+                   "Replace an existing OUT, or write to a device or pipe");
 }
 
 bool WritesDataToStandardOutput(const CLI::App& command) {

@@ -69,8 +69,7 @@ Progress::Progress(std::optional<std::uint64_t> total, bool quiet)
     : total_(total), shown_(!quiet && platform::IsTerminal(StandardStream::Error)) {}
 
 Progress::~Progress() {
-  if (drawn_ == 0) return;
-  platform::WriteText(StandardStream::Error, "\r" + std::string(drawn_, ' ') + "\r");
+  if (drawn_ > 0) platform::WriteText(StandardStream::Error, eraser_);
 }
 
 void Progress::Advance(std::uint64_t bytes) {
@@ -87,8 +86,10 @@ void Progress::Show(Clock::time_point now) {
       ProgressLine(done_, total_, seconds, platform::TerminalColumns(StandardStream::Error));
   const std::size_t length = line.size();
   line.resize(std::max(length, drawn_), ' ');
+  line.insert(0, 1, '\r');
+  eraser_ = "\r" + std::string(length, ' ') + "\r";
   drawn_ = length;
-  platform::WriteText(StandardStream::Error, "\r" + line);
+  platform::WriteText(StandardStream::Error, line);
 }
 
 }  // namespace latchkey::cli

@@ -33,7 +33,8 @@ class Progress {
   std::uint64_t done_ = 0;
   Clock::time_point start_ = Clock::now();
   Clock::time_point next_ = start_ + std::chrono::seconds(1);
-  std::size_t drawn_ = 0;  // characters that stand on the terminal
+  std::size_t drawn_ = 0;  // characters on the terminal
+  std::string eraser_;     // removes them; made first, so that the destructor allocates nothing
 };
 
 }  // namespace latchkey::cli

@@ -14,6 +14,7 @@ set(public_cpp_headers
   platform/export.h
   platform/large_memory.h
   platform/secure_memory.h
+  platform/set_code_page.h
   platform/stack_wipe.h
   platform/text.h
   platform/unique_handle.h

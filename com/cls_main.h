@@ -15,6 +15,13 @@ namespace latchkey {
 //
 // The properties read the calling thread's record. They have no error trap: without a record they
 // raise ObjectNotSet. An instance is used by one thread.
+//
+// COM clients in a multithreaded apartment (.NET and PowerShell without STA, services) reach all
+// their objects on one thread that the system makes, and so share one record. There, create one
+// clsMain for the process, keep it alive and release it last: releasing any clsMain takes the
+// record from every client of the apartment (91, "no clsMain exists on this thread"). An operation
+// and the reading of its failure belong under one lock. Never keep a clsMain in the Session of ASP,
+// whose pages run on changing threads.
 class LATCHKEY_API clsMain {
  public:
   clsMain();

@@ -30,10 +30,23 @@ class WorkingText;
 // four conversions do so only to record a failure. A failure of memory is recorded as run-time
 // fault 7 at the operation's trap.
 //
-// Text and bytes. One character always stands for one byte, through the system's code page
-// (platform/code_page.h). A byte array made from text has one zero element more than the text has
-// characters, and the last element of an array turned into text is ignored; trailing spaces are
-// lost on the way into text.
+// Text and bytes. One character always stands for one byte, through the system's code page; on
+// Linux that is 1252 unless SetCodePage (platform/set_code_page.h) chose another. Every byte
+// becomes a character and back: one that is no character by itself (the first of a two-byte
+// character, or a byte of UTF-8 above 127) is the character of the same number. A byte array made
+// from text has one zero element more than the text has characters, and the last element of an
+// array turned into text is ignored; trailing spaces are lost on the way into text.
+//
+// Random data on Windows. CreateRandom, each letter of CreateSaltValue and the random letters of
+// CreateHash start from a seed text, made by one of ten formulas that the tick count chooses. One
+// of them, taken one time in nine, adds the number of volume C, shifted left by 3 bits, to the tick
+// count in 32 bits. Where that overflows, the operation fails: location 433 or 434, Overflow (6).
+// Over the first 24.9 days that a machine runs the share of affected machines grows by 2 in 100 a
+// day; it is a quarter on average. There one CreateRandom in nine fails, for days on end, and
+// letters at least as often. Use raw salts (CreateSaltValue without blnLetttersOnly) or
+// CreateRandom, and try again on 433 and 434: the next tick, 10 to 16 milliseconds later, takes
+// another formula. CreateHash is affected only with the password appended, none stored and
+// UseDefaultPWD false.
 //
 // The provider is opened by the first operation that needs it, kept, and closed with the object.
 // An instance belongs to the thread that made it.
@@ -79,7 +92,8 @@ class LATCHKEY_API clsCryptoAPI {
   // Empty text when it fails: location 709 without a provider, 432 for a run-time fault, 441 for
   // one in the conversion to hexadecimal, nothing recorded when the provider refuses (as it does
   // for an unknown hash number). Where random letters that are to be appended cannot be made, that
-  // is recorded (434), and the text is hashed without them.
+  // is recorded (434), and the text is hashed without them: test ErrorExists too when no password
+  // is stored and UseDefaultPWD is false.
   [[nodiscard]] Text CreateHash(TextView strInText = {}, std::int16_t intHashChoice = 0,
                                 bool blnConvertToHex = false, bool blnAppendPassword = false,
                                 bool blnCaseSensitive = false);
@@ -91,15 +105,16 @@ class LATCHKEY_API clsCryptoAPI {
   // blnRetExactLength cuts the result to lngDataLength characters (hexadecimal digits, when
   // converted).
   // Empty text when it fails: location 710 without a provider, 433 for a run-time fault such as a
-  // negative length, 441 for one in the conversion to hexadecimal, nothing recorded when the
-  // provider refuses.
+  // negative length or the overflow that the class comment describes, 441 for one in the conversion
+  // to hexadecimal, nothing recorded when the provider refuses.
   [[nodiscard]] Text CreateRandom(std::int32_t lngDataLength = 0, bool blnRetExactLength = false,
                                   bool blnConvertToHex = false, bool blnUseUppercase = false);
 
   // A salt of lngReturnLength characters: with blnLetttersOnly letters A to Z and a to z (d to i
   // twice as likely as the others), without it raw random characters without spaces at either end,
   // so sometimes fewer. Empty text when it fails: location 434 for a run-time fault such as a
-  // negative length, or what CreateRandom records: 710, 433.
+  // negative length or the overflow that the class comment describes, or what CreateRandom records:
+  // 710, 433. Letters can fail for days on some machines; prefer raw salts, tried again on 433.
   [[nodiscard]] Text CreateSaltValue(std::int32_t lngReturnLength = 0,
                                      bool blnLetttersOnly = false);
 
@@ -123,13 +138,13 @@ class LATCHKEY_API clsCryptoAPI {
   bool Encrypt(std::int16_t intHashType = 0, std::int16_t intCipherType = 0);
 
   // The characters of all elements but the last, without trailing spaces. Raises
-  // SubscriptOutOfRange (9) for an array without an element 0 or of several dimensions, Overflow
-  // (6) for a byte that is no character by itself. Never clears or writes the record.
+  // SubscriptOutOfRange (9) for an array without an element 0 or of several dimensions. Never
+  // clears or writes the record.
   [[nodiscard]] Text ByteArrayToString(const ByteArray& arByte) const;
 
   // The codes of the value's text and one zero element; a single zero for empty text. Raises
   // InvalidUseOfNull (94) for Null, TypeMismatch (13) for a value that has no text, Overflow (6)
-  // for a character that is no single byte. Never clears or writes the record.
+  // for a character that the code page writes in several bytes. Never clears or writes the record.
   [[nodiscard]] ByteArray StringToByteArray(const Variant& varInput) const;
 
   // The text whose hexadecimal form is strHex, without trailing spaces. A pair is read up to its

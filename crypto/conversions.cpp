@@ -26,7 +26,7 @@ Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
   const auto elements = arByte.TextElements();
   WorkingText::CheckCapacity(elements.size(), 1);
   Text result;
-  DecodeBytes(elements.first(LengthBeforeSpaces(elements)), result);
+  DecodeBytes(TrimTrailingSpaces(elements), result);
   return result;
 }
 

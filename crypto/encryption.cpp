@@ -6,7 +6,6 @@
 #include "crypto/cipher_buffer.h"
 #include "crypto/cipher_sites.h"
 #include "crypto/cls_crypto_api.h"
-#include "crypto/text_codec.h"
 #include "diagnostics/error_trap.h"
 #include "diagnostics/module_data.h"
 
@@ -48,7 +47,6 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
   const CipherStep applied =
       (cipher.*direction.apply)(buffer.All().first(bufferLength), length, kFinal);
   buffer.Touched(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
-  if (applied == CipherStep::Done) PassThroughText(buffer.All().first(length));
   return applied;
 }
 

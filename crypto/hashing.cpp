@@ -22,9 +22,7 @@ bool ReadDigest(const UniqueContext& context, platform::AlgorithmId algorithm, T
   EncodeText(text, input.All().first(text.size()));
   std::copy(password.begin(), password.end(), input.All().subspan(text.size()).begin());
   if (!hash.Add(input.All())) return false;
-  const bool read = hash.Read(digest);
-  PassThroughText(digest);
-  return read;
+  return hash.Read(digest);
 }
 
 }  // namespace

@@ -33,7 +33,7 @@ std::size_t PairsBeforeSpaces(TextView text) {
   while (pairs > 0) {
     const auto last = codes.First(std::min(kPairs, pairs));
     DecodePairs(text, pairs - last.size(), last);
-    const std::size_t kept = LengthBeforeSpaces(last);
+    const std::size_t kept = TrimTrailingSpaces(last).size();
     pairs -= last.size() - kept;
     if (kept > 0) break;
   }

@@ -73,7 +73,6 @@ Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLeng
     WipedBytes buffer = SeededBuffer(lngDataLength);
     const bool filled = hCryptProv.Get().provider->CryptGenRandom(
         hCryptProv.Get().value, static_cast<std::uint32_t>(lngDataLength), buffer.data());
-    PassThroughText(buffer);
     // A provider that refuses is silent: the caller sees empty text and a clear record.
     if (!filled) return;
 

@@ -45,17 +45,11 @@ Text DecimalText(std::int32_t value) {
   return {digits.begin(), digits.end()};
 }
 
-// The characters of a system name. A byte that is no character by itself becomes U+FFFD, of which
-// no digit comes: a name may hold anything, and a seed must not fail for it.
+// The characters of a system name.
 Text NameText(const std::string& bytes) {
-  constexpr char16_t kReplacement = 0xFFFD;
   const platform::CodePage& codePage = *ThreadModuleData().services.codePage;
   Text text;
-  for (const char byte : bytes) {
-    const std::int32_t character = codePage.CharacterOf(static_cast<std::uint8_t>(byte));
-    text += character == platform::CodePage::kNoCharacter ? kReplacement
-                                                          : static_cast<char16_t>(character);
-  }
+  for (const char byte : bytes) text += codePage.CharacterOf(static_cast<std::uint8_t>(byte));
   return text;
 }
 

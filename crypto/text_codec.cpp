@@ -16,16 +16,10 @@ using platform::WipedBytes;
 
 const CodePage& ThreadCodePage() { return *ThreadModuleData().services.codePage; }
 
-// The checks below look at all elements of a step together, which costs less than at each: what a
-// bit of any of them has is found in their union.
-
+// The codes of a whole step are checked together, which costs less than at each: a bit that any of
+// them has is in their union.
 void CheckCodes(std::uint32_t together) {
   if (together > std::numeric_limits<std::uint8_t>::max()) throw Fault(FaultNumber::Overflow);
-}
-
-void CheckCharacters(std::int32_t together) {
-  static_assert(CodePage::kNoCharacter < 0);
-  if (together < 0) throw Fault(FaultNumber::Overflow);
 }
 
 std::uint32_t EncodeStep(const CodePage& codePage, std::span<const char16_t> characters,
@@ -39,17 +33,6 @@ std::uint32_t EncodeStep(const CodePage& codePage, std::span<const char16_t> cha
   return together;
 }
 
-std::int32_t DecodeStep(const CodePage& codePage, std::span<const std::uint8_t> bytes,
-                        char16_t* characters) {
-  std::int32_t together = 0;
-  for (const std::uint8_t byte : bytes) {
-    const std::int32_t character = codePage.CharacterOf(byte);
-    together |= character;
-    *characters++ = static_cast<char16_t>(character);
-  }
-  return together;
-}
-
 std::size_t ConvertAscii(std::span<const char16_t> characters, std::uint8_t* bytes) noexcept {
   return platform::FastestAsciiText().narrow(characters.data(), characters.size(), bytes);
 }
@@ -58,11 +41,11 @@ std::size_t ConvertAscii(std::span<const std::uint8_t> bytes, char16_t* characte
   return platform::FastestAsciiText().widen(bytes.data(), bytes.size(), characters);
 }
 
-// Converts ASCII by itself where the code page keeps it, and other steps by `convert`.
+// Converts ASCII, which is the same in every code page, by itself and other steps by `convert`.
 template <class From, class To, class Convert>
-void ConvertEach(const CodePage& codePage, std::span<const From> from, To* to, Convert&& convert) {
+void ConvertEach(std::span<const From> from, To* to, Convert&& convert) {
   while (!from.empty()) {
-    const std::size_t ascii = codePage.KeepsAscii() ? ConvertAscii(from, to) : 0;
+    const std::size_t ascii = ConvertAscii(from, to);
     from = from.subspan(ascii);
     to += ascii;
     const auto step = from.first(std::min(from.size(), platform::AsciiText::kStep));
@@ -82,13 +65,13 @@ WipedBytes EncodeText(TextView text) {
 
 void EncodeText(TextView text, std::span<std::uint8_t> bytes) {
   const CodePage& codePage = ThreadCodePage();
-  ConvertEach(codePage, std::span(text), bytes.data(),
+  ConvertEach(std::span(text), bytes.data(),
               [&](auto step, std::uint8_t* to) { CheckCodes(EncodeStep(codePage, step, to)); });
 }
 
 void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes) {
   const CodePage& codePage = ThreadCodePage();
-  ConvertEach(codePage, std::span(text), bytes.data(), [&](auto step, std::uint8_t* to) {
+  ConvertEach(std::span(text), bytes.data(), [&](auto step, std::uint8_t* to) {
     static_cast<void>(EncodeStep(codePage, step, to));
   });
 }
@@ -101,25 +84,9 @@ void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text) {
 
 void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters) {
   const CodePage& codePage = ThreadCodePage();
-  ConvertEach(codePage, bytes, characters.data(),
-              [&](auto step, char16_t* to) { CheckCharacters(DecodeStep(codePage, step, to)); });
-}
-
-std::size_t LengthBeforeSpaces(std::span<const std::uint8_t> bytes) {
-  const CodePage& codePage = ThreadCodePage();
-  std::size_t length = bytes.size();
-  while (length > 0 && codePage.CharacterOf(bytes[length - 1]) == kSpace) --length;
-  return length;
-}
-
-void PassThroughText(std::span<std::uint8_t> bytes) {
-  const CodePage& codePage = ThreadCodePage();
-  if (codePage.MapsEveryByte()) return;
-  for (std::uint8_t& byte : bytes) {
-    char16_t character = 0;
-    CheckCharacters(DecodeStep(codePage, {&byte, 1}, &character));
-    CheckCodes(EncodeStep(codePage, {&character, 1}, &byte));
-  }
+  ConvertEach(bytes, characters.data(), [&](auto step, char16_t* to) {
+    for (const std::uint8_t byte : step) *to++ = codePage.CharacterOf(byte);
+  });
 }
 
 }  // namespace latchkey

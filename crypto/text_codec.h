@@ -1,9 +1,7 @@
 // Characters to bytes and back, one for one, through the thread's code page.
 //
-// Inside the component text is kept as its code-page bytes. On a code page that maps all 256 byte
-// values there and back nothing is lost by that. On one that does not (double-byte, UTF-8) these
-// functions refuse, with Overflow, each character that is no single byte and each byte that is no
-// character, so that no data is changed unseen.
+// Every byte is one character of the code page and back, so inside the component text is kept as
+// its bytes, and nothing is lost by that.
 #pragma once
 
 #include <cstdint>
@@ -23,18 +21,10 @@ void EncodeText(TextView text, std::span<std::uint8_t> bytes);
 // The low 8 bits of each character's code. Never raises Overflow.
 void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes);
 
-// Sets `text` to the characters of `bytes`. Raises Overflow for a byte that is no character, and
-// then leaves `text` as it was.
+// Sets `text` to the characters of `bytes`.
 void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text);
-// The same into as many characters, of which some are written before an Overflow.
+// The same into as many characters.
 void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters);
-
-// The number of bytes before those at the end that denote the space.
-[[nodiscard]] std::size_t LengthBeforeSpaces(std::span<const std::uint8_t> bytes);
-
-// What becomes of bytes that are turned into text and back: nothing, unless two bytes denote one
-// character; then both become its code. Raises Overflow for a byte that is no character.
-void PassThroughText(std::span<std::uint8_t> bytes);
 
 // The space, as a character and as its code in every code page.
 inline constexpr std::uint8_t kSpace = 0x20;

@@ -3,6 +3,8 @@
 #include <new>
 #include <stdexcept>
 
+#include "platform/missing_library.h"
+
 namespace latchkey {
 
 TextView DescriptionOf(FaultNumber number) noexcept {
@@ -19,10 +21,14 @@ TextView DescriptionOf(FaultNumber number) noexcept {
       return u"Division by zero";
     case FaultNumber::TypeMismatch:
       return u"Type mismatch";
+    case FaultNumber::FileNotFound:
+      return u"File not found";
     case FaultNumber::ObjectNotSet:
       return u"Object variable or With block variable not set";
     case FaultNumber::InvalidUseOfNull:
       return u"Invalid use of Null";
+    case FaultNumber::DllFunctionNotFound:
+      return u"Specified DLL function not found";
   }
   return u"Application-defined or object-defined error";
 }
@@ -37,6 +43,10 @@ Fault CurrentFault() noexcept {
   } catch (const std::length_error&) {
     // A container asked for more than it can ever hold.
     return Fault(FaultNumber::OutOfMemory);
+  } catch (const platform::MissingLibrary&) {
+    return Fault(FaultNumber::FileNotFound);
+  } catch (const platform::MissingFunction&) {
+    return Fault(FaultNumber::DllFunctionNotFound);
   } catch (...) {
     return Fault(FaultNumber::InvalidProcedureCall);
   }

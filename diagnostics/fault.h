@@ -22,15 +22,18 @@ enum class FaultNumber : std::int32_t {
   SubscriptOutOfRange = 9,
   DivisionByZero = 11,
   TypeMismatch = 13,
+  FileNotFound = 53,
   ObjectNotSet = 91,
   InvalidUseOfNull = 94,
+  DllFunctionNotFound = 453,
 };
 
 // All of them, in ascending order.
 inline constexpr std::array kFaultNumbers{
-    FaultNumber::InvalidProcedureCall, FaultNumber::Overflow,        FaultNumber::OutOfMemory,
-    FaultNumber::SubscriptOutOfRange,  FaultNumber::DivisionByZero,  FaultNumber::TypeMismatch,
-    FaultNumber::ObjectNotSet,         FaultNumber::InvalidUseOfNull};
+    FaultNumber::InvalidProcedureCall, FaultNumber::Overflow,       FaultNumber::OutOfMemory,
+    FaultNumber::SubscriptOutOfRange,  FaultNumber::DivisionByZero, FaultNumber::TypeMismatch,
+    FaultNumber::FileNotFound,         FaultNumber::ObjectNotSet,   FaultNumber::InvalidUseOfNull,
+    FaultNumber::DllFunctionNotFound};
 
 // The standard Automation text of a fault. Never empty.
 [[nodiscard]] LATCHKEY_API TextView DescriptionOf(FaultNumber number) noexcept;
@@ -47,8 +50,9 @@ class LATCHKEY_API Fault final : public std::exception {
   FaultNumber number_;
 };
 
-// The exception being handled, as a fault: a fault stays itself, failed memory is OutOfMemory, and
-// whatever else is InvalidProcedureCall. Call it inside a catch clause only.
+// The exception being handled, as a fault: a fault stays itself, failed memory is OutOfMemory, a
+// missing library of the system is FileNotFound, a missing function of one DllFunctionNotFound, and
+// anything else is InvalidProcedureCall. Call it inside a catch clause only.
 [[nodiscard]] LATCHKEY_API Fault CurrentFault() noexcept;
 
 }  // namespace latchkey

@@ -1,40 +1,36 @@
 #include "platform/code_page.h"
 
+#include <cstddef>
+
 namespace latchkey::platform {
 namespace {
 
-constexpr std::size_t kAsciiCodes = 0x80;
+constexpr std::size_t kHighHalf = 0x80;
 
 }  // namespace
 
-CodePage::CodePage(const ByteTable& characters, LongCodeOf longCodeOf)
-    : characters_(characters), longCodeOf_(longCodeOf) {
-  rows_.emplace_back().fill(kNoCode);
-  bool unique = true;
-  // From the highest byte down, so that of two bytes with one character the lower one stays.
-  for (std::size_t byte = characters.size(); byte-- > 0;) {
-    if (characters[byte] == kNoCharacter) {
-      unique = false;
-      continue;
-    }
-    std::int32_t& code = CodeEntry(static_cast<char16_t>(characters[byte]));
-    unique = unique && code == kNoCode;
-    code = static_cast<std::int32_t>(byte);
+CodePage::CodePage(const HighHalf& characters, LongCodeOf longCodeOf) : longCodeOf_(longCodeOf) {
+  for (std::size_t byte = 0; byte < kHighHalf; ++byte) Assign(byte, static_cast<char16_t>(byte));
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    if (!IsOneByte(characters[i])) Assign(kHighHalf + i, characters[i]);
   }
-  mapsEveryByte_ = unique;
-  for (std::size_t code = 0; code < kAsciiCodes; ++code) {
-    keepsAscii_ = keepsAscii_ && characters_[code] == static_cast<std::int32_t>(code) &&
-                  CodeOf(static_cast<char16_t>(code)) == code;
+  // After all that have a character, so that none of them loses it.
+  for (std::size_t byte = kHighHalf; byte < characters_.size(); ++byte) {
+    if (characters_[byte] == 0) Assign(byte, FreeCharacterFor(byte));
   }
 }
 
-std::int32_t& CodePage::CodeEntry(char16_t character) {
-  std::uint16_t& row = rowOf_[character >> 8];
-  if (row == 0) {
-    row = static_cast<std::uint16_t>(rows_.size());
-    rows_.emplace_back().fill(kNoCode);
-  }
-  return rows_[row][character & 0xFF];
+void CodePage::Assign(std::size_t byte, char16_t character) noexcept {
+  characters_[byte] = character;
+  bytes_[character] = static_cast<std::uint8_t>(byte);
+}
+
+char16_t CodePage::FreeCharacterFor(std::size_t byte) const noexcept {
+  auto character = static_cast<char16_t>(byte);
+  if (!IsOneByte(character)) return character;
+  constexpr char16_t kPrivateUse = 0xE000;
+  for (character = kPrivateUse; IsOneByte(character);) ++character;
+  return character;
 }
 
 }  // namespace latchkey::platform

@@ -3,63 +3,49 @@
 
 #include <array>
 #include <cstdint>
-#include <vector>
 
 namespace latchkey::platform {
 
-// A code page as tables, built once from what its 256 bytes denote. Immutable: any thread may read.
+// A code page as tables, built once. Each of the 256 bytes is one character and no two are the
+// same, so every byte becomes a character and back. Bytes 0 to 127 are ASCII. Immutable: any thread
+// may read.
 class CodePage {
  public:
-  // Stands in the byte table for a byte that denotes no character by itself, such as the lead byte
-  // of a two-byte character.
-  static constexpr std::int32_t kNoCharacter = -1;
   // What a character becomes that the code page cannot represent.
   static constexpr std::uint32_t kDefaultCode = '?';
 
-  using ByteTable = std::array<std::int32_t, 256>;
+  // The characters of bytes 128 to 255. 0 for a byte that is no character by itself, such as the
+  // first of a two-byte character.
+  using HighHalf = std::array<char16_t, 128>;
   // The code of a character that no single byte denotes: above 255 when the code page writes it in
   // several bytes (the bytes read as one big-endian number), else kDefaultCode.
   using LongCodeOf = std::uint32_t (*)(char16_t character);
 
-  // `characters` holds for each byte its character, or kNoCharacter. Where two bytes denote the
-  // same character, its code is the lower byte.
-  CodePage(const ByteTable& characters, LongCodeOf longCodeOf);
+  // Of several bytes with one character the lowest keeps it. The others, and those without one,
+  // become the character of the byte's own number or, where that is taken, a private-use one.
+  CodePage(const HighHalf& characters, LongCodeOf longCodeOf);
 
-  // The character that `byte` denotes, or kNoCharacter.
-  [[nodiscard]] std::int32_t CharacterOf(std::uint8_t byte) const noexcept {
-    return characters_[byte];
-  }
+  [[nodiscard]] char16_t CharacterOf(std::uint8_t byte) const noexcept { return characters_[byte]; }
 
-  // The code of `character`: 0 to 255, or what LongCodeOf gives.
+  // The code of `character`: its byte, or what LongCodeOf gives.
   [[nodiscard]] std::uint32_t CodeOf(char16_t character) const noexcept {
-    const std::int32_t code = rows_[rowOf_[character >> 8]][character & 0xFF];
-    return code != kNoCode ? static_cast<std::uint32_t>(code) : longCodeOf_(character);
+    return IsOneByte(character) ? bytes_[character] : longCodeOf_(character);
   }
-
-  // True when every byte becomes a character and back unchanged, so that data may stay bytes.
-  [[nodiscard]] bool MapsEveryByte() const noexcept { return mapsEveryByte_; }
-
-  // True when bytes 0 to 127 are the characters of the same number and back, as in almost every
-  // code page.
-  [[nodiscard]] bool KeepsAscii() const noexcept { return keepsAscii_; }
 
  private:
-  static constexpr std::int32_t kNoCode = -1;
+  [[nodiscard]] bool IsOneByte(char16_t character) const noexcept {
+    return bytes_[character] != 0 || character == 0;
+  }
+  void Assign(std::size_t byte, char16_t character) noexcept;
+  [[nodiscard]] char16_t FreeCharacterFor(std::size_t byte) const noexcept;
 
-  // The code that stands for a character, in a row of its own where it needs one.
-  std::int32_t& CodeEntry(char16_t character);
-
-  ByteTable characters_;
-  // The codes of the 256 characters with one high byte: the first row is without any.
-  std::vector<std::array<std::int32_t, 256>> rows_;
-  std::array<std::uint16_t, 256> rowOf_{};
+  std::array<char16_t, 256> characters_{};
+  std::array<std::uint8_t, 0x10000> bytes_{};  // 0 for all but NUL and the characters of a byte
   LongCodeOf longCodeOf_;
-  bool mapsEveryByte_ = false;
-  bool keepsAscii_ = true;
 };
 
-// The process's code page: on Windows the system's ANSI code page; on Linux Windows-1252 with the
-// bytes 81, 8D, 8F, 90 and 9D (hexadecimal) denoting the control characters of the same value.
+// The process's code page: on Windows the system's ANSI code page, on Linux the one of
+// set_code_page.h.
 const CodePage& SystemCodePage();
 
 }  // namespace latchkey::platform

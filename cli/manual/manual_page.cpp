@@ -22,6 +22,10 @@ A file that
 .B \-\-force
 replaces leaves its mode, access list, group and, where the system allows, owner to the new one.
 A link stays, and what it leads to is replaced; one that leads nowhere is refused.
+A device or a pipe is written to as it is, with
+.B \-\-force
+only; /dev/null and what the command finds open, such as /dev/stdout, need no
+.BR \-\-force .
 Data that goes to standard output is written while it is made: when decryption fails at the end,
 what was written before is not to be trusted.
 )";

@@ -26,7 +26,7 @@ constexpr ClassDescription kCryptoApiClass = {
 constexpr ClassDescription kTimerClass = {CLSID_clsTimer, IID__clsTimer, L"Latchkey.clsTimer",
                                           L"Latchkey elapsed-time timer", Create<TimerObject>};
 
-std::span<const ClassDescription* const> AllClasses() noexcept { return kAllClasses; }
+std::span<const ClassDescription* const, kClassCount> AllClasses() noexcept { return kAllClasses; }
 
 const ClassDescription* FindClass(REFCLSID classId) noexcept {
   for (const ClassDescription* const description : kAllClasses) {

@@ -2,6 +2,7 @@
 // information and the registration are all led by it.
 #pragma once
 
+#include <cstddef>
 #include <span>
 
 #include "com/windows/automation_prelude.h"
@@ -21,7 +22,8 @@ extern const ClassDescription kMainClass;
 extern const ClassDescription kCryptoApiClass;
 extern const ClassDescription kTimerClass;
 
-[[nodiscard]] std::span<const ClassDescription* const> AllClasses() noexcept;
+inline constexpr std::size_t kClassCount = 3;
+[[nodiscard]] std::span<const ClassDescription* const, kClassCount> AllClasses() noexcept;
 
 // Null for a class that is not the component's.
 [[nodiscard]] const ClassDescription* FindClass(REFCLSID classId) noexcept;

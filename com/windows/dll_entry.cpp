@@ -1,11 +1,9 @@
 // The entry points of the DLL. They hold no logic of their own.
 #include "com/windows/automation_owners.h"
 #include "com/windows/class_factory.h"
-#include "com/windows/interface_members.h"
 #include "com/windows/method_call.h"
 #include "com/windows/module.h"
 #include "com/windows/registration.h"
-#include "com/windows/type_library.h"
 #include "platform/run_time.h"
 #include "platform/thread_slot.h"
 
@@ -15,6 +13,7 @@ namespace {
 // Runs an entry point that belongs to no class; faults in it name the entry object as their source.
 template <class Body>
 HRESULT RunEntryPoint(Body&& body) noexcept {
+  const ModuleUse use;
   HRESULT outcome = S_OK;
   const HRESULT ran = RunMethod(kMainClass, [&] { outcome = body(); });
   return FAILED(ran) ? ran : outcome;
@@ -47,13 +46,13 @@ STDAPI DllInstall(BOOL install, const wchar_t* options) {
   return RunEntryPoint([&] { return InstallServer(install != FALSE, options); });
 }
 
-// Threads outlive a DLL that is unloaded: what they left in it is freed now. When the process ends
-// (`reserved` is not null) other threads have been stopped anywhere, and nothing is safe to free.
+// Threads outlive a DLL that is unloaded: what they left in it is freed now. Nothing of COM or
+// Automation is called, which must not happen while libraries are loaded or unloaded: what the
+// module has of them went with its last use. When the process ends (`reserved` is not null) other
+// threads have been stopped anywhere, and nothing is safe to free.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
     platform::ReleaseThreadSlot();
-    ReleaseMembers();
-    ReleaseTypeLibrary();
     platform::ReleaseRunTime();
   }
   return TRUE;

@@ -1,9 +1,7 @@
 #include "com/windows/interface_members.h"
 
 #include <algorithm>
-#include <array>
 #include <atomic>
-#include <memory>
 #include <string_view>
 #include <utility>
 
@@ -14,7 +12,7 @@ namespace latchkey::com {
 namespace {
 
 // In the order of AllClasses().
-std::array<std::atomic<const InterfaceMembers*>, 3> ownMembers;
+std::array<std::atomic<const InterfaceMembers*>, kClassCount> ownMembers;
 
 std::atomic<const InterfaceMembers*>& MembersFor(const ClassDescription& description) {
   const auto classes = AllClasses();
@@ -113,10 +111,10 @@ HRESULT MembersOf(const ClassDescription& description, const InterfaceMembers** 
   return S_OK;
 }
 
-void ReleaseMembers() noexcept {
-  for (auto& members : ownMembers) {
-    const std::unique_ptr<const InterfaceMembers> last(members.exchange(nullptr));
-  }
+MembersOfClasses TakeMembers() noexcept {
+  MembersOfClasses taken;
+  for (std::size_t i = 0; i < kClassCount; ++i) taken[i].reset(ownMembers[i].exchange(nullptr));
+  return taken;
 }
 
 }  // namespace latchkey::com

@@ -1,6 +1,8 @@
 // What late-bound clients can call of a class, and by which names.
 #pragma once
 
+#include <array>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
@@ -39,12 +41,14 @@ class InterfaceMembers {
   std::vector<Names> names_;
 };
 
-// The members of a class's dual interface, read by the first caller and kept for all threads.
-// Raises bad_alloc.
+// The members of a class's dual interface, read by the first caller and kept for all threads until
+// the last use of the module ends (module.h). The caller must hold such a use. Raises bad_alloc.
 [[nodiscard]] HRESULT MembersOf(const ClassDescription& description,
                                 const InterfaceMembers** members);
 
-// Lets them go: for a DLL about to be unloaded, while the type library is there.
-void ReleaseMembers() noexcept;
+// Gives away the members that are kept, null for a class that has none: for the last use of the
+// module.
+using MembersOfClasses = std::array<std::unique_ptr<const InterfaceMembers>, kClassCount>;
+[[nodiscard]] MembersOfClasses TakeMembers() noexcept;
 
 }  // namespace latchkey::com

@@ -8,12 +8,20 @@ namespace {
 
 constexpr ULONG kAutomationErrors = 0x800A0000;  // where Visual Basic's error numbers start
 
+// An unset object is always the error record here: its description says what is missing.
+TextView DescriptionForClient(const Fault& fault) noexcept {
+  if (fault.Number() != static_cast<std::int32_t>(FaultNumber::ObjectNotSet)) {
+    return fault.Description();
+  }
+  return u"Object variable or With block variable not set: no clsMain exists on this thread";
+}
+
 void SetErrorInformation(const ClassDescription& source, const Fault& fault) noexcept {
   SetErrorInfo(0, nullptr);  // nothing stale stays behind where making a new one fails
   ICreateErrorInfo* created = nullptr;
   if (FAILED(CreateErrorInfo(&created))) return;
   const UniqueInterface<ICreateErrorInfo> information(created);
-  const TextView text = fault.Description();
+  const TextView text = DescriptionForClient(fault);
   const UniqueBstr description(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
                                                  static_cast<UINT>(text.size())));
   const UniqueBstr sourceName(SysAllocString(source.progId));

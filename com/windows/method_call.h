@@ -11,8 +11,8 @@ namespace latchkey::com {
 
 // Turns the exception being handled into what a COM client sees: the HRESULT 0x800A0000 + number,
 // and error information on the calling thread that names the class as source and the fault's
-// description. When there is no memory for the information the HRESULT goes out alone. Call it
-// inside a catch clause only.
+// description; that of ObjectNotSet adds that no clsMain exists on the thread. When there is no
+// memory for the information the HRESULT goes out alone. Call it inside a catch clause only.
 [[nodiscard]] HRESULT ReportCurrentFault(const ClassDescription& source) noexcept;
 
 // Gives E_POINTER, for a null pointer where a result or an argument belongs. What an earlier

@@ -1,15 +1,45 @@
 #include "com/windows/module.h"
 
-#include <atomic>
-
+#include "com/windows/interface_members.h"
+#include "com/windows/type_library.h"
 #include "diagnostics/fault.h"
+#include "platform/windows/system_library.h"
 
 namespace latchkey::com {
 namespace {
 
 constexpr DWORD kLongestPath = 32767;  // of a file on Windows, in characters
 
-std::atomic<long> moduleUses{0};
+// Guards moduleUses, and keeps new users out while the last one takes what the module keeps. Held
+// for a few instructions, never over a call of another library.
+SRWLOCK usesLock = SRWLOCK_INIT;
+long moduleUses = 0;
+
+class UsesLock {
+ public:
+  UsesLock() noexcept { AcquireSRWLockExclusive(&usesLock); }
+  UsesLock(const UsesLock&) = delete;
+  UsesLock& operator=(const UsesLock&) = delete;
+  ~UsesLock() { ReleaseSRWLockExclusive(&usesLock); }
+};
+
+// Ends one use, unless it is the last and the module keeps a library: then that is released
+// instead, while the use still counts. Another thread that begins a use meanwhile finds none and
+// loads its own. True when the use has ended.
+bool EndUseOrReleaseLibraries() noexcept {
+  platform::UniqueLibrary internet;
+  UniqueInterface<ITypeLib> library;
+  MembersOfClasses members;
+  const UsesLock lock;  // released first
+  if (moduleUses == 1) {
+    library.Reset(TakeTypeLibrary());
+    members = TakeMembers();
+    internet = platform::TakeInternetLibrary();
+  }
+  if (library || internet) return false;
+  --moduleUses;
+  return true;
+}
 
 // The module that holds this very code, whatever name it was loaded by.
 HMODULE ThisModule() {
@@ -23,11 +53,20 @@ HMODULE ThisModule() {
 
 }  // namespace
 
-void ModuleUse::Add() noexcept { ++moduleUses; }
+void ModuleUse::Add() noexcept {
+  const UsesLock lock;
+  ++moduleUses;
+}
 
-void ModuleUse::Drop() noexcept { --moduleUses; }
+void ModuleUse::Drop() noexcept {
+  while (!EndUseOrReleaseLibraries()) {
+  }
+}
 
-bool ModuleIsUnused() noexcept { return moduleUses == 0; }
+bool ModuleIsUnused() noexcept {
+  const UsesLock lock;
+  return moduleUses == 0;
+}
 
 std::wstring ModulePath() {
   std::wstring path(kLongestPath + 1, L'\0');

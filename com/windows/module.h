@@ -8,7 +8,8 @@
 namespace latchkey::com {
 
 // Counts as one use of the DLL from its construction to its destruction. Every object and every
-// class factory holds one. Any thread.
+// class factory holds one, and every entry point while it runs. The last use releases the
+// libraries that the module keeps, the type library and wininet, before it ends. Any thread.
 class ModuleUse {
  public:
   ModuleUse() noexcept { Add(); }

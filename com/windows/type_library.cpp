@@ -46,9 +46,6 @@ HRESULT SlotInfoOf(REFIID interfaceId, ITypeInfo** typeInfo) {
   return FAILED(referred) ? referred : late->GetRefTypeInfo(reference, typeInfo);
 }
 
-void ReleaseTypeLibrary() noexcept {
-  ITypeLib* const library = ownLibrary.exchange(nullptr);
-  if (library != nullptr) library->Release();
-}
+ITypeLib* TakeTypeLibrary() noexcept { return ownLibrary.exchange(nullptr); }
 
 }  // namespace latchkey::com

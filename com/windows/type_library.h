@@ -6,8 +6,9 @@
 
 namespace latchkey::com {
 
-// The type library, loaded by the first caller and kept for all threads; the caller gets no
-// reference of its own. Raises bad_alloc.
+// The type library, loaded by the first caller and kept for all threads until the last use of the
+// module ends (module.h). The caller must hold such a use and gets no reference of its own. Raises
+// bad_alloc.
 [[nodiscard]] HRESULT OwnTypeLibrary(ITypeLib** library);
 
 // What describes a class, or a dual interface to late-bound callers. The caller releases it.
@@ -18,7 +19,7 @@ namespace latchkey::com {
 // The caller releases it. Raises bad_alloc.
 [[nodiscard]] HRESULT SlotInfoOf(REFIID interfaceId, ITypeInfo** typeInfo);
 
-// Lets the type library go: for a DLL about to be unloaded.
-void ReleaseTypeLibrary() noexcept;
+// Gives away the type library that is kept, null for none: for the last use of the module.
+[[nodiscard]] ITypeLib* TakeTypeLibrary() noexcept;
 
 }  // namespace latchkey::com

@@ -12,7 +12,8 @@ static class EncryptText
 {
     const short Sha1 = 4, TripleDes = 4;
 
-    // The component's objects belong to one thread, which must be single-threaded.
+    // The component's objects belong to one thread, which must be single-threaded. Threads of a multithreaded
+    // apartment share one error record: there, make one clsMain for the process, keep it alive, and release it last.
     [STAThread]
     static int Main(string[] arguments)
     {
@@ -40,6 +41,7 @@ static class EncryptText
         if (!api.Decrypt(Sha1, TripleDes)) return Report(main);
         byte[] plain = api.OutputData;
         Console.WriteLine("decrypted   " + api.ByteArrayToString(ref plain));
+        GC.KeepAlive(main);                             // without a clsMain, operations raise 91
         return 0;
     }
 

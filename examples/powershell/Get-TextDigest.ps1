@@ -5,6 +5,8 @@
 # Needs the registered DLL of PowerShell's bitness. Not run by this project's tests: they have no Windows PowerShell.
 param([Parameter(Mandatory = $true)][string] $Text)
 
+# -STA gives this script a thread, and so an error record, of its own. Without it all threads share one record: make
+# one clsMain for the process, keep it alive, and release it last.
 $main = New-Object -ComObject Latchkey.clsMain         # first: makes the error record of this thread
 $api = New-Object -ComObject Latchkey.clsCryptoAPI
 try {
@@ -19,7 +21,7 @@ try {
     }
 }
 finally {
-    foreach ($object in $api, $main) {
+    foreach ($object in $api, $main) {                 # clsMain last: without it, operations raise 91
         [void][Runtime.InteropServices.Marshal]::ReleaseComObject($object)
     }
 }

@@ -15,6 +15,7 @@
 Unicode true
 Target ${TARGET}
 SetCompressor /SOLID lzma
+PESubsysVer 6.1  ; Windows 7: the loader of an older one refuses it
 ManifestSupportedOS all
 AllowSkipFiles off  ; a file that is in use ends the installation
 

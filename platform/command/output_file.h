@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <span>
 #include <string>
 
@@ -24,11 +23,12 @@ enum class Readers { Default, Owner };
 // What the process has open ("-" is standard output, on Linux also /dev/stdout, /dev/fd/N) and what
 // is no regular file (a device, a pipe) are written to as they are: neither can be made whole or
 // taken back.
+//
 // Every member raises FileError when the system refuses. Used by one thread.
 class OutputFile {
  public:
-  // With `replace` an existing file gives way at Commit; without, it is refused, now and again at
-  // Commit.
+  // With `replace` an existing file gives way at Commit, and a device or pipe is written to.
+  // Without, each is refused (the null device is not), and a file again at Commit.
   OutputFile(const std::string& name, bool replace, Readers readers);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -36,9 +36,9 @@ class OutputFile {
 
   void Write(std::span<const std::uint8_t> bytes);
 
-  // No Write may follow. Once the bytes are on the disk `announce` tells that the file is made;
-  // what it raises comes through, and then the file does not appear.
-  void Commit(const std::function<void()>& announce = [] {});
+  // No Write may follow. On return the file, its bytes and its name are on the disk. After a
+  // failure the old file stands, or the new one whole.
+  void Commit();
 
  private:
   void OpenBeside();

@@ -7,28 +7,10 @@
 namespace latchkey::platform {
 namespace {
 
-// A lead byte, or a byte that is part of a longer UTF-8 sequence, denotes nothing by itself. The
-// bytes that Windows-1252 leaves undefined do convert: to the control characters of their value.
-std::int32_t CharacterOfByte(std::uint8_t byte) {
-  if (IsDBCSLeadByteEx(CP_ACP, byte)) return CodePage::kNoCharacter;
-  const char narrow = static_cast<char>(byte);
-  std::array<wchar_t, 2> wide{};
-  const int count = MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, &narrow, 1, wide.data(),
-                                        static_cast<int>(wide.size()));
-  return count == 1 ? static_cast<std::int32_t>(wide[0]) : CodePage::kNoCharacter;
-}
-
-CodePage::ByteTable AnsiTable() {
-  CodePage::ByteTable table{};
-  for (std::size_t byte = 0; byte < table.size(); ++byte) {
-    table[byte] = CharacterOfByte(static_cast<std::uint8_t>(byte));
-  }
-  return table;
-}
-
-// No best fit: a character that merely resembles one of the code page is not that one. UTF-8 has
-// every character but unpaired surrogates, and its conversion refuses the other form's arguments.
-std::uint32_t LongAnsiCode(char16_t character) {
+// The bytes of a character, big-endian in one number; kDefaultCode where there are none. No best
+// fit: a character that merely resembles one of the code page is not that one. UTF-8 has every
+// character but unpaired surrogates, and its conversion refuses the other form's arguments.
+std::uint32_t AnsiCode(char16_t character) {
   const wchar_t wide = character;
   std::array<char, 8> bytes{};
   const auto size = static_cast<int>(bytes.size());
@@ -46,10 +28,36 @@ std::uint32_t LongAnsiCode(char16_t character) {
   return code;
 }
 
+// One byte that the character of another byte becomes is no code of its own.
+std::uint32_t LongAnsiCode(char16_t character) {
+  const std::uint32_t code = AnsiCode(character);
+  return code > 0xFF ? code : CodePage::kDefaultCode;
+}
+
+// Without MB_ERR_INVALID_CHARS, bytes that the code page leaves undefined convert too: to
+// private-use and control characters, and back. The first byte of a longer character does not come
+// back: what stands for it is the replacement of several bytes.
+char16_t CharacterOfByte(std::uint8_t byte) {
+  const char narrow = static_cast<char>(byte);
+  std::array<wchar_t, 2> wide{};
+  const int count =
+      MultiByteToWideChar(CP_ACP, 0, &narrow, 1, wide.data(), static_cast<int>(wide.size()));
+  const char16_t character = wide[0];
+  return count == 1 && AnsiCode(character) == byte ? character : char16_t{0};
+}
+
+CodePage::HighHalf AnsiHighHalf() {
+  CodePage::HighHalf characters{};
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    characters[i] = CharacterOfByte(static_cast<std::uint8_t>(0x80 + i));
+  }
+  return characters;
+}
+
 }  // namespace
 
 const CodePage& SystemCodePage() {
-  static const CodePage codePage(AnsiTable(), LongAnsiCode);
+  static const CodePage codePage(AnsiHighHalf(), LongAnsiCode);
   return codePage;
 }
 

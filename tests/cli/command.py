@@ -8,6 +8,7 @@ import os
 import pathlib
 import random
 import shutil
+import signal
 import subprocess
 import tempfile
 import unittest
@@ -25,6 +26,16 @@ BLOCK_CIPHERS = CIPHERS[1:]
 # Every provider, hash and cipher that go together.
 SETTINGS = [("base", hash_, cipher) for hash_ in HASHES for cipher in BASE_CIPHERS] + \
            [("enhanced", hash_, cipher) for hash_ in HASHES for cipher in CIPHERS]
+
+# The signals that end a process; by default the others stop it or do nothing, or they cannot be caught.
+ENDING_SIGNALS = sorted(signal.valid_signals() - {
+    signal.SIGCHLD, signal.SIGCONT, signal.SIGKILL, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU,
+    signal.SIGURG, signal.SIGWINCH})
+
+# What the shell or nohup has set to be ignored the command would ignore too. Python sets its own two back itself.
+for number in set(ENDING_SIGNALS) - {signal.SIGPIPE, signal.SIGXFSZ}:
+    if signal.getsignal(number) == signal.SIG_IGN:
+        signal.signal(number, signal.SIG_DFL)
 
 SEED = int(os.environ.get("LATCHKEY_TEST_SEED", "20260117"))
 

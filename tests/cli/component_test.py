@@ -67,8 +67,9 @@ class ErrorsTest(CommandTest):
              439: "GetCipherAlgorithm", 440: "ConvertStringFromHex", 441: "ConvertStringToHex",
              442: "AcquireProvider"}
     FAULTS = {5: "Invalid procedure call or argument", 6: "Overflow", 7: "Out of memory", 9: "Subscript out of range",
-              11: "Division by zero", 13: "Type mismatch", 91: "Object variable or With block variable not set",
-              94: "Invalid use of Null"}
+              11: "Division by zero", 13: "Type mismatch", 53: "File not found",
+              91: "Object variable or With block variable not set",
+              94: "Invalid use of Null", 453: "Specified DLL function not found"}
 
     def test_the_table_is_complete(self):
         errors = self.run_well("errors", "--json").json["errors"]

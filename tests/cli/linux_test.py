@@ -4,6 +4,7 @@ import os
 import pathlib
 import re
 import select
+import stat
 import subprocess
 import unittest
 
@@ -26,22 +27,54 @@ class NameTest(CommandTest):
             told = subprocess.run(["md5sum", "--check", "sums"], cwd=self.folder, capture_output=True, check=True).stdout
             self.assertEqual(self.run_well("hash", "--check", "sums").out, told)
 
+    def test_a_listed_name_with_a_nul_is_an_error_and_not_the_file_up_to_there(self):
+        self.write("in", b"abc")
+        digest = b"900150983cd24fb0d6963f7d28e17f72"
+        self.write("sums", digest + b"  in\0other\n" + digest + b"  in\n")
+        result = self.run_command("hash", "--check", "sums")
+        self.assertEqual((result.status, result.out), (1, b"in\0other: FAILED open or read\nin: OK\n"))
+        self.assertEqual(result.lines, [r"latchkey: cannot open: Invalid argument: in\x00other",
+                                        "latchkey: WARNING: 1 listed file could not be read"])
+        result = self.run_command("hash", "--check", "--json", "sums")
+        self.assertEqual((result.status, result.json["unread"]), (1, 1))
+
     def test_json_of_a_name_that_is_no_text(self):
         (self.folder / os.fsdecode(b"\xff")).write_bytes(b"abc")
         self.assertEqual(self.run_well("hash", "--json", os.fsdecode(b"\xff")).json["results"][0]["file"], "\ufffd")
 
 
 class OutputTest(CommandTest):
+    def test_a_pipe_or_device_is_refused_without_force(self):
+        os.mkfifo(self.folder / "pipe")
+        for name in ("pipe", "/dev/full", "/dev/zero"):
+            result = self.run_command("hex", "-o", name, data=b"A")  # would wait for a reader of the pipe
+            self.assertEqual((result.status, result.lines), (
+                1, [f"latchkey: cannot create: File exists: {name}",
+                    "hint: --force replaces an existing file, and writes to a device or pipe"]))
+        self.assertTrue(stat.S_ISFIFO((self.folder / "pipe").stat().st_mode))
+
+    def test_a_link_to_a_device_is_that_device(self):
+        (self.folder / "link").symlink_to("/dev/full")
+        self.assertIn("File exists", self.run_command("hex", "-o", "link", data=b"A").lines[0])
+        self.assertIn("No space", self.run_command("hex", "--force", "-o", "link", data=b"A").lines[0])
+        (self.folder / "null").symlink_to("/dev/null")
+        self.run_well("hex", "-o", "null", data=b"A")
+        self.assertEqual(self.names(), ["link", "null"])
+
+    def test_what_is_open_is_written_without_force_whatever_it_is(self):
+        for name in ("/dev/stdout", "/dev/fd/1"):
+            self.assertEqual(self.run_well("hex", "-o", name, data=b"A").out, b"41\n")  # a pipe
+
     def test_a_pipe_is_written_as_it_is(self):
         os.mkfifo(self.folder / "pipe")
-        process = self.start_command("hex", "-o", "pipe", stdin=subprocess.PIPE)
+        process = self.start_command("hex", "--force", "-o", "pipe", stdin=subprocess.PIPE)
         process.stdin.write(b"A")
         process.stdin.close()
         self.assertEqual(self.read("pipe"), b"41\n")
         self.assertEqual(process.wait(), 0)
 
     def test_a_full_disk_is_told(self):
-        result = self.run_command("hex", "-o", "/dev/full", data=b"A")
+        result = self.run_command("hex", "--force", "-o", "/dev/full", data=b"A")
         self.assertEqual((result.status, result.lines),
                          (1, ["latchkey: cannot write: No space left on device: /dev/full"]))
 
@@ -56,17 +89,18 @@ class OutputTest(CommandTest):
             self.assertEqual(process.returncode, 1, (arguments, error))
             self.assertRegex(error.decode(), "^latchkey: cannot write: .*standard output\n$", arguments)
 
-    def test_a_result_that_cannot_be_told_leaves_no_output(self):
+    def test_a_result_that_cannot_be_printed_is_a_failure_and_leaves_the_whole_output(self):
         self.write("in", b"abc")
-        self.write("old", b"precious")
-        for command in (["encrypt", *OPTIONS, "--no-password"], ["hex"]):
-            for output in (["-o", "new"], ["--force", "-o", "old"]):
-                for redirection in (">/dev/full", ">&-"):
-                    script = f'exec "$0" "$@" {redirection}'
-                    result = self.run_command(script, *PROGRAM, *command, *output, "--json", "in",
-                                              program=["bash", "-c"])
-                    self.assertEqual((result.status, result.lines), (1, ["latchkey: cannot write: standard output"]))
-                    self.assertEqual((self.names(), self.read("old")), (["in", "old"], b"precious"))
+        for force in ([], ["--force"]):
+            for redirection in (">/dev/full", ">&-"):
+                if force:
+                    self.write("out", b"precious")
+                script = f'exec "$0" "$@" {redirection}'
+                result = self.run_command(script, *PROGRAM, "hex", *force, "-o", "out", "--json", "in",
+                                          program=["bash", "-c"])
+                self.assertEqual((result.status, result.lines), (1, ["latchkey: cannot write: standard output"]))
+                self.assertEqual((self.names(), self.read("out")), (["in", "out"], b"616263\n"))
+                (self.folder / "out").unlink()
 
 
 class StreamNameTest(CommandTest):

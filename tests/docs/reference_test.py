@@ -69,6 +69,14 @@ class ChangedSources(unittest.TestCase):
         self.change(IDL, "Measures from now.", "Starts to measure.")
         self.assert_refused("+Help text: “Starts to measure.”", "--check")
 
+    def test_a_changed_number_is_out_of_date(self):
+        self.change(IDL, "latchkeyHashMD4 = 2", "latchkeyHashMD4 = 7")
+        self.assert_refused("+| `latchkeyHashMD4` | 7 |", "--check")
+
+    def test_an_enum_without_a_help_text_is_refused(self):
+        self.change(IDL, 'helpstring("Hashes:', 'hidden, version("Hashes:')
+        self.assert_refused("latchkey.idl: an enum cannot be read")
+
     def test_a_changed_message_is_out_of_date(self):
         self.change(TABLE, "Error deriving key\", u\"Encrypt", "No key\", u\"Encrypt")
         self.assert_refused("No key", "--check")

@@ -4,6 +4,7 @@
 #include <latchkey/com/cls_main.h>
 #include <latchkey/crypto/cls_crypto_api.h>
 #include <latchkey/diagnostics/fault.h>
+#include <latchkey/platform/set_code_page.h>
 
 #include <algorithm>
 #include <array>
@@ -231,6 +232,8 @@ std::vector<Operation> AllOperations() {
   AddCiphers(operations);
   AddConversions(operations);
   AddFailures(operations);
+  // Reads the C library's tables where it comes first in the process; refused where it is too late.
+  operations.push_back({"SetCodePage", [] { static_cast<void>(SetCodePage(936)); }});
   return operations;
 }
 

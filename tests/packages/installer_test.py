@@ -38,6 +38,16 @@ __declspec(dllexport) HRESULT __stdcall DllRegisterServer(void) {{
 TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all, whoever registers it
 
 
+class SetupFilesTest(unittest.TestCase):
+    def test_they_name_windows_7_as_the_oldest(self):
+        setups = list(installer_case.INSTALLERS.glob("latchkey-*-setup*.exe"))
+        self.assertEqual(len(setups), 2)
+        for setup in setups:
+            image = setup.read_bytes()
+            optional_header = int.from_bytes(image[0x3C:0x40], "little") + 24  # after signature and file header
+            self.assertEqual(image[optional_header + 48:optional_header + 52], bytes((6, 0, 1, 0)), setup)
+
+
 class InstallerTest(installer_case.InstallerCase):
     def test_for_all_users_scripts_can_use_it_until_it_is_removed(self):
         for options in (["/AllUsers"], []):  # the second time over the first; Wine's user is an administrator
@@ -208,7 +218,7 @@ def options():
     with both."""
     if sys.argv[3:] or arch == "x86" or os.environ.get("LATCHKEY_LONG"):
         return sys.argv[3:]
-    return ["InstallerTest"]
+    return ["SetupFilesTest", "InstallerTest"]
 
 
 if __name__ == "__main__":

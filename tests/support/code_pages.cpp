@@ -1,30 +1,27 @@
 #include "tests/support/code_pages.h"
 
+#include <cstddef>
+
 namespace latchkey::test {
 namespace {
 
 using platform::CodePage;
 
-constexpr std::int32_t kFirstHighByte = 0x80;
-
-// ASCII, then what `high` makes of each byte above it.
-template <class HighHalf>
-CodePage::ByteTable TableOf(HighHalf high) {
-  CodePage::ByteTable table{};
-  for (std::int32_t byte = 0; byte < 256; ++byte) {
-    table[static_cast<std::size_t>(byte)] = byte < kFirstHighByte ? byte : high(byte);
+template <class CharacterOf>
+CodePage::HighHalf HighHalfOf(CharacterOf characterOf) {
+  CodePage::HighHalf characters{};
+  for (std::size_t i = 0; i < characters.size(); ++i) {
+    characters[i] = static_cast<char16_t>(characterOf(0x80 + i));
   }
-  return table;
+  return characters;
 }
 
 std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
 
-std::int32_t OneToOneCharacter(std::int32_t byte) { return byte == 0x80 ? 0x20AC : 0x400 + byte; }
+std::size_t OneToOneCharacter(std::size_t byte) { return byte == 0x80 ? 0x20AC : 0x400 + byte; }
 
-std::int32_t DoubleByteCharacter(std::int32_t byte) {
-  if (byte >= 0xA1 && byte <= 0xDF) return 0xFF61 + byte - 0xA1;
-  const bool leadByte = (byte >= 0x81 && byte <= 0x9F) || (byte >= 0xE0 && byte <= 0xFC);
-  return leadByte ? CodePage::kNoCharacter : byte;
+std::size_t DoubleByteCharacter(std::size_t byte) {
+  return byte >= 0xA1 && byte <= 0xDF ? 0xFF61 + byte - 0xA1 : 0;
 }
 
 std::uint32_t DoubleByteCode(char16_t character) {
@@ -43,24 +40,17 @@ std::uint32_t Utf8Code(char16_t character) {
 }  // namespace
 
 const CodePage& OneToOnePage() {
-  static const CodePage page(TableOf(OneToOneCharacter), NoLongCode);
+  static const CodePage page(HighHalfOf(OneToOneCharacter), NoLongCode);
   return page;
 }
 
 const CodePage& DoubleBytePage() {
-  static const CodePage page(TableOf(DoubleByteCharacter), DoubleByteCode);
+  static const CodePage page(HighHalfOf(DoubleByteCharacter), DoubleByteCode);
   return page;
 }
 
 const CodePage& Utf8Page() {
-  static const CodePage page(TableOf([](std::int32_t) { return CodePage::kNoCharacter; }),
-                             Utf8Code);
-  return page;
-}
-
-const CodePage& TwoBytesOneCharacterPage() {
-  static const CodePage page(
-      TableOf([](std::int32_t byte) { return byte <= 0x81 ? 0x20AC : byte; }), NoLongCode);
+  static const CodePage page({}, Utf8Code);
   return page;
 }
 

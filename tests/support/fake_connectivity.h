@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 
 #include "diagnostics/fault.h"
@@ -16,6 +17,7 @@ class FakeConnectivity final : public platform::Connectivity {
   std::optional<std::uint32_t> flags;
   // Raised instead of an answer.
   std::optional<FaultNumber> fault;
+  std::function<void()> raise;
 
   int calls = 0;
   std::uint32_t flagsOnEntry = 0;
@@ -26,6 +28,7 @@ class FakeConnectivity final : public platform::Connectivity {
     flagsOnEntry = *lpdwFlags;
     reserved = dwReserved;
     if (fault) throw Fault(*fault);
+    if (raise) raise();
     if (flags) *lpdwFlags = *flags;
     return connected;
   }

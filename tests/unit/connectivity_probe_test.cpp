@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "platform/missing_library.h"
 #include "tests/support/fake_connectivity.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/watched_module.h"
@@ -84,6 +85,16 @@ TEST_F(ConnectivityProbeTest, AFaultOfThePlatformIsRecordedAndGivesFalse) {
   EXPECT_FALSE(QueryConnectionState(&flags));
   EXPECT_EQ(flags, 0);
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 5, "Invalid procedure call or argument"));
+}
+
+TEST_F(ConnectivityProbeTest, AMissingLibraryOrFunctionIsRecordedAndGivesFalse) {
+  connectivity.raise = [] { throw platform::MissingLibrary(); };
+  EXPECT_FALSE(QueryConnectionState(&flags));
+  EXPECT_EQ(journal.All(), RunTimeWrites(419, 53, "File not found"));
+  journal.Clear();
+  connectivity.raise = [] { throw platform::MissingFunction(); };
+  EXPECT_FALSE(QueryConnectionExists());
+  EXPECT_EQ(journal.All(), RunTimeWrites(419, 453, "Specified DLL function not found"));
 }
 
 TEST_F(ConnectivityProbeTest, AFaultInTheStateQueryIsRecordedOnceUnderItsOwnLocation) {

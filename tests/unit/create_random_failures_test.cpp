@@ -4,7 +4,6 @@
 #include <limits>
 #include <new>
 
-#include "tests/support/code_pages.h"
 #include "tests/support/random_service.h"
 
 namespace latchkey::test {
@@ -67,20 +66,6 @@ TEST_F(CreateRandomFailureTest, AFaultOfTheProviderIsRecorded) {
   provider.ThrowAt("CryptGenRandom", 1, std::bad_alloc());
   EXPECT_EQ(api.CreateRandom(4), u"");
   ExpectClearAndThen(RunTimeWrites(433, 7, "Out of memory"));
-}
-
-TEST_F(CreateRandomFailureTest, AByteThatIsNoCharacterIsRecorded) {
-  scope.Services().codePage = &DoubleBytePage();
-  SetRandom("A\x82");
-  EXPECT_EQ(api.CreateRandom(2, true), u"");
-  ExpectClearAndThen(RunTimeWrites(433, 6, "Overflow"));
-}
-
-TEST_F(CreateRandomFailureTest, AByteThatIsNoCharacterIsRecordedBeforeTheHexadecimalForm) {
-  scope.Services().codePage = &DoubleBytePage();
-  SetRandom("A\x82");
-  EXPECT_EQ(api.CreateRandom(2, true, true), u"");
-  ExpectClearAndThen(RunTimeWrites(433, 6, "Overflow"));
 }
 
 TEST_F(CreateRandomFailureTest, ARecordThatRefusesToBeClearedIsAFaultOfTheOperation) {

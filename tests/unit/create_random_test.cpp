@@ -120,10 +120,11 @@ TEST_F(CreateRandomTest, BytesBecomeCharactersOfTheCodePage) {
   EXPECT_EQ(api.CreateRandom(3, kExact), u"\u20AC\u0152\u00FF");
 }
 
-TEST_F(CreateRandomTest, HexadecimalIsOfTheCharactersNotOfTheBytes) {
-  scope.Services().codePage = &TwoBytesOneCharacterPage();
-  provider.SetRandomBytes({0x81, 0x82});
-  EXPECT_EQ(api.CreateRandom(2, kAsItComes, kHex).substr(0, 4), u"8082");
+TEST_F(CreateRandomTest, EveryByteIsACharacterOnADoubleBytePage) {
+  scope.Services().codePage = &DoubleBytePage();
+  provider.SetRandomBytes({0x82, 0xB1, 0xFF});
+  EXPECT_EQ(api.CreateRandom(3, kExact), u"\u0082\uFF71\u00FF");
+  EXPECT_EQ(api.CreateRandom(3, kAsItComes, kHex).substr(0, 6), u"82B1FF");
 }
 
 TEST_F(CreateRandomTest, KeepsTheProviderOpen) {

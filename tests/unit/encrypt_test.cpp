@@ -2,7 +2,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/code_pages.h"
 #include "tests/support/watched_service.h"
 
 namespace latchkey::test {
@@ -101,18 +100,6 @@ TEST_P(BlockCipherLengthTest, FewerThanFourBytesAreRefused) {
       EXPECT_EQ(api.OutputData(), ByteArray());
       EXPECT_EQ(provider.GetLastError(), platform::kErrorMoreData);
     }
-  }
-}
-
-// What the provider leaves behind when it refuses is no data, whatever a code page makes of it.
-TEST_P(BlockCipherLengthTest, FewerThanFourBytesAreRefusedOnADoubleBytePageToo) {
-  scope.Services().codePage = &DoubleBytePage();
-  api.EnhancedProvider(GetParam());
-  for (std::size_t size = 0; size < 4; ++size) {
-    api.InputData(ArrayOf(Bytes(size, 'a')));
-    LeaveEarlierFailure();
-    EXPECT_FALSE(api.Encrypt(kMd5, kRc2));
-    EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(724, 122, "Error encrypting data"));
   }
 }
 

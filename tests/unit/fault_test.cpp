@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "platform/missing_library.h"
+
 namespace latchkey::test {
 namespace {
 
@@ -18,8 +20,10 @@ const std::vector<std::pair<std::int32_t, TextView>> kStandardFaults{
     {9, u"Subscript out of range"},
     {11, u"Division by zero"},
     {13, u"Type mismatch"},
+    {53, u"File not found"},
     {91, u"Object variable or With block variable not set"},
     {94, u"Invalid use of Null"},
+    {453, u"Specified DLL function not found"},
 };
 
 template <class Exception>
@@ -46,8 +50,10 @@ TEST(FaultTest, NamesAgreeWithTheNumbers) {
   EXPECT_EQ(Fault(FaultNumber::SubscriptOutOfRange).Number(), 9);
   EXPECT_EQ(Fault(FaultNumber::DivisionByZero).Number(), 11);
   EXPECT_EQ(Fault(FaultNumber::TypeMismatch).Number(), 13);
+  EXPECT_EQ(Fault(FaultNumber::FileNotFound).Number(), 53);
   EXPECT_EQ(Fault(FaultNumber::ObjectNotSet).Number(), 91);
   EXPECT_EQ(Fault(FaultNumber::InvalidUseOfNull).Number(), 94);
+  EXPECT_EQ(Fault(FaultNumber::DllFunctionNotFound).Number(), 453);
 }
 
 TEST(FaultTest, EveryNumberHasATextOfItsOwn) {
@@ -71,6 +77,11 @@ TEST(CurrentFaultTest, FailedMemoryIsOutOfMemory) {
   EXPECT_EQ(NumberOfCaught(std::bad_alloc()), 7);
   EXPECT_EQ(NumberOfCaught(std::bad_array_new_length()), 7);
   EXPECT_EQ(NumberOfCaught(std::length_error("longer than any container")), 7);
+}
+
+TEST(CurrentFaultTest, MissingPartsOfTheSystemHaveTheirNumbers) {
+  EXPECT_EQ(NumberOfCaught(platform::MissingLibrary()), 53);
+  EXPECT_EQ(NumberOfCaught(platform::MissingFunction()), 453);
 }
 
 TEST(CurrentFaultTest, WhateverElseIsAnInvalidProcedureCall) {

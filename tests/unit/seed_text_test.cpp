@@ -102,12 +102,11 @@ TEST_F(SeedTextTest, ANegativeVolumeNumberLosesItsSignInTheFigureOnly) {
   EXPECT_EQ(SeedFor(5), u"2469134024691340");
 }
 
-TEST_F(SeedTextTest, ANameOfBytesThatAreNoCharactersIsNoFault) {
+TEST_F(SeedTextTest, BytesOfANameCountAsTheirCodes) {
   scope.Services().codePage = &DoubleBytePage();
   probe.volume = {"\x82\xE0", 0, ""};
-  // Each byte counts as 63, the code of "?": the figure is 06363.
-  // (ticks + root of (0 + 6363)) / 0.05 = 24692935.368296
-  EXPECT_EQ(SeedFor(5), u"2469293536829624692935368296");
+  // The figure is 0130224: (ticks + root of (0 + 130224)) / 0.05 = 24698557.3125192
+  EXPECT_EQ(SeedFor(5), u"246985573125192246985573125192");
 }
 
 TEST_F(SeedTextTest, WithoutAVolumeItsNumberAndFigureAreZero) {

@@ -58,6 +58,13 @@ class Interface:
 
 
 @dataclasses.dataclass
+class Enum:
+    name: str
+    help: str
+    constants: list  # of (name, value)
+
+
+@dataclasses.dataclass
 class Library:
     name: str
     id: str
@@ -105,6 +112,15 @@ def read_definition():
 def parse_library():
     attributes, name = re.search(r"\[([^\]]*)\]\s*library (\w+)", read_definition()).groups()
     return Library(name, attribute(attributes, "uuid"), attribute(attributes, "version"))
+
+
+def parse_enums():
+    """The names that the type library gives to numbers."""
+    found = re.findall(r"\[([^\]]*)\]\s*typedef enum (\w+) \{(.*?)\}", read_definition(), re.S)
+    enums = [Enum(name, attribute(attributes, "helpstring"), re.findall(r"(\w+) = (\d+)", body))
+             for attributes, name, body in found]
+    require(enums and all(enum.help and enum.constants for enum in enums), "latchkey.idl: an enum cannot be read")
+    return enums
 
 
 def parse_interfaces():

@@ -33,6 +33,11 @@ number and its description as error information, a C++ client the exception `lat
 an array whose elements are not bytes gets TypeMismatch (13).
 """
 
+ENUMS_START = """\
+The type library has names for the numbers that members take and return. A client that refers to it writes
+`latchkeyHashSHA1` for 4; the members take 16-bit integers all the same.
+"""
+
 ERRORS_START = """\
 # Errors
 
@@ -159,9 +164,17 @@ def code_names(interfaces, sites, faults):
     return {name for name in names if re.search("[a-z][A-Z]", name)}
 
 
-def reference_page(interfaces, descriptions, sites, faults):
+def enum_sections(enums, names):
+    parts = ["## Names of numbers", wrapped(ENUMS_START)]
+    for enum in enums:
+        parts += [f"### {enum.name}", prose(enum.help, names),
+                  table(("name", "value"), [(f"`{name}`", value) for name, value in enum.constants])]
+    return parts
+
+
+def reference_page(interfaces, enums, descriptions, sites, faults):
     names = code_names(interfaces, sites, faults)
-    parts = [wrapped(REFERENCE_START)]
+    parts = [wrapped(REFERENCE_START), *enum_sections(enums, names)]
     for interface in interfaces:
         parts += class_section(interface, descriptions[interface.class_name], sites, names)
     return "\n\n".join(parts) + "\n"

@@ -67,6 +67,7 @@ void SetRights(const UniqueFile& file, const std::string& place, Readers readers
   const int descriptor = static_cast<int>(file.Get());
   struct stat old {};
   const bool replaces = ::stat(place.c_str(), &old) == 0;
+  if (!replaces && errno != ENOENT) return;  // its rights are not known
   mode_t mode = 0;
   if (readers == Readers::Owner) {
     if (!replaces) return;

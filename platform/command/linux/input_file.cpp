@@ -28,6 +28,8 @@ UniqueFile Opened(int descriptor, const char* action, const std::string& name) {
 
 // A directory can be opened but not read; that is told here rather than later.
 UniqueFile Open(const std::string& name) {
+  // The system would read the name up to its NUL and open another file.
+  if (name.find('\0') != std::string::npos) throw FileError(EINVAL, kCannotOpen, name);
   if (const auto descriptor = DescriptorNamed(name)) RequireGiven(*descriptor, kCannotOpen, name);
   UniqueFile file = Opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC), kCannotOpen, name);
   struct stat state {};

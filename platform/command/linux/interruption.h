@@ -29,4 +29,7 @@ void RemoveWhenInterrupted(const std::string& name) noexcept;
 // The terminal to set back; null for none.
 void RestoreWhenInterrupted(int terminal, const termios* state) noexcept;
 
+// Removes that file and sets back that terminal. For a process about to end, also in a handler.
+void UndoUnfinished() noexcept;
+
 }  // namespace latchkey::platform

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <array>
@@ -10,6 +11,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
+#include <utility>
 
 #include "platform/command/file_error.h"
 #include "platform/command/linux/descriptor_name.h"
@@ -32,15 +34,27 @@ std::string FolderOf(const std::string& path) {
   return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
 }
 
+// Whether the name exists, and its state. Raises FileError when the system cannot say.
+bool Exists(const std::string& path, struct stat& state) {
+  if (::lstat(path.c_str(), &state) == 0) return true;
+  if (errno != ENOENT) throw FileError(errno, "cannot create", path);
+  return false;
+}
+
 // What a link leads to; for all else the path itself.
 std::string Followed(const std::string& path) {
   struct stat state {};
-  if (::lstat(path.c_str(), &state) != 0 || !S_ISLNK(state.st_mode)) return path;
+  if (!Exists(path, state) || !S_ISLNK(state.st_mode)) return path;
   std::array<char, PATH_MAX> resolved{};
   if (::realpath(path.c_str(), resolved.data()) == nullptr) {
     throw FileError(errno, "cannot follow the link", path);
   }
   return resolved.data();
+}
+
+// /dev/null, by its fixed number. Writing to it changes nothing.
+bool IsNullDevice(const struct stat& state) {
+  return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
 }
 
 // Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
@@ -54,25 +68,36 @@ bool Rename(const std::string& from, const std::string& to, bool replace) {
   return true;
 }
 
-// Puts the new name of a file on the disk. A file system that cannot has no need to.
-void FlushFolder(const std::string& folder) {
+// Puts the new name of a file on the disk. Also true where that is not possible: in a folder that
+// may be written but not read, and on a file system without the call.
+bool FlushFolder(const std::string& folder) {
   const UniqueFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (file) static_cast<void>(::fsync(DescriptorOf(file)));
+  if (!file) return errno == EACCES;
+  return ::fsync(DescriptorOf(file)) == 0 || errno == EINVAL || errno == ENOSYS ||
+         errno == EOPNOTSUPP;
 }
 
 }  // namespace
 
 OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
     : name_(name), replace_(replace), readers_(readers) {
-  struct stat state {};
-  const bool exists = !IsStream(name) && ::stat(name.c_str(), &state) == 0;
-  if (IsStream(name) || (exists && !S_ISREG(state.st_mode))) {
+  if (IsStream(name)) {
     OpenAsItIs();
     return;
   }
-  place_ = Followed(name);
-  if (exists && !replace) throw FileError(EEXIST, "cannot create", name_);
-  OpenBeside();
+  std::string place = Followed(name);
+  struct stat state {};
+  const bool exists = Exists(place, state);
+  const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it gives the right reason
+  if (exists && !replace && !isFolder && !IsNullDevice(state)) {
+    throw FileError(EEXIST, "cannot create", name_);
+  }
+  if (exists && !S_ISREG(state.st_mode)) {
+    OpenAsItIs();
+  } else {
+    place_ = std::move(place);
+    OpenBeside();
+  }
 }
 
 void OutputFile::OpenAsItIs() {
@@ -92,7 +117,7 @@ void OutputFile::OpenBeside() {
   const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
   if (descriptor < 0) throw FileError(errno, "cannot create", name_);
   file_.Reset(descriptor);
-  temporary_ = temporary;
+  temporary_ = std::move(temporary);  // allocates nothing: what fails here would leave the file
   RemoveWhenInterrupted(temporary_);
 }
 
@@ -114,11 +139,11 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void OutputFile::Commit(const std::function<void()>& announce) {
-  if (temporary_.empty()) return announce();
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
+  const std::string folder = FolderOf(place_);
   SetRights(file_, place_, readers_);
   if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
-  announce();
   {
     const HeldSignals held;
     if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);
@@ -126,7 +151,7 @@ void OutputFile::Commit(const std::function<void()>& announce) {
     RemoveWhenInterrupted({});
   }
   file_.Reset();
-  FlushFolder(FolderOf(place_));
+  if (!FlushFolder(folder)) throw FileError(errno, "cannot write", name_);
 }
 
 }  // namespace latchkey::platform

@@ -20,6 +20,10 @@ constexpr const char* kStandardInput = "standard input";
 constexpr std::size_t kLargestRead = std::size_t{1} << 30;
 
 UniqueFile Open(const std::string& name) {
+  // The system would read the name up to its NUL and open another file.
+  if (name.find('\0') != std::string::npos) {
+    throw FileError(ERROR_INVALID_NAME, "cannot open", name);
+  }
   UniqueFile file = Owned(CreateFileW(Widened(name).c_str(), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));

@@ -30,8 +30,8 @@ UniqueFile OpenUnread(const std::string& name) {
                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
-// What a name denotes: nothing, a file, or something else that cannot be replaced.
-enum class Kind { Nothing, File, Other };
+// What a name denotes. Opening a folder fails and says so; a device or pipe cannot be replaced.
+enum class Kind { Nothing, File, Folder, Device };
 
 Kind KindOf(const std::string& name) {
   const UniqueFile file = OpenUnread(name);
@@ -42,7 +42,8 @@ Kind KindOf(const std::string& name) {
   const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
   const bool isFolder =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  return GetFileType(HandleOf(file)) == FILE_TYPE_DISK && !isFolder ? Kind::File : Kind::Other;
+  if (isFolder) return Kind::Folder;
+  return GetFileType(HandleOf(file)) == FILE_TYPE_DISK ? Kind::File : Kind::Device;
 }
 
 // What a link leads to; for all else the name itself.
@@ -88,6 +89,11 @@ std::wstring FullName(const std::string& name) {
   return full;
 }
 
+// NUL, under any name that leads to it.
+bool IsNullDevice(const std::string& name) {
+  return CompareStringOrdinal(FullName(name).c_str(), -1, LR"(\\.\NUL)", -1, TRUE) == CSTR_EQUAL;
+}
+
 bool Rename(const UniqueFile& file, const std::string& to, bool replace) {
   const std::wstring name = FullName(to);
   const std::size_t bytes = name.size() * sizeof(wchar_t);
@@ -105,14 +111,17 @@ bool Rename(const UniqueFile& file, const std::string& to, bool replace) {
 
 OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
     : name_(name), replace_(replace), readers_(readers) {
-  const Kind kind = name == "-" ? Kind::Other : KindOf(name);
-  if (kind == Kind::Other) {
-    OpenAsItIs();
-    return;
+  const Kind kind = name == "-" ? Kind::Device : KindOf(name);
+  const bool isOpenToAll = name == "-" || kind == Kind::Folder || IsNullDevice(name);
+  if (kind == Kind::File || kind == Kind::Nothing) place_ = Followed(name);
+  if (kind != Kind::Nothing && !replace && !isOpenToAll) {
+    throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
   }
-  place_ = Followed(name);
-  if (kind == Kind::File && !replace) throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
-  OpenBeside();
+  if (kind == Kind::Folder || kind == Kind::Device) {
+    OpenAsItIs();
+  } else {
+    OpenBeside();
+  }
 }
 
 void OutputFile::OpenAsItIs() {
@@ -161,11 +170,10 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   }
 }
 
-void OutputFile::Commit(const std::function<void()>& announce) {
-  if (temporary_.empty()) return announce();
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
   if (readers_ == Readers::Default) CopyRights(Widened(place_), HandleOf(file_));
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
-  announce();
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
   if (!Rename(file_, place_, replace_)) {
     const auto reason = static_cast<int>(GetLastError());

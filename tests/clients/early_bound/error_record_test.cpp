@@ -121,7 +121,8 @@ TEST(ThreadWithoutMainTest, EveryOperationThatClearsTheRecordRaisesObjectNotSet)
   EXPECT_EQ(EncryptNothing(api.Get()), FaultCode(91));
   const ErrorSeen seen = TakeErrorInfo();
   EXPECT_EQ(seen.source, L"Latchkey.clsCryptoAPI");
-  EXPECT_EQ(seen.description, L"Object variable or With block variable not set");
+  EXPECT_EQ(seen.description,
+            L"Object variable or With block variable not set: no clsMain exists on this thread");
   BSTR text = nullptr;
   EXPECT_EQ(api.Get()->CreateHash(nullptr, 1, 0, 0, 0, &text), FaultCode(91));
   EXPECT_EQ(MakeNegativeRandom(api.Get()), FaultCode(91));
@@ -163,6 +164,21 @@ TEST(ThreadWithoutMainTest, ObjectsWorkForAClientInTheMultithreadedApartment) {
   EXPECT_EQ(api.Get()->put_Password(&password), S_OK);
   EXPECT_EQ(ElementsOf(password), Bytes{});
   const UniqueSafeArray owner(password);
+}
+
+// So the record of one client there is everybody's, and so is the loss of it.
+TEST(ThreadWithoutMainTest, AClientOfTheMultithreadedApartmentTakesTheRecordFromAllOthers) {
+  const Apartment apartment(COINIT_MULTITHREADED);
+  const auto api = CreateCryptoApi();
+  const auto main = CreateMain();
+  EXPECT_EQ(EncryptNothing(api.Get()), S_OK);
+  std::thread([] {
+    const Apartment same(COINIT_MULTITHREADED);
+    CreateMain().Reset();
+  }).join();
+  EXPECT_EQ(EncryptNothing(api.Get()), FaultCode(91));
+  short location = 7;
+  EXPECT_EQ(main.Get()->get_ErrorLocationID(&location), FaultCode(91));
 }
 
 }  // namespace

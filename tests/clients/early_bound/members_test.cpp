@@ -262,6 +262,9 @@ TEST_F(MembersTest, DoesInternetConnectionExistGivesABoolean) {
   VARIANT_BOOL exists = 1;
   ASSERT_EQ(Main()->DoesInternetConnectionExist(&exists), S_OK);
   EXPECT_TRUE(exists == VARIANT_TRUE || exists == VARIANT_FALSE);
+  VARIANT_BOOL failed = VARIANT_TRUE;
+  ASSERT_EQ(Main()->get_ErrorExists(&failed), S_OK);
+  EXPECT_EQ(failed, VARIANT_FALSE);
 }
 
 }  // namespace

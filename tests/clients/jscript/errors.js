@@ -1,6 +1,6 @@
 // Errors that reach a JScript client.
 var api = new ActiveXObject("Latchkey.clsCryptoAPI");
-var notSet = "91: Object variable or With block variable not set";
+var notSet = "91: Object variable or With block variable not set: no clsMain exists on this thread";
 
 check("without clsMain", errorOf(function () { api.Encrypt(1, 1); }), notSet);
 var main = new ActiveXObject("Latchkey.clsMain");

@@ -23,4 +23,20 @@ UniqueInterface<IClassFactory> LoadedServer::Factory(REFCLSID classId) const {
   return UniqueInterface<IClassFactory>(static_cast<IClassFactory*>(factory));
 }
 
+UniqueInterface<ITypeLib> LoadedServer::TypeLibrary() const {
+  const auto timer = Create<_clsTimer>(CLSID_clsTimer, IID__clsTimer);
+  ITypeInfo* typeInfo = nullptr;
+  EXPECT_EQ(timer.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &typeInfo), S_OK);
+  const UniqueInterface<ITypeInfo> owner(typeInfo);
+  ITypeLib* library = nullptr;
+  UINT index = 0;
+  EXPECT_EQ(typeInfo->GetContainingTypeLib(&library, &index), S_OK);
+  return UniqueInterface<ITypeLib>(library);
+}
+
+ULONG ReferencesTo(ITypeLib* library) {
+  library->AddRef();
+  return library->Release();
+}
+
 }  // namespace latchkey::test

@@ -27,6 +27,9 @@ class LoadedServer {
     return install_(install ? TRUE : FALSE, options);
   }
 
+  // The server's type library as its objects show it.
+  [[nodiscard]] UniqueInterface<ITypeLib> TypeLibrary() const;
+
   // Null, with a failed expectation, when it cannot be had.
   [[nodiscard]] UniqueInterface<IClassFactory> Factory(REFCLSID classId) const;
 
@@ -52,5 +55,9 @@ class LoadedServer {
   HRESULT(STDAPICALLTYPE* unregisterServer_)() = nullptr;
   HRESULT(STDAPICALLTYPE* install_)(BOOL install, const wchar_t* options) = nullptr;
 };
+
+// References to a type library, the caller's included. The system gives every client that loads a
+// file the same object.
+ULONG ReferencesTo(ITypeLib* library);
 
 }  // namespace latchkey::test

@@ -114,6 +114,21 @@ TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
   EXPECT_FALSE(IsLoaded());
 }
 
+// It is loaded when a client asks for the connection, and freed before the module may be unloaded.
+TEST(ModuleLifeTest, TheInternetLibraryGoesWithTheLastObject) {
+  const Apartment apartment;
+  const LoadedServer server;
+  for (int i = 0; i < 2; ++i) {
+    auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+    EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
+    VARIANT_BOOL connected = VARIANT_FALSE;
+    EXPECT_EQ(main.Get()->DoesInternetConnectionExist(&connected), S_OK);
+    EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
+    main.Reset();
+    EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
+  }
+}
+
 // The registered server: COM asks the DLL and unloads it.
 TEST(ModuleLifeTest, ComUnloadsTheModuleWhenNothingUsesIt) {
   const Apartment apartment;

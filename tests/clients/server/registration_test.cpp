@@ -112,6 +112,15 @@ TEST_F(RegistrationTest, TheTypeLibraryIsFoundByItsIdentifier) {
   library->Release();
 }
 
+// No object is there whose end would release it.
+TEST_F(RegistrationTest, RegisteringReleasesTheTypeLibrary) {
+  const Apartment apartment;
+  const UniqueInterface<ITypeLib> library = server.TypeLibrary();
+  EXPECT_EQ(ReferencesTo(library.Get()), 1U);
+  EXPECT_EQ(server.Register(), S_OK);
+  EXPECT_EQ(ReferencesTo(library.Get()), 1U);
+}
+
 TEST_F(RegistrationTest, UnregisteringLeavesNoKey) {
   ASSERT_EQ(server.Register(), S_OK);
   EXPECT_EQ(server.Unregister(), S_OK);

@@ -35,6 +35,9 @@ class TypeLibraryTest : public testing::Test {
     return UniqueInterface<ITypeInfo>(early);
   }
 
+  // For example "latchkeyHashMD5 = 1" for each member of an enum, which must have a help text.
+  [[nodiscard]] std::vector<std::wstring> Constants(std::wstring name) const;
+
   Apartment apartment;
   UniqueInterface<ITypeLib> library;
 };
@@ -94,6 +97,34 @@ std::wstring Declaration(ITypeInfo* typeInfo, const FUNCDESC& function) {
   return text.str() + L")" + result;
 }
 
+std::wstring ConstantAt(ITypeInfo* typeInfo, UINT index) {
+  VARDESC* constant = nullptr;
+  EXPECT_EQ(typeInfo->GetVarDesc(index, &constant), S_OK);
+  EXPECT_EQ(constant->varkind, VAR_CONST);
+  BSTR name = nullptr;
+  EXPECT_EQ(typeInfo->GetDocumentation(constant->memid, &name, nullptr, nullptr, nullptr), S_OK);
+  const LONG value = V_I4(constant->lpvarValue);
+  typeInfo->ReleaseVarDesc(constant);
+  return Take(name) + L" = " + std::to_wstring(value);
+}
+
+std::vector<std::wstring> TypeLibraryTest::Constants(std::wstring name) const {
+  ITypeInfo* found = nullptr;
+  MEMBERID member = 0;
+  USHORT count = 1;
+  EXPECT_EQ(library.Get()->FindName(name.data(), 0, &found, &member, &count), S_OK);
+  if (count != 1) return {};
+  const UniqueInterface<ITypeInfo> typeInfo(found);
+  EXPECT_NE(HelpOf(found, MEMBERID_NIL), L"");
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(found->GetTypeAttr(&attributes), S_OK);
+  EXPECT_EQ(attributes->typekind, TKIND_ENUM);
+  std::vector<std::wstring> constants;
+  for (UINT i = 0; i < attributes->cVars; ++i) constants.push_back(ConstantAt(found, i));
+  found->ReleaseTypeAttr(attributes);
+  return constants;
+}
+
 // The members behind IDispatch's own, each in its slot.
 std::vector<std::wstring> Declarations(ITypeInfo* typeInfo) {
   std::vector<std::wstring> declarations;
@@ -123,7 +154,7 @@ TEST_F(TypeLibraryTest, IsVersionOneOfLatchkey) {
   EXPECT_EQ(Take(name), L"Latchkey");
 }
 
-TEST_F(TypeLibraryTest, ShowsThreeClassesThreeInterfacesAndNothingElse) {
+TEST_F(TypeLibraryTest, ShowsItsEnumsInterfacesAndClassesAndNothingElse) {
   std::vector<std::wstring> names;
   for (UINT i = 0; i < library.Get()->GetTypeInfoCount(); ++i) {
     BSTR name = nullptr;
@@ -132,8 +163,23 @@ TEST_F(TypeLibraryTest, ShowsThreeClassesThreeInterfacesAndNothingElse) {
         S_OK);
     names.push_back(Take(name));
   }
-  EXPECT_EQ(names, (std::vector<std::wstring>{L"_clsMain", L"_clsCryptoAPI", L"_clsTimer",
-                                              L"clsMain", L"clsCryptoAPI", L"clsTimer"}));
+  EXPECT_EQ(names, (std::vector<std::wstring>{
+                       L"LatchkeyHash", L"LatchkeyCipher", L"LatchkeyErrorType", L"_clsMain",
+                       L"_clsCryptoAPI", L"_clsTimer", L"clsMain", L"clsCryptoAPI", L"clsTimer"}));
+}
+
+// Clients compile the names into their programs: name and value are fixed.
+TEST_F(TypeLibraryTest, EnumsNameTheHashesCiphersAndErrorTypes) {
+  EXPECT_EQ(Constants(L"LatchkeyHash"),
+            (std::vector<std::wstring>{L"latchkeyHashMD5 = 1", L"latchkeyHashMD4 = 2",
+                                       L"latchkeyHashMD2 = 3", L"latchkeyHashSHA1 = 4"}));
+  EXPECT_EQ(Constants(L"LatchkeyCipher"),
+            (std::vector<std::wstring>{L"latchkeyCipherRC4 = 1", L"latchkeyCipherRC2 = 2",
+                                       L"latchkeyCipherDES = 3", L"latchkeyCipher3DES = 4",
+                                       L"latchkeyCipherTwoKey3DES = 5"}));
+  EXPECT_EQ(
+      Constants(L"LatchkeyErrorType"),
+      (std::vector<std::wstring>{L"latchkeyErrorRunTime = 1", L"latchkeyErrorApplication = 2"}));
 }
 
 TEST_F(TypeLibraryTest, EveryClassHasItsDualInterfaceAsDefault) {
@@ -157,15 +203,28 @@ TEST_F(TypeLibraryTest, EveryClassHasItsDualInterfaceAsDefault) {
   }
 }
 
+WORD FlagsOf(ITypeInfo* typeInfo) {
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(typeInfo->GetTypeAttr(&attributes), S_OK);
+  const WORD flags = attributes->wTypeFlags;
+  typeInfo->ReleaseTypeAttr(attributes);
+  return flags;
+}
+
 // Both flags together let the system marshal the interface without a proxy of its own.
 TEST_F(TypeLibraryTest, EveryInterfaceIsDualAndOfAutomationTypes) {
   constexpr WORD kExpected = TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION;
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
-    const auto described = DescribeSlots(id);
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(described.Get()->GetTypeAttr(&attributes), S_OK);
-    EXPECT_EQ(attributes->wTypeFlags & kExpected, kExpected);
-    described.Get()->ReleaseTypeAttr(attributes);
+    EXPECT_EQ(FlagsOf(DescribeSlots(id).Get()) & kExpected, kExpected);
+  }
+}
+
+// So Visual Basic refuses a misspelt member when it compiles, whichever half of the dual interface
+// it reads.
+TEST_F(TypeLibraryTest, EveryInterfaceIsNonextensible) {
+  for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
+    EXPECT_NE(FlagsOf(Describe(id).Get()) & TYPEFLAG_FNONEXTENSIBLE, 0);
+    EXPECT_NE(FlagsOf(DescribeSlots(id).Get()) & TYPEFLAG_FNONEXTENSIBLE, 0);
   }
 }
 

@@ -1,6 +1,6 @@
 ' The error record through clsMain, and the errors that reach a script.
 On Error Resume Next
-Const NOT_SET = "91 Latchkey.clsCryptoAPI: Object variable or With block variable not set"
+Const NOT_SET = "91 Latchkey.clsCryptoAPI: Object variable or With block variable not set: no clsMain exists on this thread"
 Const NO_ERROR = "0 : "
 Dim main, api, other, result
 Set api = CreateObject("Latchkey.clsCryptoAPI")

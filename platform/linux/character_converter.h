@@ -1,0 +1,39 @@
+// One character at a time through the C library's iconv.
+#pragma once
+
+#include <iconv.h>
+
+#include <cstdint>
+#include <span>
+
+#include "platform/unique_handle.h"
+
+namespace latchkey::platform {
+
+struct IconvTrait {
+  using Type = iconv_t;
+  // NOLINTNEXTLINE(*-int-to-ptr): the value that iconv_open defines for failure
+  static iconv_t None() noexcept { return reinterpret_cast<iconv_t>(-1); }
+  static void Close(iconv_t descriptor) noexcept { iconv_close(descriptor); }
+};
+
+// Between an encoding of iconv's and 16-bit characters. For the thread that made it.
+class CharacterConverter {
+ public:
+  explicit CharacterConverter(const char* encoding);
+
+  // False when iconv does not have the encoding; then nothing else may be called.
+  [[nodiscard]] bool IsAvailable() const noexcept;
+
+  // The one 16-bit character of a code (its bytes as a big-endian number), or 0.
+  [[nodiscard]] char16_t CharacterOf(std::uint32_t code) const;
+
+  // The code of a character as such a number, or 0.
+  [[nodiscard]] std::uint32_t CodeOf(char16_t character) const;
+
+ private:
+  UniqueHandle<IconvTrait> decoder_;
+  UniqueHandle<IconvTrait> encoder_;
+};
+
+}  // namespace latchkey::platform

@@ -1,0 +1,175 @@
+#include "platform/linux/code_page_tables.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "platform/linux/character_converter.h"
+
+namespace latchkey::platform {
+namespace {
+
+struct KnownCodePage {
+  std::uint32_t number;
+  const char* encoding;
+  bool isMultiByte = false;
+};
+
+constexpr auto kCodePages = std::to_array<KnownCodePage>({
+    {1250, "CP1250"},
+    {1251, "CP1251"},
+    {1252, "CP1252"},
+    {1253, "CP1253"},
+    {1254, "CP1254"},
+    {1255, "CP1255"},
+    {1256, "CP1256"},
+    {1257, "CP1257"},
+    {1258, "CP1258"},
+    {874, "CP874"},
+    {932, "CP932", true},
+    {936, "CP936", true},
+    {949, "CP949", true},
+    {950, "CP950", true},
+    {65001, "UTF-8", true},
+});
+
+// What Windows has and iconv does not: the characters of the bytes from `first` to `last`, one
+// after the other. Private-use characters stand for bytes that the code page leaves undefined.
+struct ByteRun {
+  std::uint32_t codePage;
+  std::uint8_t first;
+  std::uint8_t last;
+  char16_t character;
+};
+
+constexpr auto kByteRuns = std::to_array<ByteRun>({
+    {1253, 0xAA, 0xAA, 0xF8F9},
+    {1253, 0xD2, 0xD2, 0xF8FA},
+    {1253, 0xFF, 0xFF, 0xF8FB},
+    {1255, 0xCA, 0xCA, 0x05BA},
+    {1255, 0xD9, 0xDF, 0xF88D},
+    {1255, 0xFB, 0xFC, 0xF894},
+    {1255, 0xFF, 0xFF, 0xF896},
+    {1257, 0xA1, 0xA1, 0xF8FC},
+    {1257, 0xA5, 0xA5, 0xF8FD},
+    {874, 0xDB, 0xDE, 0xF8C1},
+    {874, 0xFC, 0xFF, 0xF8C5},
+    {932, 0xA0, 0xA0, 0xF8F0},
+    {932, 0xFD, 0xFF, 0xF8F1},
+    {936, 0xFF, 0xFF, 0xF8F5},
+    {949, 0xFF, 0xFF, 0xF8F7},
+    {950, 0xFF, 0xFF, 0xF8F8},
+});
+
+// Two-byte codes that Windows gives to private-use characters: those of the lead bytes with the
+// trail bytes from firstTrail to lastTrail, less those from 7F to gapEnd.
+struct PrivateRows {
+  std::uint32_t codePage;
+  std::uint8_t firstLead;
+  std::uint8_t lastLead;
+  std::uint8_t firstTrail;
+  std::uint8_t lastTrail;
+  std::uint8_t gapEnd;
+};
+
+// In the order in which the characters from U+E000 on get them. A code of another character is
+// passed over.
+constexpr auto kPrivateRows = std::to_array<PrivateRows>({
+    {936, 0xAA, 0xAF, 0xA1, 0xFE, 0x7F},
+    {936, 0xF8, 0xFE, 0xA1, 0xFE, 0x7F},
+    {936, 0xA1, 0xA7, 0x40, 0xA0, 0x7F},
+    {936, 0xA2, 0xFE, 0x40, 0xFE, 0x7F},
+    {949, 0xC9, 0xC9, 0xA1, 0xFE, 0x7F},
+    {949, 0xFE, 0xFE, 0xA1, 0xFE, 0x7F},
+    {950, 0xFA, 0xFE, 0x40, 0xFE, 0xA0},
+    {950, 0x8E, 0xA0, 0x40, 0xFE, 0xA0},
+    {950, 0x81, 0x8D, 0x40, 0xFE, 0xA0},
+});
+
+constexpr char16_t kFirstPrivate = 0xE000;
+
+// Of the two codes of a character, the one that Windows writes and iconv does not.
+struct OtherCode {
+  std::uint32_t codePage;
+  char16_t character;
+  std::uint32_t code;
+};
+
+constexpr auto kOtherCodes = std::to_array<OtherCode>({
+    {950, 0x2550, 0xF9F9},
+    {950, 0x255E, 0xF9E9},
+    {950, 0x2561, 0xF9EB},
+    {950, 0x256A, 0xF9EA},
+});
+
+const KnownCodePage* Find(std::uint32_t number) noexcept {
+  const auto* const found =
+      std::find_if(kCodePages.begin(), kCodePages.end(),
+                   [&](const KnownCodePage& page) { return page.number == number; });
+  return found != kCodePages.end() ? found : nullptr;
+}
+
+void ReadHighHalf(const CharacterConverter& converter, std::uint32_t number,
+                  CodePage::HighHalf& characters) {
+  for (std::uint32_t i = 0; i < characters.size(); ++i) {
+    characters[i] = converter.CharacterOf(0x80 + i);
+  }
+  for (const ByteRun& run : kByteRuns) {
+    if (run.codePage != number) continue;
+    for (unsigned byte = run.first; byte <= run.last; ++byte) {
+      characters.at(byte - 0x80) = static_cast<char16_t>(run.character + byte - run.first);
+    }
+  }
+}
+
+// A character that merely resembles the one of its code does not come back, and has none.
+std::uint32_t LongCodeOf(const CharacterConverter& converter, char16_t character) {
+  const std::uint32_t code = converter.CodeOf(character);
+  return code > 0xFF && converter.CharacterOf(code) == character ? code : CodePage::kDefaultCode;
+}
+
+void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
+  std::vector<bool> isTaken(0x10000);
+  for (const std::uint32_t code : tables.longCodes) {
+    if (code < isTaken.size()) isTaken[code] = true;
+  }
+  char16_t character = kFirstPrivate;
+  for (const PrivateRows& rows : kPrivateRows) {
+    if (rows.codePage != number) continue;
+    for (unsigned lead = rows.firstLead; lead <= rows.lastLead; ++lead) {
+      for (unsigned trail = rows.firstTrail; trail <= rows.lastTrail; ++trail) {
+        const unsigned code = lead << 8 | trail;
+        if ((trail >= 0x7F && trail <= rows.gapEnd) || isTaken[code]) continue;
+        tables.longCodes.at(character++) = code;
+        isTaken[code] = true;
+      }
+    }
+  }
+}
+
+void ReadLongCodes(const CharacterConverter& converter, std::uint32_t number,
+                   CodePageTables& tables) {
+  for (std::uint32_t character = 0; character < tables.longCodes.size(); ++character) {
+    tables.longCodes[character] = LongCodeOf(converter, static_cast<char16_t>(character));
+  }
+  AddPrivateCharacters(number, tables);
+  for (const OtherCode& other : kOtherCodes) {
+    if (other.codePage == number) tables.longCodes[other.character] = other.code;
+  }
+}
+
+}  // namespace
+
+bool IsKnownCodePage(std::uint32_t number) noexcept { return Find(number) != nullptr; }
+
+bool IsMultiByte(std::uint32_t number) noexcept { return Find(number)->isMultiByte; }
+
+bool ReadCodePage(std::uint32_t number, CodePageTables& tables) {
+  const KnownCodePage& page = *Find(number);
+  const CharacterConverter converter(page.encoding);
+  if (!converter.IsAvailable()) return false;
+  ReadHighHalf(converter, number, tables.characters);
+  if (page.isMultiByte) ReadLongCodes(converter, number, tables);
+  return true;
+}
+
+}  // namespace latchkey::platform

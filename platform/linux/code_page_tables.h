@@ -1,0 +1,27 @@
+// Windows' code pages as tables, from the C library's iconv.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "platform/code_page.h"
+
+namespace latchkey::platform {
+
+struct CodePageTables {
+  CodePage::HighHalf characters{};
+  // The code of each character that the code page writes in several bytes, else
+  // CodePage::kDefaultCode.
+  std::array<std::uint32_t, 0x10000> longCodes{};
+};
+
+// Whether `number` is one of 1250 to 1258, 874, 932, 936, 949, 950 and 65001.
+[[nodiscard]] bool IsKnownCodePage(std::uint32_t number) noexcept;
+
+// Whether characters of this known code page may take several bytes.
+[[nodiscard]] bool IsMultiByte(std::uint32_t number) noexcept;
+
+// Fills empty tables with those of a known code page; false when iconv does not have it.
+[[nodiscard]] bool ReadCodePage(std::uint32_t number, CodePageTables& tables);
+
+}  // namespace latchkey::platform

@@ -1,0 +1,46 @@
+#include "platform/windows/system_library.h"
+
+#include <string>
+
+#include "platform/missing_library.h"
+
+namespace latchkey::platform {
+namespace {
+
+std::wstring SystemFolder() {
+  std::wstring folder(MAX_PATH, L'\0');
+  UINT length = GetSystemDirectoryW(folder.data(), MAX_PATH);
+  if (length > MAX_PATH) {  // the length that it needs, with its NUL
+    folder.resize(length);
+    length = GetSystemDirectoryW(folder.data(), length);
+  }
+  if (length == 0 || length > folder.size()) throw MissingLibrary();
+  folder.resize(length);
+  return folder;
+}
+
+// Where the library's own imports are looked for: in the system folder alone. A Windows 7 without
+// the update that brought this flag (and AddDllDirectory with it) looks in the library's folder
+// first, which is the same.
+DWORD SearchFlag() {
+  const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
+  const bool known = GetProcAddress(kernel, "AddDllDirectory") != nullptr;
+  return known ? LOAD_LIBRARY_SEARCH_SYSTEM32 : LOAD_WITH_ALTERED_SEARCH_PATH;
+}
+
+}  // namespace
+
+UniqueLibrary LoadSystemLibrary(const wchar_t* name) {
+  const std::wstring path = SystemFolder() + L"\\" + name;
+  UniqueLibrary library(LoadLibraryExW(path.c_str(), nullptr, SearchFlag()));
+  if (!library) throw MissingLibrary();
+  return library;
+}
+
+FARPROC FunctionOf(HMODULE library, const char* name) {
+  const FARPROC function = GetProcAddress(library, name);
+  if (function == nullptr) throw MissingFunction();
+  return function;
+}
+
+}  // namespace latchkey::platform

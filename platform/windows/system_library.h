@@ -1,0 +1,28 @@
+// Libraries of the system that are loaded while the program runs.
+#pragma once
+
+#include <windows.h>
+
+#include "platform/unique_handle.h"
+
+namespace latchkey::platform {
+
+struct LibraryTrait {
+  using Type = HMODULE;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type library) noexcept { FreeLibrary(library); }
+};
+using UniqueLibrary = UniqueHandle<LibraryTrait>;
+
+// Loads a library by its full path in the system folder, so that no other file of its name is ever
+// loaded. Raises MissingLibrary. Any thread, but not while the DLL is being loaded or unloaded.
+[[nodiscard]] UniqueLibrary LoadSystemLibrary(const wchar_t* name);
+
+// The address of a function. Raises MissingFunction.
+[[nodiscard]] FARPROC FunctionOf(HMODULE library, const char* name);
+
+// wininet, which the first query loads and keeps for all threads. Gives it away, so that the caller
+// frees it; none when it is not loaded. No query may run meanwhile.
+[[nodiscard]] UniqueLibrary TakeInternetLibrary() noexcept;
+
+}  // namespace latchkey::platform

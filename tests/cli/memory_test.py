@@ -1,0 +1,116 @@
+"""The command with each of its allocations failing in turn, from the loader's first one on."""
+import concurrent.futures
+import json
+import os
+import pathlib
+import signal
+import subprocess
+import tempfile
+import unittest
+
+from command import MEMORY_FOLDER, PROGRAM, SEED, CommandTest
+
+LONG = bool(os.environ.get("LATCHKEY_LONG"))
+KEY = ["--hash", "sha1", "--cipher", "des", "--no-password"]
+LINE = "latchkey: Out of memory (number 7)"
+# The C library ends the process itself, once, where it has no memory to note the destructor of a thread's first object.
+# Nothing can catch that; no output was begun by then. All other allocations, those before main among them, are caught.
+NOT_CAUGHT = "Fatal glibc error: failed to register TLS destructor: out of memory"
+CHOSEN = 120  # numbers of each scenario in the short form; the last of them are the command's own work
+
+LIBRARY = None
+
+
+def setUpModule():
+    global LIBRARY
+    folder = tempfile.TemporaryDirectory()
+    unittest.addModuleCleanup(folder.cleanup)
+    LIBRARY = pathlib.Path(folder.name) / "failing_memory.so"
+    source = pathlib.Path(__file__).with_name("failing_memory.c")
+    subprocess.run(["cc", "-O2", "-Wall", "-Wextra", "-Werror", "-shared", "-fPIC", "-o", LIBRARY, source], check=True)
+
+
+class MemoryTest(CommandTest):
+    PARENT = MEMORY_FOLDER
+
+    def files(self, folder):
+        return {path.name: path.read_bytes() for path in folder.iterdir()}
+
+    def run_in(self, folder, arguments, **variables):
+        return subprocess.run([*PROGRAM, *arguments], cwd=folder, capture_output=True, timeout=200, check=False,
+                              stdin=subprocess.DEVNULL, env={**os.environ, "LD_PRELOAD": str(LIBRARY), **variables})
+
+    def attempt(self, number, arguments, before, whole):
+        """One run in a new folder with the files `before`; `whole` is the run without a failure: files and output."""
+        with tempfile.TemporaryDirectory(dir=self.folder) as name:
+            folder = pathlib.Path(name)
+            for file, data in before.items():
+                (folder / file).write_bytes(data)
+            process = self.run_in(folder, arguments, LATCHKEY_FAIL_ALLOCATION=number)
+            after = self.files(folder)
+        lines = process.stderr.decode(errors="replace").splitlines()
+        told = f"allocation {number} of {arguments}: status {process.returncode}, {lines}, {sorted(after)}"
+        if process.returncode == 0:
+            self.assertEqual((after, process.stdout), whole, told)
+            self.assertEqual(lines, [], told)
+        elif (process.returncode, lines) == (-signal.SIGABRT, [NOT_CAUGHT]):
+            self.assertEqual(after, before, told)
+        else:
+            self.assertEqual(process.returncode, 1, told)
+            self.assertIn(after, (before, whole[0]), told)
+            if "--json" in arguments and not lines:
+                self.assertEqual(json.loads(process.stdout)["error"]["number"], 7, told)
+            else:
+                self.assertEqual((lines, process.stdout), ([LINE], b""), told)
+        return process.returncode
+
+    def sweep(self, arguments, before):
+        whole_folder = self.folder / "whole"
+        whole_folder.mkdir()
+        for file, data in before.items():
+            (whole_folder / file).write_bytes(data)
+        count_file = self.folder / "count"
+        process = self.run_in(whole_folder, arguments, LATCHKEY_COUNT_FILE=str(count_file))
+        self.assertEqual((process.returncode, process.stderr), (0, b""), arguments)
+        whole = self.files(whole_folder), process.stdout
+        count = int(count_file.read_text())
+        numbers = range(1, count + 1)
+        if not LONG:
+            own = numbers[-CHOSEN // 2:]
+            numbers = sorted({*own, *self.random.sample(numbers, CHOSEN // 2)})
+        attempts = [f"{number}{plus}" for number in numbers for plus in ("", "+")]
+        with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
+            statuses = list(pool.map(lambda number: self.attempt(number, arguments, before, whole), attempts))
+        # Most allocations are needed: a sweep that breaks nothing has not reached the command.
+        self.assertGreater(statuses.count(1), len(statuses) // 2, arguments)
+        print(f"{arguments}: {len(attempts)} runs, {count} allocations, {statuses.count(1)} runs failed", flush=True)
+
+    def test_an_encryption_that_makes_a_file(self):
+        self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": b"some text" * 100})
+
+    def test_an_encryption_that_replaces_a_file(self):
+        self.sweep(["encrypt", *KEY, "--force", "--json", "-o", "out", "in"], {"in": b"some text", "out": b"precious"})
+
+    def test_a_decryption(self):
+        self.sweep(["decrypt", *KEY, "-o", "out", "in"], {"in": self.run_well("encrypt", *KEY, data=b"some text").out})
+
+    def test_an_encryption_on_several_threads(self):
+        self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": bytes((2 << 20) + 1)})
+
+    def test_digests_that_are_checked(self):
+        self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
+
+    def test_a_help_text(self):
+        self.sweep(["encrypt", "--help"], {})
+
+    def test_an_error_of_usage(self):
+        arguments = ["encrypt", "--bogus"]
+        for number in range(1, 3000, 1 if LONG else 60):
+            process = self.run_in(self.folder, arguments, LATCHKEY_FAIL_ALLOCATION=str(number))
+            first = process.stderr.decode().splitlines()[0]
+            expected = LINE if process.returncode == 1 else "latchkey: --hash is required"
+            self.assertIn((process.returncode, first), ((1, LINE), (2, expected)), number)
+
+
+if __name__ == "__main__":
+    unittest.main(verbosity=2)
