@@ -5,6 +5,7 @@
 
 #include "diagnostics/failure_table.h"
 #include "diagnostics/fault.h"
+#include "platform/cancellation_hold.h"
 #include "platform/stack_wipe.h"
 
 namespace latchkey {
@@ -25,6 +26,7 @@ void RecordRunTimeFailure(const TrapSite& site, const Fault& fault);
 // True when the body ran to its end.
 template <class Body>
 bool RunTrapped(const TrapSite& site, Body&& body) {
+  const platform::CancellationHold hold;
   try {
     std::forward<Body>(body)();
     return true;

@@ -5,9 +5,9 @@
 
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <mutex>
-#include <unordered_map>
 #include <utility>
 
 namespace latchkey::platform {
@@ -67,7 +67,8 @@ class HandleTable {
 
  private:
   mutable std::mutex mutex_;
-  std::unordered_map<std::uintptr_t, std::shared_ptr<Object>> objects_;
+  // Keeps no memory when it is empty, so that a library unloaded then leaves none.
+  std::map<std::uintptr_t, std::shared_ptr<Object>> objects_;
 };
 
 }  // namespace latchkey::platform

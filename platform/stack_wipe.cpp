@@ -19,6 +19,8 @@ void WipeFrame() noexcept {
 
 void WipeStackBelow() noexcept { WipeFrame<4096>(); }
 
+void WipeStackBelowBatches() noexcept { WipeFrame<8192>(); }
+
 void WipeStackFarBelow() noexcept { WipeFrame<16384>(); }
 
 }  // namespace latchkey::platform

@@ -9,9 +9,12 @@ namespace latchkey::platform {
 // block after the other use fewer, and leave their last block, their state and parts of keys there.
 void WipeStackBelow() noexcept;
 
-// Overwrites the 16 KiB below the caller's frame. Kernels that keep many blocks at once spill there
-// what their registers cannot hold, and raising an exception saves there the registers with what
-// was copied last.
+// Overwrites the 8 KiB below the caller's frame, where kernels that keep many blocks at once spill
+// what their registers cannot hold.
+void WipeStackBelowBatches() noexcept;
+
+// Overwrites the 16 KiB below the caller's frame: raising an exception saves there the registers
+// with what was copied last.
 LATCHKEY_API void WipeStackFarBelow() noexcept;
 
 // Calls WipeStackBelow when the scope ends. The scope must be a function that only calls others,

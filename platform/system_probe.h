@@ -1,5 +1,6 @@
 // What the component asks the machine about: ticks, the clock, the system volume, windows, and a
-// message box. The members carry the names and meanings of the Windows calls they stand for.
+// message box. The members carry the names and meanings of the Windows calls they stand for. On
+// Linux the running processes are the windows.
 #pragma once
 
 #include <cstdint>
@@ -54,8 +55,9 @@ class SystemProbe {
   virtual std::optional<DiskClusters> GetDiskFreeSpaceA(const char* rootPath) = 0;
 
   // Calls the visitor for each top-level window, or for each descendant of `parent`, on the
-  // calling thread. Without a display there are none. An exception from the visitor ends the walk
-  // and reaches the caller.
+  // calling thread. An exception from the visitor ends the walk and reaches the caller. On Linux
+  // the top-level windows are the running processes, each under its number (none where /proc cannot
+  // be read), and have no descendants and no names.
   virtual void EnumWindows(const WindowVisitor& visit) = 0;
   virtual void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) = 0;
 

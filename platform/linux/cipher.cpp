@@ -62,6 +62,7 @@ struct BlockKernels {
 template <class Key>
 class BlockCipher : public Cipher {
  public:
+  // NOLINTNEXTLINE(*-member-init): not the batch
   explicit BlockCipher(const BlockKernels<Key>& kernels) noexcept : kernels_(kernels) {}
 
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
@@ -88,20 +89,20 @@ class BlockCipher : public Cipher {
   [[nodiscard]] Key& KeyToSet() noexcept { return *key_; }
 
  private:
-  // What stands behind the data in the batch is not looked at, and what becomes of it is dropped.
-  // Not part of the caller's frame: with the batch in that, the kernels of single blocks would work
-  // farther below the provider than it wipes.
-  [[gnu::noinline]] void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
+  // What stands after the data in the batch is not looked at, and what becomes of it is dropped.
+  void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
     std::array<std::uint8_t, kCipherBlockSize> last{};
     std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());
-    Wiped<std::array<std::uint8_t, kLargestBatch>> batch;
-    std::copy(data.begin(), data.end(), (*batch).begin());
-    kernels_.bulk.decrypt(*key_, (*batch).data(), 1, feedback_.data());
-    std::copy_n((*batch).begin(), data.size(), data.begin());
+    std::copy(data.begin(), data.end(), batch_.begin());
+    kernels_.bulk.decrypt(*key_, batch_.data(), 1, feedback_.data());
+    std::copy_n(batch_.begin(), data.size(), data.begin());
+    SecureWipe(batch_.data(), kernels_.bulk.batchBytes);
     feedback_ = last;
   }
 
   const BlockKernels<Key>& kernels_;
+  // Memory for a partly filled batch: here, since a thread's stack may be small.
+  std::array<std::uint8_t, kLargestBatch> batch_;
   Wiped<Key> key_;
   std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext: no secret
 };

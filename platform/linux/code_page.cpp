@@ -4,6 +4,7 @@
 #include <memory>
 #include <mutex>
 
+#include "platform/cancellation_hold.h"
 #include "platform/linux/code_page_tables.h"
 #include "platform/never_destroyed.h"
 #include "platform/set_code_page.h"
@@ -79,6 +80,7 @@ const CodePage& SystemCodePage() {
 namespace latchkey {
 
 CodePageChoice SetCodePage(std::uint32_t number) {
+  const platform::CancellationHold hold;
   using platform::choice;
   if (!platform::IsKnownCodePage(number)) return CodePageChoice::Unknown;
   const std::lock_guard lock(platform::choiceMutex);

@@ -37,15 +37,15 @@ std::uint32_t Saturated(std::uint64_t value) {
 
 }  // namespace
 
+std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept {
+  const auto folded = static_cast<std::uint32_t>(fileSystemId ^ fileSystemId >> 32);
+  return 1 + folded % kLargestVolumeNumber;
+}
+
 std::optional<VolumeInformation> RootVolume() {
   const auto status = RootStatus();
   if (!status) return std::nullopt;
-  // The seed adds this number, shifted left by 3 bits, to the tick count in 32 bits: a number of
-  // more than 24 bits would make that overflow on ordinary machines.
-  constexpr std::uint32_t kIdBits = 0x00FFFFFF;
-  const std::uint64_t id = status->f_fsid;
-  const auto folded = static_cast<std::uint32_t>(id ^ id >> 32);
-  return VolumeInformation{"", folded & kIdBits, RootFileSystemName()};
+  return VolumeInformation{"", VolumeNumber(status->f_fsid), RootFileSystemName()};
 }
 
 std::optional<DiskSpace> RootSpace() {

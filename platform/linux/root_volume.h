@@ -1,6 +1,7 @@
 // What the system knows about the file system mounted at "/".
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -8,8 +9,18 @@
 
 namespace latchkey::platform {
 
-// The identification number is folded from the file system's; the type's name ("ext4") comes from
-// the mount table; there is no volume name. Nothing when the file system cannot be asked.
+// The largest identification number. The seed of random data adds the number, shifted left by 3
+// bits, to the milliseconds of the tick count in 32 bits: this one makes that overflow for less
+// than a second in the 49.7 days of the count.
+inline constexpr std::uint32_t kLargestVolumeNumber = 124;
+
+// The identification number of a file system whose own is `fileSystemId`: 1 to
+// kLargestVolumeNumber. Never 0, by which the seed would divide where the file system's name has no
+// digits.
+[[nodiscard]] std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept;
+
+// The type's name ("ext4") comes from the mount table; there is no volume name. Nothing when the
+// file system cannot be asked.
 [[nodiscard]] std::optional<VolumeInformation> RootVolume();
 [[nodiscard]] std::optional<DiskSpace> RootSpace();
 

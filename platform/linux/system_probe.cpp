@@ -1,26 +1,16 @@
 #include "platform/system_probe.h"
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
 
 #include "platform/code_page.h"
+#include "platform/linux/processes.h"
 #include "platform/linux/root_volume.h"
-#include "platform/linux/x11_windows.h"
 #include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {
-
-// As much of `text` as fits with its terminating NUL, up to a NUL of its own.
-int CopyToBuffer(const std::string& text, std::span<char> buffer) {
-  if (buffer.empty()) return 0;
-  const std::size_t length = std::min(std::min(text.find('\0'), text.size()), buffer.size() - 1);
-  std::copy_n(text.begin(), length, buffer.begin());
-  buffer[length] = '\0';
-  return static_cast<int>(length);
-}
 
 class LinuxProbe final : public SystemProbe {
  public:
@@ -53,16 +43,14 @@ class LinuxProbe final : public SystemProbe {
     return RootClusters();
   }
 
-  void EnumWindows(const WindowVisitor& visit) override { VisitTopLevelWindows(visit); }
-  void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) override {
-    VisitDescendants(static_cast<X11Window>(parent), visit);
+  // A display would be a stranger's input: a server that lies or is silent. Processes are counted
+  // instead, each under its number.
+  void EnumWindows(const WindowVisitor& visit) override {
+    VisitProcesses("/proc", [&](pid_t process) { visit(static_cast<WindowHandle>(process)); });
   }
-  int GetWindowTextA(WindowHandle window, std::span<char> buffer) override {
-    return CopyToBuffer(X11Title(static_cast<X11Window>(window)), buffer);
-  }
-  int GetClassNameA(WindowHandle window, std::span<char> buffer) override {
-    return CopyToBuffer(X11Class(static_cast<X11Window>(window)), buffer);
-  }
+  void EnumChildWindows(WindowHandle /*parent*/, const WindowVisitor& /*visit*/) override {}
+  int GetWindowTextA(WindowHandle /*window*/, std::span<char> /*buffer*/) override { return 0; }
+  int GetClassNameA(WindowHandle /*window*/, std::span<char> /*buffer*/) override { return 0; }
   bool CloseHandle(WindowHandle /*window*/) override { return false; }
 
   void ShowWarning(TextView message) override {

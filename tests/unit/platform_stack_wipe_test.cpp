@@ -24,9 +24,10 @@ constexpr std::uint8_t kTrace = 0xA5;
   return place;
 }
 
-// The same with 12 KiB of the stack between.
+// The same with much of the stack between.
+template <std::size_t size>
 [[gnu::noinline]] std::uintptr_t LeaveTraceFarBelow() {
-  std::array<std::uint8_t, 12288> between{};
+  std::array<std::uint8_t, size> between{};
   asm volatile("" ::"r"(between.data()) : "memory");
   const std::uintptr_t place = LeaveTrace();
   asm volatile("" ::"r"(between.data()) : "memory");
@@ -53,8 +54,14 @@ TEST(StackWipeTest, WipesWhatStandsBelow) {
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
+TEST(StackWipeTest, WipesWhatStandsBelowBatches) {
+  const std::uintptr_t place = LeaveTraceFarBelow<7 * 1024>();
+  platform::WipeStackBelowBatches();
+  EXPECT_EQ(TraceLeft(place), 0U);
+}
+
 TEST(StackWipeTest, WipesWhatStandsFarBelow) {
-  const std::uintptr_t place = LeaveTraceFarBelow();
+  const std::uintptr_t place = LeaveTraceFarBelow<12 * 1024>();
   platform::WipeStackFarBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }

@@ -32,11 +32,15 @@ class Bitslice {
     Bitslice work;
     work.Run(keys, data, batches, feedback);
     SecureWipe(&work, sizeof work);
-    WipeStackFarBelow();
+    WipeStackBelowBatches();
   }
 
  private:
   static constexpr std::size_t kRoundBits = 48;
+
+  // A bit of the key as 0 or -1, of half the size of a lane: the keys are most of the work's
+  // memory.
+  using KeyMask = std::int32_t;
 
   // The halves of the block stay where the initial permutation finds them. Each round changes one
   // of them in place; which one it is stands for the exchange of the halves.
@@ -57,9 +61,9 @@ class Bitslice {
   }
 
   template <unsigned box, unsigned bit>
-  [[gnu::always_inline]] static std::uint64_t KeyBit(const RoundKey& key) noexcept {
+  [[gnu::always_inline]] static KeyMask KeyBit(const RoundKey& key) noexcept {
     const std::uint32_t word = box % 2 == 0 ? key.odd : key.even;
-    return 0 - std::uint64_t{word >> (24 - box / 2 * 8 + 5 - bit) & 1};
+    return -static_cast<KeyMask>(word >> (24 - box / 2 * 8 + 5 - bit) & 1);
   }
 
   void SpreadKeys(const KeySchedule& keys) noexcept {
@@ -94,11 +98,11 @@ class Bitslice {
         rows[k] = kernels::Load<Word>(data + (8 * k + i) * sizeof(Word));
       }
       TransposeGroup<8>(rows);
-      for (std::size_t k = 0; k < 8; ++k) rows_[8 * k + i] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) bits_[8 * k + i] = rows[k];
     }
     for (std::size_t i = 0; i < 64; i += 8) {
       Word rows[8];
-      for (std::size_t k = 0; k < 8; ++k) rows[k] = rows_[i + k];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[i + k];
       TransposeGroup<1>(rows);
       for (std::size_t k = 0; k < 8; ++k) bits_[i + k] = rows[k];
     }
@@ -111,12 +115,12 @@ class Bitslice {
       Word rows[8];
       for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * k + i) ^ 1];
       TransposeGroup<8>(rows);
-      for (std::size_t k = 0; k < 8; ++k) rows_[8 * k + i] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * k + i) ^ 1] = rows[k];
     }
     for (std::size_t i = 64; i > 0;) {
       i -= 8;
       Word rows[8];
-      for (std::size_t k = 0; k < 8; ++k) rows[k] = rows_[i + k];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(i + k) ^ 1];
       TransposeGroup<1>(rows);
       std::uint8_t* const place = data + i * sizeof(Word);
       kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kernels::kBlockSize);
@@ -130,11 +134,11 @@ class Bitslice {
   }
 
   template <unsigned box, Half to>
-  [[gnu::always_inline]] void RunBox(const std::uint64_t* key) noexcept {
+  [[gnu::always_inline]] void RunBox(const KeyMask* key) noexcept {
     constexpr Half kFrom = to == Left ? Right : Left;
     const auto input = [&]<unsigned bit>() __attribute__((always_inline)) {
       constexpr std::size_t kPlace = PlaceOf(kFrom + (4 * box + bit + 31) % 32);
-      return bits_[kPlace] ^ key[std::size_t{6} * box + bit];
+      return kernels::AddMask(bits_[kPlace], key[std::size_t{6} * box + bit]);
     };
     const auto output =
         Circuits::Sbox(std::integral_constant<unsigned, box>(), input.template operator()<0>(),
@@ -148,7 +152,7 @@ class Bitslice {
   }
 
   template <Half to>
-  [[gnu::always_inline]] void RunRound(const std::uint64_t* key) noexcept {
+  [[gnu::always_inline]] void RunRound(const KeyMask* key) noexcept {
     [&]<unsigned... box>(std::integer_sequence<unsigned, box...>) __attribute__((always_inline)) {
       (RunBox<box, to>(key), ...);
     }
@@ -187,9 +191,7 @@ class Bitslice {
   }
 
   Word bits_[64];
-  Word rows_[64];
-  std::array<std::uint64_t, kRoundBits>
-      keys_[3 * kRounds];  // each bit of the key in every position
+  std::array<KeyMask, kRoundBits> keys_[3 * kRounds];
   std::size_t rounds_;
 };
 

@@ -28,6 +28,26 @@ template <class Word>
   std::memcpy(to, &word, sizeof word);
 }
 
+// `word` with every bit turned over where `mask` is -1, and unchanged where it is 0.
+[[gnu::always_inline]] inline std::uint64_t AddMask(std::uint64_t word,
+                                                    std::int32_t mask) noexcept {
+  return word ^ static_cast<std::uint64_t>(std::int64_t{mask});
+}
+
+// A vector of 32-bit lanes of the size of Word. As a member, since GCC 12 ignores the attribute of
+// an alias whose size depends on a template's argument.
+template <class Word>
+struct Halves {
+  typedef std::uint32_t Type
+      __attribute__((vector_size(sizeof(Word))));  // NOLINT(modernize-use-using)
+};
+
+template <class Word>
+[[gnu::always_inline]] inline Word AddMask(const Word& word, std::int32_t mask) noexcept {
+  using Lanes = typename Halves<Word>::Type;
+  return reinterpret_cast<Word>(reinterpret_cast<Lanes>(word) ^ static_cast<std::uint32_t>(mask));
+}
+
 // In each 64-bit lane, the bits whose position has the bit `distance` clear.
 constexpr std::uint64_t LowPositions(unsigned distance) {
   std::uint64_t mask = 0;

@@ -1,0 +1,14 @@
+#include "platform/cancellation_hold.h"
+
+#include <pthread.h>
+
+namespace latchkey::platform {
+
+// Neither call fails: the states are pthread.h's own.
+CancellationHold::CancellationHold() noexcept {
+  ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &stateBefore_);
+}
+
+CancellationHold::~CancellationHold() { ::pthread_setcancelstate(stateBefore_, nullptr); }
+
+}  // namespace latchkey::platform

@@ -1,0 +1,157 @@
+// A process that loads, uses and unloads the library again and again keeps nothing of it.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+#include <latchkey.h>
+#include <malloc.h>
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+namespace latchkey::test {
+namespace {
+
+class Library {
+ public:
+  Library() : handle_(::dlopen(LATCHKEY_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
+    if (handle_ == nullptr) throw std::runtime_error(::dlerror());  // NOLINT(concurrency-mt-unsafe)
+  }
+  Library(const Library&) = delete;
+  Library& operator=(const Library&) = delete;
+  ~Library() { ::dlclose(handle_); }
+
+  // The library's function of that name, whose type is that of its declaration.
+  template <class Function>
+  [[nodiscard]] Function* Find(const char* name) const {
+    void* const address = ::dlsym(handle_, name);
+    if (address == nullptr) throw std::runtime_error(name);
+    return reinterpret_cast<Function*>(address);
+  }
+
+  [[nodiscard]] static bool IsLoaded() {
+    void* const handle = ::dlopen(LATCHKEY_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr) ::dlclose(handle);
+    return handle != nullptr;
+  }
+
+ private:
+  void* handle_;
+};
+
+#define LATCHKEY_FIND(function) library.Find<decltype(function)>(#function)
+
+void UseCrypto(const Library& library, latchkey_crypto* crypto) {
+  std::array<std::uint8_t, 100> bytes{};
+  std::size_t length = bytes.size();
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_hash)(crypto, LATCHKEY_SHA1, nullptr, 0, bytes.data(), &length),
+            LATCHKEY_OK);
+  const latchkey_key key{LATCHKEY_ENHANCED, LATCHKEY_MD5, LATCHKEY_3DES, 0, nullptr, 0};
+  length = bytes.size();
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_encrypt)(crypto, &key, nullptr, 0, bytes.data(), &length),
+            LATCHKEY_OK);
+  length = bytes.size();
+  EXPECT_EQ(
+      LATCHKEY_FIND(latchkey_create_salt)(crypto, LATCHKEY_LETTERS_ONLY, 8, bytes.data(), &length),
+      LATCHKEY_OK);
+  length = bytes.size();
+  EXPECT_EQ(
+      LATCHKEY_FIND(latchkey_decrypt)(crypto, &key, bytes.data(), 7, bytes.data() + 50, &length),
+      LATCHKEY_CIPHER_FAILED);
+}
+
+void Use(const Library& library) {
+  latchkey_thread* thread = nullptr;
+  latchkey_crypto* crypto = nullptr;
+  latchkey_timer* timer = nullptr;
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_thread_open)(&thread), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_crypto_open)(&crypto), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_timer_open)(&timer), LATCHKEY_OK);
+  UseCrypto(library, crypto);
+  std::int32_t connected = 0;
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_connection_exists)(thread, &connected), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_timer_close)(timer), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_crypto_close)(crypto), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_thread_close)(thread), LATCHKEY_OK);
+}
+
+// The library is unloaded when no thread lives that has used it.
+void UseOnAnotherThread() {
+  const Library library;
+  std::thread([&] { Use(library); }).join();
+}
+
+void UseOnThisThread() {
+  const Library library;
+  Use(library);
+}
+
+// What a process has of the system. The caches of the C library's allocator are off
+// (CMakeLists.txt).
+struct Holdings {
+  std::size_t heap = 0;
+  long mappings = 0;
+  long descriptors = 0;
+
+  friend bool operator==(const Holdings&, const Holdings&) = default;
+};
+
+void PrintTo(const Holdings& holdings, std::ostream* stream) {
+  *stream << holdings.heap << " bytes, " << holdings.mappings << " mappings, "
+          << holdings.descriptors << " descriptors";
+}
+
+Holdings Now() {
+  Holdings now;
+  now.heap = ::mallinfo2().uordblks;
+  std::ifstream mappings("/proc/self/maps");
+  for (std::string line; std::getline(mappings, line);) ++now.mappings;
+  const std::filesystem::directory_iterator descriptors("/proc/self/fd");
+  now.descriptors = std::distance(begin(descriptors), end(descriptors));
+  return now;
+}
+
+// What the process has after the first rounds, and after many more.
+template <class Round>
+std::array<Holdings, 2> HoldingsAround(Round&& round) {
+  for (int i = 0; i < 10; ++i) round();
+  const Holdings before = Now();
+  for (int i = 0; i < 200; ++i) round();
+  return {before, Now()};
+}
+
+TEST(LoadingRoundsTest, NothingIsLeftOfALibraryUsedOnAnotherThread) {
+  const auto [before, after] = HoldingsAround(UseOnAnotherThread);
+  EXPECT_FALSE(Library::IsLoaded());
+  EXPECT_EQ(after, before);
+}
+
+// What it needs itself goes too: a library that is never used leaves nothing either.
+TEST(LoadingRoundsTest, NothingIsLeftOfALibraryNotUsed) {
+  const auto [before, after] = HoldingsAround([] { const Library library; });
+  EXPECT_FALSE(Library::IsLoaded());
+  EXPECT_EQ(after, before);
+}
+
+// It stays loaded as long as the thread lives, and so does the thread's data, once.
+TEST(LoadingRoundsTest, RoundsOnOneThreadKeepNoMoreThanOne) {
+  const auto [before, after] = HoldingsAround(UseOnThisThread);
+  EXPECT_EQ(after, before);
+}
+
+// Blocks that stay show.
+TEST(LoadingRoundsTest, WhatARoundKeepsIsFound) {
+  const auto [before, after] = HoldingsAround([] {
+    static std::array<void* volatile, 1000> kept{};
+    static std::size_t count = 0;
+    kept.at(count++) = std::malloc(16);
+  });
+  EXPECT_GT(after.heap, before.heap);
+}
+
+}  // namespace
+}  // namespace latchkey::test
