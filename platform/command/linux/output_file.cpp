@@ -88,6 +88,8 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
   std::string place = Followed(name);
   struct stat state {};
   const bool exists = Exists(place, state);
+  // A link that came after the look at it.
+  if (exists && S_ISLNK(state.st_mode)) throw FileError(ELOOP, "cannot follow the link", name_);
   const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it gives the right reason
   if (exists && !replace && !isFolder && !IsNullDevice(state)) {
     throw FileError(EEXIST, "cannot create", name_);
