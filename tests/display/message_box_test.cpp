@@ -67,8 +67,8 @@ TEST(MessageBoxTest, HasTheExclamationIconOneButtonAndTheDefaultCaption) {
   EXPECT_EQ(seen.text, L"Drive information for drive C:\\ has caused an error.");
   EXPECT_EQ(seen.buttons, std::vector<std::wstring>{L"OK"});
   EXPECT_NE(seen.icon, nullptr);
-  EXPECT_EQ(seen.icon, LoadIconW(nullptr, IDI_EXCLAMATION));
-  EXPECT_NE(seen.icon, LoadIconW(nullptr, IDI_ERROR));
+  EXPECT_EQ(seen.icon, LoadIconA(nullptr, IDI_EXCLAMATION));
+  EXPECT_NE(seen.icon, LoadIconA(nullptr, IDI_ERROR));
 }
 
 }  // namespace

@@ -2,8 +2,11 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <optional>
+#include <span>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -202,7 +205,7 @@ TEST_F(WindowsTest, AHandleOfAWindowsNumberIsClosedOnBothLevels) {
     EXPECT_FALSE(GetHandleInformation(window, &flags)) << window;
   }
   std::size_t closed = 0;
-  for (const HANDLE handle : handles) closed += CloseHandle(handle) ? 0 : 1;
+  for (const HANDLE handle : handles) closed += CloseHandle(handle) != FALSE ? 0U : 1U;
   EXPECT_GE(closed, 2U);
   EXPECT_LT(closed, handles.size());
 }

@@ -15,7 +15,7 @@ ByteArray LargeArray(std::size_t length) {
   return ByteArray::WithTrailingZero(std::move(zeros), length);
 }
 
-using LargeInputTest = WatchedService;
+using LargeInputTest = WatchedServiceOnPlainProvider;
 
 TEST_F(LargeInputTest, TwiceItsLengthOverflowsAfterTheKeyIsDerived) {
   api.InputData(LargeArray(std::size_t{1} << 30));
