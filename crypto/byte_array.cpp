@@ -57,13 +57,14 @@ ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound
 }
 
 std::int32_t ByteArray::UpperBound() const {
-  const bool zeroInBounds = lowerBound_ <= 0 && upperBound_ >= 0;
-  if (dimensions_ != 1 || !zeroInBounds) throw Fault(FaultNumber::SubscriptOutOfRange);
+  if (dimensions_ != 1) throw Fault(FaultNumber::SubscriptOutOfRange);
   return upperBound_;
 }
 
 std::span<const std::uint8_t> ByteArray::TextElements() const {
-  const auto count = static_cast<std::size_t>(UpperBound());
+  const std::int32_t upperBound = UpperBound();
+  if (lowerBound_ > 0 || upperBound < 0) throw Fault(FaultNumber::SubscriptOutOfRange);
+  const auto count = static_cast<std::size_t>(upperBound);
   const auto first = static_cast<std::size_t>(-std::int64_t{lowerBound_});
   return Elements().subspan(first, count);
 }

@@ -11,8 +11,8 @@
 
 namespace latchkey {
 
-// The operations expect zero-based arrays of one dimension; the other shapes exist so that what a
-// client hands over is refused by the operation itself, with the fault that belongs to it.
+// The operations expect zero-based arrays of one dimension; the other shapes exist so that the
+// operation itself decides about what a client hands over, with the fault that belongs to it.
 // The elements are wiped when the array is erased, overwritten or destroyed.
 class LATCHKEY_API ByteArray {
  public:
@@ -48,15 +48,15 @@ class LATCHKEY_API ByteArray {
   [[nodiscard]] std::uint16_t Dimensions() const noexcept { return dimensions_; }
   [[nodiscard]] std::int32_t LowerBound() const noexcept { return lowerBound_; }
 
-  // The upper bound of the first dimension of an array whose element 0 can be read. Raises
-  // SubscriptOutOfRange for an array without elements, of several dimensions, or whose bounds
-  // leave out 0.
+  // The upper bound, whatever the lower bound is; one below the lower bound without elements.
+  // Raises SubscriptOutOfRange for an unallocated array and for one of several dimensions.
   [[nodiscard]] std::int32_t UpperBound() const;
 
   // All elements in memory order; empty when unallocated.
   [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept { return elements_.All(); }
 
-  // Elements 0 to UpperBound() - 1: the part that carries text. Raises what UpperBound raises.
+  // Elements 0 to UpperBound() - 1: the part that carries text. Raises what UpperBound raises, and
+  // SubscriptOutOfRange where the bounds leave out 0.
   [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
 
   // Wipes the elements and leaves the array unallocated.

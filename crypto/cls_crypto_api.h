@@ -71,10 +71,12 @@ class LATCHKEY_API clsCryptoAPI {
   // object's first operation: on the base provider ciphers 4 and 5 fail with 723 or 716.
   void EnhancedProvider(bool blnUseEnhanced);
 
-  // Stores a copy of an array of at least two elements and erases the caller's. Anything shorter
-  // is no password: the built-in default password is stored when UseDefaultPWD is true, a single
-  // zero otherwise. The earlier password is discarded first, even when the array is then refused
-  // with SubscriptOutOfRange (9).
+  // Stores a copy of an array whose upper bound is 1 or more, with its bounds, and erases the
+  // caller's. Any other array is no password: the built-in default password is stored when
+  // UseDefaultPWD is true, a single zero otherwise. The lower bound is not looked at: a password
+  // without an element 0 is stored too, and the operations that use it record
+  // SubscriptOutOfRange (9). The earlier password is discarded first, even when the array is then
+  // refused with SubscriptOutOfRange: an unallocated one, or one of several dimensions.
   void Password(ByteArray& arPWord);
 
   // A copy of the stored password; a single zero stands for none.

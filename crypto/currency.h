@@ -5,14 +5,18 @@
 
 namespace latchkey {
 
-// Every operation that leaves the range of ±922,337,203,685,477.5807 raises Overflow.
+// Every operation that leaves the range of ±922,337,203,685,477.5807, the same on both sides,
+// raises Overflow.
 class Currency {
  public:
   constexpr Currency() noexcept = default;
 
-  // Rounds to four decimals, half to even. Raises InvalidProcedureCall for "not a number".
+  // Rounds the exact value of the Double to four decimals, half to even. Raises
+  // InvalidProcedureCall for "not a number".
   [[nodiscard]] static Currency FromDouble(double value);
   [[nodiscard]] static Currency FromWhole(std::int64_t value);
+
+  // A count of bytes, whose 64 bits are read as a signed number: the largest counts are negative.
   [[nodiscard]] static Currency FromBytes(std::uint64_t value);
 
   [[nodiscard]] double ToDouble() const noexcept;

@@ -4,6 +4,7 @@
 
 #include "crypto/value_text.h"
 #include "diagnostics/module_data.h"
+#include "platform/secure_memory.h"
 
 namespace latchkey {
 namespace {
@@ -38,6 +39,7 @@ Text WithCodesForLetters(TextView text) {
 Text DigitsOnly(const Variant& value) noexcept {
   try {
     Text text = TextOf(value);
+    const platform::WipeAtExit wipeText(text);
     std::erase_if(text,
                   [](char16_t character) { return kDropped.find(character) != TextView::npos; });
     return platform::IsNumericText(text) ? text : WithCodesForLetters(text);

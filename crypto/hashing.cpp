@@ -48,7 +48,7 @@ Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bo
     platform::AlgorithmId algorithm = platform::kAlgorithmNone;
     GetHashAlgorithm(intHashChoice, hashLength, algorithm);
     digest = WorkingBytes(static_cast<std::size_t>(hashLength));
-    std::fill_n(digest.data(), digest.size(), std::uint8_t{0});
+    std::fill_n(digest.data(), digest.size(), kSpace);
     // A provider that refuses is silent: the caller sees empty text and a clear record.
     if (!ReadDigest(hCryptProv, algorithm, strInText, password.Trimmed(), hash, digest.All())) {
       return;

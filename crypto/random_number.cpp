@@ -11,7 +11,6 @@
 #include "diagnostics/checked_arithmetic.h"
 #include "diagnostics/module_data.h"
 #include "platform/secure_memory.h"
-#include "platform/system_random.h"
 
 namespace latchkey {
 namespace {
@@ -28,7 +27,8 @@ constexpr std::uint64_t Mix(std::uint64_t value) {
 
 void Reseed(GeneratorState& state, double seed) {
   std::array<std::uint8_t, sizeof(GeneratorState)> bytes{};
-  if (!platform::FillRandom(bytes)) throw Fault(FaultNumber::InvalidProcedureCall);
+  if (!ThreadModuleData().services.fillRandom(bytes))
+    throw Fault(FaultNumber::InvalidProcedureCall);
   auto entropy = std::bit_cast<GeneratorState>(bytes);
   state[0] = Mix(state[0] ^ entropy[0] ^ std::bit_cast<std::uint64_t>(seed));
   state[1] = Mix(state[1] ^ entropy[1] ^ state[0]);

@@ -142,8 +142,10 @@ Text BuildSeedText() {
   ReadDriveSpace(readings);
   Text seedText = platform::TextOfDouble(CheckedResult(Seed(digit, readings)));
   const platform::WipeAtExit wipeSeedText(seedText);
-  Text doubled = seedText + seedText;
+  Text doubled;
   const platform::WipeAtExit wipeDoubled(doubled);
+  doubled.reserve(2 * seedText.size());  // a text that grows leaves its memory unwiped
+  doubled.append(seedText).append(seedText);
   return DigitsOnly(TextView(doubled));
 }
 

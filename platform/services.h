@@ -5,6 +5,7 @@
 #include "platform/connectivity.h"
 #include "platform/crypto_provider.h"
 #include "platform/system_probe.h"
+#include "platform/system_random.h"
 
 namespace latchkey::platform {
 
@@ -13,6 +14,7 @@ struct Services {
   const CodePage* codePage = &SystemCodePage();
   SystemProbe* probe = &MachineProbe();
   Connectivity* connectivity = &SystemConnectivity();
+  bool (*fillRandom)(std::span<std::uint8_t> bytes) noexcept = &FillRandom;
 };
 
 }  // namespace latchkey::platform

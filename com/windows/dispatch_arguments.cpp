@@ -115,7 +115,7 @@ HRESULT DispatchArguments::Pass(const Parameter& parameter) {
   VARIANT* const source = LookThrough(argument);
   if (source == nullptr) return DISP_E_TYPEMISMATCH;
   if (parameter.type == VT_VARIANT) {
-    arguments_[parameter.position] = ReferenceTo(*source, VT_VARIANT);
+    PassVariant(parameter, *source);
     return S_OK;
   }
   if (IsLeftOut(*source)) return PassDefault(parameter);
@@ -131,6 +131,14 @@ HRESULT DispatchArguments::PassDefault(const Parameter& parameter) {
   if ((description.wParamFlags & PARAMFLAG_FHASDEFAULT) == 0) return DISP_E_PARAMNOTOPTIONAL;
   VARIANT& value = description.pparamdescex->varDefaultValue;
   return parameter.byReference ? PassReference(parameter, value) : PassValue(parameter, value);
+}
+
+// The members read a variant as text. Numbers and dates become that here, where the locale of the
+// caller is known.
+void DispatchArguments::PassVariant(const Parameter& parameter, VARIANT& source) {
+  OwnedVariant& text = converted_[parameter.position];
+  VARIANT& seen = ConvertToText(text, source, locale_) ? text.Get() : source;
+  arguments_[parameter.position] = ReferenceTo(seen, VT_VARIANT);
 }
 
 // A text by reference, which the system would convert through copies that nobody wipes, is the one

@@ -16,10 +16,12 @@ namespace latchkey::com {
 // - A byte array passed by reference stays the caller's own array, so that erasing it reaches the
 //   caller; an Empty variable counts as an unallocated array. An array passed by value is copied.
 //   Anything but an array of bytes raises TypeMismatch.
-// - A variant is the caller's own.
+// - A variant is the caller's own where it holds text or Null, else its text form.
 // - Anything else is converted, as VariantChangeTypeEx does it; a reference goes to the caller's
 //   own variable where that has the very type, else to a copy.
 // - An argument left out gets its default.
+//
+// Texts are made and read in the caller's locale.
 class DispatchArguments {
  public:
   // `function` describes the vtable slot and must live as long as this.
@@ -29,7 +31,7 @@ class DispatchArguments {
   // the index in `given` of the argument at fault, and the result is DISP_E_BADPARAMCOUNT for a
   // wrong number, DISP_E_PARAMNOTFOUND for a name that the member does not have or an argument
   // given twice, DISP_E_PARAMNOTOPTIONAL, DISP_E_TYPEMISMATCH or DISP_E_OVERFLOW, E_INVALIDARG for
-  // a list that is none. Raises TypeMismatch (see above) and bad_alloc.
+  // a list that is none. Raises TypeMismatch (see above), bad_alloc and what ConvertToText raises.
   [[nodiscard]] HRESULT Take(const DISPPARAMS& given, UINT& badArgument);
 
   // The complete list, first to last, without the result. Valid for as long as this lives, after
@@ -45,6 +47,7 @@ class DispatchArguments {
   HRESULT PassDefault(const Parameter& parameter);
   HRESULT PassValue(const Parameter& parameter, VARIANT& source);
   HRESULT PassReference(const Parameter& parameter, VARIANT& source);
+  void PassVariant(const Parameter& parameter, VARIANT& source);
   void PassArray(const Parameter& parameter, VARIANT& source);
 
   const FUNCDESC& function_;

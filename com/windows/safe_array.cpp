@@ -56,10 +56,13 @@ SafeArrayAccess::~SafeArrayAccess() { SafeArrayUnaccessData(array_); }
 ByteArray FromSafeArray(SAFEARRAY* array) {
   if (array == nullptr) return {};
   if (!HoldsBytes(*array)) throw Fault(FaultNumber::TypeMismatch);
-  if (ByteCount(*array) == 0) return {};
+  // Without storage an array that claims elements is unallocated.
+  const bool anyElement = ByteCount(*array) != 0;
+  if (array->cDims == 0 || (!anyElement && FirstDimension(*array).cElements != 0)) return {};
   const SAFEARRAYBOUND& bound = FirstDimension(*array);
   const auto upperBound =
       NarrowTo<std::int32_t>(std::int64_t{bound.lLbound} + std::int64_t{bound.cElements} - 1);
+  if (!anyElement) return ByteArray::WithShape(array->cDims, bound.lLbound, upperBound, {});
   const SafeArrayAccess access(array);
   return ByteArray::WithShape(array->cDims, bound.lLbound, upperBound, access.Bytes());
 }

@@ -26,9 +26,9 @@ class SafeArrayAccess {
   std::span<std::uint8_t> bytes_;
 };
 
-// A copy of a client's array with its shape; unallocated for a null array and for one without
-// elements. Raises TypeMismatch when the elements are not bytes, Overflow when the upper bound does
-// not fit 32 bits.
+// A copy of a client's array with its shape, also without elements; unallocated for a null array
+// and for one without dimensions or storage. Raises TypeMismatch when the elements are not bytes,
+// Overflow when the upper bound does not fit 32 bits.
 [[nodiscard]] ByteArray FromSafeArray(SAFEARRAY* array);
 
 // An array for a client, who destroys it; null for an unallocated one. Raises bad_alloc.

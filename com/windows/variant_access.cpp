@@ -60,19 +60,23 @@ HRESULT ConvertVariant(VARIANT& target, VARIANT& source, LCID locale, VARTYPE ty
   return DISP_E_TYPEMISMATCH;
 }
 
+bool ConvertToText(OwnedVariant& text, VARIANT& source, LCID locale) {
+  if (IsNullReference(source)) throw Fault(FaultNumber::TypeMismatch);
+  if (V_VT(&source) == VT_NULL || (V_VT(&source) & ~VT_BYREF) == VT_BSTR) return false;
+  const HRESULT converted = ConvertVariant(text.Get(), source, locale, VT_BSTR);
+  if (FAILED(converted)) RaiseConversionFailure(converted);
+  return true;
+}
+
 VariantText::VariantText(VARIANT* value) {
   VARIANT* const seen = LookThrough(value);
-  if (seen == nullptr || IsNullReference(*seen)) throw Fault(FaultNumber::TypeMismatch);
-  if (V_VT(seen) == VT_NULL) {
-    value_ = Null{};
-  } else if (V_VT(seen) == VT_BSTR) {
-    value_ = ViewOf(V_BSTR(seen));
-  } else if (V_VT(seen) == (VT_BYREF | VT_BSTR)) {
-    value_ = ViewOf(*V_BSTRREF(seen));
-  } else {
-    const HRESULT converted = ConvertVariant(converted_.Get(), *seen, LOCALE_USER_DEFAULT, VT_BSTR);
-    if (FAILED(converted)) RaiseConversionFailure(converted);
+  if (seen == nullptr) throw Fault(FaultNumber::TypeMismatch);
+  if (ConvertToText(converted_, *seen, LOCALE_USER_DEFAULT)) {
     value_ = ViewOf(V_BSTR(&converted_.Get()));
+  } else if (V_VT(seen) == VT_NULL) {
+    value_ = Null{};
+  } else {
+    value_ = ViewOf(V_VT(seen) == VT_BSTR ? V_BSTR(seen) : *V_BSTRREF(seen));
   }
 }
 

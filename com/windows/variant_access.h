@@ -40,11 +40,17 @@ class OwnedVariant {
 [[nodiscard]] HRESULT ConvertVariant(VARIANT& target, VARIANT& source, LCID locale,
                                      VARTYPE type) noexcept;
 
+// The text form, in that locale, of a value that is neither text nor Null; false, with `text` left
+// empty, for one that is. Raises TypeMismatch for a value without a text form, Overflow and
+// OutOfMemory as they happen.
+[[nodiscard]] bool ConvertToText(OwnedVariant& text, VARIANT& source, LCID locale);
+
 // What StringToByteArray gets to see of a client's variant: text as it stands, Null, and of
-// anything else the text form in the user's locale.
+// anything else the text form in the user's locale. A late-bound call has made that text already,
+// in its caller's locale.
 class VariantText {
  public:
-  // Raises TypeMismatch for a value without a text form, Overflow and OutOfMemory as they happen.
+  // Raises what ConvertToText raises.
   explicit VariantText(VARIANT* value);
 
   // Valid for as long as both this and the client's variant live.

@@ -5,12 +5,13 @@
 #include <string>
 
 #include "platform/default_route.h"
+#include "platform/linux/route_tables.h"
 #include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {
 
-std::string ContentOf(const char* path) {
+std::string ContentOf(const std::string& path) {
   std::ifstream file(path);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
@@ -18,14 +19,18 @@ std::string ContentOf(const char* path) {
 class LinuxConnectivity final : public Connectivity {
  public:
   bool InternetGetConnectedState(std::uint32_t* lpdwFlags, std::uint32_t /*dwReserved*/) override {
-    const bool connected = HasDefaultIpv4Route(ContentOf("/proc/net/route")) ||
-                           HasDefaultIpv6Route(ContentOf("/proc/net/ipv6_route"));
+    const bool connected = HasDefaultRoute("/proc/net");
     *lpdwFlags = connected ? kLocalNetwork | kConfigured : 0;
     return connected;
   }
 };
 
 }  // namespace
+
+bool HasDefaultRoute(const std::string& folder) {
+  return HasDefaultIpv4Route(ContentOf(folder + "/route")) ||
+         HasDefaultIpv6Route(ContentOf(folder + "/ipv6_route"));
+}
 
 Connectivity& SystemConnectivity() {
   static NeverDestroyed<LinuxConnectivity> connectivity;

@@ -1,7 +1,5 @@
 #include "platform/linux/root_volume.h"
 
-#include <sys/statvfs.h>
-
 #include <algorithm>
 #include <fstream>
 #include <limits>
@@ -50,9 +48,12 @@ std::optional<VolumeInformation> RootVolume() {
 
 std::optional<DiskSpace> RootSpace() {
   const auto status = RootStatus();
-  if (!status) return std::nullopt;
-  const std::uint64_t unit = status->f_frsize;
-  return DiskSpace{status->f_bavail * unit, status->f_blocks * unit, status->f_bfree * unit};
+  return status ? std::optional(SpaceOf(*status)) : std::nullopt;
+}
+
+DiskSpace SpaceOf(const struct statvfs& status) noexcept {
+  const std::uint64_t unit = status.f_frsize;
+  return {status.f_bavail * unit, status.f_blocks * unit, status.f_bfree * unit};
 }
 
 std::optional<DiskClusters> RootClusters() {

@@ -1,6 +1,8 @@
 // What the system knows about the file system mounted at "/".
 #pragma once
 
+#include <sys/statvfs.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -23,6 +25,9 @@ inline constexpr std::uint32_t kLargestVolumeNumber = 124;
 // file system cannot be asked.
 [[nodiscard]] std::optional<VolumeInformation> RootVolume();
 [[nodiscard]] std::optional<DiskSpace> RootSpace();
+
+// The byte counts of a file system's status.
+[[nodiscard]] DiskSpace SpaceOf(const struct statvfs& status) noexcept;
 
 // In sectors of 512 bytes; numbers of clusters beyond 32 bits give the largest 32-bit number.
 [[nodiscard]] std::optional<DiskClusters> RootClusters();

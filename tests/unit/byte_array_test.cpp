@@ -34,10 +34,11 @@ TEST(ByteArrayTest, AListMakesAZeroBasedArray) {
   EXPECT_EQ(ElementsOf(array), (Bytes{65, 66, 67}));
 }
 
-TEST(ByteArrayTest, AnArrayWithoutElementsHasNoElementZero) {
+TEST(ByteArrayTest, AnArrayWithoutElementsHasAnUpperBoundAndNoText) {
   const ByteArray array{std::span<const std::uint8_t>()};
   EXPECT_EQ(array.Dimensions(), 1);
-  EXPECT_EQ(FaultOf([&] { return array.UpperBound(); }), 9);
+  EXPECT_EQ(array.UpperBound(), -1);
+  EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9);
 }
 
 TEST(ByteArrayTest, TheTextPartLeavesTheLastElementOut) {
@@ -63,11 +64,11 @@ TEST(ByteArrayTest, AnElementZeroAtTheUpperBoundIsNoText) {
   EXPECT_EQ(TextPartOf(ByteArray::WithShape(1, -3, 0, kElements)), Bytes());
 }
 
-TEST(ByteArrayTest, BoundsThatLeaveOutZeroAreOutOfRange) {
+TEST(ByteArrayTest, BoundsThatLeaveOutZeroHaveNoText) {
   for (const auto& [lower, upper] : {std::pair{1, 4}, {-4, -1}, {0, -1}, {1, 0}}) {
     const std::span elements(kElements.data(), static_cast<std::size_t>(upper - lower + 1));
     const ByteArray array = ByteArray::WithShape(1, lower, upper, elements);
-    EXPECT_EQ(FaultOf([&] { return array.UpperBound(); }), 9) << lower << " to " << upper;
+    EXPECT_EQ(array.UpperBound(), upper);
     EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9) << lower << " to " << upper;
   }
 }
@@ -87,6 +88,7 @@ TEST(ByteArrayTest, SeveralDimensionsAreOutOfRange) {
   const ByteArray array = ByteArray::WithShape(2, 0, 1, kElements);
   EXPECT_EQ(array.Dimensions(), 2);
   EXPECT_EQ(FaultOf([&] { return array.UpperBound(); }), 9);
+  EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9);
 }
 
 TEST(ByteArrayTest, AnErasedArrayIsUnallocated) {

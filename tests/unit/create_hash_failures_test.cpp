@@ -41,6 +41,26 @@ TEST_P(CreateHashWithoutProviderTest, IsReportedAsAHashThatCannotBeMade) {
   EXPECT_EQ(journal.Count("CryptCreateHash"), 0U);
 }
 
+// The password comes after the provider: one that would be a fault is not looked at, and no random
+// letters are made.
+TEST_P(CreateHashWithoutProviderTest, IsReportedBeforeThePasswordIsTaken) {
+  api.EnhancedProvider(GetParam());
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  ByteArray behindZero = ByteArray::WithShape(1, 1, 4, Bytes{1, 2, 3, 4});
+  api.Password(behindZero);
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5, true, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(709, 117, "Error creating hash"));
+
+  api.UseDefaultPWD(false);
+  ByteArray none{0};
+  api.Password(none);
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5, true, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(709, 117, "Error creating hash"));
+  EXPECT_TRUE(probe.calls.empty());
+}
+
 INSTANTIATE_TEST_SUITE_P(OfEachKind, CreateHashWithoutProviderTest, testing::Bool(),
                          [](const auto& row) { return row.param ? "Enhanced" : "Base"; });
 

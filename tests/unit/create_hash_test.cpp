@@ -153,6 +153,17 @@ TEST_F(CreateHashTest, ADigestOfSpacesAloneIsEmptyAndNoFailure) {
   EXPECT_EQ(HexHash(u"abc", kMd5), "20202020202020202020202020202020");
 }
 
+TEST_F(CreateHashTest, WhatTheProviderDoesNotFillOfADigestIsSpaces) {
+  provider.SetDigest(FromHex("804120"));
+  EXPECT_EQ(HexHash(u"abc", kMd5), "80412020202020202020202020202020");
+  EXPECT_EQ(HexHash(u"abc", kSha1), "8041202020202020202020202020202020202020");
+  EXPECT_EQ(Printable(api.ConvertStringToHex(api.CreateHash(u"abc", kMd5))), "8041");
+  provider.SetDigest({});
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
 TEST_F(CreateHashTest, AnAppendedPasswordIsHashedRightBehindTheText) {
   SetPassword("P w");
   for (std::int16_t hash = kMd5; hash <= kSha1; ++hash) {

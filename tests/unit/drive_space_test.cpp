@@ -100,6 +100,20 @@ TEST_F(DriveSpaceTest, ByteCountsMustFitTheRangeOfCurrency) {
   EXPECT_EQ(probe.warnings.size(), 1U);
 }
 
+TEST_F(DriveSpaceTest, TheLargestByteCountsAreNegative) {
+  constexpr std::uint64_t kLast = UINT64_MAX;
+  probe.space["C:\\"] = {kLast - 2, kLast - 9, kLast - kLargestByteCount + 1};
+  EXPECT_TRUE(Get());
+  EXPECT_EQ(info.AvailableBytes.ToDouble(), -3);
+  EXPECT_EQ(info.TotalBytes.ToDouble(), -10);
+  EXPECT_EQ(info.FreeBytes, Currency::FromWhole(-922'337'203'685'477));
+  EXPECT_EQ(info.UsedBytes, Currency::FromWhole(922'337'203'685'467));
+  EXPECT_TRUE(probe.warnings.empty());
+  probe.space["C:\\"] = {0, kLast - kLargestByteCount, 0};
+  EXPECT_FALSE(Get());
+  EXPECT_EQ(probe.warnings.size(), 1U);
+}
+
 TEST_F(DriveSpaceTest, AFaultOfTheClusterQueryShowsTheMessageToo) {
   CountClustersOnly({8, 512, 100, 250});
   probe.faults["GetDiskFreeSpaceA"] = FaultNumber::InvalidProcedureCall;

@@ -7,6 +7,8 @@
 namespace latchkey::test {
 namespace {
 
+const Bytes kFour{1, 2, 3, 4};
+
 class PasswordTest : public WatchedService {
  protected:
   // The fault of writing the property, which may erase the array.
@@ -103,17 +105,59 @@ TEST_F(PasswordTest, TheDefaultFlagDoesNotChangeAStoredPassword) {
 }
 
 TEST_F(PasswordTest, AnArrayThatIsRefusedLeavesNoPasswordAndIsLeftToTheCaller) {
-  const Bytes four{1, 2, 3, 4};
-  const std::array<ByteArray, 5> shapes{
-      ByteArray(), ByteArray::WithShape(1, 0, -1, {}), ByteArray::WithShape(1, 1, 4, four),
-      ByteArray::WithShape(1, -4, -1, four), ByteArray::WithShape(2, 0, 1, four)};
-  for (const ByteArray& shape : shapes) {
+  for (const ByteArray& shape : {ByteArray(), ByteArray::WithShape(2, 0, 1, kFour)}) {
     SetPassword("secret");
     ByteArray array = shape;
     EXPECT_EQ(Write(array), 9);
     EXPECT_EQ(Stored(), Bytes{0});
     EXPECT_EQ(array, shape);
   }
+}
+
+// .NET's new byte[0] arrives with the bounds 0 to -1.
+TEST_F(PasswordTest, AnUpperBoundBelowOneIsNoPasswordWhateverTheLowerBound) {
+  for (const ByteArray& shape :
+       {ByteArray::WithShape(1, 0, -1, {}), ByteArray::WithShape(1, 1, 0, {}),
+        ByteArray::WithShape(1, -4, -1, kFour), ByteArray::WithShape(1, -3, 0, kFour)}) {
+    for (const bool useDefault : {true, false}) {
+      SetPassword("secret");
+      api.UseDefaultPWD(useDefault);
+      ByteArray array = shape;
+      EXPECT_EQ(Write(array), kNoFault);
+      EXPECT_EQ(Stored(), useDefault ? DefaultPassword() : Bytes{0});
+      EXPECT_EQ(array, shape);
+    }
+  }
+}
+
+TEST_F(PasswordTest, AnArrayBehindElementZeroIsStoredWithItsBoundsAndErased) {
+  for (const ByteArray& shape :
+       {ByteArray::WithShape(1, 1, 4, kFour), ByteArray::WithShape(1, 1, 1, Bytes{65}),
+        ByteArray::WithShape(1, 2, 1, {})}) {
+    ByteArray array = shape;
+    EXPECT_EQ(Write(array), kNoFault);
+    EXPECT_EQ(api.Password(), shape);
+    EXPECT_EQ(array, ByteArray());
+  }
+}
+
+TEST_F(PasswordTest, APasswordBehindElementZeroIsAFaultOfWhatUsesIt) {
+  api.InputData(ArrayOf("some data"));
+  EXPECT_EQ(Write(ByteArray::WithShape(1, 1, 4, kFour)), kNoFault);
+  LeaveEarlierFailure();
+  EXPECT_FALSE(api.Encrypt(1, 1));
+  EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(438, 9, "Subscript out of range"));
+  EXPECT_EQ(api.OutputData(), ByteArray());
+  LeaveEarlierFailure();
+  EXPECT_FALSE(api.Decrypt(1, 1));
+  EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(436, 9, "Subscript out of range"));
+  EXPECT_EQ(ElementsOf(api.OutputData()), Bytes{0});
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", 1, true, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(432, 9, "Subscript out of range"));
+  EXPECT_EQ(journal.Count("CryptCreateHash"), 0U);
+  EXPECT_NE(api.CreateHash(u"abc", 1, true), u"");
+  EXPECT_EQ(api.Password(), ByteArray::WithShape(1, 1, 4, kFour));
 }
 
 TEST_F(PasswordTest, ANegativeLowerBoundIsStoredAndReadFromElementZero) {

@@ -69,7 +69,7 @@ TEST_F(ProviderAcquisitionTest, EveryOperationThatNeedsAProviderOpensIt) {
 TEST_F(ProviderAcquisitionTest, AnOpenProviderServesEveryLaterOperation) {
   EXPECT_TRUE(api.Encrypt(1, 1));
   EXPECT_TRUE(api.Decrypt(2, 2));
-  EXPECT_FALSE(api.CreateHash(u"abc", 1).empty());
+  EXPECT_FALSE(api.CreateHash(u"abc", 1, true).empty());
   EXPECT_FALSE(api.CreateRandom(4).empty());
   EXPECT_EQ(AcquireCalls().size(), 1U);
 }

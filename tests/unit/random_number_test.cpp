@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <set>
+#include <span>
 #include <vector>
 
 #include "tests/support/fault_of.h"
@@ -44,6 +46,25 @@ TEST_F(RandomNumberTest, ARangeOfOneNumberGivesIt) { EXPECT_EQ(RandomNumberInRan
 TEST_F(RandomNumberTest, TheClockDoesNotTellTheResult) {
   probe.SetTicks({123'456});
   EXPECT_NE(DrawAfterReset(), DrawAfterReset());
+}
+
+// With the same state before and the same bytes of the system, the seed alone makes the difference.
+TEST_F(RandomNumberTest, TheSeedsValueChangesTheResult) {
+  scope.Services().fillRandom = [](std::span<std::uint8_t> bytes) noexcept {
+    std::fill(bytes.begin(), bytes.end(), std::uint8_t{0x5A});
+    return true;
+  };
+  const auto drawWith = [this](std::uint32_t ticks) {
+    probe.SetTicks({ticks});
+    return DrawAfterReset();
+  };
+  EXPECT_EQ(drawWith(123'456), drawWith(123'456));
+  EXPECT_NE(drawWith(123'456), drawWith(123'465));
+}
+
+TEST_F(RandomNumberTest, ARandomSourceWithoutBytesIsAFault) {
+  scope.Services().fillRandom = [](std::span<std::uint8_t>) noexcept { return false; };
+  EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 5);
 }
 
 TEST_F(RandomNumberTest, EveryDrawIsSeededAnew) {

@@ -88,6 +88,14 @@ TEST_F(SeedFaultTest, WithoutDriveSpaceTheHandleSumMustFitThirtyTwoBits) {
   EXPECT_EQ(FaultFor(4), 6);
 }
 
+// The one quotient of two 32-bit numbers that is none.
+TEST_F(SeedFaultTest, TheLowestTickSharedByMinusOneOverflows) {
+  probe.windows = {{static_cast<std::uintptr_t>(0xFFFFFFFFU)}};
+  TakeDriveSpaceAway();
+  EXPECT_EQ(FaultFor(4, 0x80000000U), 6);
+  EXPECT_EQ(FaultFor(4, 0x80000001U), kNoFault);
+}
+
 TEST_F(SeedFaultTest, AnImpossibleReadingPassesOn) {
   for (const char* member : {"GetTickCount", "EnumWindows", "GetVolumeInformationA", "Now"}) {
     probe.faults = {{member, FaultNumber::OutOfMemory}};

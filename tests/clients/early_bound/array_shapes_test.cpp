@@ -9,12 +9,18 @@ namespace {
 
 class ArrayShapesTest : public ClientTest {
  protected:
-  // The result of each member that takes an array, given the same one; they must agree.
-  HRESULT GiveToAll(SAFEARRAY* array) {
+  // The result of each member that reads an array as text, given the same one; they must agree.
+  HRESULT GiveToReaders(SAFEARRAY* array) {
     BSTR text = nullptr;
     const HRESULT converted = Api()->ByteArrayToString(&array, &text);
     SysFreeString(text);
     EXPECT_EQ(Api()->put_InputData(&array), converted);
+    return converted;
+  }
+
+  // The same of each member that takes an array.
+  HRESULT GiveToAll(SAFEARRAY* array) {
+    const HRESULT converted = GiveToReaders(array);
     SAFEARRAY* password = array;
     EXPECT_EQ(Api()->put_Password(&password), converted);
     EXPECT_TRUE(SUCCEEDED(converted) || password == array);
@@ -47,19 +53,81 @@ TEST_F(ArrayShapesTest, ANullArrayIsSubscriptOutOfRange) {
   ExpectFault(GiveToAll(nullptr), 9, L"Subscript out of range");
 }
 
-TEST_F(ArrayShapesTest, AnArrayWithoutElementsIsSubscriptOutOfRange) {
+TEST_F(ArrayShapesTest, AnArrayWithoutElementsHasNoText) {
   const UniqueSafeArray array(MakeByteArray({}));
-  ExpectFault(GiveToAll(array.Get()), 9, L"Subscript out of range");
+  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
 }
 
-TEST_F(ArrayShapesTest, AnArrayThatStartsBehindZeroIsSubscriptOutOfRange) {
+TEST_F(ArrayShapesTest, AnArrayThatStartsBehindZeroHasNoText) {
   const UniqueSafeArray array(MakeByteArray({1, 2, 3}, 1));
-  ExpectFault(GiveToAll(array.Get()), 9, L"Subscript out of range");
+  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
 }
 
-TEST_F(ArrayShapesTest, AnArrayThatEndsBeforeZeroIsSubscriptOutOfRange) {
+TEST_F(ArrayShapesTest, AnArrayThatEndsBeforeZeroHasNoText) {
   const UniqueSafeArray array(MakeByteArray({1, 2, 3}, -3));
-  ExpectFault(GiveToAll(array.Get()), 9, L"Subscript out of range");
+  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
+}
+
+// The first is what .NET's new byte[0] becomes.
+TEST_F(ArrayShapesTest, AnUpperBoundBelowOneIsNoPasswordAndStaysWithTheCaller) {
+  VARIANT_BOOL useDefault = VARIANT_FALSE;
+  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
+  const Bytes four = {1, 2, 3, 4};
+  for (const auto& [elements, lowerBound] :
+       {std::pair{Bytes{}, 0}, {Bytes{}, 1}, {four, -4}, {four, -3}}) {
+    SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
+    ASSERT_EQ(PutPassword(earlier), S_OK);
+    const UniqueSafeArray array(MakeByteArray(elements, lowerBound));
+    SAFEARRAY* raw = array.Get();
+    EXPECT_EQ(PutPassword(raw), S_OK) << lowerBound;
+    EXPECT_EQ(raw, array.Get());
+    EXPECT_EQ(ElementsOf(raw), elements);
+    EXPECT_EQ(StoredPassword(), Bytes{0});
+  }
+  SAFEARRAY* const none = MakeByteArray({});
+  useDefault = VARIANT_TRUE;
+  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
+  const UniqueSafeArray array(none);
+  SAFEARRAY* raw = none;
+  EXPECT_EQ(PutPassword(raw), S_OK);
+  EXPECT_GE(StoredPassword().size(), 2U);
+}
+
+TEST_F(ArrayShapesTest, APasswordBehindElementZeroIsReadBackWithItsBoundsAndFailsInUse) {
+  SAFEARRAY* password = MakeByteArray({1, 2, 3, 4}, 1);
+  EXPECT_EQ(PutPassword(password), S_OK);
+  EXPECT_EQ(password, nullptr);
+  SAFEARRAY* stored = nullptr;
+  ASSERT_EQ(Api()->get_Password(&stored), S_OK);
+  LONG lower = 0;
+  LONG upper = 0;
+  EXPECT_EQ(SafeArrayGetLBound(stored, 1, &lower), S_OK);
+  EXPECT_EQ(SafeArrayGetUBound(stored, 1, &upper), S_OK);
+  EXPECT_EQ(lower, 1);
+  EXPECT_EQ(upper, 4);
+  EXPECT_EQ(Take(stored), (Bytes{1, 2, 3, 4}));
+
+  const auto expectFault = [this](short location) {
+    short found = 0;
+    LONG number = 0;
+    EXPECT_EQ(Main()->get_ErrorLocationID(&found), S_OK);
+    EXPECT_EQ(Main()->get_RTErrorNumber(&number), S_OK);
+    EXPECT_EQ(found, location);
+    EXPECT_EQ(number, 9);
+  };
+  VARIANT_BOOL done = VARIANT_TRUE;
+  EXPECT_EQ(Api()->Encrypt(1, 1, &done), S_OK);
+  EXPECT_EQ(done, VARIANT_FALSE);
+  expectFault(438);
+  EXPECT_EQ(Api()->Decrypt(1, 1, &done), S_OK);
+  EXPECT_EQ(done, VARIANT_FALSE);
+  expectFault(436);
+  const UniqueBstr text = Bstr(L"abc");
+  BSTR hash = nullptr;
+  EXPECT_EQ(Api()->CreateHash(text.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE, &hash),
+            S_OK);
+  EXPECT_EQ(Take(hash), L"");
+  expectFault(432);
 }
 
 TEST_F(ArrayShapesTest, AnArrayOfTwoDimensionsIsSubscriptOutOfRange) {

@@ -1,6 +1,8 @@
 // Arguments of late-bound calls: by position and by name, left out, by value and by reference, of
 // the declared type and of others.
 #include <algorithm>
+#include <string>
+#include <tuple>
 
 #include "tests/clients/late_bound/late_client.h"
 
@@ -221,6 +223,32 @@ TEST_F(ArgumentsTest, AVariantReachesStringToByteArrayAsItStands) {
   ExpectException(api.Call(L"StringToByteArray", {OfType(VT_NULL)}), 94, L"Invalid use of Null");
   VARIANT null = OfType(VT_NULL);
   ExpectException(api.Call(L"StringToByteArray", {ReferenceTo(null)}), 94, L"Invalid use of Null");
+}
+
+// German writes 1,5 and 24.12.1999, English (United States) 1.5 and 12/24/1999.
+TEST_F(ArgumentsTest, TextsAreMadeInTheLocaleOfTheCaller) {
+  const LCID german = MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT);
+  const LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
+  VARIANT date = OfType(VT_DATE);
+  V_DATE(&date) = 36518;
+  VARIANT number = Value(1.5);
+  for (const auto& [locale, half, day] :
+       {std::tuple{german, "1,5", "24.12.1999"}, std::tuple{english, "1.5", "12/24/1999"}}) {
+    api.Speak(locale);
+    EXPECT_EQ(api.Call(L"StringToByteArray", {number}).bytes, TextArray(half));
+    EXPECT_EQ(api.Call(L"StringToByteArray", {ReferenceTo(number)}).bytes, TextArray(half));
+    EXPECT_EQ(api.Call(L"StringToByteArray", {date}).bytes, TextArray(day));
+    const std::wstring hex = api.Call(L"ConvertStringToHex", {number}).text;
+    EXPECT_EQ(hex, half == std::string("1,5") ? L"312C35" : L"312E35");
+  }
+  EXPECT_EQ(V_VT(&number), VT_R8);
+}
+
+TEST_F(ArgumentsTest, TextsAreReadInTheLocaleOfTheCaller) {
+  const UniqueBstr four = Bstr(L"4,0");
+  api.Speak(MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT));
+  EXPECT_EQ(api.Call(L"CreateHash", {Value(abc.Get()), Value(four.Get()), Value(true)}).text,
+            L"A9993E364706816ABA3E25717850C26C9CD0D89D");  // RFC 3174
 }
 
 TEST_F(ArgumentsTest, TheResultMayReplaceAnArgument) {

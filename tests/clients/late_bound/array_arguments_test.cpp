@@ -46,6 +46,28 @@ TEST_F(ArrayArgumentsTest, APasswordReachesTheCallersArrayThroughTwoReferences) 
   EXPECT_EQ(array, nullptr);
 }
 
+TEST_F(ArrayArgumentsTest, AnArrayWithoutElementsIsNoPasswordInAnyShape) {
+  ASSERT_EQ(api.Put(L"UseDefaultPWD", Value(false)).result, S_OK);
+  UniqueSafeArray array(MakeByteArray({}));
+  SAFEARRAY* raw = array.Get();
+  VARIANT variable = Value(raw);
+  for (const VARIANT& shape : {Value(raw), ReferenceTo(raw), ReferenceTo(variable)}) {
+    EXPECT_EQ(api.Put(L"Password", shape).result, S_OK) << V_VT(&shape);
+    EXPECT_EQ(api.Get(L"Password").bytes, Bytes{0});
+  }
+  EXPECT_EQ(raw, array.Get());
+}
+
+TEST_F(ArrayArgumentsTest, APasswordBehindElementZeroIsReadBackAndFailsInUse) {
+  SAFEARRAY* array = MakeByteArray({1, 2, 3, 4}, 1);
+  EXPECT_EQ(api.Put(L"Password", ReferenceTo(array)).result, S_OK);
+  EXPECT_EQ(array, nullptr);
+  EXPECT_EQ(api.Get(L"Password").bytes, (Bytes{1, 2, 3, 4}));
+  EXPECT_EQ(api.Call(L"Encrypt", {Value(1), Value(1)}).number, VARIANT_FALSE);
+  EXPECT_EQ(main.Get(L"ErrorLocationID").number, 438);
+  EXPECT_EQ(main.Get(L"RTErrorNumber").number, 9);
+}
+
 TEST_F(ArrayArgumentsTest, ALockedArrayInAVariableIsZeroedAndStays) {
   ScopedVariant variable;
   variable.Get() = Value(MakeByteArray(TextArray("abc")));

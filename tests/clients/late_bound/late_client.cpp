@@ -29,6 +29,12 @@ VARIANT Value(int number) {
   return value;
 }
 
+VARIANT Value(double number) {
+  VARIANT value = OfType(VT_R8);
+  V_R8(&value) = number;
+  return value;
+}
+
 VARIANT Value(bool flag) {
   VARIANT value = OfType(VT_BOOL);
   V_BOOL(&value) = flag ? VARIANT_TRUE : VARIANT_FALSE;
@@ -121,8 +127,8 @@ Outcome LateClient::Invoke(DISPID member, WORD flags, DISPPARAMS* arguments) con
   Outcome outcome;
   ScopedVariant result;
   EXCEPINFO exception = {};
-  outcome.result = object_->Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, arguments,
-                                   &result.Get(), &exception, &outcome.badArgument);
+  outcome.result = object_->Invoke(member, IID_NULL, locale_, flags, arguments, &result.Get(),
+                                   &exception, &outcome.badArgument);
   outcome.scode = exception.scode;
   outcome.source = Take(exception.bstrSource);
   outcome.description = Take(exception.bstrDescription);

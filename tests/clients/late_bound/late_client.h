@@ -12,6 +12,7 @@ namespace latchkey::test {
 
 // Variants that own nothing.
 VARIANT Value(int number);
+VARIANT Value(double number);
 VARIANT Value(bool flag);
 VARIANT Value(BSTR text);
 VARIANT Value(SAFEARRAY* bytes);
@@ -41,6 +42,9 @@ class LateClient {
  public:
   explicit LateClient(IDispatch* object) : object_(object) {}
 
+  // The locale of the calls from now on.
+  void Speak(LCID locale) { locale_ = locale; }
+
   // DISPID_UNKNOWN for a name that the object does not have.
   [[nodiscard]] DISPID IdOf(const wchar_t* name) const;
 
@@ -60,6 +64,7 @@ class LateClient {
 
  private:
   IDispatch* object_;
+  LCID locale_ = LOCALE_USER_DEFAULT;
 };
 
 class LateClientTest : public ClientTest {

@@ -69,4 +69,14 @@ std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
   return differing;
 }
 
+std::size_t StackCopiesOf(std::span<const std::uint8_t> pattern, const std::function<void()>& run) {
+  static Stack picture;
+  const auto depth = static_cast<std::ptrdiff_t>(TakePicture(run, picture));
+  std::size_t copies = 0;
+  for (auto from = picture.begin();; ++from, ++copies) {
+    from = std::search(from, picture.begin() + depth, pattern.begin(), pattern.end());
+    if (from == picture.begin() + depth) return copies;
+  }
+}
+
 }  // namespace latchkey::test

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <span>
 
 namespace latchkey::test {
 
@@ -13,5 +14,8 @@ namespace latchkey::test {
 // for what the process does only once.
 std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
                                 const std::function<void()>& run);
+
+// How often `pattern` stands beneath the caller of `run`, which has a fresh stack.
+std::size_t StackCopiesOf(std::span<const std::uint8_t> pattern, const std::function<void()>& run);
 
 }  // namespace latchkey::test

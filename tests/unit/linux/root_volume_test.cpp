@@ -42,6 +42,19 @@ TEST(RootVolumeTest, ThisMachinesVolumeHasSuchANumberAndAFileSystem) {
   EXPECT_NE(volume->fileSystemName, "");
 }
 
+TEST(RootVolumeTest, FreeBytesAreEveryonesAndAvailableBytesTheUsers) {
+  struct statvfs status {};
+  status.f_frsize = 4096;
+  status.f_bsize = 65536;
+  status.f_blocks = 1000;
+  status.f_bfree = 300;
+  status.f_bavail = 250;
+  const DiskSpace space = SpaceOf(status);
+  EXPECT_EQ(space.availableBytes, 250U * 4096);
+  EXPECT_EQ(space.freeBytes, 300U * 4096);
+  EXPECT_EQ(space.totalBytes, 1000U * 4096);
+}
+
 // The seed on a machine with each of these numbers.
 class RootVolumeSeedTest : public WatchedModule {
  protected:

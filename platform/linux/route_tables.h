@@ -1,0 +1,12 @@
+// The routing tables of the machine.
+#pragma once
+
+#include <string>
+
+namespace latchkey::platform {
+
+// Whether the IPv4 table (the file route) or the IPv6 table (ipv6_route) in the folder has a
+// default route. A table that cannot be read has none.
+[[nodiscard]] bool HasDefaultRoute(const std::string& folder);
+
+}  // namespace latchkey::platform
