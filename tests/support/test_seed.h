@@ -1,4 +1,5 @@
-// The random choices of a test program. They are the same in each run, so that a test that passed passes again.
+// The random choices of a test program. They are the same in each run, so that a test that passed
+// passes again.
 #pragma once
 
 #include <cstdint>
