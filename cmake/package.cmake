@@ -49,4 +49,16 @@ set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${debian}/changel
 execute_process(COMMAND gzip -9nc ${debian}/changelog OUTPUT_FILE ${PROJECT_BINARY_DIR}/changelog.gz
   COMMAND_ERROR_IS_FATAL ANY)
 
+# cpack dates the packages' files by SOURCE_DATE_EPOCH, or else by the newest entry of the changelog.
+file(STRINGS ${debian}/changelog release REGEX "^ -- " LIMIT_COUNT 1)
+string(REGEX REPLACE ".*>  " "" release "${release}")
+execute_process(COMMAND date --date=${release} +%s OUTPUT_VARIABLE release OUTPUT_STRIP_TRAILING_WHITESPACE
+  COMMAND_ERROR_IS_FATAL ANY)
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/package_date.cmake CONTENT [[
+if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
+  set(ENV{SOURCE_DATE_EPOCH} @release@)
+endif()
+]] @ONLY)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/package_date.cmake)
+
 include(CPack)

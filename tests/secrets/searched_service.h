@@ -7,10 +7,12 @@
 
 #include <cstdio>
 #include <limits>
+#include <stdexcept>
 
 #include "com/cls_main.h"
 #include "crypto/cls_crypto_api.h"
 #include "tests/secrets/plain_provider.h"
+#include "tests/support/bytes.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/faulty_provider.h"
 #include "tests/support/module_scope.h"
@@ -92,6 +94,22 @@ class SearchedService : public testing::Test {
     object.Password(array);
     object.InputData(input.Array());
     ForgetRegisters();
+  }
+
+  // Encrypts with MD5. A ciphertext loses trailing spaces on its way through InputData: the text's
+  // last byte is changed to a letter whose ciphertext has none.
+  Bytes EncryptWithoutTrailingSpace(std::span<std::uint8_t> text, std::int16_t cipher) const {
+    for (char letter = 'A'; letter <= 'Z'; ++letter) {
+      text.back() = static_cast<std::uint8_t>(letter);
+      clsCryptoAPI object;
+      Prepare(object, Secret::Random(8));
+      object.InputData(ByteArray::WithTrailingZero(text));
+      EXPECT_TRUE(object.Encrypt(1, cipher));
+      const ByteArray output = object.OutputData();
+      const auto elements = output.TextElements();
+      if (elements.back() != ' ') return {elements.begin(), elements.end()};
+    }
+    throw std::logic_error("every ciphertext ends in a space");
   }
 
   // Runs an operation (true when it succeeded) on new objects: well, then with each call of the

@@ -1,9 +1,7 @@
 #include "tests/secrets/secret.h"
 
-#include <stdexcept>
-
 #include "platform/code_page.h"
-#include "platform/system_random.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 
@@ -22,11 +20,8 @@ Secret::Secret(TextView text) : size_(text.size()) {
 Secret Secret::Random(std::size_t length) {
   Secret secret;
   secret.size_ = length;
-  if (!platform::FillRandom(std::span(secret.masked_).first(length))) {
-    throw std::runtime_error("no random bytes");
-  }
-  for (std::size_t i = 0; i < length; ++i) {
-    secret.masked_[i] = static_cast<std::uint8_t>(('A' + secret.masked_[i] % 26) ^ kMask);
+  for (std::uint8_t& masked : std::span(secret.masked_).first(length)) {
+    masked = static_cast<std::uint8_t>(('A' + SeededEngine()() % 26) ^ kMask);
   }
   return secret;
 }

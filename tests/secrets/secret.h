@@ -24,7 +24,7 @@ class Secret {
   // The code-page bytes of a text.
   explicit Secret(TextView text);
 
-  // Letters of the system's random source.
+  // Other letters at each call, the same in each run (test_seed.h).
   static Secret Random(std::size_t length);
 
   [[nodiscard]] std::size_t Size() const noexcept { return size_; }

@@ -46,10 +46,10 @@ TEST_F(SecretSearchTest, AfterDecryptTheObjectHasPasswordAndOutput) {
   for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
     SCOPED_TRACE("cipher " + std::to_string(cipher));
     const Secret ciphertext = [&] {
-      clsCryptoAPI object;
-      Prepare(object, plaintext);
-      EXPECT_TRUE(object.Encrypt(1, cipher));
-      return Secret(object.OutputData().TextElements());
+      platform::WipedBytes text = plaintext.Bytes();
+      const Bytes bytes = EncryptWithoutTrailingSpace(text, cipher);
+      search.Add(kPlaintext, Secret(text));
+      return Secret(bytes);
     }();
     SearchAfterEveryEnding(
         ciphertext, [=](clsCryptoAPI& object) { return object.Decrypt(1, cipher); },

@@ -2,7 +2,6 @@
 // the blocks before they are chained, which are the plaintext with public ciphertext added. Under
 // the kernels that LATCHKEY_CPU names.
 #include "tests/secrets/searched_service.h"
-#include "tests/support/bytes.h"
 
 namespace latchkey::test {
 namespace {
@@ -18,20 +17,14 @@ constexpr std::size_t kSearched = 1536;
 
 class BulkSecretsTest : public SearchedService {
  protected:
-  // Encrypts `size` random bytes and gives the ciphertext.
+  // The ciphertext of `size` random letters.
   Bytes MakeCiphertext(std::int16_t cipher, std::size_t size) {
     WipedBytes text(size);
     for (std::size_t i = 0; i < size; i += Secret::kMostBytes) {
       const auto part = std::span(text).subspan(i).first(Secret::kMostBytes);
       Secret::Random(part.size()).CopyTo(part);
     }
-    clsCryptoAPI object;
-    Prepare(object, Secret::Random(8));
-    object.InputData(ByteArray::WithTrailingZero(text));
-    EXPECT_TRUE(object.Encrypt(kMd5, cipher));
-    const ByteArray output = object.OutputData();
-    const auto elements = output.TextElements();
-    Bytes ciphertext(elements.begin(), elements.end());
+    Bytes ciphertext = EncryptWithoutTrailingSpace(text, cipher);
     AddEnd(text, ciphertext);
     return ciphertext;
   }
