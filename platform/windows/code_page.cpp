@@ -34,9 +34,9 @@ std::uint32_t LongAnsiCode(char16_t character) {
   return code > 0xFF ? code : CodePage::kDefaultCode;
 }
 
-// Without MB_ERR_INVALID_CHARS, bytes that the code page leaves undefined convert too: to
-// private-use and control characters, and back. The first byte of a longer character does not come
-// back: what stands for it is the replacement of several bytes.
+// Without MB_ERR_INVALID_CHARS, bytes that the code page leaves undefined convert too, to
+// private-use and control characters, and back. A byte that is only part of a longer character
+// converts to a replacement, which does not come back.
 char16_t CharacterOfByte(std::uint8_t byte) {
   const char narrow = static_cast<char>(byte);
   std::array<wchar_t, 2> wide{};
