@@ -121,6 +121,15 @@ class CheckTest(CommandTest):
         self.assertEqual((result.status, result.text), (0, "one: OK\ntwo words: OK\n"))
         self.assertEqual(result.lines, ["latchkey: WARNING: 2 lines are improperly formatted"])
 
+    def test_a_line_that_begins_with_a_number_sign_is_a_comment(self):
+        self.write("sums", b"# made by md5sum\n" + self.sums("md5sum") + b"\n#\n")
+        self.assertEqual(self.run_well("hash", "--check", "sums").text, "one: OK\ntwo words: OK\n")
+
+    def test_a_tagged_name_ends_at_the_last_sign_of_the_digest(self):
+        name = self.write("a) = b", b"first")
+        sums = subprocess.run(["md5sum", "--tag", name], cwd=self.folder, capture_output=True, check=True)
+        self.assertEqual(self.run_well("hash", "--check", data=sums.stdout).text, "a) = b: OK\n")
+
     def test_a_list_without_a_proper_line_fails(self):
         for text in (b"", b"rubbish\n", self.sums("sha1sum")):
             result = self.run_command("hash", "--check", data=text)

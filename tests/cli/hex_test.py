@@ -34,6 +34,7 @@ class HexTest(CommandTest):
         result = self.run_command("hex", "-d", "-o", "out", "odd")
         self.assertEqual(result.status, 1)
         self.assertEqual(result.lines[0], "latchkey: Error converting data (location 727, number 123): odd")
+        self.assertEqual(result.lines[1], "hint: each byte takes two hexadecimal digits; one is missing")
         self.assertEqual(self.names(), ["odd"])
 
     def test_rubbish_is_told_with_its_place(self):

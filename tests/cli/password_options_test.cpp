@@ -1,0 +1,55 @@
+// The built-in password of the command.
+#include "cli/password_options.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "com/cls_main.h"
+#include "crypto/algorithms.h"
+#include "crypto/cls_crypto_api.h"
+#include "crypto/open_provider.h"
+#include "crypto/password_cipher.h"
+
+namespace latchkey::test {
+namespace {
+
+using platform::WipedBytes;
+
+constexpr std::int16_t kMd5 = 1;
+constexpr std::int16_t kDes = 3;
+constexpr std::string_view kText = "attack at dawn";
+
+WipedBytes TextBytes() { return {kText.begin(), kText.end()}; }
+
+WipedBytes EncryptedUnder(const WipedBytes& password) {
+  const UniqueContext context = OpenProvider(false);
+  PasswordCipher cipher(context);
+  EXPECT_EQ(
+      cipher.DeriveKey(FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), password),
+      CipherStep::Done);
+  WipedBytes buffer = TextBytes();
+  auto length = static_cast<std::uint32_t>(buffer.size());
+  buffer.resize(buffer.size() + 8);
+  EXPECT_EQ(cipher.Encrypt(buffer, length), CipherStep::Done);
+  buffer.resize(length);
+  return buffer;
+}
+
+TEST(PasswordOptionsTest, TheBuiltInPasswordIsTheDefaultOneOfTheComponent) {
+  cli::PasswordOptions options;
+  options.builtIn = true;
+  const WipedBytes password = cli::ReadPassword(options, cli::Prompt::Once);
+
+  const clsMain main;
+  clsCryptoAPI api;
+  api.UseDefaultPWD(true);
+  api.InputData(ByteArray::WithTrailingZero(TextBytes()));
+  ASSERT_TRUE(api.Encrypt(kMd5, kDes));
+  const ByteArray output = api.OutputData();
+  EXPECT_TRUE(std::ranges::equal(output.TextElements(), EncryptedUnder(password)));
+}
+
+}  // namespace
+}  // namespace latchkey::test
