@@ -49,7 +49,7 @@ TEST(RootVolumeTest, FreeBytesAreEveryonesAndAvailableBytesTheUsers) {
   status.f_blocks = 1000;
   status.f_bfree = 300;
   status.f_bavail = 250;
-  const DiskSpace space = SpaceOf(status);
+  const platform::DiskSpace space = platform::SpaceOf(status);
   EXPECT_EQ(space.availableBytes, 250U * 4096);
   EXPECT_EQ(space.freeBytes, 300U * 4096);
   EXPECT_EQ(space.totalBytes, 1000U * 4096);
