@@ -75,6 +75,13 @@ struct VariantMaker {
   }
 };
 
+// What the error information says of a fault.
+Text DescriptionForClients(FaultNumber fault) {
+  Text description(DescriptionOf(fault));
+  if (fault == FaultNumber::ObjectNotSet) description += u": no clsMain exists on this thread";
+  return description;
+}
+
 // A failed call as the fault that it reports. The error information has to describe that fault.
 void Check(HRESULT result) {
   if (result == S_OK) return;
@@ -84,7 +91,7 @@ void Check(HRESULT result) {
                    [&](FaultNumber fault) { return static_cast<ULONG>(fault) == number; });
   if (known == kFaultNumbers.end()) throw std::runtime_error("a result that is no fault");
   const std::wstring description = TakeErrorInfo().description;
-  const TextView expected = DescriptionOf(*known);
+  const Text expected = DescriptionForClients(*known);
   if (!std::equal(description.begin(), description.end(), expected.begin(), expected.end())) {
     throw std::runtime_error("error information that does not describe the fault");
   }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <limits>
+#include <string_view>
 
 namespace latchkey::test {
 namespace {
@@ -28,12 +29,15 @@ bool IsCircle(const Shape& shape) {
   return V_VT(&shape.value) == (VT_BYREF | VT_VARIANT) && !shape.readable;
 }
 
-HRESULT ExpectedOfBytes(const Shape& shape) {
+// Password stores an array by its bounds alone; other members read from element 0.
+HRESULT ExpectedOfBytes(const Member& member, const Shape& shape) {
   if (IsCircle(shape)) return DISP_E_TYPEMISMATCH;
   if (shape.leftOut) return DISP_E_PARAMNOTOPTIONAL;
   if (shape.readable && V_VT(&shape.plain) == VT_EMPTY) return FaultCode(9);
   if (shape.array == ArrayKind::NoBytes) return FaultCode(13);
-  return shape.array == ArrayKind::Readable ? S_OK : FaultCode(9);
+  const bool stored =
+      shape.array == ArrayKind::NoElementZero && std::wstring_view(member.name) == L"Password";
+  return shape.array == ArrayKind::Readable || stored ? S_OK : FaultCode(9);
 }
 
 HRESULT ExpectedOfAny(const Shape& shape) {
@@ -44,8 +48,8 @@ HRESULT ExpectedOfAny(const Shape& shape) {
   return SUCCEEDED(converted) ? S_OK : FaultCode(13);
 }
 
-HRESULT ExpectedOf(Takes takes, const Shape& shape, bool optional) {
-  if (takes == Takes::Array) return ExpectedOfBytes(shape);
+HRESULT ExpectedOf(const Member& member, Takes takes, const Shape& shape, bool optional) {
+  if (takes == Takes::Array) return ExpectedOfBytes(member, shape);
   if (takes == Takes::Any) return ExpectedOfAny(shape);
   if (shape.leftOut) return optional ? S_OK : DISP_E_PARAMNOTOPTIONAL;
   switch (takes) {
@@ -105,7 +109,7 @@ HRESULT ExpectedResult(const Member& member, const LateCall& call) {
     const bool optional = i >= member.required;
     if (bound[i] == nullptr && !optional) return DISP_E_PARAMNOTOPTIONAL;
     if (bound[i] == nullptr) continue;
-    const HRESULT expected = ExpectedOf(member.arguments[i], *bound[i], optional);
+    const HRESULT expected = ExpectedOf(member, member.arguments[i], *bound[i], optional);
     if (FAILED(expected)) return expected;
   }
   return S_OK;

@@ -13,10 +13,10 @@ constexpr std::array<VARTYPE, 8> kElements{VT_UI1, VT_UI1, VT_UI1,  VT_I1,
 
 ArrayKind KindOf(const SAFEARRAY* array) {
   if (array == nullptr) return ArrayKind::WrongShape;
-  if (array->cDims != 1 || array->rgsabound[0].cElements == 0) return ArrayKind::WrongShape;
+  if (array->cDims != 1) return ArrayKind::WrongShape;
   const LONG lowest = array->rgsabound[0].lLbound;
   const LONG highest = lowest + static_cast<LONG>(array->rgsabound[0].cElements) - 1;
-  return lowest <= 0 && highest >= 0 ? ArrayKind::Readable : ArrayKind::WrongShape;
+  return lowest <= 0 && highest >= 0 ? ArrayKind::Readable : ArrayKind::NoElementZero;
 }
 
 }  // namespace

@@ -10,7 +10,8 @@
 namespace latchkey::test {
 
 // What an array is to a member that takes bytes.
-enum class ArrayKind { Readable, WrongShape, NoBytes };
+// NoElementZero: one dimension of bytes whose bounds leave out element 0, or no element at all.
+enum class ArrayKind { Readable, NoElementZero, WrongShape, NoBytes };
 
 struct Shape {
   VARIANT value = {};  // to be sent
