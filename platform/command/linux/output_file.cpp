@@ -1,6 +1,7 @@
 #include "platform/command/output_file.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -18,6 +19,7 @@
 #include "platform/command/linux/file_rights.h"
 #include "platform/command/linux/given_descriptor.h"
 #include "platform/command/linux/interruption.h"
+#include "platform/command/linux/transfer.h"
 
 namespace latchkey::platform {
 namespace {
@@ -135,7 +137,7 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
     const ssize_t count = ::write(DescriptorOf(file_), bytes.data(), bytes.size());
     if (count >= 0) {
       bytes = bytes.subspan(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
+    } else if (!CanRepeat(DescriptorOf(file_), POLLOUT)) {
       throw FileError(errno, "cannot write", name_);
     }
   }
