@@ -59,14 +59,33 @@ bool IsNullDevice(const struct stat& state) {
   return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
 }
 
+// Opens a device or pipe for writing and checks it: the name may denote another file by now.
+// Without `replace` only the null device is accepted, and a pipe without a reader fails instead of
+// waiting.
+UniqueFile OpenDevice(const std::string& name, bool replace) {
+  const int waiting = replace ? 0 : O_NONBLOCK;
+  UniqueFile file(::open(name.c_str(), O_WRONLY | O_CLOEXEC | waiting));
+  if (!file) throw FileError(errno, "cannot write", name);
+  struct stat state {};
+  if (::fstat(DescriptorOf(file), &state) != 0) throw FileError(errno, "cannot write", name);
+  if (S_ISREG(state.st_mode) || (!replace && !IsNullDevice(state))) {
+    throw FileError(EEXIST, "cannot create", name);
+  }
+  if (!replace && ::fcntl(DescriptorOf(file), F_SETFL, 0) != 0) {
+    throw FileError(errno, "cannot write", name);
+  }
+  return file;
+}
+
 // Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
+// Raises FileError when the file has its new name but also keeps the old one.
 bool Rename(const std::string& from, const std::string& to, bool replace) {
   if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
   // A file system without that call: a second name is refused where there is a file, too.
   if (::link(from.c_str(), to.c_str()) != 0) return false;
-  ::unlink(from.c_str());
+  if (::unlink(from.c_str()) != 0) throw FileError(errno, "cannot remove", from);
   return true;
 }
 
@@ -111,8 +130,7 @@ void OutputFile::OpenAsItIs() {
     file_ = CopyOfGiven(stream, "cannot write", name_);
     return;
   }
-  file_.Reset(::open(name_.c_str(), O_WRONLY | O_CLOEXEC));
-  if (!file_) throw FileError(errno, "cannot write", name_);
+  file_ = OpenDevice(name_, replace_);
 }
 
 void OutputFile::OpenBeside() {
