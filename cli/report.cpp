@@ -49,8 +49,9 @@ void Report::Fail(const Failure& failure) const {
     const auto stream = outputIsData_ ? StandardStream::Error : StandardStream::Output;
     if (platform::WriteText(stream, TextOf({{"error", ErrorObject(failure)}}))) return;
   }
-  Note(FailureLine(failure));
-  if (!failure.hint.empty() && !options_.quiet) Note("hint: " + failure.hint);
+  std::string lines = FailureLine(failure);
+  if (!failure.hint.empty() && !options_.quiet) lines += "\nhint: " + failure.hint;
+  Note(lines);  // at once: no part of it is written when there is no memory for the rest
 }
 
 Json Report::ErrorObject(const Failure& failure) {
