@@ -12,9 +12,14 @@ namespace latchkey::cli {
   return CLI::IsMember(words).description("");
 }
 
-// How help shows them: "md5|md4".
+// How help shows them: "md5|md4". The parser's own join goes on without memory, with a word cut.
 [[nodiscard]] inline std::string Alternatives(const std::vector<std::string>& words) {
-  return CLI::detail::join(words, "|");
+  std::string text;
+  for (const std::string& word : words) {
+    if (!text.empty()) text += '|';
+    text += word;
+  }
+  return text;
 }
 
 }  // namespace latchkey::cli

@@ -9,9 +9,10 @@ using platform::StandardStream;
 
 namespace {
 
-// File names need not be UTF-8; JSON must.
+// File names need not be UTF-8; JSON must. Characters beyond ASCII are escaped: a terminal obeys
+// some of them.
 std::string TextOf(const Json& json) {
-  return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
+  return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
 
 void WriteOutput(std::string_view text) {
@@ -28,9 +29,11 @@ void Report::Result(const Json& result) const {
   if (!options_.json) return;
   if (outputIsData_) {
     platform::WriteText(StandardStream::Error, TextOf(result));
-  } else {
-    WriteOutput(TextOf(result));
+    return;
   }
+  const std::string text = TextOf(result);
+  resultBegun_ = true;
+  WriteOutput(text);
 }
 
 void Report::Text(std::string_view text) const {
@@ -42,12 +45,13 @@ void Report::Note(std::string_view line) {
 }
 
 void Report::Fail(const Failure& failure) const {
-  if (options_.json) {
+  if (options_.json && !resultBegun_) {
     const auto stream = outputIsData_ ? StandardStream::Error : StandardStream::Output;
     if (platform::WriteText(stream, TextOf({{"error", ErrorObject(failure)}}))) return;
   }
-  Note(FailureLine(failure));
-  if (!failure.hint.empty() && !options_.quiet) Note("hint: " + failure.hint);
+  std::string lines = FailureLine(failure);
+  if (!failure.hint.empty() && !options_.quiet) lines += "\nhint: " + failure.hint;
+  Note(lines);  // at once: no part of it is written when there is no memory for the rest
 }
 
 Json Report::ErrorObject(const Failure& failure) {

@@ -14,7 +14,8 @@ struct ReportOptions {
 };
 
 // With --json the results are one JSON object on standard output, or on standard error where the
-// data itself goes to standard output; a failure is the object {"error": ...} in the same place.
+// data itself goes to standard output; a failure is the object {"error": ...} in the same place,
+// or a line on standard error when writing a result there had begun.
 // Without, results are lines on standard output and failures lines on standard error.
 class Report {
  public:
@@ -36,8 +37,8 @@ class Report {
   // A line on standard error, whatever stands.
   static void Note(std::string_view line);
 
-  // Tells of a failure: its JSON object or, without --json and where that cannot be written, its
-  // line.
+  // Tells of a failure: its JSON object or, without --json, where that cannot be written and after
+  // a result, its line.
   void Fail(const Failure& failure) const;
 
   // The failure's members, for a result that has failures among it.
@@ -46,6 +47,7 @@ class Report {
  private:
   const ReportOptions& options_;
   bool outputIsData_ = false;
+  mutable bool resultBegun_ = false;  // on standard output
 };
 
 }  // namespace latchkey::cli

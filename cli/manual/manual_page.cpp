@@ -82,6 +82,12 @@ With
 .B \-\-json
 results and failures are one JSON object on standard output, or on standard error where the data
 goes to standard output.
+It is ASCII: other characters and control characters are escaped.
+Without it
+.B hash
+prints file names as
+.BR md5sum (1)
+does, control characters included.
 .SH SEE ALSO
 .BR md5sum (1),
 .BR openssl\-enc (1ssl),

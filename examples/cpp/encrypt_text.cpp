@@ -11,6 +11,8 @@
 #include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
+#include <cwchar>
 #include <string>
 #include <string_view>
 
@@ -25,9 +27,27 @@ constexpr short kRunTimeFailure = 1;
 // Without its digit, see "Storing a ciphertext" in docs/reference.md.
 constexpr std::wstring_view kEndMark = L"~lkend~";
 
+// Prints a line: as UTF-16 on a console, as UTF-8 into a file or pipe.
+void Print(const std::wstring& text) {
+  const std::wstring line = text + L'\n';
+  const auto length = static_cast<int>(line.size());
+  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  DWORD mode = 0;
+  if (GetConsoleMode(output, &mode)) {
+    DWORD written = 0;
+    WriteConsoleW(output, line.data(), static_cast<DWORD>(length), &written, nullptr);
+    return;
+  }
+  const int size =
+      WideCharToMultiByte(CP_UTF8, 0, line.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  WideCharToMultiByte(CP_UTF8, 0, line.data(), length, bytes.data(), size, nullptr, nullptr);
+  std::fwrite(bytes.data(), 1, bytes.size(), stdout);
+}
+
 // Ends the program with a message.
-[[noreturn]] void StopWith(const wchar_t* message) {
-  std::printf("%ls\n", message);
+[[noreturn]] void StopWith(const std::wstring& message) {
+  Print(message);
   std::exit(1);
 }
 
@@ -40,9 +60,10 @@ void Check(HRESULT result, const char* what) {
     information->GetDescription(&description);
     information->Release();
   }
-  std::printf("%s: %08lX %ls\n", what, static_cast<unsigned long>(result),
-              description != nullptr ? description : L"");
-  std::exit(1);
+  std::array<wchar_t, 16> code{};
+  std::swprintf(code.data(), code.size(), L": %08lX ", static_cast<unsigned long>(result));
+  StopWith(std::wstring(what, what + std::strlen(what)) + code.data() +
+           (description != nullptr ? description : L""));
 }
 
 template <class Interface>
@@ -71,6 +92,11 @@ std::wstring TextOf(_clsCryptoAPI* api, SAFEARRAY* bytes) {
   return result;
 }
 
+std::wstring WithoutEndSpaces(std::wstring text) {
+  text.erase(text.find_last_not_of(L' ') + 1);
+  return text;
+}
+
 SAFEARRAY* Output(_clsCryptoAPI* api) {
   SAFEARRAY* output = nullptr;
   Check(api->get_OutputData(&output), "OutputData");
@@ -88,8 +114,7 @@ void CheckOperation(VARIANT_BOOL succeeded, _clsMain* main) {
   Check(type == kRunTimeFailure ? main->get_RTErrorDescription(&description)
                                 : main->get_AppErrorDescription(&description),
         "description");
-  std::printf("failed at location %d: %ls\n", location, description);
-  std::exit(1);
+  StopWith(L"failed at location " + std::to_wstring(location) + L": " + description);
 }
 
 // The ciphertext and one more element, which the component ignores when it is given the array: the
@@ -139,7 +164,7 @@ void PrintHex(_clsCryptoAPI* api, SAFEARRAY* cipher) {
   BSTR hex = nullptr;
   VARIANT_BOOL upperCase = VARIANT_TRUE;
   Check(api->ConvertStringToHex(argument, &upperCase, &hex), "ConvertStringToHex");
-  std::printf("ciphertext  %ls\n", hex);
+  Print(std::wstring(L"ciphertext  ") + hex);
   SysFreeString(hex);
   SysFreeString(argument);
 }
@@ -149,11 +174,14 @@ void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
   auto* const api = CreateObject<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
 
   SAFEARRAY* password = BytesOf(api, passwordText);
+  if (WithoutEndSpaces(TextOf(api, password)) != WithoutEndSpaces(passwordText)) {
+    StopWith(L"a character of the password is not in the system's code page");
+  }
   Check(api->put_Password(&password), "Password");  // erases the array: it is null now
 
   SAFEARRAY* cipher = Encrypt(api, main, text);
   PrintHex(api, cipher);
-  std::printf("decrypted   %ls\n", Decrypt(api, main, cipher).c_str());
+  Print(L"decrypted   " + Decrypt(api, main, cipher));
 
   SafeArrayDestroy(cipher);
   SafeArrayDestroy(password);

@@ -96,6 +96,8 @@ static class EncryptText
     static void UsePassword(clsCryptoAPI api, string password)
     {
         byte[] secret = BytesOf(api, password);
+        if (api.ByteArrayToString(ref secret).TrimEnd(' ') != password.TrimEnd(' '))
+            throw new InvalidOperationException("a character of the password is not in the system's code page");
         api.set_Password(ref secret);
     }
 

@@ -3,6 +3,7 @@
 //
 //   LATCHKEY_PASSWORD=... decrypt_file FILE HASH CIPHER base|enhanced
 //
+// The password must be ASCII: the bytes of other characters depend on the system's encoding.
 // The end mark of encrypt_file.vbs is removed; content without one is written whole.
 // HASH and CIPHER are the component's numbers: 1 MD5, 2 MD4, 3 MD2, 4 SHA-1; 1 RC4, 2 RC2, 3 DES,
 // 4 3DES, 5 two-key 3DES.
@@ -36,6 +37,11 @@ constexpr std::string_view kEndMark = "~lkend~";
 // The end marks of earlier versions of encrypt_file.vbs.
 constexpr std::array<std::string_view, 8> kEarlierMarks{"end|", "end!", "end#", "end$",
                                                         "end%", "end&", "end*", "end+"};
+
+bool IsAscii(std::string_view text) {
+  return std::none_of(text.begin(), text.end(),
+                      [](char character) { return static_cast<unsigned char>(character) > 0x7F; });
+}
 
 Text FromAscii(std::string_view ascii) { return {ascii.begin(), ascii.end()}; }
 
@@ -102,6 +108,10 @@ int main(int argc, char** argv) {
   const char* password = std::getenv("LATCHKEY_PASSWORD");
   if (argc != 5 || password == nullptr) {
     std::cerr << "usage: LATCHKEY_PASSWORD=... decrypt_file FILE HASH CIPHER base|enhanced\n";
+    return kWrongUsage;
+  }
+  if (!IsAscii(password)) {
+    std::cerr << "LATCHKEY_PASSWORD has characters that are not ASCII\n";
     return kWrongUsage;
   }
   try {

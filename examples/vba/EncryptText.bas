@@ -64,6 +64,9 @@ Private Sub Prepare(Password As String)
         Api.EnhancedProvider = True                ' before the first operation; 3DES needs it
     End If
     Secret = Api.StringToByteArray(Password)
+    If RTrim(Api.ByteArrayToString(Secret)) <> RTrim(Password) Then
+        Refuse "a character of the password is not in the system's code page"
+    End If
     Api.Password = Secret                          ' erases Secret
 End Sub
 

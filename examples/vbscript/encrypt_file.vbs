@@ -62,6 +62,9 @@ End Function
 Sub UsePassword(text)
     Dim bytes
     bytes = api.StringToByteArray(text)
+    If RTrim(api.ByteArrayToString(bytes)) <> RTrim(text) Then
+        StopWith "a character of the password is not in the system's code page"
+    End If
     api.Password = bytes
 End Sub
 

@@ -42,6 +42,14 @@ class NameTest(CommandTest):
         (self.folder / os.fsdecode(b"\xff")).write_bytes(b"abc")
         self.assertEqual(self.run_well("hash", "--json", os.fsdecode(b"\xff")).json["results"][0]["file"], "\ufffd")
 
+    def test_json_is_ascii_so_that_no_name_reaches_the_terminal_as_a_control_character(self):
+        name = "a\x9b31m\u202e\x7f\u20ac\U0001f511"
+        self.write(name, b"abc")
+        done = self.run_well("hash", "--json", name)
+        failed = self.run_command("hex", "--json", "-o", "out", name + "?")
+        for result, shown in ((done, done.json["results"][0]["file"]), (failed, failed.json["error"]["file"][:-1])):
+            self.assertEqual((result.out.isascii(), b"\x7f" in result.out, shown), (True, False, name))
+
 
 class OutputTest(CommandTest):
     def test_a_pipe_or_device_is_refused_without_force(self):

@@ -83,6 +83,8 @@ class MemoryTest(CommandTest):
             statuses = list(pool.map(lambda number: self.attempt(number, arguments, before, whole), attempts))
         # Most allocations are needed: a sweep that breaks nothing has not reached the command.
         self.assertGreater(statuses.count(1), len(statuses) // 2, arguments)
+        uncaught = [number for number, status in zip(attempts, statuses) if status == -signal.SIGABRT]
+        self.assertLessEqual(len([number for number in uncaught if not number.endswith("+")]), 1, uncaught)
         print(f"{arguments}: {len(attempts)} runs, {count} allocations, {statuses.count(1)} runs failed", flush=True)
 
     def test_an_encryption_that_makes_a_file(self):
@@ -105,11 +107,14 @@ class MemoryTest(CommandTest):
 
     def test_an_error_of_usage(self):
         arguments = ["encrypt", "--bogus"]
+        statuses = []
         for number in range(1, 3000, 1 if LONG else 60):
             process = self.run_in(self.folder, arguments, LATCHKEY_FAIL_ALLOCATION=str(number))
             first = process.stderr.decode().splitlines()[0]
             expected = LINE if process.returncode == 1 else "latchkey: --hash is required"
             self.assertIn((process.returncode, first), ((1, LINE), (2, expected)), number)
+            statuses.append(process.returncode)
+        self.assertEqual(set(statuses), {1, 2}, statuses)  # some allocations failed, and some numbers are past the last
 
 
 if __name__ == "__main__":

@@ -41,14 +41,17 @@ class RightsTest(CommandTest):
         self.assertEqual(self.read("old"), b"74657874\n")
         return (self.folder / "old").stat()
 
-    @unittest.skipIf(os.geteuid() != 0, "only root gives files away")
+    def require_root(self):
+        self.assertEqual(os.geteuid(), 0, "only root gives files away and runs a program as another user: run as root")
+
     def test_the_owner_and_the_group_stay(self):
+        self.require_root()
         self.old(0o640, 1234, 4321)
         state = self.replaced()
         self.assertEqual((state.st_uid, state.st_gid, stat.S_IMODE(state.st_mode)), (1234, 4321, 0o640))
 
-    @unittest.skipIf(os.geteuid() != 0, "only root runs a program as another user")
     def test_another_group_gets_no_more_than_everyone_had(self):
+        self.require_root()
         self.folder.chmod(0o777)
         for mode, expected in ((0o664, 0o644), (0o640, 0o600), (0o604, 0o600), (0o666, 0o666)):
             self.old(mode, 0, 0)
@@ -67,8 +70,8 @@ class RightsTest(CommandTest):
         self.replaced()
         self.assertEqual(os.getxattr(path, ACCESS_LIST), PRIVATE_LIST)
 
-    @unittest.skipIf(os.geteuid() != 0, "only root runs a program as another user")
     def test_without_its_group_the_access_list_gives_nobody_anything(self):
+        self.require_root()
         self.folder.chmod(0o777)
         path = self.old(0o644, 0, 0)
         (self.folder / "in").chmod(0o644)
@@ -121,6 +124,56 @@ class LinkTest(CommandTest):
             self.link.unlink()
 
 
+class SwappedDeviceTest(CommandTest):
+    """A name that denoted the null device and another file when it was opened."""
+    LIBRARY = r"""
+    #include <dlfcn.h>
+    #include <fcntl.h>
+    #include <stdarg.h>
+    #include <stdio.h>
+    #include <string.h>
+    static int opened(const char* call, const char* name, int flags, unsigned mode) {
+      if (strcmp(name, "out") == 0) rename("other", "out");
+      return ((int (*)(const char*, int, ...))dlsym(RTLD_NEXT, call))(name, flags, mode);
+    }
+    #define REPLACE(call) \
+      int call(const char* name, int flags, ...) { \
+        va_list rest; \
+        va_start(rest, flags); \
+        const unsigned mode = flags & O_CREAT ? va_arg(rest, unsigned) : 0; \
+        va_end(rest); \
+        return opened(#call, name, flags, mode); \
+      }
+    REPLACE(open)
+    REPLACE(open64)
+    REPLACE(__open_2)  /* with the C library's checks */
+    REPLACE(__open64_2)
+    """
+
+    def run_swapped(self, make, *more):
+        """The result, with `out` a link to the null device that the file of `make` replaces when `out` is opened."""
+        (self.folder / "out").symlink_to("/dev/null")
+        make(self.folder / "other")
+        result = self.run_command("hex", *more, "-o", "out", data=b"A",
+                                  environment={"LD_PRELOAD": str(self.folder / ".swap.so")})
+        self.assertEqual(self.names(), [".swap.so", "out"])  # it was replaced
+        return result
+
+    def test_no_other_file_is_written_without_force(self):
+        subprocess.run(["cc", "-shared", "-fPIC", "-D_GNU_SOURCE", "-o", self.folder / ".swap.so", "-x", "c", "-"],
+                       input=self.LIBRARY.encode(), check=True)
+        for make, reason in ((lambda path: path.write_bytes(b"precious"), "cannot create: File exists"),
+                             (lambda path: path.symlink_to("/dev/full"), "cannot create: File exists"),
+                             (os.mkfifo, "cannot write: No such device or address")):  # it has no reader
+            result = self.run_swapped(make)
+            self.assertEqual((result.status, result.lines[0]), (1, f"latchkey: {reason}: out"))
+            if (self.folder / "out").is_file():
+                self.assertEqual(self.read("out"), b"precious")
+            (self.folder / "out").unlink()
+        result = self.run_swapped(lambda path: path.write_bytes(b"precious"), "--force")
+        self.assertEqual((result.status, self.read("out")), (1, b"precious"))
+
+
 class OldSystemTest(CommandTest):
     """A file system that cannot refuse a name in the call that renames (NFS, many in user space)."""
     LIBRARY = r"""
@@ -139,6 +192,13 @@ class OldSystemTest(CommandTest):
       close(file);
     }
     int rename(const char* from, const char* to) { appear(to); return renameat(AT_FDCWD, from, AT_FDCWD, to); }
+    /* The second name stays as often as LK_STAYS says. */
+    int unlink(const char* name) {
+      static int calls;
+      if (getenv("LK_STAYS") == NULL || calls++ >= atoi(getenv("LK_STAYS"))) return unlinkat(AT_FDCWD, name, 0);
+      errno = EIO;
+      return -1;
+    }
     int link(const char* from, const char* to) { appear(to); return linkat(AT_FDCWD, from, AT_FDCWD, to, 0); }
     """
 
@@ -153,6 +213,15 @@ class OldSystemTest(CommandTest):
         self.run_well("hex", "-o", "out", "in", environment=self.environment)
         self.assertEqual((self.names(), self.read("out")), ([".old.so", "in", "out"], b"41\n"))
         self.assertEqual((self.folder / "out").stat().st_nlink, 1)
+
+    def test_a_second_name_that_stays_is_a_failure(self):
+        for calls, left in ((1, 0), (2, 1)):
+            result = self.run_command("hex", "-o", "out", "in",
+                                      environment={**self.environment, "LK_STAYS": str(calls)})
+            self.assertEqual((result.status, self.read("out")), (1, b"41\n"))
+            self.assertRegex(result.err.decode(), r"^latchkey: cannot remove: Input/output error: \./\.latchkey-\w+\n$")
+            self.assertEqual(len(self.names()), 3 + left, self.names())
+            (self.folder / "out").unlink()
 
     def test_a_file_that_appears_in_the_last_moment_is_not_replaced(self):
         result = self.run_command("hex", "-o", "out", "in", environment={**self.environment, "LK_APPEARS": "1"})

@@ -67,6 +67,12 @@ class DecryptFileTest(unittest.TestCase):
         self.assertEqual((run.returncode, run.stdout), (1, b""))
         self.assertIn(b"Error decrypting data (location 717, number 120)", run.stderr)
 
+    def test_refuses_a_password_that_is_not_ascii(self):
+        for password in ("\xe9", "\u20ac"):
+            run = self.run_sample(ciphertext_of(b"content"), password=password)
+            self.assertEqual((run.returncode, run.stdout, run.stderr),
+                             (2, b"", b"LATCHKEY_PASSWORD has characters that are not ASCII\n"))
+
     def test_refuses_text_of_odd_length(self):
         run = self.run_sample("414")
         self.assertEqual((run.returncode, run.stdout), (1, b""))

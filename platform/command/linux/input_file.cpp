@@ -13,6 +13,7 @@
 #include "platform/command/file_error.h"
 #include "platform/command/linux/descriptor_name.h"
 #include "platform/command/linux/given_descriptor.h"
+#include "platform/command/linux/transfer.h"
 
 namespace latchkey::platform {
 namespace {
@@ -88,15 +89,17 @@ InputFile InputFile::FromDescriptor(int descriptor) {
 }
 
 std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
+  const int descriptor = static_cast<int>(file_.Get());
   std::size_t done = 0;
   while (done < bytes.size()) {
     if (interruption_ && !interruption_->AwaitBytes(file_)) break;
-    const ssize_t count =
-        ::read(static_cast<int>(file_.Get()), bytes.data() + done, bytes.size() - done);
+    const ssize_t count = ::read(descriptor, bytes.data() + done, bytes.size() - done);
     if (count == 0) break;
     if (count > 0) {
       done += static_cast<std::size_t>(count);
-    } else if (errno != EINTR) {
+    } else if (interruption_ && errno == EAGAIN) {
+      continue;  // the wait above can be interrupted
+    } else if (!CanRepeat(descriptor, POLLIN)) {
       throw FileError(errno, kCannotRead, name_);
     }
   }

@@ -1,6 +1,7 @@
 #include "platform/command/output_file.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -18,6 +19,7 @@
 #include "platform/command/linux/file_rights.h"
 #include "platform/command/linux/given_descriptor.h"
 #include "platform/command/linux/interruption.h"
+#include "platform/command/linux/transfer.h"
 
 namespace latchkey::platform {
 namespace {
@@ -57,14 +59,33 @@ bool IsNullDevice(const struct stat& state) {
   return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
 }
 
+// Opens a device or pipe for writing and checks it: the name may denote another file by now.
+// Without `replace` only the null device is accepted, and a pipe without a reader fails instead of
+// waiting.
+UniqueFile OpenDevice(const std::string& name, bool replace) {
+  const int waiting = replace ? 0 : O_NONBLOCK;
+  UniqueFile file(::open(name.c_str(), O_WRONLY | O_CLOEXEC | waiting));
+  if (!file) throw FileError(errno, "cannot write", name);
+  struct stat state {};
+  if (::fstat(DescriptorOf(file), &state) != 0) throw FileError(errno, "cannot write", name);
+  if (S_ISREG(state.st_mode) || (!replace && !IsNullDevice(state))) {
+    throw FileError(EEXIST, "cannot create", name);
+  }
+  if (!replace && ::fcntl(DescriptorOf(file), F_SETFL, 0) != 0) {
+    throw FileError(errno, "cannot write", name);
+  }
+  return file;
+}
+
 // Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
+// Raises FileError when the file has its new name but also keeps the old one.
 bool Rename(const std::string& from, const std::string& to, bool replace) {
   if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
   // A file system without that call: a second name is refused where there is a file, too.
   if (::link(from.c_str(), to.c_str()) != 0) return false;
-  ::unlink(from.c_str());
+  if (::unlink(from.c_str()) != 0) throw FileError(errno, "cannot remove", from);
   return true;
 }
 
@@ -109,8 +130,7 @@ void OutputFile::OpenAsItIs() {
     file_ = CopyOfGiven(stream, "cannot write", name_);
     return;
   }
-  file_.Reset(::open(name_.c_str(), O_WRONLY | O_CLOEXEC));
-  if (!file_) throw FileError(errno, "cannot write", name_);
+  file_ = OpenDevice(name_, replace_);
 }
 
 void OutputFile::OpenBeside() {
@@ -135,7 +155,7 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
     const ssize_t count = ::write(DescriptorOf(file_), bytes.data(), bytes.size());
     if (count >= 0) {
       bytes = bytes.subspan(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
+    } else if (!CanRepeat(DescriptorOf(file_), POLLOUT)) {
       throw FileError(errno, "cannot write", name_);
     }
   }

@@ -1,6 +1,7 @@
 #include "platform/command/terminal.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
 #include <termios.h>
 #include <unistd.h>
@@ -10,6 +11,7 @@
 #include "platform/command/file_error.h"
 #include "platform/command/file_handle.h"
 #include "platform/command/linux/interruption.h"
+#include "platform/command/linux/transfer.h"
 
 namespace latchkey::platform {
 namespace {
@@ -26,7 +28,7 @@ bool WriteAll(int descriptor, std::string_view text) noexcept {
     const ssize_t count = ::write(descriptor, text.data(), text.size());
     if (count >= 0) {
       text.remove_prefix(static_cast<std::size_t>(count));
-    } else if (errno != EINTR) {
+    } else if (!CanRepeat(descriptor, POLLOUT)) {
       return false;
     }
   }
@@ -66,7 +68,9 @@ std::optional<WipedBytes> ReadLine(int descriptor) {
   for (;;) {
     std::uint8_t byte = 0;
     const ssize_t count = ::read(descriptor, &byte, 1);
-    if (count < 0 && errno != EINTR) throw FileError(errno, "cannot read", kTerminal);
+    if (count < 0 && !CanRepeat(descriptor, POLLIN)) {
+      throw FileError(errno, "cannot read", kTerminal);
+    }
     if (count == 0 && line.empty()) return std::nullopt;
     if (count == 0 || (count == 1 && byte == '\n')) return line;
     if (count == 1) line.push_back(byte);

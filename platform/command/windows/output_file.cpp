@@ -62,10 +62,10 @@ std::string Followed(const std::string& name) {
   return Narrowed(full);
 }
 
-std::string RandomSuffix() {
+std::string RandomSuffix(const std::string& name) {
   constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz234567";
   std::array<std::uint8_t, 10> bytes{};
-  static_cast<void>(FillRandom(bytes));
+  if (!FillRandom(bytes)) throw FileError(ERROR_GEN_FAILURE, "cannot create", name);
   std::string suffix;
   for (const std::uint8_t byte : bytes) suffix += kLetters[byte % kLetters.size()];
   return suffix;
@@ -94,17 +94,35 @@ bool IsNullDevice(const std::string& name) {
   return CompareStringOrdinal(FullName(name).c_str(), -1, LR"(\\.\NUL)", -1, TRUE) == CSTR_EQUAL;
 }
 
-bool Rename(const UniqueFile& file, const std::string& to, bool replace) {
+// A rename that allocates its arguments first: running out of memory after SetRemoval(false) would
+// leave the temporary file.
+class Renaming {
+ public:
+  Renaming(const std::string& to, bool replace);
+  [[nodiscard]] bool Apply(const UniqueFile& file) noexcept;
+
+ private:
+  FILE_RENAME_INFO* Information() noexcept {
+    return reinterpret_cast<FILE_RENAME_INFO*>(storage_.data());
+  }
+
+  DWORD size_ = 0;
+  std::vector<std::uint64_t> storage_;
+};
+
+Renaming::Renaming(const std::string& to, bool replace) {
   const std::wstring name = FullName(to);
   const std::size_t bytes = name.size() * sizeof(wchar_t);
-  std::vector<std::uint64_t> storage((sizeof(FILE_RENAME_INFO) + bytes) / sizeof(std::uint64_t) +
-                                     1);
-  auto* const renaming = reinterpret_cast<FILE_RENAME_INFO*>(storage.data());
+  size_ = static_cast<DWORD>(sizeof(FILE_RENAME_INFO) + bytes);
+  storage_.resize(size_ / sizeof(std::uint64_t) + 1);
+  FILE_RENAME_INFO* const renaming = Information();
   renaming->ReplaceIfExists = replace ? TRUE : FALSE;
   renaming->FileNameLength = static_cast<DWORD>(bytes);
   std::memcpy(renaming->FileName, name.data(), bytes);
-  return SetFileInformationByHandle(HandleOf(file), FileRenameInfo, renaming,
-                                    static_cast<DWORD>(sizeof(FILE_RENAME_INFO) + bytes)) != FALSE;
+}
+
+bool Renaming::Apply(const UniqueFile& file) noexcept {
+  return SetFileInformationByHandle(HandleOf(file), FileRenameInfo, Information(), size_) != FALSE;
 }
 
 }  // namespace
@@ -142,7 +160,7 @@ void OutputFile::OpenBeside() {
   const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
   SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
   if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
-  const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix();
+  const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix(name_);
   constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
   file_ = Owned(CreateFileW(Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -174,8 +192,9 @@ void OutputFile::Commit() {
   if (temporary_.empty()) return;
   if (readers_ == Readers::Default) CopyRights(Widened(place_), HandleOf(file_));
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
+  Renaming renaming(place_, replace_);
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
-  if (!Rename(file_, place_, replace_)) {
+  if (!renaming.Apply(file_)) {
     const auto reason = static_cast<int>(GetLastError());
     SetRemoval(file_, true);
     throw FileError(reason, "cannot create", name_);

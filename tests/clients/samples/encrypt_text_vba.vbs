@@ -23,6 +23,9 @@ On Error Resume Next
 bytes = Encrypted(SnowMan(), "a secret")
 Check "character outside the code page", Err.Description, "a character is not in the system's code page"
 Err.Clear
+bytes = Encrypted("attack at dawn", SnowMan())
+Check "password outside the code page", Err.Description, "a character of the password is not in the system's code page"
+Err.Clear
 plain = Decrypted(Api.StringToByteArray("no ciphertext"), "a secret")
 Check "failure found by the component", Err.Description, "Error decrypting data"
 Err.Clear
