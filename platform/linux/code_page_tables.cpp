@@ -161,12 +161,24 @@ void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
   for (const std::uint32_t code : codes) tables.longCodes.at(character++) = code;
 }
 
+// A surrogate is half of a character that UTF-8 writes in four bytes. Windows writes one alone as
+// the replacement character.
+void AddSurrogates(std::uint32_t number, CodePageTables& tables) {
+  constexpr std::uint32_t kUtf8 = 65001;
+  constexpr char16_t kReplacement = 0xFFFD;
+  if (number != kUtf8) return;
+  for (std::size_t half = 0xD800; half <= 0xDFFF; ++half) {
+    tables.longCodes[half] = tables.longCodes[kReplacement];
+  }
+}
+
 void ReadLongCodes(const CharacterConverter& converter, std::uint32_t number,
                    CodePageTables& tables) {
   for (std::uint32_t character = 0; character < tables.longCodes.size(); ++character) {
     tables.longCodes[character] = LongCodeOf(converter, static_cast<char16_t>(character));
   }
   AddPrivateCharacters(number, tables);
+  AddSurrogates(number, tables);
   for (const OtherCode& other : kOtherCodes) {
     if (other.codePage == number) tables.longCodes[other.character] = other.code;
   }
