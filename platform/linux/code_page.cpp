@@ -4,7 +4,6 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/cancellation_hold.h"
 #include "platform/linux/code_page_tables.h"
 #include "platform/never_destroyed.h"
 #include "platform/set_code_page.h"
@@ -83,7 +82,6 @@ const CodePage& SystemCodePage() {
 namespace latchkey {
 
 CodePageChoice SetCodePage(std::uint32_t number) {
-  const platform::CancellationHold hold;
   using platform::choice;
   if (!platform::IsKnownCodePage(number)) return CodePageChoice::Unknown;
   const std::lock_guard lock(platform::choiceMutex);
