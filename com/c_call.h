@@ -13,7 +13,6 @@
 #include "diagnostics/error_trap.h"
 #include "diagnostics/fault.h"
 #include "diagnostics/module_data.h"
-#include "platform/cancellation_hold.h"
 #include "platform/stack_wipe.h"
 
 namespace latchkey {
@@ -35,7 +34,6 @@ using InputBytes = std::span<const std::uint8_t>;
 // behind.
 template <class Body>
 int Guarded(Body&& body) noexcept {
-  const platform::CancellationHold hold;
   int status = LATCHKEY_OK;
   try {
     return std::forward<Body>(body)();

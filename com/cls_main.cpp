@@ -3,14 +3,12 @@
 #include "diagnostics/checked_arithmetic.h"
 #include "diagnostics/connectivity_probe.h"
 #include "diagnostics/module_data.h"
-#include "platform/cancellation_hold.h"
 
 namespace latchkey {
 
 clsMain::clsMain() { ThreadModuleData().errorRecord = std::make_unique<clsErrorObject>(); }
 
 clsMain::~clsMain() {
-  const platform::CancellationHold hold;
   try {
     ThreadModuleData().errorRecord.reset();
   } catch (...) {  // NOLINT(bugprone-empty-catch): a thread whose data cannot be made has no record

@@ -1,5 +1,6 @@
 #include "crypto/digits_only.h"
 
+#include <limits>
 #include <string>
 
 #include "crypto/value_text.h"
@@ -23,7 +24,9 @@ void AppendDecimal(Text& text, std::uint32_t number) {
 
 Text WithCodesForLetters(TextView text) {
   const platform::CodePage& codePage = *ThreadModuleData().services.codePage;
+  constexpr std::size_t kLongestCode = std::numeric_limits<std::uint32_t>::digits10 + 1;
   Text digits;
+  digits.reserve(text.size() * kLongestCode);  // a text that grows leaves its memory unwiped
   for (const char16_t& character : text) {
     if (platform::IsNumericText(TextView(&character, 1))) {
       digits += character;

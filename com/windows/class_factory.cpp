@@ -38,11 +38,8 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId,
 }
 
 STDMETHODIMP ClassFactory::LockServer(BOOL lock) noexcept {
-  if (lock != FALSE) {
-    ModuleUse::Add();
-  } else {
-    ModuleUse::Drop();
-  }
+  if (lock == FALSE) return UnlockModule() ? S_OK : E_UNEXPECTED;
+  LockModule();
   return S_OK;
 }
 

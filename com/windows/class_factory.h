@@ -19,6 +19,7 @@ class ClassFactory final : public IClassFactory {
   STDMETHODIMP_(ULONG) AddRef() noexcept override;
   STDMETHODIMP_(ULONG) Release() noexcept override;
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) noexcept override;
+  // E_UNEXPECTED for an unlock while no lock is held, which changes nothing.
   STDMETHODIMP LockServer(BOOL lock) noexcept override;
 
  private:

@@ -3,6 +3,7 @@
 #include "com/windows/safe_array.h"
 #include "com/windows/text_conversion.h"
 #include "com/windows/variant_access.h"
+#include "diagnostics/fault.h"
 
 namespace latchkey::com {
 namespace {
@@ -13,6 +14,27 @@ VARIANT ToTextVariant(Text&& text) {
   V_BSTR(&value) = ToBstr(std::move(text));
   V_VT(&value) = VT_BSTR;
   return value;
+}
+
+// As an unallocated array does before it is refused.
+void DiscardPassword(clsCryptoAPI& api) {
+  ByteArray none;
+  try {
+    api.Password(none);
+  } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): its refusal
+  }
+}
+
+// Elements that are no bytes are refused before the operation begins. Its first step discards the
+// earlier password, which therefore must not outlast any other failure to read the new one.
+ByteArray ReadPassword(SAFEARRAY* array, clsCryptoAPI& api) {
+  RequireBytes(array);
+  try {
+    return FromSafeArray(array);
+  } catch (...) {
+    DiscardPassword(api);
+    throw;
+  }
 }
 
 }  // namespace
@@ -38,7 +60,7 @@ STDMETHODIMP CryptoApiObject::get_Password(SAFEARRAY** result) noexcept {
 STDMETHODIMP CryptoApiObject::put_Password(SAFEARRAY** arPWord) noexcept {
   if (arPWord == nullptr) return RefuseNullPointer();
   return Run([&] {
-    ByteArray password = FromSafeArray(*arPWord);
+    ByteArray password = ReadPassword(*arPWord, api_);
     api_.Password(password);
     const bool erased = password.Dimensions() == 0;
     if (erased) EraseSafeArray(*arPWord);

@@ -3,17 +3,17 @@
 #include "com/windows/interface_members.h"
 #include "com/windows/type_library.h"
 #include "diagnostics/fault.h"
-#include "platform/windows/system_library.h"
 
 namespace latchkey::com {
 namespace {
 
 constexpr DWORD kLongestPath = 32767;  // of a file on Windows, in characters
 
-// Guards moduleUses, and keeps new users out while the last one takes what the module keeps. Held
-// for a few instructions, never over a call of another library.
+// Guards the two counts, and keeps new users out while the last one takes what the module keeps.
+// Held for a few instructions, never over a call of another library.
 SRWLOCK usesLock = SRWLOCK_INIT;
 long moduleUses = 0;
+long moduleLocks = 0;  // apart, so that an unlock too many takes no object's use away
 
 class UsesLock {
  public:
@@ -23,20 +23,18 @@ class UsesLock {
   ~UsesLock() { ReleaseSRWLockExclusive(&usesLock); }
 };
 
-// Ends one use, unless it is the last and the module keeps a library: then that is released
+// Ends one use, unless it is the last and the module keeps the type library: then that is released
 // instead, while the use still counts. Another thread that begins a use meanwhile finds none and
 // loads its own. True when the use has ended.
-bool EndUseOrReleaseLibraries() noexcept {
-  platform::UniqueLibrary internet;
+bool EndUseOrReleaseLibrary() noexcept {
   UniqueInterface<ITypeLib> library;
   MembersOfClasses members;
   const UsesLock lock;  // released first
   if (moduleUses == 1) {
     library.Reset(TakeTypeLibrary());
     members = TakeMembers();
-    internet = platform::TakeInternetLibrary();
   }
-  if (library || internet) return false;
+  if (library) return false;
   --moduleUses;
   return true;
 }
@@ -59,13 +57,25 @@ void ModuleUse::Add() noexcept {
 }
 
 void ModuleUse::Drop() noexcept {
-  while (!EndUseOrReleaseLibraries()) {
+  while (!EndUseOrReleaseLibrary()) {
   }
+}
+
+void LockModule() noexcept {
+  const UsesLock lock;
+  ++moduleLocks;
+}
+
+bool UnlockModule() noexcept {
+  const UsesLock lock;
+  if (moduleLocks == 0) return false;
+  --moduleLocks;
+  return true;
 }
 
 bool ModuleIsUnused() noexcept {
   const UsesLock lock;
-  return moduleUses == 0;
+  return moduleUses == 0 && moduleLocks == 0;
 }
 
 std::wstring ModulePath() {

@@ -8,8 +8,8 @@
 namespace latchkey::com {
 
 // Counts as one use of the DLL from its construction to its destruction. Every object and every
-// class factory holds one, and every entry point while it runs. The last use releases the
-// libraries that the module keeps, the type library and wininet, before it ends. Any thread.
+// class factory holds one, and every entry point while it runs. The last use releases the type
+// library that the module keeps before it ends. Any thread.
 class ModuleUse {
  public:
   ModuleUse() noexcept { Add(); }
@@ -17,10 +17,16 @@ class ModuleUse {
   ModuleUse& operator=(const ModuleUse&) = delete;
   ~ModuleUse() { Drop(); }
 
-  // A use that outlives every scope: IClassFactory::LockServer.
+ private:
   static void Add() noexcept;
   static void Drop() noexcept;
 };
+
+// A use that outlives every scope. Any thread may end it.
+void LockModule() noexcept;
+
+// Ends one such use; false when none is left to end.
+[[nodiscard]] bool UnlockModule() noexcept;
 
 // True when nothing uses the DLL, so that COM may unload it.
 [[nodiscard]] bool ModuleIsUnused() noexcept;

@@ -1,5 +1,6 @@
 #include "com/windows/safe_array.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <limits>
 #include <new>
@@ -13,6 +14,7 @@ namespace {
 
 // Arrays that their owner keeps in place: on its stack, in a structure, or declared with bounds.
 constexpr USHORT kFixedArray = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
+constexpr LONG kLowestBound = std::numeric_limits<LONG>::min();
 // Arrays whose elements own something; without a recorded element type these flags tell it.
 constexpr USHORT kOwningElements = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT;
 
@@ -53,13 +55,19 @@ SafeArrayAccess::SafeArrayAccess(SAFEARRAY* array) : array_(array) {
 
 SafeArrayAccess::~SafeArrayAccess() { SafeArrayUnaccessData(array_); }
 
+void RequireBytes(SAFEARRAY* array) {
+  if (array != nullptr && !HoldsBytes(*array)) throw Fault(FaultNumber::TypeMismatch);
+}
+
 ByteArray FromSafeArray(SAFEARRAY* array) {
   if (array == nullptr) return {};
-  if (!HoldsBytes(*array)) throw Fault(FaultNumber::TypeMismatch);
+  RequireBytes(array);
   // Without storage an array that claims elements is unallocated.
   const bool anyElement = ByteCount(*array) != 0;
   if (array->cDims == 0 || (!anyElement && FirstDimension(*array).cElements != 0)) return {};
-  const SAFEARRAYBOUND& bound = FirstDimension(*array);
+  SAFEARRAYBOUND bound = FirstDimension(*array);
+  // Without elements the upper bound is one below the lower one, and must fit too.
+  if (bound.cElements == 0) bound.lLbound = std::max(bound.lLbound, kLowestBound + 1);
   const auto upperBound =
       NarrowTo<std::int32_t>(std::int64_t{bound.lLbound} + std::int64_t{bound.cElements} - 1);
   if (!anyElement) return ByteArray::WithShape(array->cDims, bound.lLbound, upperBound, {});

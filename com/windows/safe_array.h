@@ -26,9 +26,12 @@ class SafeArrayAccess {
   std::span<std::uint8_t> bytes_;
 };
 
+// Raises TypeMismatch when an array's elements are not bytes. A null array has none.
+void RequireBytes(SAFEARRAY* array);
+
 // A copy of a client's array with its shape, also without elements; unallocated for a null array
-// and for one without dimensions or storage. Raises TypeMismatch when the elements are not bytes,
-// Overflow when the upper bound does not fit 32 bits.
+// and for one without dimensions or storage. Raises TypeMismatch as RequireBytes does, Overflow
+// when the upper bound of an array with elements does not fit 32 bits, bad_alloc.
 [[nodiscard]] ByteArray FromSafeArray(SAFEARRAY* array);
 
 // An array for a client, who destroys it; null for an unallocated one. Raises bad_alloc.

@@ -4,7 +4,6 @@
 #include <memory>
 #include <mutex>
 
-#include "platform/cancellation_hold.h"
 #include "platform/linux/code_page_tables.h"
 #include "platform/never_destroyed.h"
 #include "platform/set_code_page.h"
@@ -30,22 +29,25 @@ CodePage::HighHalf Windows1252() {
   return characters;
 }
 
+// Of the chosen code page; empty for 1252, and without long codes where no character has several
+// bytes. All zeros at first, so that they take no room in the file.
+constinit CodePageTables tables;
+
 // The code page that the process has or is to have.
 struct Choice {
   std::uint32_t number = kWindows1252;
   bool inUse = false;
-  CodePageTables tables;  // not for 1252; the long codes for code pages of several bytes only
-
-  // Leaves everything as it was when the tables cannot be read.
-  bool Read(std::uint32_t newNumber) {
-    const auto read = std::make_unique<CodePageTables>();
-    if (!ReadCodePage(newNumber, *read)) return false;
-    tables.characters = read->characters;
-    // The memory of the others stays untouched.
-    if (IsMultiByte(newNumber)) tables.longCodes = read->longCodes;
-    return true;
-  }
 };
+
+// Leaves the tables as they were when the new ones cannot be read.
+bool ReadTables(std::uint32_t number) {
+  const auto read = std::make_unique<CodePageTables>();
+  if (!ReadCodePage(number, *read)) return false;
+  tables.characters = read->characters;
+  // The memory of the others stays untouched.
+  if (IsMultiByte(number)) tables.longCodes = read->longCodes;
+  return true;
+}
 
 constinit std::mutex choiceMutex;
 constinit Choice choice;
@@ -53,7 +55,7 @@ constinit Choice choice;
 std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
 
 // Needs no lock: the choice no longer changes once there is a CodePage.
-std::uint32_t ChosenLongCode(char16_t character) { return choice.tables.longCodes[character]; }
+std::uint32_t ChosenLongCode(char16_t character) { return tables.longCodes[character]; }
 
 // The code page from now on.
 class SettledCodePage : public CodePage {
@@ -62,7 +64,7 @@ class SettledCodePage : public CodePage {
 
  private:
   explicit SettledCodePage(const std::lock_guard<std::mutex>& /*held*/)
-      : CodePage(choice.number == kWindows1252 ? Windows1252() : choice.tables.characters,
+      : CodePage(choice.number == kWindows1252 ? Windows1252() : tables.characters,
                  IsMultiByte(choice.number) ? ChosenLongCode : NoLongCode) {
     choice.inUse = true;
   }
@@ -80,13 +82,13 @@ const CodePage& SystemCodePage() {
 namespace latchkey {
 
 CodePageChoice SetCodePage(std::uint32_t number) {
-  const platform::CancellationHold hold;
   using platform::choice;
   if (!platform::IsKnownCodePage(number)) return CodePageChoice::Unknown;
   const std::lock_guard lock(platform::choiceMutex);
   if (number == choice.number) return CodePageChoice::Accepted;
   if (choice.inUse) return CodePageChoice::TooLate;
-  if (number != platform::kWindows1252 && !choice.Read(number)) return CodePageChoice::Unavailable;
+  const bool isBuiltIn = number == platform::kWindows1252;
+  if (!isBuiltIn && !platform::ReadTables(number)) return CodePageChoice::Unavailable;
   choice.number = number;
   return CodePageChoice::Accepted;
 }

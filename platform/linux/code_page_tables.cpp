@@ -1,6 +1,7 @@
 #include "platform/linux/code_page_tables.h"
 
 #include <algorithm>
+#include <set>
 #include <vector>
 
 #include "platform/linux/character_converter.h"
@@ -71,18 +72,26 @@ struct PrivateRows {
   std::uint8_t gapEnd;
 };
 
-// In the order in which the characters from U+E000 on get them. A code of another character is
-// passed over.
+// In the order in which the characters from U+E000 on have them. Each code has its character by its
+// place, whatever character a version of iconv gives it.
 constexpr auto kPrivateRows = std::to_array<PrivateRows>({
-    {936, 0xAA, 0xAF, 0xA1, 0xFE, 0x7F},
-    {936, 0xF8, 0xFE, 0xA1, 0xFE, 0x7F},
-    {936, 0xA1, 0xA7, 0x40, 0xA0, 0x7F},
-    {936, 0xA2, 0xFE, 0x40, 0xFE, 0x7F},
-    {949, 0xC9, 0xC9, 0xA1, 0xFE, 0x7F},
-    {949, 0xFE, 0xFE, 0xA1, 0xFE, 0x7F},
-    {950, 0xFA, 0xFE, 0x40, 0xFE, 0xA0},
-    {950, 0x8E, 0xA0, 0x40, 0xFE, 0xA0},
-    {950, 0x81, 0x8D, 0x40, 0xFE, 0xA0},
+    {936, 0xAA, 0xAF, 0xA1, 0xFE, 0x7F}, {936, 0xF8, 0xFE, 0xA1, 0xFE, 0x7F},
+    {936, 0xA1, 0xA7, 0x40, 0xA0, 0x7F}, {936, 0xA2, 0xA2, 0xAB, 0xB0, 0x7F},
+    {936, 0xA2, 0xA2, 0xE3, 0xE4, 0x7F}, {936, 0xA2, 0xA2, 0xEF, 0xF0, 0x7F},
+    {936, 0xA2, 0xA2, 0xFD, 0xFE, 0x7F}, {936, 0xA4, 0xA4, 0xF4, 0xFE, 0x7F},
+    {936, 0xA5, 0xA5, 0xF7, 0xFE, 0x7F}, {936, 0xA6, 0xA6, 0xB9, 0xC0, 0x7F},
+    {936, 0xA6, 0xA6, 0xD9, 0xDF, 0x7F}, {936, 0xA6, 0xA6, 0xEC, 0xED, 0x7F},
+    {936, 0xA6, 0xA6, 0xF3, 0xF3, 0x7F}, {936, 0xA6, 0xA6, 0xF6, 0xFE, 0x7F},
+    {936, 0xA7, 0xA7, 0xC2, 0xD0, 0x7F}, {936, 0xA7, 0xA7, 0xF2, 0xFE, 0x7F},
+    {936, 0xA8, 0xA8, 0x96, 0xA0, 0x7F}, {936, 0xA8, 0xA8, 0xBC, 0xBC, 0x7F},
+    {936, 0xA8, 0xA8, 0xBF, 0xBF, 0x7F}, {936, 0xA8, 0xA8, 0xC1, 0xC4, 0x7F},
+    {936, 0xA8, 0xA8, 0xEA, 0xFE, 0x7F}, {936, 0xA9, 0xA9, 0x58, 0x58, 0x7F},
+    {936, 0xA9, 0xA9, 0x5B, 0x5B, 0x7F}, {936, 0xA9, 0xA9, 0x5D, 0x5F, 0x7F},
+    {936, 0xA9, 0xA9, 0x89, 0x95, 0x7F}, {936, 0xA9, 0xA9, 0x97, 0xA3, 0x7F},
+    {936, 0xA9, 0xA9, 0xF0, 0xFE, 0x7F}, {936, 0xD7, 0xD7, 0xFA, 0xFE, 0x7F},
+    {936, 0xFE, 0xFE, 0x50, 0xA0, 0x7F}, {949, 0xC9, 0xC9, 0xA1, 0xFE, 0x7F},
+    {949, 0xFE, 0xFE, 0xA1, 0xFE, 0x7F}, {950, 0xFA, 0xFE, 0x40, 0xFE, 0xA0},
+    {950, 0x8E, 0xA0, 0x40, 0xFE, 0xA0}, {950, 0x81, 0x8D, 0x40, 0xFE, 0xA0},
 });
 
 constexpr char16_t kFirstPrivate = 0xE000;
@@ -127,22 +136,39 @@ std::uint32_t LongCodeOf(const CharacterConverter& converter, char16_t character
   return code > 0xFF && converter.CharacterOf(code) == character ? code : CodePage::kDefaultCode;
 }
 
-void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
-  std::vector<bool> isTaken(0x10000);
-  for (const std::uint32_t code : tables.longCodes) {
-    if (code < isTaken.size()) isTaken[code] = true;
-  }
-  char16_t character = kFirstPrivate;
+// The codes of the private-use characters from kFirstPrivate on.
+std::vector<std::uint32_t> PrivateCodes(std::uint32_t number) {
+  std::vector<std::uint32_t> codes;
   for (const PrivateRows& rows : kPrivateRows) {
     if (rows.codePage != number) continue;
-    for (unsigned lead = rows.firstLead; lead <= rows.lastLead; ++lead) {
-      for (unsigned trail = rows.firstTrail; trail <= rows.lastTrail; ++trail) {
-        const unsigned code = lead << 8 | trail;
-        if ((trail >= 0x7F && trail <= rows.gapEnd) || isTaken[code]) continue;
-        tables.longCodes.at(character++) = code;
-        isTaken[code] = true;
+    for (std::uint32_t lead = rows.firstLead; lead <= rows.lastLead; ++lead) {
+      for (std::uint32_t trail = rows.firstTrail; trail <= rows.lastTrail; ++trail) {
+        if (trail < 0x7F || trail > rows.gapEnd) codes.push_back(lead << 8 | trail);
       }
     }
+  }
+  return codes;
+}
+
+// A character to which iconv gives one of these codes has none on Windows.
+void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
+  const std::vector<std::uint32_t> codes = PrivateCodes(number);
+  const std::set<std::uint32_t> isPrivate(codes.begin(), codes.end());
+  for (std::uint32_t& code : tables.longCodes) {
+    if (isPrivate.contains(code)) code = CodePage::kDefaultCode;
+  }
+  char16_t character = kFirstPrivate;
+  for (const std::uint32_t code : codes) tables.longCodes.at(character++) = code;
+}
+
+// A surrogate is half of a character that UTF-8 writes in four bytes. Windows writes one alone as
+// the replacement character.
+void AddSurrogates(std::uint32_t number, CodePageTables& tables) {
+  constexpr std::uint32_t kUtf8 = 65001;
+  constexpr char16_t kReplacement = 0xFFFD;
+  if (number != kUtf8) return;
+  for (std::size_t half = 0xD800; half <= 0xDFFF; ++half) {
+    tables.longCodes[half] = tables.longCodes[kReplacement];
   }
 }
 
@@ -152,6 +178,7 @@ void ReadLongCodes(const CharacterConverter& converter, std::uint32_t number,
     tables.longCodes[character] = LongCodeOf(converter, static_cast<char16_t>(character));
   }
   AddPrivateCharacters(number, tables);
+  AddSurrogates(number, tables);
   for (const OtherCode& other : kOtherCodes) {
     if (other.codePage == number) tables.longCodes[other.character] = other.code;
   }

@@ -76,8 +76,7 @@ class Scanner {
     const TextView allowed = hexadecimal ? u"0123456789ABCDEFabcdef" : u"01234567";
     rest_.remove_prefix(2);
     const std::size_t count = std::min(rest_.find_first_not_of(allowed), rest_.size());
-    number_.digits.assign(rest_.begin(), rest_.begin() + static_cast<std::ptrdiff_t>(count));
-    number_.digits.erase(0, number_.digits.find_first_not_of('0'));
+    for (const char16_t digit : rest_.substr(0, count)) AppendDigit(static_cast<char>(digit));
     rest_.remove_prefix(count);
     return count > 0;
   }
@@ -106,14 +105,18 @@ class Scanner {
 
   void AddDigit(char digit, bool afterPoint) {
     anyDigit_ = true;
-    if (digit != '0' || !number_.digits.empty()) number_.digits.push_back(digit);
+    AppendDigit(digit);
     if (afterPoint) --number_.scale;
   }
 
+  void AppendDigit(char digit) {
+    if (digit != '0' || !number_.digits.empty()) number_.digits.push_back(digit);
+  }
+
   void DropTrailingZeros() {
-    const std::size_t kept = number_.digits.find_last_not_of('0') + 1;
-    number_.scale += static_cast<std::int64_t>(number_.digits.size() - kept);
-    number_.digits.resize(kept);
+    for (; !number_.digits.empty() && number_.digits.back() == '0'; ++number_.scale) {
+      number_.digits.pop_back();
+    }
   }
 
   // From the letter on. Signs and commas may stand before its first digit.

@@ -9,16 +9,20 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
+#include <vector>
 
+#include "platform/secure_memory.h"
 #include "platform/text.h"
 
 namespace latchkey::platform {
 
+// Wiped whenever they grow and at the end: they may be those of a seed.
+using NumberDigits = std::vector<char, WipingAllocator<char>>;
+
 struct ScannedNumber {
   bool negative = false;
   unsigned radix = 10;     // 10, 16 or 8
-  std::string digits;      // significant ones: no zeros lead, none follow the decimal point in vain
+  NumberDigits digits;     // significant ones: no zeros lead, none follow the decimal point in vain
   std::int64_t scale = 0;  // the value is digits * 10^scale; 0 for other radixes
 };
 

@@ -74,7 +74,10 @@ NumberFromText RadixValue(const ScannedNumber& number) {
 
 // The value nearest to the digits; one too small for a Double is 0.
 NumberFromText DecimalValue(const ScannedNumber& number) {
-  const std::string text = '0' + number.digits + 'e' + std::to_string(number.scale);
+  const std::string exponent = 'e' + std::to_string(number.scale);
+  NumberDigits text(1, '0');
+  text.insert(text.end(), number.digits.begin(), number.digits.end());
+  text.insert(text.end(), exponent.begin(), exponent.end());
   double value = 0;
   const auto read = std::from_chars(text.data(), text.data() + text.size(), value);
   if (read.ec == std::errc::result_out_of_range) {

@@ -9,17 +9,16 @@ namespace {
 
 // The bytes of a character, big-endian in one number; kDefaultCode where there are none. No best
 // fit: a character that merely resembles one of the code page is not that one. UTF-8 has every
-// character but unpaired surrogates, and its conversion refuses the other form's arguments.
+// character, its conversion writes EF BF BD for a surrogate alone, and it refuses the arguments of
+// the other call.
 std::uint32_t AnsiCode(char16_t character) {
   const wchar_t wide = character;
   std::array<char, 8> bytes{};
   const auto size = static_cast<int>(bytes.size());
   BOOL replaced = FALSE;
-  const int count = GetACP() == CP_UTF8
-                        ? WideCharToMultiByte(CP_ACP, WC_ERR_INVALID_CHARS, &wide, 1, bytes.data(),
-                                              size, nullptr, nullptr)
-                        : WideCharToMultiByte(CP_ACP, WC_NO_BEST_FIT_CHARS, &wide, 1, bytes.data(),
-                                              size, nullptr, &replaced);
+  const bool isUtf8 = GetACP() == CP_UTF8;
+  const int count = WideCharToMultiByte(CP_ACP, isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS, &wide, 1,
+                                        bytes.data(), size, nullptr, isUtf8 ? nullptr : &replaced);
   if (count <= 0 || count > 4 || replaced != FALSE) return CodePage::kDefaultCode;
   std::uint32_t code = 0;
   for (int i = 0; i < count; ++i) {

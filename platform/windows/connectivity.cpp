@@ -5,20 +5,31 @@
 
 #include <atomic>
 
+#include "platform/missing_library.h"
 #include "platform/windows/system_library.h"
 
 namespace latchkey::platform {
 namespace {
 
-std::atomic<HMODULE> keptLibrary{nullptr};
+// Loads wininet and keeps it until the process ends: its threads may still run after the last
+// query, so freeing it is not safe. However often this module is loaded itself, one reference is
+// enough.
+HMODULE LoadInternetLibrary() {
+  const UniqueLibrary library = LoadSystemLibrary(L"wininet.dll");
+  HMODULE pinned = nullptr;
+  const BOOL done =
+      GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
+                         reinterpret_cast<const wchar_t*>(library.Get()), &pinned);
+  if (done == FALSE) throw MissingLibrary();
+  return pinned;
+}
 
-// Loading it takes much longer than the query. Two threads may load at once; the second one's
-// reference goes back unused.
+// Loading it takes much longer than the query. Two threads may load it at once.
 HMODULE InternetLibrary() {
-  HMODULE library = keptLibrary.load();
-  if (library != nullptr) return library;
-  UniqueLibrary fresh = LoadSystemLibrary(L"wininet.dll");
-  return keptLibrary.compare_exchange_strong(library, fresh.Get()) ? fresh.Release() : library;
+  static std::atomic<HMODULE> kept{nullptr};
+  HMODULE library = kept.load();
+  if (library == nullptr) kept.store(library = LoadInternetLibrary());
+  return library;
 }
 
 class WindowsConnectivity final : public Connectivity {
@@ -34,10 +45,6 @@ class WindowsConnectivity final : public Connectivity {
 };
 
 }  // namespace
-
-UniqueLibrary TakeInternetLibrary() noexcept {
-  return UniqueLibrary(keptLibrary.exchange(nullptr));
-}
 
 Connectivity& SystemConnectivity() {
   static WindowsConnectivity connectivity;

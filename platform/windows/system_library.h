@@ -21,8 +21,4 @@ using UniqueLibrary = UniqueHandle<LibraryTrait>;
 // The address of a function. Raises MissingFunction.
 [[nodiscard]] FARPROC FunctionOf(HMODULE library, const char* name);
 
-// wininet, which the first query loads and keeps for all threads. Gives it away, so that the caller
-// frees it; none when it is not loaded. No query may run meanwhile.
-[[nodiscard]] UniqueLibrary TakeInternetLibrary() noexcept;
-
 }  // namespace latchkey::platform

@@ -227,6 +227,18 @@ TEST_F(CodePageMembersTest, ACharacterOfSeveralBytesIsAnOverflow) {
   EXPECT_EQ(api->Record().rtNumber, hasSeveral ? kOverflow : kNoFault);
 }
 
+// On UTF-8 they are halves of a character of four bytes, so no two texts share a digest.
+TEST_F(CodePageMembersTest, ASurrogateIsAnOverflowOnUtf8AndMissingElsewhere) {
+  const bool isUtf8 = Number() == 65001;
+  for (const Text& text : {Text(u"\U0001F600"), Text(1, 0xD83D), Text(1, 0xDE00)}) {
+    EXPECT_EQ(FaultOf([&] { return api->StringToByteArray(TextView(text)); }),
+              isUtf8 ? kOverflow : kNoFault);
+    EXPECT_EQ(Md5(text), isUtf8 ? "" : Md5(Text(text.size(), u'?')));
+    const std::string digits = isUtf8 ? "BD" : "3F";
+    EXPECT_EQ(HexOfText(text), text.size() == 2 ? digits + digits : digits);
+  }
+}
+
 }  // namespace
 }  // namespace latchkey::test
 

@@ -1,6 +1,7 @@
 // The choice of the code page, from the shared library, as a client makes it. A process chooses
 // once: tests before the last one use their choice in a child.
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <sys/resource.h>
 
 #include <latchkey/com/cls_main.h>
@@ -55,6 +56,28 @@ bool KeepsTheChoiceWhenTablesAreMissing() {
 
 TEST(SetCodePageTest, TablesThatCannotBeReadChangeNothing) {
   EXPECT_EXIT(std::_Exit(KeepsTheChoiceWhenTablesAreMissing() ? EXIT_SUCCESS : EXIT_FAILURE),
+              testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+// Cancels itself first: the request is pending while the tables are read.
+void* ChooseUnderPendingCancellation(void* choice) {
+  ::pthread_cancel(::pthread_self());
+  *static_cast<CodePageChoice*>(choice) = SetCodePage(932);
+  ::pthread_testcancel();
+  return nullptr;
+}
+
+bool CancellationWaitsForTheChoice() {
+  CodePageChoice choice = CodePageChoice::Unknown;
+  pthread_t thread{};
+  void* result = nullptr;
+  return ::pthread_create(&thread, nullptr, ChooseUnderPendingCancellation, &choice) == 0 &&
+         ::pthread_join(thread, &result) == 0 && result == PTHREAD_CANCELED &&
+         choice == CodePageChoice::Accepted;
+}
+
+TEST(SetCodePageTest, ACancellationTakesEffectAfterTheChoice) {
+  EXPECT_EXIT(std::_Exit(CancellationWaitsForTheChoice() ? EXIT_SUCCESS : EXIT_FAILURE),
               testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 

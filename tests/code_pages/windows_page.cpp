@@ -14,9 +14,8 @@ std::string BytesOfCharacter(wchar_t character) {
   const auto size = static_cast<int>(bytes.size());
   const bool isUtf8 = GetACP() == CP_UTF8;  // which refuses the last argument and the flag
   BOOL replaced = FALSE;
-  const int count =
-      WideCharToMultiByte(CP_ACP, isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS, &character,
-                          1, bytes.data(), size, nullptr, isUtf8 ? nullptr : &replaced);
+  const int count = WideCharToMultiByte(CP_ACP, isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS, &character, 1,
+                                        bytes.data(), size, nullptr, isUtf8 ? nullptr : &replaced);
   bytes.resize(replaced ? 0 : static_cast<std::size_t>(count));
   return bytes;
 }

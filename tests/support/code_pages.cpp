@@ -31,7 +31,7 @@ std::uint32_t DoubleByteCode(char16_t character) {
 // The bytes of RFC 3629, section 3, as one number.
 std::uint32_t Utf8Code(char16_t character) {
   const auto code = static_cast<std::uint32_t>(character);
-  if (code >= 0xD800 && code <= 0xDFFF) return CodePage::kDefaultCode;
+  if (code >= 0xD800 && code <= 0xDFFF) return 0xEFBFBD;
   const std::uint32_t last = 0x80 | (code & 0x3F);
   if (code < 0x800) return (0xC0 | code >> 6) << 8 | last;
   return (0xE0 | code >> 12) << 16 | (0x80 | (code >> 6 & 0x3F)) << 8 | last;

@@ -9,6 +9,12 @@ thread_local FreedMemory* watcher = nullptr;
 
 }  // namespace
 
+std::vector<std::uint8_t> AsText(std::span<const std::uint8_t> bytes) {
+  std::vector<std::uint8_t> text;
+  for (const std::uint8_t byte : bytes) text.insert(text.end(), {byte, 0});
+  return text;
+}
+
 FreedMemory::FreedMemory(std::span<const std::uint8_t> secret) noexcept : secret_(secret) {
   watcher = this;
 }

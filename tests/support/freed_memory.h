@@ -4,8 +4,12 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 namespace latchkey::test {
+
+// The memory of a text that has one character for each of the bytes.
+[[nodiscard]] std::vector<std::uint8_t> AsText(std::span<const std::uint8_t> bytes);
 
 // Searches, while it lives, every block that its thread frees. One at a time on a thread.
 class FreedMemory {

@@ -23,12 +23,6 @@ class NoRandomDataLeftTest : public RandomService {
     return blocks;
   }
 
-  static Bytes AsText(const Bytes& bytes) {
-    Bytes text;
-    for (const std::uint8_t byte : bytes) text.insert(text.end(), {byte, 0});
-    return text;
-  }
-
   const Bytes secret = BytesOf("a secret of more than sixteen letters");
   const std::int32_t length = static_cast<std::int32_t>(secret.size());
   const Text text{secret.begin(), secret.end()};

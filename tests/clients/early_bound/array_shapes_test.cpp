@@ -1,6 +1,7 @@
 // Arrays of every shape and ownership that a client may hand over.
 #include <array>
 #include <cstring>
+#include <limits>
 
 #include "tests/clients/com_client.h"
 
@@ -165,6 +166,54 @@ TEST_F(ArrayShapesTest, AnArrayWhoseBoundsPassTheLastSubscriptIsRefused) {
   FixedArray array(0);
   array.descriptor.rgsabound[0].lLbound = 0x7FFFFFFF;
   ExpectFault(GiveToAll(&array.descriptor), 6, L"Overflow");
+}
+
+// Its upper bound does not fit 32 bits.
+TEST_F(ArrayShapesTest, AnEmptyArrayFromTheLowestSubscriptIsNoPassword) {
+  SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
+  ASSERT_EQ(PutPassword(earlier), S_OK);
+  VARIANT_BOOL useDefault = VARIANT_FALSE;
+  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
+  const UniqueSafeArray array(MakeByteArray({}, std::numeric_limits<LONG>::min()));
+  SAFEARRAY* raw = array.Get();
+  EXPECT_EQ(PutPassword(raw), S_OK);
+  EXPECT_EQ(StoredPassword(), Bytes{0});
+  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
+}
+
+class RefusedPasswordTest : public ArrayShapesTest {
+ protected:
+  // What is stored after a password was refused.
+  Bytes StoredAfter(SAFEARRAY* refused, std::int32_t number, const wchar_t* description) {
+    SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
+    EXPECT_EQ(PutPassword(earlier), S_OK);
+    ExpectFault(PutPassword(refused), number, description);
+    return StoredPassword();
+  }
+};
+
+TEST_F(RefusedPasswordTest, OneOfOtherElementsKeepsTheEarlierPassword) {
+  const UniqueSafeArray array(SafeArrayCreateVector(VT_I2, 0, 4));
+  EXPECT_EQ(StoredAfter(array.Get(), 13, L"Type mismatch"), TextArray("abc"));
+}
+
+TEST_F(RefusedPasswordTest, OneWithoutMemoryDiscardsTheEarlierPassword) {
+  struct {
+    SAFEARRAY first = {};
+    std::array<SAFEARRAYBOUND, 2> others = {};
+  } array;
+  FixedArray memory(0);
+  array.first = memory.descriptor;
+  array.first.cDims = 3;
+  array.first.rgsabound[0] = {0x7FFFFFFF, 0};
+  array.others = {{{0x7FFFFFFF, 0}, {0x7FFFFFFF, 0}}};  // more bytes than any address
+  EXPECT_EQ(StoredAfter(&array.first, 7, L"Out of memory"), Bytes{0});
+}
+
+TEST_F(RefusedPasswordTest, OneBeyondTheLastSubscriptDiscardsTheEarlierPassword) {
+  FixedArray array(0);
+  array.descriptor.rgsabound[0].lLbound = 0x7FFFFFFF;
+  EXPECT_EQ(StoredAfter(&array.descriptor, 6, L"Overflow"), Bytes{0});
 }
 
 TEST_F(ArrayShapesTest, AnArrayWithoutStorageOrDimensionsIsSubscriptOutOfRange) {

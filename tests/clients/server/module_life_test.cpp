@@ -55,6 +55,18 @@ TEST(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
+TEST(ModuleLifeTest, AnUnlockTooManyIsRefusedAndChangesNothing) {
+  const Apartment apartment;
+  const LoadedServer server;
+  const auto factory = server.Factory(CLSID_clsTimer);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), E_UNEXPECTED);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  EXPECT_EQ(factory.Get()->LockServer(TRUE), S_OK);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), S_OK);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), E_UNEXPECTED);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+}
+
 TEST(ModuleLifeTest, ARefusedObjectDoesNotCount) {
   const Apartment apartment;
   const LoadedServer server;
@@ -114,19 +126,27 @@ TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
   EXPECT_FALSE(IsLoaded());
 }
 
-// It is loaded when a client asks for the connection, and freed before the module may be unloaded.
-TEST(ModuleLifeTest, TheInternetLibraryGoesWithTheLastObject) {
+// It is loaded when a client asks for the connection. Then neither the end of the module nor any
+// number of calls of FreeLibrary unloads it: however often the module itself is loaded, it is there
+// once.
+TEST(ModuleLifeTest, TheInternetLibraryStaysFromTheFirstQueryOn) {
   const Apartment apartment;
-  const LoadedServer server;
-  for (int i = 0; i < 2; ++i) {
-    auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
-    EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
-    VARIANT_BOOL connected = VARIANT_FALSE;
-    EXPECT_EQ(main.Get()->DoesInternetConnectionExist(&connected), S_OK);
+  EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
+  constexpr int kRounds = 3;
+  for (int i = 0; i < kRounds; ++i) {
+    LoadedServer server;
+    {
+      const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+      VARIANT_BOOL connected = VARIANT_FALSE;
+      EXPECT_EQ(main.Get()->DoesInternetConnectionExist(&connected), S_OK);
+    }
+    EXPECT_EQ(server.CanUnloadNow(), S_OK);
+    server.Unload();
+    EXPECT_FALSE(IsLoaded());
     EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
-    main.Reset();
-    EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
   }
+  for (int i = 0; i <= kRounds; ++i) FreeLibrary(GetModuleHandleW(L"wininet.dll"));
+  EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
 }
 
 // The registered server: COM asks the DLL and unloads it.

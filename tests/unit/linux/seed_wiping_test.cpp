@@ -6,6 +6,7 @@
 #include <cstdint>
 
 #include "crypto/seed_text.h"
+#include "tests/support/bytes.h"
 #include "tests/support/fake_probe.h"
 #include "tests/support/freed_memory.h"
 #include "tests/support/linux/stack_residue.h"
@@ -53,14 +54,14 @@ TEST(SeedWipingTest, TheSeedIsWipedBeforeItsMemoryIsFreed) {
   SetKnownReadings(probe);
   ModuleScope scope;
   scope.Services().probe = &probe;
-  // (Now + ticks + volume id) / pi = 417574.02841549, once and twice.
-  for (const TextView seed :
-       {TextView(u"417574.02841549"), TextView(u"4175740284154941757402841549")}) {
+  // (Now + ticks + volume id) / pi = 417574.02841549, in text and in the digits of its readers.
+  const std::array forms{AsText(BytesOf("417574.02841549")), AsText(BytesOf("41757402841549")),
+                         BytesOf("41757402841549")};
+  for (const Bytes& form : forms) {
     probe.SetTicks({1'234'567, 4});
-    const FreedMemory freed(
-        {reinterpret_cast<const std::uint8_t*>(seed.data()), seed.size() * sizeof(char16_t)});
+    const FreedMemory freed(form);
     const Text result = BuildSeedText();
-    EXPECT_EQ(freed.BlocksWithSecret(), 0U);
+    EXPECT_EQ(freed.BlocksWithSecret(), 0U) << Hex(form);
     EXPECT_EQ(result, u"4175740284154941757402841549");
   }
 }
