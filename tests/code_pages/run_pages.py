@@ -66,15 +66,10 @@ class Wine:
 
 
 def run(system, page):
-    """The program's exit status, and its output. A start in some thousands ends silently under the 64-bit Wine 8, where
-    the program itself always prints: it is started again once."""
+    """The program's exit status, and its output."""
     environment = os.environ | system.start(page) | {"LATCHKEY_TEST_CODE_PAGE": str(page)}
-    for _ in range(2):
-        done = subprocess.run(system.command + ["--gtest_brief=1"], cwd=TESTS, env=environment, capture_output=True,
-                              text=True)
-        if done.stdout or done.stderr or done.returncode == 0:
-            break
-        print(f"Wine did not start the tests of {page}: once again", flush=True)
+    done = subprocess.run(system.command + ["--gtest_brief=1"], cwd=TESTS, env=environment, capture_output=True,
+                          text=True)
     return done.returncode, done.stdout + done.stderr
 
 
