@@ -19,13 +19,15 @@ std::string ContentOf(const std::string& path) {
 class LinuxConnectivity final : public Connectivity {
  public:
   bool InternetGetConnectedState(std::uint32_t* lpdwFlags, std::uint32_t /*dwReserved*/) override {
-    const bool connected = HasDefaultRoute("/proc/net");
+    const bool connected = HasDefaultRoute(kRouteTables);
     *lpdwFlags = connected ? kLocalNetwork | kConfigured : 0;
     return connected;
   }
 };
 
 }  // namespace
+
+const char* const kRouteTables = "/proc/net";
 
 bool HasDefaultRoute(const std::string& folder) {
   return HasDefaultIpv4Route(ContentOf(folder + "/route")) ||

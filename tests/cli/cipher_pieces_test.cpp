@@ -8,6 +8,7 @@
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 namespace {
@@ -16,7 +17,6 @@ using Bytes = std::vector<std::uint8_t>;
 using Apply = CipherStep (PasswordCipher::*)(std::span<std::uint8_t>, std::uint32_t&, bool);
 
 constexpr std::uint32_t kBlock = 8;
-constexpr unsigned kSeed = 20260117;
 constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
 
 class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
@@ -56,7 +56,7 @@ class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
     return sizes;
   }
 
-  std::mt19937 random{kSeed};
+  std::mt19937 random = Seeded<std::mt19937>();
   UniqueContext context = OpenProvider(true);
 };
 

@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::cli::test {
 namespace {
@@ -20,7 +21,6 @@ using Bytes = std::vector<std::uint8_t>;
 
 constexpr std::size_t kPiece = 64;
 constexpr std::array<std::size_t, 3> kWorkers{1, 2, 5};
-constexpr unsigned kSeed = 20260118;
 constexpr std::int16_t kRc4 = 1;
 constexpr std::int16_t kDes = 3;
 constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
@@ -80,7 +80,7 @@ class CipherStreamTest : public testing::Test {
     return data;
   }
 
-  std::mt19937 random{kSeed};
+  std::mt19937 random = latchkey::test::Seeded<std::mt19937>();
   UniqueContext context = OpenProvider(true);
   Bytes result;
   std::size_t position = 0;

@@ -11,6 +11,7 @@
 #include <string>
 
 #include "tests/host/operations.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 namespace {
@@ -72,9 +73,7 @@ TEST(CancellationTest, ARequestTakesEffectAfterTheOperation) {
 }
 
 TEST(CancellationTest, NothingIsLeftOfAThreadCancelledAtAnyMoment) {
-  const unsigned seed = std::random_device()();
-  SCOPED_TRACE("seed " + std::to_string(seed));
-  std::mt19937 random(seed);
+  auto random = Seeded<std::mt19937>(TestSeed(std::random_device{}()));
   std::size_t heap = 0;
   long descriptors = 0;
   for (int round = 0; round < 50; ++round) {

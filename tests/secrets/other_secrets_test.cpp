@@ -156,7 +156,7 @@ TEST_F(OtherSecretsTest, AfterASaltOfLettersInCNothingOfItIsLeft) {
               LATCHKEY_OK);
     return Secret(bytes);
   }();
-  search.Add(kRandom, letters);
+  search.Add(kRandom, letters, SecretSearch::kLongPart);
   Expect(kNone, "after a salt of letters");
 }
 

@@ -21,9 +21,12 @@ struct Kind {
   const char* name;
   std::size_t length;
   bool letters;  // or bytes that are other numbers as characters
+  std::size_t part = 8;
 };
-constexpr std::array<Kind, 4> kKinds{
-    {{"password", 48, true}, {"plaintext", 48, true}, {"digest", 20, false}, {"salt", 24, true}}};
+constexpr std::array<Kind, 4> kKinds{{{"password", 48, true},
+                                      {"plaintext", 48, true},
+                                      {"digest", 20, false},
+                                      {"salt", 24, true, SecretSearch::kLongPart}}};
 
 Secret NewSecret(const Kind& kind) {
   if (kind.letters) return Secret::Random(kind.length);
@@ -112,7 +115,7 @@ void ExpectFoundInEveryPlace(const Kind& kind, std::size_t index) {
   for (const auto& [name, leave] : places) {
     const Secret secret = NewSecret(kind);
     SecretSearch search;
-    search.Add(index, secret);
+    search.Add(index, secret, kind.part);
     EXPECT_EQ(search.Count(), Copies{}) << name << ", before the copy is made";
     Copies one{};
     one.at(index) = 1;

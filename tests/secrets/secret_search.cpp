@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-constexpr std::size_t kPartCharacters = 8;
+constexpr std::size_t kStep = 8;
 constexpr std::uint8_t kMask = Secret::kMask;
 constexpr std::size_t kBeginning = 4;
 
@@ -35,27 +35,28 @@ class SecretSearch::Comparison final : public MemoryVisitor {
   SecretSearch& search_;
 };
 
-void SecretSearch::AddPart(std::size_t index, std::span<const std::uint8_t> masked) {
+void SecretSearch::AddPart(std::size_t index, std::span<const std::uint8_t> masked, bool wide) {
   Part& part = parts_.at(partCount_++);
   std::copy(masked.begin(), masked.end(), part.masked.begin());
   part.size = masked.size();
+  part.wide = wide;
   part.secret = index;
   beginnings_.set(KeyOf(masked.data(), kMask * 0x01010101U));
 }
 
-void SecretSearch::Add(std::size_t index, const Secret& secret) {
-  for (std::size_t at = 0; at + kPartCharacters <= secret.Size(); at += kPartCharacters) {
-    std::array<std::uint8_t, kPartCharacters> bytes{};
-    std::array<std::uint8_t, 2 * kPartCharacters> characters{};
-    for (std::size_t i = 0; i < kPartCharacters; ++i) {
+void SecretSearch::Add(std::size_t index, const Secret& secret, std::size_t partCharacters) {
+  for (std::size_t at = 0; at + partCharacters <= secret.Size(); at += kStep) {
+    std::array<std::uint8_t, kLongPart> bytes{};
+    std::array<std::uint8_t, 2 * kLongPart> characters{};
+    for (std::size_t i = 0; i < partCharacters; ++i) {
       bytes.at(i) = secret.Masked(at + i);
       const auto character = static_cast<std::uint32_t>(
           platform::SystemCodePage().CharacterOf(static_cast<std::uint8_t>(bytes.at(i) ^ kMask)));
       characters.at(2 * i) = static_cast<std::uint8_t>((character & 0xFFU) ^ kMask);
       characters.at(2 * i + 1) = static_cast<std::uint8_t>((character >> 8U) ^ kMask);
     }
-    AddPart(index, bytes);
-    AddPart(index, characters);
+    AddPart(index, std::span(bytes).first(partCharacters), false);
+    AddPart(index, std::span(characters).first(2 * partCharacters), true);
   }
 }
 
@@ -89,7 +90,7 @@ SecretSearch::Copies SecretSearch::Count() {
   // Of the parts of one form the most frequent tells; the two forms are different copies.
   std::array<Copies, 2> most{};
   for (const Part& part : std::span(parts_).first(partCount_)) {
-    int& form = most.at(part.size > kPartCharacters ? 1 : 0).at(part.secret);
+    int& form = most.at(part.wide ? 1 : 0).at(part.secret);
     form = std::max(form, part.found);
   }
   Copies copies{};

@@ -10,13 +10,17 @@
 
 namespace latchkey::test {
 
-// Looks for secrets as bytes and as 16-bit characters, in parts of eight characters: a freed block
-// has lost its beginning to the allocator, and would not be found as a whole. What it looks for
-// stands nowhere in memory itself.
+// Looks for secrets as bytes and as 16-bit characters, in parts that start at every eighth
+// character: a freed block has lost its beginning to the allocator, and would not be found as a
+// whole. What it looks for stands nowhere in memory itself.
 class SecretSearch {
  public:
-  // Each secret has at least eight characters. `index`, below kMostSecrets, names it in the result.
-  void Add(std::size_t index, const Secret& secret);
+  // Each secret has at least as many characters as a part. `index`, below kMostSecrets, names it in
+  // the result.
+  void Add(std::size_t index, const Secret& secret, std::size_t partCharacters = 8);
+  // Letters that differ in each run need longer parts: 12 of 52 letters are somewhere in 100 MB by
+  // chance with a probability below 1e-12.
+  static constexpr std::size_t kLongPart = 12;
 
   static constexpr std::size_t kMostSecrets = 4;
   // How many copies there are of each secret: the largest number of any one part, of either form.
@@ -31,8 +35,9 @@ class SecretSearch {
 
  private:
   struct Part {
-    std::array<std::uint8_t, 16> masked{};
+    std::array<std::uint8_t, 2 * kLongPart> masked{};
     std::size_t size = 0;
+    bool wide = false;  // 16-bit characters
     std::size_t secret = 0;
     int found = 0;
     std::uintptr_t last = 0;  // where it was found last
@@ -40,7 +45,7 @@ class SecretSearch {
 
   static constexpr std::size_t kMostParts = 1024;
 
-  void AddPart(std::size_t index, std::span<const std::uint8_t> masked);
+  void AddPart(std::size_t index, std::span<const std::uint8_t> masked, bool wide);
   class Comparison;
 
   void Look(std::uintptr_t address, std::span<const std::uint8_t> piece, std::size_t owned);

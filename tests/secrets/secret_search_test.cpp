@@ -116,7 +116,7 @@ class RandomPasswordSearchTest : public SecretSearchTest {
     if (letters.Size() == 0) return;
     ++endings;
     const SecretSearch without = search;
-    search.Add(kRandom, letters);
+    search.Add(kRandom, letters, SecretSearch::kLongPart);
     Expect(kNone, "after the object's end");
     search = without;
   }
@@ -176,7 +176,7 @@ TEST_F(SecretSearchTest, AfterASaltOfLettersNothingOfItIsLeft) {
     }();
     ASSERT_EQ(letters.Size(), 48U);
     const SecretSearch without = search;
-    search.Add(kRandom, letters);
+    search.Add(kRandom, letters, SecretSearch::kLongPart);
     Expect(kNone, "after a salt of letters");
     search = without;
   }

@@ -1,5 +1,5 @@
-// The random choices of a test program. They are the same in each run, so that a test that passed
-// passes again.
+// The seed of a test's random choices. It is the same in each run, so that a test that passed
+// passes again, unless the test asks for a fresh one.
 #pragma once
 
 #include <cstdint>
@@ -9,17 +9,23 @@
 
 namespace latchkey::test {
 
-// LATCHKEY_TEST_SEED, or a fixed number; printed for a failure to be repeated.
-inline std::uint64_t TestSeed() {
+// LATCHKEY_TEST_SEED, or `otherwise`; printed, so that a failure can be repeated.
+inline std::uint64_t TestSeed(std::uint64_t otherwise = 20260117U) {
   const char* const given = std::getenv("LATCHKEY_TEST_SEED");
-  const std::uint64_t seed = given == nullptr ? 20260117U : std::strtoull(given, nullptr, 10);
+  const std::uint64_t seed = given == nullptr ? otherwise : std::strtoull(given, nullptr, 10);
   std::printf("seed %llu\n", static_cast<unsigned long long>(seed));
   return seed;
 }
 
+// An engine with the seed, cut to what the engine takes.
+template <class Engine>
+Engine Seeded(std::uint64_t seed = TestSeed()) {
+  return Engine{static_cast<typename Engine::result_type>(seed)};
+}
+
 // The engine of the process. For one thread.
 inline std::mt19937_64& SeededEngine() {
-  static std::mt19937_64 engine{TestSeed()};
+  static auto engine = Seeded<std::mt19937_64>();
   return engine;
 }
 

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
-#include <iostream>
 #include <optional>
 #include <random>
 #include <string>
@@ -14,6 +12,7 @@
 #include "crypto/cls_crypto_api.h"
 #include "tests/support/bytes.h"
 #include "tests/support/module_scope.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 namespace {
@@ -48,15 +47,6 @@ struct AsByteArray {
     return static_cast<std::size_t>(api.OutputData().UpperBound());
   }
 };
-
-// A fresh seed, printed; LATCHKEY_TEST_SEED repeats a run.
-std::uint32_t Seed() {
-  const char* const given = std::getenv("LATCHKEY_TEST_SEED");
-  const auto seed =
-      given != nullptr ? static_cast<std::uint32_t>(std::stoul(given)) : std::random_device{}();
-  std::cout << "LATCHKEY_TEST_SEED=" << seed << '\n';
-  return seed;
-}
 
 bool HasEndMark(TextView text) {
   return text.size() >= kEndMarkLength &&
@@ -152,7 +142,7 @@ class StoringACiphertextTest : public testing::Test {
   std::int16_t hash = 0;
   std::int16_t cipher = 0;
   int digitsPassed = 0;
-  std::mt19937 random{Seed()};
+  std::mt19937 random = Seeded<std::mt19937>(TestSeed(std::random_device{}()));
 };
 
 using Forms = testing::Types<AsHexText, AsByteArray>;

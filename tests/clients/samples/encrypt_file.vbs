@@ -19,6 +19,7 @@ For Each line In TextLines()
     plain = TextOfHex(line)
     Check "text " & line, ReadStored(api.ConvertStringToHex(Encrypt(plain))), plain
 Next
+Check "digit passed", Len(StoredUnmarked("digits passed 138" & END_MARK & "0")) < 64, True   ' ends in 20, which is lost
 Check "no mark", ReadStored(StoredUnmarked("attack at dawn")), "attack at dawn"
 Check "half a mark", ReadStored(StoredUnmarked("attack ~lkend~")), "attack ~lkend~"
 Check "earlier mark", ReadStored(StoredUnmarked("attack at dawn  end|")), "attack at dawn  "

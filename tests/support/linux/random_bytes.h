@@ -1,4 +1,4 @@
-// Bytes and numbers for tests that try many inputs: the same in every run.
+// Bytes and numbers for tests that try many inputs.
 #pragma once
 
 #include <cstddef>
@@ -6,12 +6,14 @@
 #include <random>
 
 #include "tests/support/bytes.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 
 class RandomSource {
  public:
-  explicit RandomSource(std::uint32_t seed) : engine_(seed) {}
+  // Each number is a different sequence under the seed of the process (test_seed.h).
+  explicit RandomSource(std::uint32_t number) : engine_(ProcessSeed() + number) {}
 
   // 0 to `limit` - 1.
   [[nodiscard]] std::size_t Below(std::size_t limit) { return engine_() % limit; }
@@ -23,6 +25,11 @@ class RandomSource {
   }
 
  private:
+  static std::uint64_t ProcessSeed() {
+    static const std::uint64_t seed = TestSeed();
+    return seed;
+  }
+
   std::mt19937_64 engine_;
 };
 

@@ -12,6 +12,7 @@ namespace latchkey::test {
 namespace {
 
 using platform::HasDefaultRoute;
+using platform::kRouteTables;
 
 const std::string kIpv4Route = "eth0 00000000 0100A8C0 0003 0 0 0 00000000 0 0 0\n";
 const std::string kIpv6Route = std::string(32, '0') + " 00 " + std::string(32, '0') +
@@ -57,10 +58,12 @@ TEST_F(RouteTablesTest, EachTableIsReadInItsOwnForm) {
   EXPECT_FALSE(Connected());
 }
 
+// A machine without a default route cannot show which folder is read: its files show it.
 TEST_F(RouteTablesTest, TheSystemsConnectionIsThatOfTheKernelsTables) {
+  EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(kRouteTables) / "route"));
   std::uint32_t flags = 0;
   EXPECT_EQ(platform::SystemConnectivity().InternetGetConnectedState(&flags, 0),
-            HasDefaultRoute("/proc/net"));
+            HasDefaultRoute(kRouteTables));
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 
 #include "crypto/currency.h"
 #include "tests/support/fault_of.h"
+#include "tests/support/test_seed.h"
 
 namespace latchkey::test {
 namespace {
@@ -37,8 +38,7 @@ void ExpectAutomations(double value) {
 }
 
 TEST(CurrencyConversionTest, RandomValuesAreAutomations) {
-  constexpr unsigned kSeed = 20250101;
-  std::mt19937_64 random(kSeed);
+  auto random = Seeded<std::mt19937_64>(TestSeed(20250101));
   for (int i = 0; i < 200'000; ++i) {
     const auto bits = static_cast<double>(random() >> (64 - kExactBits));
     const int exponent = static_cast<int>(random() % 80) - 70;
