@@ -4,15 +4,14 @@
 
 #include <oleauto.h>
 
-#include <algorithm>
 #include <array>
 #include <cmath>
 #include <memory>
 #include <new>
 #include <stdexcept>
+#include <string>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "platform/secure_memory.h"
 
@@ -67,15 +66,8 @@ VARIANT VariantOf(const Variant& value) {
 // Automation reads texts up to their first NUL; a text that holds one is no number.
 bool HoldsNul(TextView text) { return text.find(u'\0') != TextView::npos; }
 
-// A copy that ends with a NUL, since the readers take a pointer to writable text. Wiped at the end,
-// as the text may be a seed.
-using WideText = std::vector<wchar_t, WipingAllocator<wchar_t>>;
-
-WideText WideTextOf(TextView text) {
-  WideText wide(text.size() + 1);
-  std::copy(text.begin(), text.end(), wide.begin());
-  return wide;
-}
+// A copy, since the readers take a pointer to writable text. Callers wipe it, as it may be a seed.
+std::wstring WideText(TextView text) { return {text.begin(), text.end()}; }
 
 }  // namespace
 
@@ -96,7 +88,8 @@ Text TextOfVariant(const Variant& value) {
 
 NumberFromText ReadNumber(TextView text) {
   if (HoldsNul(text)) return {};
-  WideText wide = WideTextOf(text);
+  std::wstring wide = WideText(text);
+  const WipeAtExit wipeWide(wide);
   double value = 0;
   const HRESULT result = VarR8FromStr(wide.data(), LOCALE_USER_DEFAULT, 0, &value);
   // Wine gives infinity for some texts that Windows reports as too large.
@@ -107,7 +100,8 @@ NumberFromText ReadNumber(TextView text) {
 
 bool IsNumericText(TextView text) {
   if (HoldsNul(text)) return false;
-  WideText wide = WideTextOf(text);
+  std::wstring wide = WideText(text);
+  const WipeAtExit wipeWide(wide);
   std::array<BYTE, 30> digits{};
   NUMPARSE parse{};
   parse.cDig = static_cast<INT>(digits.size());
