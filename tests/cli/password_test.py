@@ -6,7 +6,7 @@ import termios
 import time
 import unittest
 
-from command import PROGRAM, CommandTest
+from command import NO_RETRY, PROGRAM, CommandTest
 
 OPTIONS = ["--hash", "md5", "--cipher", "des"]
 PLAIN = b"the quick brown fox"
@@ -105,7 +105,7 @@ class Terminal:
         pid, self.master = pty.fork()
         if pid == 0:
             os.chdir(test.folder)
-            os.execvp(PROGRAM[0], [*PROGRAM, *arguments])
+            os.execvpe(PROGRAM[0], [*PROGRAM, *arguments], {**os.environ, **NO_RETRY})
         self.pid = pid
 
     def read_until(self, text, seconds=60):
