@@ -89,7 +89,7 @@ class BlockCipher : public Cipher {
   [[nodiscard]] Key& KeyToSet() noexcept { return *key_; }
 
  private:
-  // What stands after the data in the batch is not looked at, and what becomes of it is dropped.
+  // The rest of the batch, after the data, is ignored, and its result is dropped.
   void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
     std::array<std::uint8_t, kCipherBlockSize> last{};
     std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());

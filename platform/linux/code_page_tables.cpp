@@ -34,7 +34,7 @@ constexpr auto kCodePages = std::to_array<KnownCodePage>({
 });
 
 // What Windows has and iconv does not: the characters of the bytes from `first` to `last`, one
-// after the other. Private-use characters stand for bytes that the code page leaves undefined.
+// after the other. Private-use characters denote bytes that the code page leaves undefined.
 struct ByteRun {
   std::uint32_t codePage;
   std::uint8_t first;

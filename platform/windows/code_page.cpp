@@ -27,7 +27,7 @@ std::uint32_t AnsiCode(char16_t character) {
   return code;
 }
 
-// One byte that the character of another byte becomes is no code of its own.
+// A character that maps to the byte of another character has no code.
 std::uint32_t LongAnsiCode(char16_t character) {
   const std::uint32_t code = AnsiCode(character);
   return code > 0xFF ? code : CodePage::kDefaultCode;

@@ -12,7 +12,7 @@ namespace latchkey::test {
 
 // Looks for secrets as bytes and as 16-bit characters, in parts that start at every eighth
 // character: a freed block has lost its beginning to the allocator, and would not be found as a
-// whole. What it looks for stands nowhere in memory itself.
+// whole. It keeps no plain copy of what it looks for.
 class SecretSearch {
  public:
   // Each secret has at least as many characters as a part. `index`, below kMostSecrets, names it in

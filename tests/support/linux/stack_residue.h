@@ -15,7 +15,7 @@ namespace latchkey::test {
 std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
                                 const std::function<void()>& run);
 
-// How often `pattern` stands beneath the caller of `run`, which has a fresh stack.
+// Counts `pattern` on the stack below the caller of `run`, which has a fresh stack.
 std::size_t StackCopiesOf(std::span<const std::uint8_t> pattern, const std::function<void()>& run);
 
 }  // namespace latchkey::test

@@ -1,4 +1,4 @@
-// Currency's rounding beside Automation's own.
+// Compares Currency's rounding with Automation's.
 #include <gtest/gtest.h>
 #include <windows.h>
 
