@@ -6,8 +6,8 @@
 #include <iostream>
 #include <string>
 
+#include "base/kernels/cpu_level.h"
 #include "bench/rows.h"
-#include "platform/linux/kernels/cpu_level.h"
 
 namespace latchkey::bench {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 // Google Benchmark itself prints date, machine and caches.
 void DescribeRun() {
   benchmark::AddCustomContext("compiler", __VERSION__);
-  benchmark::AddCustomContext("kernels", platform::NameOf(platform::ChosenCpuLevel()));
+  benchmark::AddCustomContext("kernels", NameOf(ChosenCpuLevel()));
   for (const Peer& peer : Peers()) benchmark::AddCustomContext(peer.name, peer.version);
 }
 

@@ -5,15 +5,13 @@
 #include <cmath>
 #include <utility>
 
+#include "base/secure_memory.h"
 #include "cli/text_evidence.h"
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
-#include "platform/secure_memory.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::WipedBytes;
 
 constexpr std::int16_t kHashes = 4;
 constexpr std::int16_t kCiphers = 5;
@@ -26,7 +24,7 @@ std::vector<CipherSettings> AllSettings() {
   std::vector<CipherSettings> all;
   for (const bool enhanced : {false, true}) {
     for (std::int16_t cipher = 1; cipher <= kCiphers; ++cipher) {
-      if (FindCipherAlgorithm(cipher, enhanced) == platform::kAlgorithmNone) continue;
+      if (FindCipherAlgorithm(cipher, enhanced) == provider::kAlgorithmNone) continue;
       for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
         all.push_back({enhanced, hash, cipher, 0});
         if (enhanced && cipher == kRc2) all.push_back({enhanced, hash, cipher, kOldRc2Bits});

@@ -12,17 +12,13 @@
 #include "cli/json.h"
 #include "cli/output_options.h"
 #include "cli/password_options.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/output_file.h"
 #include "cli/progress.h"
 #include "crypto/algorithms.h"
-#include "platform/command/input_file.h"
-#include "platform/command/output_file.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::InputFile;
-using platform::OutputFile;
-using platform::Readers;
 
 // What differs between the two commands.
 struct Direction {
@@ -90,11 +86,11 @@ CipherWork PrepareWork(const Direction& direction, const Options& options,
                        const CipherSettings& settings, const UniqueContext& context,
                        const InputFile& input) {
   const bool isStreamCipher =
-      FindCipherAlgorithm(settings.cipher, settings.enhanced) == platform::kAlgorithmRc4;
+      FindCipherAlgorithm(settings.cipher, settings.enhanced) == provider::kAlgorithmRc4;
   const bool inOrder = !direction.piecesAreIndependent || isStreamCipher;
   const std::size_t workers = CipherWorkers(input.Size(), inOrder);
   CipherWork work{direction.apply, {}, workers, direction.sites, input.Name()};
-  const platform::WipedBytes password = ReadPassword(options.password, direction.prompt);
+  const WipedBytes password = ReadPassword(options.password, direction.prompt);
   for (std::size_t i = 0; i < (inOrder ? 1 : workers); ++i) {
     work.ciphers.push_back(std::make_unique<PasswordCipher>(context));
     DeriveKey(*work.ciphers.back(), settings, direction.sites, password, input.Name());

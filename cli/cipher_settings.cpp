@@ -7,7 +7,7 @@
 namespace latchkey::cli {
 
 bool NeedsEnhancedProvider(std::int16_t cipher, std::uint32_t rc2EffectiveBits) {
-  return rc2EffectiveBits != 0 || FindCipherAlgorithm(cipher, false) == platform::kAlgorithmNone;
+  return rc2EffectiveBits != 0 || FindCipherAlgorithm(cipher, false) == provider::kAlgorithmNone;
 }
 
 void DeriveKey(PasswordCipher& cipher, const CipherSettings& settings, const CipherSites& sites,
@@ -20,7 +20,7 @@ void DeriveKey(PasswordCipher& cipher, const CipherSettings& settings, const Cip
 
 UniqueContext OpenFor(const CipherSettings& settings, const CipherSites& sites,
                       const std::string& file) {
-  if (FindCipherAlgorithm(settings.cipher, settings.enhanced) == platform::kAlgorithmNone) {
+  if (FindCipherAlgorithm(settings.cipher, settings.enhanced) == provider::kAlgorithmNone) {
     throw CommandError(FailureAt(sites.cipherType, file));
   }
   UniqueContext context = OpenProvider(settings.enhanced);

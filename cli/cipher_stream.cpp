@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "base/checked_arithmetic.h"
 #include "cli/failure.h"
 #include "cli/piece_relay.h"
-#include "diagnostics/checked_arithmetic.h"
-#include "platform/command/processors.h"
+#include "cli/platform/processors.h"
 
 namespace latchkey::cli {
 namespace {
@@ -20,7 +20,7 @@ class CipherStages final : public PieceStages {
  public:
   CipherStages(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
       : work_(work), streams_(streams), pieceSize_(pieceSize) {}
-  ~CipherStages() override { platform::SecureWipe(border_.data(), border_.size()); }
+  ~CipherStages() override { SecureWipe(border_.data(), border_.size()); }
 
   [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.ciphers.size() == 1; }
   void Read(Piece& piece) override;
@@ -78,7 +78,7 @@ std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
   // threads than processors would wait for a turn and then for a processor.
   const std::size_t most = inOrder ? 3 : 8;
   if (size && *size <= kCipherPiece) return 1;
-  return std::min(platform::UsableProcessors(), most);
+  return std::min(UsableProcessors(), most);
 }
 
 ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize) {

@@ -4,7 +4,7 @@
 
 namespace latchkey::cli {
 
-CiphertextSample ReadSample(platform::InputFile& input, bool quiet) {
+CiphertextSample ReadSample(InputFile& input, bool quiet) {
   Progress progress(input.Size(), quiet);
   CiphertextSample sample;
   sample.head.resize(CiphertextSample::kHeadLength);

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "platform/command/input_file.h"
+#include "cli/platform/input_file.h"
 
 namespace latchkey::cli {
 
@@ -20,6 +20,6 @@ struct CiphertextSample {
 };
 
 // Reads the input to its end, in constant memory. Shows how far it is unless `quiet`.
-[[nodiscard]] CiphertextSample ReadSample(platform::InputFile& input, bool quiet);
+[[nodiscard]] CiphertextSample ReadSample(InputFile& input, bool quiet);
 
 }  // namespace latchkey::cli

@@ -8,7 +8,7 @@
 #include "cli/commands.h"
 #include "cli/output_options.h"
 #include "cli/shielded_argument.h"
-#include "com/cls_main.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::cli {
 namespace {
@@ -117,14 +117,14 @@ ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::
 }
 
 ExitStatus CommandLine::RunChosen() {
-  const clsMain main;  // makes this thread's error record
+  const ErrorRecordScope record;
   Report report(options_);
   Failure failure;
   try {
     return chosen_(report);
   } catch (const CommandError& error) {
     failure = error.Get();
-  } catch (const platform::FileError& error) {
+  } catch (const FileError& error) {
     failure = FailureOf(error);
   } catch (...) {
     failure = FailureOf(CurrentFault());

@@ -10,7 +10,7 @@
 
 namespace latchkey::cli {
 
-// Does a command's work after its options are read. Throws CommandError, platform::FileError or
+// Does a command's work after its options are read. Throws CommandError, FileError or
 // Fault for a failure that ends it.
 using Action = std::function<ExitStatus(Report& report)>;
 

@@ -2,7 +2,7 @@
 
 #include "cli/hints.h"
 #include "cli/visible_text.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::cli {
 
@@ -24,7 +24,7 @@ Failure RecordedFailure() {
   return failure;
 }
 
-Failure FailureOf(const platform::FileError& error) {
+Failure FailureOf(const FileError& error) {
   Failure failure;
   failure.text = error.what();
   failure.file = error.Name();

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "base/fault.h"
+#include "cli/platform/file_error.h"
 #include "diagnostics/failure_table.h"
-#include "diagnostics/fault.h"
-#include "platform/command/file_error.h"
 
 namespace latchkey::cli {
 
@@ -46,7 +46,7 @@ class CommandError final : public std::exception {
 // What the thread's error record holds. Call it when ErrorExists.
 [[nodiscard]] Failure RecordedFailure();
 
-[[nodiscard]] Failure FailureOf(const platform::FileError& error);
+[[nodiscard]] Failure FailureOf(const FileError& error);
 [[nodiscard]] Failure FailureOf(const Fault& fault);
 
 // Options that do not go together, or that are not there.

@@ -11,17 +11,15 @@
 
 namespace latchkey::cli {
 
-using platform::WipedBytes;
-
 namespace {
 
-void Require(bool done, const platform::InputFile& input) {
+void Require(bool done, const InputFile& input) {
   if (!done) throw CommandError(FailureAt(check::kHashProvider, input.Name()));
 }
 
 }  // namespace
 
-std::string FileDigest(const UniqueContext& context, std::int16_t hash, platform::InputFile& input,
+std::string FileDigest(const UniqueContext& context, std::int16_t hash, InputFile& input,
                        Progress& progress) {
   const HashAlgorithm algorithm = FindHashAlgorithm(hash);
   MessageDigest digest;

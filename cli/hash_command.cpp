@@ -11,13 +11,11 @@
 #include "cli/commands.h"
 #include "cli/file_digest.h"
 #include "cli/json.h"
+#include "cli/platform/input_file.h"
 #include "crypto/open_provider.h"
-#include "platform/command/input_file.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::InputFile;
 
 struct Options {
   std::string algorithm = "md5";
@@ -83,7 +81,7 @@ std::optional<std::string> Hashing::DigestOf(const std::string& file) {
     InputFile input(file);
     Progress progress(input.Size(), report_.IsQuiet() || options_.status);
     return FileDigest(context_, number_, input, progress);
-  } catch (const platform::FileError& error) {
+  } catch (const FileError& error) {
     Tell(file, FailureOf(error));
     return std::nullopt;
   }
@@ -121,7 +119,7 @@ void Hashing::Check(const std::string& listName) {
   std::vector<std::string> lines;
   try {
     lines = LinesOf(listName);
-  } catch (const platform::FileError& error) {
+  } catch (const FileError& error) {
     return Tell(listName, FailureOf(error));
   }
   CheckLines(lines, listName);

@@ -7,16 +7,12 @@
 #include "cli/hex_text.h"
 #include "cli/json.h"
 #include "cli/output_options.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/output_file.h"
 #include "cli/progress.h"
-#include "platform/command/input_file.h"
-#include "platform/command/output_file.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::InputFile;
-using platform::OutputFile;
-using platform::WipedBytes;
 
 struct Options {
   bool decode = false;
@@ -56,7 +52,7 @@ void Decode(InputFile& input, OutputFile& output, Progress& progress) {
 ExitStatus RunHex(const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
   InputFile input(options.input);
-  OutputFile output(options.output.file, options.output.force, platform::Readers::Default);
+  OutputFile output(options.output.file, options.output.force, Readers::Default);
   {
     Progress progress(input.Size(), report.IsQuiet());
     (options.decode ? Decode : Encode)(input, output, progress);

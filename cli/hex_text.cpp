@@ -8,8 +8,6 @@
 
 namespace latchkey::cli {
 
-using platform::WipedBytes;
-
 namespace {
 
 bool IsDigit(std::uint8_t character) {
@@ -34,7 +32,7 @@ CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::
 
 WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes) {
   Text text;
-  const platform::WipeAtExit wipe(text);
+  const WipeAtExit wipe(text);
   EncodeHex(bytes, text);
   WipedBytes digits(text.size());
   std::transform(text.begin(), text.end(), digits.begin(),
@@ -66,7 +64,7 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
     digits.pop_back();
   }
   Text pairs(digits.begin(), digits.end());
-  const platform::WipeAtExit wipe(pairs);
+  const WipeAtExit wipe(pairs);
   WipedBytes bytes(digits.size() / 2);
   DecodeHex(pairs, bytes);
   return bytes;

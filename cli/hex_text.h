@@ -5,12 +5,12 @@
 #include <span>
 #include <string>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace latchkey::cli {
 
 // The digits of `bytes`, upper-case as the component writes them, as ASCII.
-[[nodiscard]] platform::WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes);
+[[nodiscard]] WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes);
 
 // The same in lower case, as the md5sum family writes digests.
 [[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
@@ -20,14 +20,13 @@ class HexReader {
  public:
   // The bytes of the digits so far that are whole. Raises CommandError, about `file`, for anything
   // that is neither a digit nor a line end.
-  [[nodiscard]] platform::WipedBytes Read(std::span<const std::uint8_t> text,
-                                          const std::string& file);
+  [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text, const std::string& file);
 
   // Whether half a byte is left over.
   [[nodiscard]] bool IsOdd() const noexcept { return !half_.empty(); }
 
  private:
-  platform::WipedBytes half_;  // the digit that waits for its second
+  WipedBytes half_;  // the digit that waits for its second
   std::uint64_t position_ = 0;
 };
 

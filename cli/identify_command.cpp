@@ -13,8 +13,6 @@
 namespace latchkey::cli {
 namespace {
 
-using platform::InputFile;
-
 struct Options {
   PasswordOptions password;
   std::string file;

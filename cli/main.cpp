@@ -3,16 +3,16 @@
 #include <new>
 
 #include "cli/command_line.h"
-#include "platform/command/arguments.h"
-#include "platform/command/standard_streams.h"
-#include "platform/command/terminal.h"
-#include "platform/command/uncaught_failure.h"
+#include "cli/platform/arguments.h"
+#include "cli/platform/standard_streams.h"
+#include "cli/platform/terminal.h"
+#include "cli/platform/uncaught_failure.h"
 
 namespace {
 
 using latchkey::cli::ExitStatus;
-using latchkey::platform::StandardStream;
-using latchkey::platform::WriteText;
+using latchkey::cli::StandardStream;
+using latchkey::cli::WriteText;
 
 // For failures while the parser is made or while a failure is reported. Allocates nothing.
 ExitStatus PrintPlainly(const char* text) noexcept {
@@ -23,9 +23,9 @@ ExitStatus PrintPlainly(const char* text) noexcept {
 ExitStatus Run(int argc, const char* const* argv) noexcept {
   try {
     latchkey::cli::CommandLine commandLine;
-    return commandLine.Run(latchkey::platform::ProgramArguments(argc, argv));
+    return commandLine.Run(latchkey::cli::ProgramArguments(argc, argv));
   } catch (const std::bad_alloc&) {
-    return PrintPlainly(latchkey::platform::kOutOfMemory);
+    return PrintPlainly(latchkey::cli::kOutOfMemory);
   } catch (const std::exception& error) {
     return PrintPlainly(error.what());
   }
@@ -34,7 +34,7 @@ ExitStatus Run(int argc, const char* const* argv) noexcept {
 }  // namespace
 
 int main(int argc, char** argv) {
-  latchkey::platform::BeginMain();
-  latchkey::platform::OccupyClosedStreams();
+  latchkey::cli::BeginMain();
+  latchkey::cli::OccupyClosedStreams();
   return static_cast<int>(Run(argc, argv));
 }

@@ -3,7 +3,7 @@
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "diagnostics/connectivity_probe.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::cli {
 namespace {

@@ -18,7 +18,7 @@ bool WritesDataToStandardOutput(const CLI::App& command) {
   const CLI::Option* const option = command.get_option_no_throw("--output");
   if (option == nullptr) return false;
   const std::vector<std::string>& names = option->results();
-  return names.empty() || std::any_of(names.begin(), names.end(), platform::IsStandardOutput);
+  return names.empty() || std::any_of(names.begin(), names.end(), IsStandardOutput);
 }
 
 }  // namespace latchkey::cli

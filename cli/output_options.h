@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "platform/command/stream_name.h"
+#include "cli/platform/stream_name.h"
 
 namespace CLI {
 class App;
@@ -15,7 +15,7 @@ struct OutputOptions {
   std::string file = "-";  // "-" is standard output
   bool force = false;      // an existing file gives way
 
-  [[nodiscard]] bool IsStandardOutput() const { return platform::IsStandardOutput(file); }
+  [[nodiscard]] bool IsStandardOutput() const { return cli::IsStandardOutput(file); }
 };
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);

@@ -5,17 +5,14 @@
 #include <utility>
 
 #include "cli/failure.h"
+#include "cli/platform/environment.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/stream_name.h"
+#include "cli/platform/terminal.h"
 #include "crypto/default_password.h"
-#include "platform/command/environment.h"
-#include "platform/command/input_file.h"
-#include "platform/command/stream_name.h"
-#include "platform/command/terminal.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::InputFile;
-using platform::WipedBytes;
 
 CommandError Failed(std::string text) {
   Failure failure;
@@ -46,13 +43,13 @@ WipedBytes FromFile(InputFile file, bool exact) {
 }
 
 WipedBytes FromVariable(const std::string& name) {
-  std::optional<WipedBytes> value = platform::TakeVariable(name);
+  std::optional<WipedBytes> value = TakeVariable(name);
   if (!value) throw Failed("the environment has no variable " + name);
   return std::move(*value);
 }
 
 WipedBytes Ask(const char* prompt) {
-  std::optional<WipedBytes> line = platform::ReadHiddenLine(prompt);
+  std::optional<WipedBytes> line = ReadHiddenLine(prompt);
   if (line) return std::move(*line);
   throw WrongUsage("no password given, and no terminal to ask for one",
                    "--password-file, --password-env or --password-fd say where it is");
@@ -104,8 +101,8 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
 
 void RequireOwnSource(const PasswordOptions& options, const std::string& input) {
   const std::optional<int> source =
-      options.file ? platform::InputDescriptor(*options.file) : options.descriptor;
-  if (!source || source != platform::InputDescriptor(input)) return;
+      options.file ? InputDescriptor(*options.file) : options.descriptor;
+  if (!source || source != InputDescriptor(input)) return;
   const std::string name =
       *source == 0 ? "standard input" : "descriptor " + std::to_string(*source);
   throw WrongUsage(name + " cannot give both the password and the data");

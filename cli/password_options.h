@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace CLI {
 class App;
@@ -34,6 +34,6 @@ enum class Prompt { Once, Twice };
 // The password, as exact bytes. A file or descriptor loses one line end (LF or CR LF) from its end
 // unless `exact` stands. Without an option it is asked for on the terminal, with Twice two times.
 // Raises CommandError when the source is not there or the two differ.
-[[nodiscard]] platform::WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
+[[nodiscard]] WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
 
 }  // namespace latchkey::cli

@@ -5,12 +5,10 @@
 #include <cmath>
 #include <cstdio>
 
-#include "platform/command/terminal.h"
+#include "cli/platform/terminal.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::StandardStream;
 
 constexpr auto kInterval = std::chrono::milliseconds(200);
 constexpr std::size_t kWidestBar = 40;
@@ -66,10 +64,10 @@ std::string ProgressLine(std::uint64_t done, std::optional<std::uint64_t> total,
 }
 
 Progress::Progress(std::optional<std::uint64_t> total, bool quiet)
-    : total_(total), shown_(!quiet && platform::IsTerminal(StandardStream::Error)) {}
+    : total_(total), shown_(!quiet && IsTerminal(StandardStream::Error)) {}
 
 Progress::~Progress() {
-  if (drawn_ > 0) platform::WriteText(StandardStream::Error, eraser_);
+  if (drawn_ > 0) WriteText(StandardStream::Error, eraser_);
 }
 
 void Progress::Advance(std::uint64_t bytes) {
@@ -82,14 +80,13 @@ void Progress::Advance(std::uint64_t bytes) {
 void Progress::Show(Clock::time_point now) {
   next_ = now + kInterval;
   const double seconds = std::chrono::duration<double>(now - start_).count();
-  std::string line =
-      ProgressLine(done_, total_, seconds, platform::TerminalColumns(StandardStream::Error));
+  std::string line = ProgressLine(done_, total_, seconds, TerminalColumns(StandardStream::Error));
   const std::size_t length = line.size();
   line.resize(std::max(length, drawn_), ' ');
   line.insert(0, 1, '\r');
   eraser_ = "\r" + std::string(length, ' ') + "\r";
   drawn_ = length;
-  platform::WriteText(StandardStream::Error, line);
+  WriteText(StandardStream::Error, line);
 }
 
 }  // namespace latchkey::cli

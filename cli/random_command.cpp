@@ -6,15 +6,13 @@
 #include "cli/commands.h"
 #include "cli/hex_text.h"
 #include "cli/json.h"
+#include "cli/platform/output_file.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/text_codec.h"
-#include "diagnostics/module_data.h"
-#include "platform/command/output_file.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::cli {
 namespace {
-
-using platform::WipedBytes;
 
 struct RandomOptions {
   std::int32_t length = 0;
@@ -40,14 +38,14 @@ void RequireResult(const WipedBytes& result, std::int32_t length) {
 // Raw bytes go out as they are; digits and letters are a line.
 void Write(WipedBytes data, bool isLine) {
   if (isLine) data.push_back('\n');
-  platform::OutputFile output("-", false, platform::Readers::Default);
+  OutputFile output("-", false, Readers::Default);
   output.Write(data);
   output.Commit();
 }
 
 // The text's code-page bytes; the text is wiped.
 WipedBytes TakeBytes(Text text) {
-  const platform::WipeAtExit wipe(text);
+  const WipeAtExit wipe(text);
   return EncodeText(text);
 }
 

@@ -1,11 +1,9 @@
 #include "cli/report.h"
 
 #include "cli/json.h"
-#include "platform/command/terminal.h"
+#include "cli/platform/terminal.h"
 
 namespace latchkey::cli {
-
-using platform::StandardStream;
 
 namespace {
 
@@ -16,7 +14,7 @@ std::string TextOf(const Json& json) {
 }
 
 void WriteOutput(std::string_view text) {
-  if (platform::WriteText(StandardStream::Output, text)) return;
+  if (WriteText(StandardStream::Output, text)) return;
   Failure failure;
   failure.text = "cannot write";
   failure.file = "standard output";
@@ -28,7 +26,7 @@ void WriteOutput(std::string_view text) {
 void Report::Result(const Json& result) const {
   if (!options_.json) return;
   if (outputIsData_) {
-    platform::WriteText(StandardStream::Error, TextOf(result));
+    WriteText(StandardStream::Error, TextOf(result));
     return;
   }
   const std::string text = TextOf(result);
@@ -41,13 +39,13 @@ void Report::Text(std::string_view text) const {
 }
 
 void Report::Note(std::string_view line) {
-  platform::WriteText(StandardStream::Error, std::string(line) + "\n");
+  WriteText(StandardStream::Error, std::string(line) + "\n");
 }
 
 void Report::Fail(const Failure& failure) const {
   if (options_.json && !resultBegun_) {
     const auto stream = outputIsData_ ? StandardStream::Error : StandardStream::Output;
-    if (platform::WriteText(stream, TextOf({{"error", ErrorObject(failure)}}))) return;
+    if (WriteText(stream, TextOf({{"error", ErrorObject(failure)}}))) return;
   }
   std::string lines = FailureLine(failure);
   if (!failure.hint.empty() && !options_.quiet) lines += "\nhint: " + failure.hint;

@@ -1,25 +1,23 @@
-# The Linux provider's kernels (platform/linux/kernels). Each file named after an instruction set is compiled for it, on
-# 64-bit x86 only; which of them run is chosen at run time.
+# Kernels: loops for one kind of CPU. Each file named after an instruction set is compiled for it, on 64-bit x86 and Linux
+# only; which of them run is chosen at run time.
 
-file(GLOB kernel_sources CONFIGURE_DEPENDS platform/linux/kernels/*.cpp)
 set(kernel_options_avx2 -mavx2)
 set(kernel_options_avx512 -mavx512f -mavx512bw)
-set(kernel_options_avx512vbmi ${kernel_options_avx512} -mavx512vbmi)
 set(kernel_options_sha_ni -msha -msse4.1)
-
-foreach(instruction_set avx2 avx512 avx512vbmi sha_ni)
-  set(sources ${kernel_sources})
-  list(FILTER sources INCLUDE REGEX "_${instruction_set}\\.cpp$")
-  if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
-    set_source_files_properties(${sources} PROPERTIES COMPILE_OPTIONS "${kernel_options_${instruction_set}}")
-    set(has_x86_kernels ON)
-  else()
-    list(REMOVE_ITEM kernel_sources ${sources})
-  endif()
-endforeach()
-
-# Public, so that the tests know which kernels there are.
-if(has_x86_kernels)
-  target_compile_definitions(latchkey_platform PUBLIC LATCHKEY_X86_KERNELS)
+if(NOT WIN32 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  set(has_x86_kernels ON)
 endif()
-target_sources(latchkey_platform PRIVATE ${kernel_sources})
+
+# Takes from a list of sources the kernels that this build has no use for, and gives the others their options.
+function(choose_kernels list)
+  foreach(instruction_set avx2 avx512 sha_ni)
+    set(chosen ${${list}})
+    list(FILTER chosen INCLUDE REGEX "_${instruction_set}\\.cpp$")
+    if(has_x86_kernels)
+      set_source_files_properties(${chosen} PROPERTIES COMPILE_OPTIONS "${kernel_options_${instruction_set}}")
+    elseif(chosen)
+      list(REMOVE_ITEM ${list} ${chosen})
+    endif()
+  endforeach()
+  set(${list} ${${list}} PARENT_SCOPE)
+endfunction()

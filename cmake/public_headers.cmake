@@ -3,23 +3,23 @@
 # path needs no folder with names like crypto and platform. Clients in this tree use the same copies.
 
 set(public_cpp_headers
+  base/export.h
+  base/fault.h
+  base/secure_memory.h
+  base/text.h
+  base/unique_handle.h
+  base/variant.h
+  base/working_bytes.h
   com/cls_main.h
   crypto/byte_array.h
   crypto/cls_crypto_api.h
   crypto/password_cipher.h
   crypto/provider_handles.h
   diagnostics/cls_timer.h
-  diagnostics/fault.h
-  platform/crypto_provider.h
-  platform/export.h
-  platform/large_memory.h
-  platform/secure_memory.h
   platform/set_code_page.h
   platform/stack_wipe.h
-  platform/text.h
-  platform/unique_handle.h
   platform/variant_text.h
-  platform/working_bytes.h)
+  provider/crypto_provider.h)
 
 set(public_headers_folder ${PROJECT_BINARY_DIR}/include)
 
@@ -30,7 +30,7 @@ function(publish_header source target)
   set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${source})
 endfunction()
 
-publish_header(com/latchkey.h latchkey.h)
+publish_header(include/latchkey.h latchkey.h)
 foreach(header IN LISTS public_cpp_headers)
   publish_header(${header} latchkey/${header})
 endforeach()

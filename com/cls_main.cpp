@@ -1,19 +1,14 @@
 #include "com/cls_main.h"
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
 #include "diagnostics/connectivity_probe.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 
-clsMain::clsMain() { ThreadModuleData().errorRecord = std::make_unique<clsErrorObject>(); }
+clsMain::clsMain() { MakeErrorRecord(); }
 
-clsMain::~clsMain() {
-  try {
-    ThreadModuleData().errorRecord.reset();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): a thread whose data cannot be made has no record
-  }
-}
+clsMain::~clsMain() { DropErrorRecord(); }
 
 std::int16_t clsMain::ErrorLocationID() const { return ErrorRecord().ErrorLocationID(); }
 

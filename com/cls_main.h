@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "platform/export.h"
-#include "platform/text.h"
+#include "base/export.h"
+#include "base/text.h"
 
 namespace latchkey {
 
@@ -34,7 +34,7 @@ class LATCHKEY_API clsMain {
   // 1 run-time failure, 2 application failure. Raises Overflow (6) outside 16 bits.
   [[nodiscard]] std::int16_t ErrorType() const;
   // Number and description of the last run-time fault that an operation caught; 0 and empty before
-  // the first. The numbers are those of Automation (diagnostics/fault.h).
+  // the first. The numbers are those of Automation (base/fault.h).
   [[nodiscard]] std::int32_t RTErrorNumber() const;
   [[nodiscard]] Text RTErrorDescription() const;
   // Number, 101 to 160, and message of the last failure that an operation found itself; 0 and

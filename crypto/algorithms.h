@@ -3,12 +3,12 @@
 
 #include <cstdint>
 
-#include "platform/crypto_provider.h"
+#include "provider/crypto_provider.h"
 
 namespace latchkey {
 
 struct HashAlgorithm {
-  platform::AlgorithmId id = platform::kAlgorithmNone;
+  provider::AlgorithmId id = provider::kAlgorithmNone;
   std::int32_t length = 0;  // of the digest, in bytes
 };
 
@@ -17,7 +17,7 @@ struct HashAlgorithm {
 
 // 1 RC4, 2 RC2, 3 DES and, with the enhanced set, 4 3DES and 5 two-key 3DES; any other number
 // gives kAlgorithmNone.
-[[nodiscard]] platform::AlgorithmId FindCipherAlgorithm(std::int16_t number,
+[[nodiscard]] provider::AlgorithmId FindCipherAlgorithm(std::int16_t number,
                                                         bool enhanced) noexcept;
 
 }  // namespace latchkey

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
+#include "platform/large_memory.h"
 
 namespace latchkey {
 
@@ -27,12 +28,13 @@ ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
 }
 
 ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
-  platform::WorkingBytes elements(codes.size() + 1);
+  WorkingBytes elements(codes.size() + 1);
+  platform::ExpectFilling(elements.data(), elements.size());
   std::copy(codes.begin(), codes.end(), elements.data());
   return WithTrailingZero(std::move(elements), codes.size());
 }
 
-ByteArray ByteArray::WithTrailingZero(platform::WorkingBytes&& bytes, std::size_t length) {
+ByteArray ByteArray::WithTrailingZero(WorkingBytes&& bytes, std::size_t length) {
   ByteArray array;
   array.dimensions_ = 1;
   array.upperBound_ = NarrowTo<std::int32_t>(length);
@@ -52,7 +54,7 @@ ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound
   array.dimensions_ = dimensions;
   array.lowerBound_ = lowerBound;
   array.upperBound_ = upperBound;
-  array.elements_ = platform::WorkingBytes(elements);
+  array.elements_ = WorkingBytes(elements);
   return array;
 }
 
@@ -71,7 +73,7 @@ std::span<const std::uint8_t> ByteArray::TextElements() const {
 
 void ByteArray::Erase() noexcept { static_cast<void>(TakeStorage()); }
 
-platform::WorkingBytes ByteArray::TakeStorage() noexcept {
+WorkingBytes ByteArray::TakeStorage() noexcept {
   dimensions_ = 0;
   lowerBound_ = 0;
   upperBound_ = -1;

@@ -13,7 +13,7 @@ WorkingText WorkingTextOf(const ByteArray& array) {
   return text;
 }
 
-platform::WipedBytes TextBytesOf(const ByteArray& array) {
+WipedBytes TextBytesOf(const ByteArray& array) {
   const auto elements = array.TextElements();
   WorkingText::CheckCapacity(elements.size(), 1);
   const auto text = TrimTrailingSpaces(elements);

@@ -1,9 +1,9 @@
 // Byte arrays as text.
 #pragma once
 
+#include "base/secure_memory.h"
 #include "crypto/byte_array.h"
 #include "crypto/working_text.h"
-#include "platform/secure_memory.h"
 
 namespace latchkey {
 
@@ -13,6 +13,6 @@ namespace latchkey {
 [[nodiscard]] WorkingText WorkingTextOf(const ByteArray& array);
 
 // The same without the trailing spaces, to be kept.
-[[nodiscard]] platform::WipedBytes TextBytesOf(const ByteArray& array);
+[[nodiscard]] WipedBytes TextBytesOf(const ByteArray& array);
 
 }  // namespace latchkey

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
 
 namespace latchkey {
 

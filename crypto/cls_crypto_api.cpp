@@ -6,7 +6,7 @@
 #include "crypto/default_password.h"
 #include "crypto/open_provider.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
@@ -59,20 +59,20 @@ bool clsCryptoAPI::AcquireProvider() {
 }
 
 void clsCryptoAPI::GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
-                                    platform::AlgorithmId& lngAlgorithm) {
+                                    provider::AlgorithmId& lngAlgorithm) {
   const HashAlgorithm algorithm = FindHashAlgorithm(intHashType);
   lngHashLength = algorithm.length;
   lngAlgorithm = algorithm.id;
 }
 
 void clsCryptoAPI::GetCipherAlgorithm(std::int16_t intCipherType,
-                                      platform::AlgorithmId& lngAlgorithm) {
-  lngAlgorithm = platform::kAlgorithmNone;
+                                      provider::AlgorithmId& lngAlgorithm) {
+  lngAlgorithm = provider::kAlgorithmNone;
   RunTrapped(trap::kGetCipherAlgorithm, [&] {
     ErrorRecord().Clear();
     blnBlockCipher = intCipherType != kRc4;
-    const platform::AlgorithmId found = FindCipherAlgorithm(intCipherType, blnEnhanced);
-    if (found == platform::kAlgorithmNone) {
+    const provider::AlgorithmId found = FindCipherAlgorithm(intCipherType, blnEnhanced);
+    if (found == provider::kAlgorithmNone) {
       RecordApplicationFailure(blnEnhanced ? check::kEnhancedCipherType : check::kBaseCipherType);
     }
     lngAlgorithm = found;
@@ -82,7 +82,7 @@ void clsCryptoAPI::GetCipherAlgorithm(std::int16_t intCipherType,
 ByteArray clsCryptoAPI::BuildPassword(bool blnUseDefault) {
   if (blnUseDefault) return DefaultPassword();
   Text letters = CreateSaltValue(kRandomPasswordLength, true);
-  const platform::WipeAtExit wipeLetters(letters);
+  const WipeAtExit wipeLetters(letters);
   return StringToByteArray(TextView(letters));
 }
 

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <span>
 
+#include "base/export.h"
+#include "base/secure_memory.h"
+#include "base/text.h"
 #include "crypto/byte_array.h"
 #include "crypto/provider_handles.h"
-#include "platform/export.h"
-#include "platform/secure_memory.h"
-#include "platform/text.h"
 #include "platform/variant_text.h"
 
 namespace latchkey {
@@ -169,11 +169,11 @@ class LATCHKEY_API clsCryptoAPI {
 
   // Sets both results from the hash number; 0 for an unknown one. Records nothing.
   static void GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
-                               platform::AlgorithmId& lngAlgorithm);
+                               provider::AlgorithmId& lngAlgorithm);
 
   // Clears the record and sets the result from the cipher number; 0 for a rejected one, location
   // 725 or 726, 439 for a run-time fault.
-  void GetCipherAlgorithm(std::int16_t intCipherType, platform::AlgorithmId& lngAlgorithm);
+  void GetCipherAlgorithm(std::int16_t intCipherType, provider::AlgorithmId& lngAlgorithm);
 
   // The built-in default password, or 20 fresh random letters.
   ByteArray BuildPassword(bool blnUseDefault);
@@ -200,7 +200,7 @@ class LATCHKEY_API clsCryptoAPI {
   bool blnBlockCipher = false;
   bool blnDefaultPWD = true;
   UniqueContext hCryptProv;
-  platform::WipedBytes strInData;  // text, as its code-page bytes
+  WipedBytes strInData;  // text, as its code-page bytes
   ByteArray arOutData;
   ByteArray arPassword{0};
 };

@@ -1,13 +1,14 @@
 // clsCryptoAPI's conversions between text, byte arrays and hexadecimal.
 #include <utility>
 
+#include "base/checked_arithmetic.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/hexadecimal.h"
 #include "crypto/text_codec.h"
 #include "crypto/value_text.h"
 #include "crypto/working_text.h"
-#include "diagnostics/checked_arithmetic.h"
 #include "diagnostics/error_trap.h"
+#include "platform/large_memory.h"
 
 namespace latchkey {
 namespace {
@@ -15,7 +16,8 @@ namespace {
 // The codes of a text. Raises Overflow for a text too long for a byte array.
 ByteArray CodesOf(TextView text) {
   static_cast<void>(NarrowTo<std::int32_t>(text.size()));
-  platform::WorkingBytes codes(text.size() + 1);
+  WorkingBytes codes(text.size() + 1);
+  platform::ExpectFilling(codes.data(), codes.size());
   EncodeText(text, codes.All().first(text.size()));
   return ByteArray::WithTrailingZero(std::move(codes), text.size());
 }

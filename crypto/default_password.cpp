@@ -3,7 +3,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace latchkey {
 namespace {
@@ -20,7 +20,7 @@ constexpr std::uint8_t Mask(std::size_t index) {
 }  // namespace
 
 ByteArray DefaultPassword() {
-  platform::WipedBytes password(kMasked.size());
+  WipedBytes password(kMasked.size());
   for (std::size_t i = 0; i < kMasked.size(); ++i) {
     password[i] = static_cast<std::uint8_t>(kMasked[i] ^ Mask(i));
   }

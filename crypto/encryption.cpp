@@ -7,12 +7,10 @@
 #include "crypto/cipher_sites.h"
 #include "crypto/cls_crypto_api.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
+#include "platform/large_memory.h"
 
 namespace latchkey {
-
-using platform::WipedBytes;
-using platform::WorkingBytes;
 
 // What differs between the two directions: where each failure is reported, and the cipher call.
 struct CipherDirection {
@@ -34,7 +32,7 @@ constexpr std::size_t kTrailingZero = 1;
 // The first failed step of deriving the key and running the cipher over the buffer. `length` is
 // that of the data in the buffer, before and after.
 CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
-                     platform::AlgorithmId hashAlgorithm, platform::AlgorithmId cipherAlgorithm,
+                     provider::AlgorithmId hashAlgorithm, provider::AlgorithmId cipherAlgorithm,
                      std::span<const std::uint8_t> password, const WipedBytes& input,
                      WorkingBytes& buffer, std::uint32_t& length) {
   const CipherStep derived = cipher.DeriveKey(hashAlgorithm, cipherAlgorithm, password);
@@ -42,6 +40,7 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
 
   const std::size_t bufferLength = CipherBufferLength(input.size());
   buffer.Renew(bufferLength + kTrailingZero);
+  platform::ExpectFilling(buffer.data(), buffer.size());
   std::copy(input.begin(), input.end(), buffer.data());
   length = static_cast<std::uint32_t>(input.size());
   const CipherStep applied =
@@ -72,14 +71,14 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
     WorkingBytes buffer = arOutData.TakeStorage();
     if (direction.zeroOutput) arOutData = ByteArray{0};
     std::int32_t hashLength = 0;
-    platform::AlgorithmId hashAlgorithm = platform::kAlgorithmNone;
+    provider::AlgorithmId hashAlgorithm = provider::kAlgorithmNone;
     GetHashAlgorithm(intHashType, hashLength, hashAlgorithm);
-    if (hashAlgorithm == platform::kAlgorithmNone) {
+    if (hashAlgorithm == provider::kAlgorithmNone) {
       return RecordApplicationFailure(sites.hashType);
     }
-    platform::AlgorithmId cipherAlgorithm = platform::kAlgorithmNone;
+    provider::AlgorithmId cipherAlgorithm = provider::kAlgorithmNone;
     GetCipherAlgorithm(intCipherType, cipherAlgorithm);
-    if (cipherAlgorithm == platform::kAlgorithmNone) {
+    if (cipherAlgorithm == provider::kAlgorithmNone) {
       return RecordApplicationFailure(sites.cipherType);
     }
     if (!HaveProvider()) return RecordApplicationFailure(sites.provider);

@@ -4,21 +4,21 @@
 #include "crypto/message_digest.h"
 #include "crypto/text_codec.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
+#include "platform/large_memory.h"
 
 namespace latchkey {
 namespace {
 
-using platform::WorkingBytes;
-
 // Hashes the text and the password behind it, and reads the digest as text bytes. False when the
 // provider refuses a call. The hash is the caller's, who destroys it after everything else is
 // cleaned up.
-bool ReadDigest(const UniqueContext& context, platform::AlgorithmId algorithm, TextView text,
+bool ReadDigest(const UniqueContext& context, provider::AlgorithmId algorithm, TextView text,
                 std::span<const std::uint8_t> password, MessageDigest& hash,
                 std::span<std::uint8_t> digest) {
   if (!hash.Begin(context, algorithm)) return false;
   WorkingBytes input(text.size() + password.size());
+  platform::ExpectFilling(input.data(), input.size());
   EncodeText(text, input.All().first(text.size()));
   std::copy(password.begin(), password.end(), input.All().subspan(text.size()).begin());
   if (!hash.Add(input.All())) return false;
@@ -45,7 +45,7 @@ Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bo
     const WorkingText password = blnAppendPassword ? PasswordToAppend() : WorkingText();
 
     std::int32_t hashLength = 0;
-    platform::AlgorithmId algorithm = platform::kAlgorithmNone;
+    provider::AlgorithmId algorithm = provider::kAlgorithmNone;
     GetHashAlgorithm(intHashChoice, hashLength, algorithm);
     digest = WorkingBytes(static_cast<std::size_t>(hashLength));
     std::fill_n(digest.data(), digest.size(), kSpace);

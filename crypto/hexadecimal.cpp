@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "base/hex_digits.h"
 #include "crypto/text_codec.h"
 #include "crypto/text_filling.h"
 #include "crypto/working_text.h"
-#include "platform/hex_digits.h"
 
 namespace latchkey {
 namespace {
@@ -17,7 +17,7 @@ void EncodeCodes(std::size_t count, Text& text, CodesAt&& codesAt) {
   FillText(text, count * kDigitsPerByte, [&](std::size_t from, std::span<char16_t> digits) {
     const std::span<const std::uint8_t> codes =
         codesAt(from / kDigitsPerByte, digits.size() / kDigitsPerByte);
-    platform::FastestHexDigits().encode(codes.data(), codes.size(), digits.data());
+    FastestHexDigits().encode(codes.data(), codes.size(), digits.data());
   });
 }
 
@@ -57,7 +57,7 @@ void EncodeHexOfText(TextView characters, Text& text) {
 }
 
 void DecodeHex(TextView text, std::span<std::uint8_t> bytes) noexcept {
-  platform::FastestHexDigits().decode(text.data(), bytes.size(), bytes.data());
+  FastestHexDigits().decode(text.data(), bytes.size(), bytes.data());
 }
 
 void DecodeHexToText(TextView digits, Text& text) {

@@ -1,10 +1,10 @@
 #include "crypto/message_digest.h"
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
 
 namespace latchkey {
 
-bool MessageDigest::Begin(const UniqueContext& context, platform::AlgorithmId algorithm) {
+bool MessageDigest::Begin(const UniqueContext& context, provider::AlgorithmId algorithm) {
   hash_ = MakeHash(context, algorithm);
   return static_cast<bool>(hash_);
 }
@@ -17,7 +17,7 @@ bool MessageDigest::Add(std::span<const std::uint8_t> data) {
 bool MessageDigest::Read(std::span<std::uint8_t> digest) {
   const auto& [provider, handle] = hash_.Get();
   auto length = NarrowTo<std::uint32_t>(digest.size());
-  return provider->CryptGetHashParam(handle, platform::kHashValueParameter, digest.data(), &length,
+  return provider->CryptGetHashParam(handle, provider::kHashValueParameter, digest.data(), &length,
                                      0);
 }
 

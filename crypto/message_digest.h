@@ -13,7 +13,7 @@ namespace latchkey {
 // thread.
 class MessageDigest {
  public:
-  [[nodiscard]] bool Begin(const UniqueContext& context, platform::AlgorithmId algorithm);
+  [[nodiscard]] bool Begin(const UniqueContext& context, provider::AlgorithmId algorithm);
 
   // Raises Overflow for a piece of 4 GiB or more.
   [[nodiscard]] bool Add(std::span<const std::uint8_t> data);

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "diagnostics/module_data.h"
+#include "crypto/crypto_state.h"
 
 namespace latchkey {
 namespace {
@@ -11,18 +11,18 @@ constexpr const char* kNoContainer = "";
 constexpr const char* kDefaultProviderName = "";
 
 UniqueContext Open(const char* providerName, std::uint32_t flags) {
-  ContextTrait::Type context{ThreadModuleData().services.provider};
+  ContextTrait::Type context{ThisThreadCrypto().provider};
   const bool opened = context.provider->CryptAcquireContextA(
-      &context.value, kNoContainer, providerName, platform::kProviderTypeRsaFull, flags);
+      &context.value, kNoContainer, providerName, provider::kProviderTypeRsaFull, flags);
   return opened ? UniqueContext(context) : UniqueContext();
 }
 
 }  // namespace
 
 UniqueContext OpenProvider(bool enhanced) {
-  if (enhanced) return Open(platform::kEnhancedProviderName, platform::kVerifyContext);
-  UniqueContext context = Open(platform::kBaseProviderName, platform::kVerifyContext);
-  return context ? std::move(context) : Open(kDefaultProviderName, platform::kNewKeySet);
+  if (enhanced) return Open(provider::kEnhancedProviderName, provider::kVerifyContext);
+  UniqueContext context = Open(provider::kBaseProviderName, provider::kVerifyContext);
+  return context ? std::move(context) : Open(kDefaultProviderName, provider::kNewKeySet);
 }
 
 }  // namespace latchkey

@@ -1,6 +1,6 @@
 #include "crypto/password_cipher.h"
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
 
 namespace latchkey {
 namespace {
@@ -8,20 +8,20 @@ namespace {
 // Sets RC2's effective key length; 0 leaves it as the provider made it.
 bool SetEffectiveBits(const KeyTrait::Type& key, std::uint32_t bits) {
   return bits == 0 ||
-         key.provider->CryptSetKeyParam(key.value, platform::kEffectiveKeyLengthParameter,
+         key.provider->CryptSetKeyParam(key.value, provider::kEffectiveKeyLengthParameter,
                                         reinterpret_cast<const std::uint8_t*>(&bits), 0);
 }
 
 }  // namespace
 
-CipherStep PasswordCipher::DeriveKey(platform::AlgorithmId hashAlgorithm,
-                                     platform::AlgorithmId cipherAlgorithm,
+CipherStep PasswordCipher::DeriveKey(provider::AlgorithmId hashAlgorithm,
+                                     provider::AlgorithmId cipherAlgorithm,
                                      std::span<const std::uint8_t> password,
                                      std::uint32_t rc2EffectiveBits) {
   hash_ = MakeHash(context_, hashAlgorithm);
   if (!hash_) return CipherStep::CreateHash;
 
-  platform::CryptoProvider& provider = *context_.Get().provider;
+  provider::CryptoProvider& provider = *context_.Get().provider;
   const auto passwordLength = NarrowTo<std::uint32_t>(password.size());
   if (!provider.CryptHashData(hash_.Get().value, password.data(), passwordLength, 0)) {
     return CipherStep::HashData;
@@ -33,7 +33,7 @@ CipherStep PasswordCipher::DeriveKey(platform::AlgorithmId hashAlgorithm,
   }
   key_.Reset(key);
   // Part of the work, not of the clean-up: a fault here is the operation's.
-  HashTrait::Close(hash_.Get());
+  hash_.Get().provider->CryptDestroyHash(hash_.Get().value);
   static_cast<void>(hash_.Release());
   return SetEffectiveBits(key, rc2EffectiveBits) ? CipherStep::Done : CipherStep::DeriveKey;
 }

@@ -4,8 +4,8 @@
 #include <cstdint>
 #include <span>
 
+#include "base/secure_memory.h"
 #include "crypto/provider_handles.h"
-#include "platform/secure_memory.h"
 
 namespace latchkey {
 
@@ -25,8 +25,8 @@ class PasswordCipher {
   // `rc2EffectiveBits` (1 to 1024; 0 leaves it to the provider) is for RC2 with the enhanced
   // provider: data of Windows 2000 and before has keys of 16 bytes with 40 effective bits. A
   // number that the provider refuses fails as DeriveKey.
-  [[nodiscard]] CipherStep DeriveKey(platform::AlgorithmId hashAlgorithm,
-                                     platform::AlgorithmId cipherAlgorithm,
+  [[nodiscard]] CipherStep DeriveKey(provider::AlgorithmId hashAlgorithm,
+                                     provider::AlgorithmId cipherAlgorithm,
                                      std::span<const std::uint8_t> password,
                                      std::uint32_t rc2EffectiveBits = 0);
 

@@ -1,18 +1,16 @@
 // clsCryptoAPI's CreateRandom and CreateSaltValue.
 #include <algorithm>
 
+#include "base/checked_arithmetic.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/random_number.h"
-#include "crypto/seed_text.h"
+#include "crypto/seed/seed_text.h"
 #include "crypto/text_codec.h"
-#include "diagnostics/checked_arithmetic.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
-
-using platform::WipedBytes;
 
 constexpr float kFirstLetter = 'A';
 constexpr float kLastLetter = 'z';
@@ -28,7 +26,7 @@ std::size_t SpaceCount(std::int32_t length) {
 // The seed text and `length` spaces behind it.
 WipedBytes SeededBuffer(std::int32_t length) {
   Text seed = BuildSeedText();
-  const platform::WipeAtExit wipeSeed(seed);
+  const WipeAtExit wipeSeed(seed);
   WipedBytes buffer(seed.size() + SpaceCount(length), kSpace);
   const WipedBytes codes = EncodeText(seed);
   std::copy(codes.begin(), codes.end(), buffer.begin());
@@ -52,7 +50,7 @@ WipedBytes RandomLetters(std::int32_t count) {
 // Keeps the first `length` characters and wipes the others.
 void CutText(Text& text, std::size_t length) {
   if (text.size() <= length) return;
-  platform::SecureWipe(text.data() + length, (text.size() - length) * sizeof(text[0]));
+  SecureWipe(text.data() + length, (text.size() - length) * sizeof(text[0]));
   text.resize(length);
 }
 
@@ -98,7 +96,7 @@ Text clsCryptoAPI::CreateSaltValue(std::int32_t lngReturnLength, bool blnLettter
       DecodeBytes(RandomLetters(lngReturnLength), result);
     } else {
       Text random = CreateRandom(lngReturnLength, true, false, true);
-      const platform::WipeAtExit wipeRandom(random);
+      const WipeAtExit wipeRandom(random);
       const auto trimmed = TrimSpaces(random);
       result.assign(trimmed.data(), trimmed.size());
     }

@@ -6,11 +6,11 @@
 #include <cstdint>
 #include <span>
 
-#include "crypto/seed_text.h"
+#include "base/checked_arithmetic.h"
+#include "base/secure_memory.h"
+#include "crypto/crypto_state.h"
+#include "crypto/seed/seed_text.h"
 #include "crypto/value_text.h"
-#include "diagnostics/checked_arithmetic.h"
-#include "diagnostics/module_data.h"
-#include "platform/secure_memory.h"
 
 namespace latchkey {
 namespace {
@@ -27,13 +27,12 @@ constexpr std::uint64_t Mix(std::uint64_t value) {
 
 void Reseed(GeneratorState& state, double seed) {
   std::array<std::uint8_t, sizeof(GeneratorState)> bytes{};
-  if (!ThreadModuleData().services.fillRandom(bytes))
-    throw Fault(FaultNumber::InvalidProcedureCall);
+  if (!ThisThread().services.fillRandom(bytes)) throw Fault(FaultNumber::InvalidProcedureCall);
   auto entropy = std::bit_cast<GeneratorState>(bytes);
   state[0] = Mix(state[0] ^ entropy[0] ^ std::bit_cast<std::uint64_t>(seed));
   state[1] = Mix(state[1] ^ entropy[1] ^ state[0]);
-  platform::SecureWipe(entropy.data(), sizeof entropy);
-  platform::SecureWipe(bytes.data(), bytes.size());
+  SecureWipe(entropy.data(), sizeof entropy);
+  SecureWipe(bytes.data(), bytes.size());
 }
 
 // The next number in [0, 1) that a Single can hold exactly, after xoroshiro128+ (Blackman, Vigna:
@@ -51,8 +50,8 @@ float NextUniform(GeneratorState& state) {
 
 float RandomNumberInRange(float sngLow, float sngHigh) {
   Text seedText = BuildSeedText();
-  const platform::WipeAtExit wipeSeed(seedText);
-  GeneratorState& state = ThreadModuleData().generatorState;
+  const WipeAtExit wipeSeed(seedText);
+  GeneratorState& state = ThisThreadCrypto().generatorState;
   Reseed(state, NumberIn(seedText));
   const double uniform = NextUniform(state);
   const double range = double{sngHigh} - double{sngLow} + 1.0;

@@ -3,18 +3,15 @@
 #include <algorithm>
 #include <limits>
 
+#include "base/ascii_text.h"
+#include "base/checked_arithmetic.h"
 #include "crypto/text_filling.h"
-#include "diagnostics/checked_arithmetic.h"
-#include "diagnostics/module_data.h"
-#include "platform/ascii_text.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
 
-using platform::CodePage;
-using platform::WipedBytes;
-
-const CodePage& ThreadCodePage() { return *ThreadModuleData().services.codePage; }
+const CodePage& ThreadCodePage() { return *ThisThread().services.codePage; }
 
 // The codes of a whole step are checked together, which costs less than at each: a bit that any of
 // them has is in their union.
@@ -34,11 +31,11 @@ std::uint32_t EncodeStep(const CodePage& codePage, std::span<const char16_t> cha
 }
 
 std::size_t ConvertAscii(std::span<const char16_t> characters, std::uint8_t* bytes) noexcept {
-  return platform::FastestAsciiText().narrow(characters.data(), characters.size(), bytes);
+  return FastestAsciiText().narrow(characters.data(), characters.size(), bytes);
 }
 
 std::size_t ConvertAscii(std::span<const std::uint8_t> bytes, char16_t* characters) noexcept {
-  return platform::FastestAsciiText().widen(bytes.data(), bytes.size(), characters);
+  return FastestAsciiText().widen(bytes.data(), bytes.size(), characters);
 }
 
 // Converts ASCII, which is the same in every code page, by itself and other steps by `convert`.
@@ -48,7 +45,7 @@ void ConvertEach(std::span<const From> from, To* to, Convert&& convert) {
     const std::size_t ascii = ConvertAscii(from, to);
     from = from.subspan(ascii);
     to += ascii;
-    const auto step = from.first(std::min(from.size(), platform::AsciiText::kStep));
+    const auto step = from.first(std::min(from.size(), AsciiText::kStep));
     convert(step, to);
     from = from.subspan(step.size());
     to += step.size();

@@ -8,14 +8,14 @@
 #include <ranges>
 #include <span>
 
-#include "platform/secure_memory.h"
-#include "platform/text.h"
+#include "base/secure_memory.h"
+#include "base/text.h"
 
 namespace latchkey {
 
 // The byte of each character; a character that the code page cannot represent gives 63 ("?").
 // Raises Overflow for a character whose code takes more than one byte.
-[[nodiscard]] platform::WipedBytes EncodeText(TextView text);
+[[nodiscard]] WipedBytes EncodeText(TextView text);
 void EncodeText(TextView text, std::span<std::uint8_t> bytes);
 
 // The low 8 bits of each character's code. Never raises Overflow.

@@ -7,9 +7,9 @@
 #include <span>
 #include <utility>
 
+#include "base/secure_memory.h"
+#include "base/text.h"
 #include "platform/large_memory.h"
-#include "platform/secure_memory.h"
-#include "platform/text.h"
 
 namespace latchkey {
 
@@ -23,7 +23,7 @@ class Piece {
   Piece() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
   Piece(const Piece&) = delete;
   Piece& operator=(const Piece&) = delete;
-  ~Piece() { platform::SecureWipe(elements_.data(), used_ * sizeof(Element)); }
+  ~Piece() { SecureWipe(elements_.data(), used_ * sizeof(Element)); }
 
   // `length` elements, for new ones.
   [[nodiscard]] std::span<Element> First(std::size_t length) noexcept {
@@ -45,7 +45,7 @@ void FillText(Text& text, std::size_t length, Write&& write) {
   static_assert(kPieceLength % 2 == 0);
   Piece<char16_t> characters;
   Text filled;
-  const platform::WipeAtExit wipe(filled);
+  const WipeAtExit wipe(filled);
   filled.reserve(length);
   platform::ExpectFilling(filled.data(), length * sizeof(char16_t));
   while (filled.size() < length) {

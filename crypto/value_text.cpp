@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "diagnostics/fault.h"
+#include "base/fault.h"
 
 namespace latchkey {
 

@@ -1,7 +1,7 @@
 // The text form of any value.
 #pragma once
 
-#include "platform/text.h"
+#include "base/text.h"
 #include "platform/variant_text.h"
 
 namespace latchkey {

@@ -2,8 +2,9 @@
 
 #include <limits>
 
+#include "base/checked_arithmetic.h"
 #include "crypto/text_codec.h"
-#include "diagnostics/checked_arithmetic.h"
+#include "platform/large_memory.h"
 
 namespace latchkey {
 namespace {
@@ -18,7 +19,8 @@ constexpr std::int32_t kLargestCapacity =
 
 WorkingText::WorkingText(std::size_t pieces, std::int32_t pieceLength) {
   CheckCapacity(pieces, pieceLength);
-  codes_ = platform::WorkingBytes(pieces * static_cast<std::size_t>(pieceLength));
+  codes_ = WorkingBytes(pieces * static_cast<std::size_t>(pieceLength));
+  platform::ExpectFilling(codes_.data(), codes_.size());
 }
 
 void WorkingText::CheckCapacity(std::size_t pieces, std::int32_t pieceLength) {

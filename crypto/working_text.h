@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/working_bytes.h"
+#include "base/working_bytes.h"
 
 namespace latchkey {
 
@@ -38,7 +38,7 @@ class WorkingText {
   static void CheckCapacity(std::size_t pieces, std::int32_t pieceLength);
 
  private:
-  platform::WorkingBytes codes_;
+  WorkingBytes codes_;
 };
 
 }  // namespace latchkey

@@ -3,12 +3,12 @@
 
 #include <cstdint>
 
+#include "base/text.h"
 #include "diagnostics/failure_table.h"
-#include "platform/text.h"
 
 namespace latchkey {
 
-// One record per thread, made by clsMain and reached through module_data.h. A plain data holder:
+// One record per thread, made by clsMain and reached through thread_state.h. A plain data holder:
 // every value can be read and written, none is validated or changed on the way, and no member
 // fails. Writing does not allocate for texts of up to kReservedText characters, nor does Clear, so
 // that a failure of memory can be recorded too.

@@ -1,13 +1,13 @@
 #include "diagnostics/cls_timer.h"
 
-#include "diagnostics/checked_arithmetic.h"
-#include "diagnostics/module_data.h"
+#include "base/checked_arithmetic.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
 
 std::int32_t SignedTick() {
-  return static_cast<std::int32_t>(ThreadModuleData().services.probe->GetTickCount());
+  return static_cast<std::int32_t>(ThisThread().services.probe->GetTickCount());
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "diagnostics/connectivity_probe.h"
 
-#include "diagnostics/checked_arithmetic.h"
+#include "base/checked_arithmetic.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 
@@ -11,8 +11,7 @@ bool QueryConnectionState(std::int16_t* flags) {
   *flags = 0;
   const bool completed = RunTrapped(trap::kConnectionState, [&] {
     std::uint32_t systemFlags = 0;
-    connected =
-        ThreadModuleData().services.connectivity->InternetGetConnectedState(&systemFlags, 0);
+    connected = ThisThread().services.connectivity->InternetGetConnectedState(&systemFlags, 0);
     *flags = NarrowTo<std::int16_t>(static_cast<std::int32_t>(systemFlags));
   });
   return completed && connected;

@@ -1,7 +1,7 @@
 #include "diagnostics/error_trap.h"
 
-#include "diagnostics/checked_arithmetic.h"
-#include "diagnostics/module_data.h"
+#include "base/checked_arithmetic.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
@@ -10,7 +10,7 @@ namespace {
 clsErrorObject& BeginRecord(std::int32_t errorType, std::int16_t location) {
   clsErrorObject& record = ErrorRecord();
   record.ErrorExists(true);
-  record.MachineState(NarrowTo<std::int16_t>(ThreadModuleData().currentStep));
+  record.MachineState(NarrowTo<std::int16_t>(ThisThread().currentStep));
   record.ErrorType(errorType);
   record.ErrorLocationID(location);
   return record;

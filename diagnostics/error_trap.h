@@ -3,8 +3,8 @@
 
 #include <utility>
 
+#include "base/fault.h"
 #include "diagnostics/failure_table.h"
-#include "diagnostics/fault.h"
 #include "platform/cancellation_hold.h"
 #include "platform/stack_wipe.h"
 

@@ -18,7 +18,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace latchkey {
 

@@ -17,8 +17,8 @@ class Connectivity {
 
   // True when connected; *lpdwFlags describes the connection. Makes no network traffic. On Linux a
   // configured default route (IPv4 or IPv6) counts as connected and gives kLocalNetwork |
-  // kConfigured, its absence gives 0. Raises MissingLibrary or MissingFunction (missing_library.h)
-  // on a Windows without wininet or this function of it.
+  // kConfigured, its absence gives 0. Raises FileNotFound or DllFunctionNotFound on a
+  // Windows without wininet or this function of it.
   virtual bool InternetGetConnectedState(std::uint32_t* lpdwFlags, std::uint32_t dwReserved) = 0;
 };
 

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace latchkey {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace latchkey::platform {
 namespace {

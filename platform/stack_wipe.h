@@ -1,7 +1,7 @@
 // Wiping of what functions that have returned left on the stack.
 #pragma once
 
-#include "platform/export.h"
+#include "base/export.h"
 
 namespace latchkey::platform {
 

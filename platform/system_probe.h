@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace latchkey::platform {
 

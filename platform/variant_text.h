@@ -2,21 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <variant>
 
-#include "platform/text.h"
+#include "base/text.h"
+#include "base/variant.h"
 
-namespace latchkey {
-
-// What a caller may hand to a Variant argument. Text is seen, not copied: it must outlive the call.
-struct Null {};
-struct Date {
-  double days;  // since 30 December 1899, the time of day as the fraction
-};
-using Empty = std::monostate;
-using Variant = std::variant<Empty, Null, TextView, bool, std::int32_t, float, double, Date>;
-
-namespace platform {
+namespace latchkey::platform {
 
 // The text of a Double: up to 15 significant digits, the locale's decimal separator, exponent form
 // ("1E+30") for magnitudes that 15 digits cannot show.
@@ -41,5 +31,4 @@ NumberFromText ReadNumber(TextView text);
 // The locale-aware numeric test: whether the whole text reads as a number.
 bool IsNumericText(TextView text);
 
-}  // namespace platform
-}  // namespace latchkey
+}  // namespace latchkey::platform

@@ -25,7 +25,7 @@ const Bytes& Password() {
 }
 
 // What `cipher` makes of the letters: data to decrypt.
-Bytes Ciphertext(RawProvider& raw, platform::AlgorithmId cipher, std::size_t length) {
+Bytes Ciphertext(RawProvider& raw, provider::AlgorithmId cipher, std::size_t length) {
   Bytes data(length + kBlock, 'a');
   auto size = static_cast<std::uint32_t>(length);
   const auto key = raw.MakeKey(cipher, Password());

@@ -25,7 +25,7 @@ void RunRaw(benchmark::State& state, std::int16_t number) {
     std::uint8_t digest[kLongestDigest];
     auto length = static_cast<std::uint32_t>(algorithm.length);
     RawProvider::Require(
-        raw.provider().CryptGetHashParam(hash, platform::kHashValueParameter, digest, &length, 0));
+        raw.provider().CryptGetHashParam(hash, provider::kHashValueParameter, digest, &length, 0));
     RawProvider::Require(raw.provider().CryptDestroyHash(hash));
     benchmark::DoNotOptimize(digest);
   }

@@ -1,9 +1,9 @@
 // Owners of what Automation hands out: interface pointers, strings and variants.
 #pragma once
 
+#include "base/secure_memory.h"
+#include "base/unique_handle.h"
 #include "com/windows/automation_prelude.h"
-#include "platform/secure_memory.h"
-#include "platform/unique_handle.h"
 
 namespace latchkey::com {
 
@@ -16,18 +16,18 @@ struct InterfaceTrait {
 
 // Owns one reference.
 template <class Interface>
-using UniqueInterface = platform::UniqueHandle<InterfaceTrait<Interface>>;
+using UniqueInterface = UniqueHandle<InterfaceTrait<Interface>>;
 
 struct BstrTrait {
   using Type = BSTR;
   static Type None() noexcept { return nullptr; }
   static void Close(Type text) noexcept {
-    platform::SecureWipe(text, SysStringByteLen(text));
+    SecureWipe(text, SysStringByteLen(text));
     SysFreeString(text);
   }
 };
 
 // Owns a string that may be secret: it is wiped before it is freed.
-using UniqueBstr = platform::UniqueHandle<BstrTrait>;
+using UniqueBstr = UniqueHandle<BstrTrait>;
 
 }  // namespace latchkey::com

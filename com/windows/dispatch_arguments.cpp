@@ -2,8 +2,8 @@
 
 #include <new>
 
+#include "base/fault.h"
 #include "com/windows/slot_call.h"
-#include "diagnostics/fault.h"
 
 namespace latchkey::com {
 namespace {

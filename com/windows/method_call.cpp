@@ -1,7 +1,7 @@
 #include "com/windows/method_call.h"
 
+#include "base/fault.h"
 #include "com/windows/automation_owners.h"
-#include "diagnostics/fault.h"
 
 namespace latchkey::com {
 namespace {

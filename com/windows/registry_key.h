@@ -3,8 +3,8 @@
 
 #include <string>
 
+#include "base/unique_handle.h"
 #include "com/windows/automation_prelude.h"
-#include "platform/unique_handle.h"
 
 namespace latchkey::com {
 
@@ -14,7 +14,7 @@ struct RegistryKeyTrait {
   static void Close(Type key) noexcept { RegCloseKey(key); }
 };
 
-using RegistryKey = platform::UniqueHandle<RegistryKeyTrait>;
+using RegistryKey = UniqueHandle<RegistryKeyTrait>;
 
 // Whom entries are for: all users of the machine, which takes administrator rights to write, or the
 // user whose program this is.

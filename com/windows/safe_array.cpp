@@ -5,9 +5,9 @@
 #include <limits>
 #include <new>
 
-#include "diagnostics/checked_arithmetic.h"
-#include "diagnostics/fault.h"
-#include "platform/secure_memory.h"
+#include "base/checked_arithmetic.h"
+#include "base/fault.h"
+#include "base/secure_memory.h"
 
 namespace latchkey::com {
 namespace {
@@ -89,7 +89,7 @@ void WipeSafeArray(SAFEARRAY* array) noexcept {
   if (array == nullptr || !HoldsBytes(*array)) return;
   try {
     const auto bytes = SafeArrayAccess(array).Bytes();
-    platform::SecureWipe(bytes.data(), bytes.size());
+    SecureWipe(bytes.data(), bytes.size());
   } catch (...) {  // NOLINT(bugprone-empty-catch): an array that cannot be read cannot be wiped
   }
 }

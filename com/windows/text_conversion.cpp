@@ -3,7 +3,7 @@
 #include <limits>
 #include <new>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace latchkey::com {
 
@@ -14,7 +14,7 @@ TextView ViewOf(BSTR text) noexcept {
 }
 
 BSTR ToBstr(Text&& text) {  // NOLINT(*-rvalue-reference-param-not-moved): wiped, not moved
-  const platform::WipeAtExit wipeText(text);
+  const WipeAtExit wipeText(text);
   if (text.size() > std::numeric_limits<UINT>::max()) throw std::bad_alloc();
   auto* const copy = SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
                                        static_cast<UINT>(text.size()));

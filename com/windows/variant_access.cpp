@@ -1,8 +1,8 @@
 #include "com/windows/variant_access.h"
 
+#include "base/fault.h"
 #include "com/windows/safe_array.h"
 #include "com/windows/text_conversion.h"
-#include "diagnostics/fault.h"
 
 namespace latchkey::com {
 namespace {
@@ -23,7 +23,7 @@ bool IsNullReference(const VARIANT& value) {
 
 OwnedVariant::~OwnedVariant() {
   if (V_VT(&value_) == VT_BSTR) {
-    platform::SecureWipe(V_BSTR(&value_), SysStringByteLen(V_BSTR(&value_)));
+    SecureWipe(V_BSTR(&value_), SysStringByteLen(V_BSTR(&value_)));
   }
   if (V_VT(&value_) == (VT_ARRAY | VT_UI1)) WipeSafeArray(V_ARRAY(&value_));
   VariantClear(&value_);

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/unique_handle.h"
+#include "base/unique_handle.h"
 
 namespace latchkey::platform {
 

@@ -4,7 +4,7 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/code_page.h"
+#include "base/code_page.h"
 
 namespace latchkey::platform {
 

@@ -4,9 +4,9 @@
 #include <iterator>
 #include <string>
 
-#include "platform/default_route.h"
+#include "base/never_destroyed.h"
+#include "platform/linux/default_route.h"
 #include "platform/linux/route_tables.h"
-#include "platform/never_destroyed.h"
 
 namespace latchkey::platform {
 namespace {

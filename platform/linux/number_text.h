@@ -11,8 +11,8 @@
 #include <optional>
 #include <vector>
 
-#include "platform/secure_memory.h"
-#include "platform/text.h"
+#include "base/secure_memory.h"
+#include "base/text.h"
 
 namespace latchkey::platform {
 

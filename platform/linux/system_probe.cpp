@@ -4,10 +4,10 @@
 #include <cstdio>
 #include <ctime>
 
-#include "platform/code_page.h"
+#include "base/never_destroyed.h"
 #include "platform/linux/processes.h"
 #include "platform/linux/root_volume.h"
-#include "platform/never_destroyed.h"
+#include "platform/system_code_page.h"
 
 namespace latchkey::platform {
 namespace {

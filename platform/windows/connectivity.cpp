@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-#include "platform/missing_library.h"
+#include "base/fault.h"
 #include "platform/windows/system_library.h"
 
 namespace latchkey::platform {
@@ -20,7 +20,7 @@ HMODULE LoadInternetLibrary() {
   const BOOL done =
       GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_PIN | GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS,
                          reinterpret_cast<const wchar_t*>(library.Get()), &pinned);
-  if (done == FALSE) throw MissingLibrary();
+  if (done == FALSE) throw Fault(FaultNumber::FileNotFound);
   return pinned;
 }
 

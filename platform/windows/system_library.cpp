@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "platform/missing_library.h"
+#include "base/fault.h"
 
 namespace latchkey::platform {
 namespace {
@@ -14,7 +14,7 @@ std::wstring SystemFolder() {
     folder.resize(length);
     length = GetSystemDirectoryW(folder.data(), length);
   }
-  if (length == 0 || length > folder.size()) throw MissingLibrary();
+  if (length == 0 || length > folder.size()) throw Fault(FaultNumber::FileNotFound);
   folder.resize(length);
   return folder;
 }
@@ -33,13 +33,13 @@ DWORD SearchFlag() {
 UniqueLibrary LoadSystemLibrary(const wchar_t* name) {
   const std::wstring path = SystemFolder() + L"\\" + name;
   UniqueLibrary library(LoadLibraryExW(path.c_str(), nullptr, SearchFlag()));
-  if (!library) throw MissingLibrary();
+  if (!library) throw Fault(FaultNumber::FileNotFound);
   return library;
 }
 
 FARPROC FunctionOf(HMODULE library, const char* name) {
   const FARPROC function = GetProcAddress(library, name);
-  if (function == nullptr) throw MissingFunction();
+  if (function == nullptr) throw Fault(FaultNumber::DllFunctionNotFound);
   return function;
 }
 

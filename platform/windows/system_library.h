@@ -3,7 +3,7 @@
 
 #include <windows.h>
 
-#include "platform/unique_handle.h"
+#include "base/unique_handle.h"
 
 namespace latchkey::platform {
 
@@ -15,10 +15,10 @@ struct LibraryTrait {
 using UniqueLibrary = UniqueHandle<LibraryTrait>;
 
 // Loads a library by its full path in the system folder, so that no other file of its name is ever
-// loaded. Raises MissingLibrary. Any thread, but not while the DLL is being loaded or unloaded.
+// loaded. Raises FileNotFound. Any thread, but not while the DLL is being loaded or unloaded.
 [[nodiscard]] UniqueLibrary LoadSystemLibrary(const wchar_t* name);
 
-// The address of a function. Raises MissingFunction.
+// The address of a function. Raises DllFunctionNotFound.
 [[nodiscard]] FARPROC FunctionOf(HMODULE library, const char* name);
 
 }  // namespace latchkey::platform

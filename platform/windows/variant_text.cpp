@@ -13,7 +13,7 @@
 #include <type_traits>
 #include <utility>
 
-#include "platform/secure_memory.h"
+#include "base/secure_memory.h"
 
 namespace latchkey::platform {
 namespace {

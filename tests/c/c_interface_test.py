@@ -10,7 +10,7 @@ import re
 import sys
 import unittest
 
-HEADER = pathlib.Path(__file__).resolve().parents[2] / "com/latchkey.h"
+HEADER = pathlib.Path(__file__).resolve().parents[2] / "include/latchkey.h"
 SAMPLE = HEADER.parents[1] / "examples/python"
 sys.path.insert(0, str(SAMPLE))
 import encrypt_bytes  # noqa: E402

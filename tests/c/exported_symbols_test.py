@@ -28,7 +28,7 @@ def public_headers():
 
 
 def declared_c():
-    return set(re.findall(r"LATCHKEY_C_API [\w* ]*?(latchkey_\w+)\(", (PROJECT / "com/latchkey.h").read_text()))
+    return set(re.findall(r"LATCHKEY_C_API [\w* ]*?(latchkey_\w+)\(", (PROJECT / "include/latchkey.h").read_text()))
 
 
 def declared_cpp():

@@ -9,16 +9,15 @@
 #include "cli/checksum_file.h"
 #include "cli/failure.h"
 #include "cli/hex_text.h"
+#include "cli/platform/environment.h"
 #include "cli/progress.h"
 #include "cli/text_evidence.h"
 #include "cli/visible_text.h"
-#include "platform/command/environment.h"
 
 namespace latchkey::test {
 namespace {
 
 using namespace cli;  // NOLINT: what is tested here
-using platform::WipedBytes;
 
 constexpr const char* kDigest = "900150983cd24fb0d6963f7d28e17f72";
 const ChecksumForm kForm{"MD5", 32};
@@ -95,10 +94,10 @@ TEST(TextEvidenceTest, TheProbabilitiesOfAllBytesSumToOne) {
 
 // CMakeLists.txt sets the variable for the test.
 TEST(TakeVariableTest, TheVariableIsGoneAfterwards) {
-  const auto taken = platform::TakeVariable("LATCHKEY_TEST_SECRET");
+  const auto taken = cli::TakeVariable("LATCHKEY_TEST_SECRET");
   ASSERT_TRUE(taken);
   EXPECT_EQ(std::string(taken->begin(), taken->end()), "secret value");
-  EXPECT_FALSE(platform::TakeVariable("LATCHKEY_TEST_SECRET"));
+  EXPECT_FALSE(cli::TakeVariable("LATCHKEY_TEST_SECRET"));
 }
 
 TEST(WithoutControlsTest, WhatATerminalObeysIsEscaped) {

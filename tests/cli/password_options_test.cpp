@@ -15,8 +15,6 @@
 namespace latchkey::test {
 namespace {
 
-using platform::WipedBytes;
-
 constexpr std::int16_t kMd5 = 1;
 constexpr std::int16_t kDes = 3;
 constexpr std::string_view kText = "attack at dawn";

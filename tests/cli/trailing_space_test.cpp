@@ -6,21 +6,20 @@
 #include <string>
 
 #include "cli/command_line.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/output_file.h"
 #include "com/cls_main.h"
 #include "crypto/algorithms.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
-#include "platform/command/input_file.h"
-#include "platform/command/output_file.h"
 
 namespace latchkey::test {
 namespace {
 
-using platform::InputFile;
-using platform::OutputFile;
-using platform::Readers;
-using platform::WipedBytes;
+using cli::InputFile;
+using cli::OutputFile;
+using cli::Readers;
 
 constexpr std::int16_t kMd5 = 1;
 constexpr std::int16_t kDes = 3;

@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "crypto/crypto_state.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/fake_probe.h"
 #include "tests/support/faulty_provider.h"
@@ -26,7 +27,7 @@ class AllocationSweep : public testing::Test {
 
   AllocationSweep() {
     scope.Services().probe = &still_;
-    scope.Services().provider = &provider;
+    ThisThreadCrypto().provider = &provider;
   }
   ~AllocationSweep() override { EXPECT_EQ(provider.OpenHandles(), 0); }
 

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-#include "com/latchkey.h"
+#include "include/latchkey.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {

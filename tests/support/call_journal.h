@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/text.h"
+#include "base/text.h"
 
 namespace latchkey::test {
 

@@ -5,8 +5,6 @@
 namespace latchkey::test {
 namespace {
 
-using platform::CodePage;
-
 template <class CharacterOf>
 CodePage::HighHalf HighHalfOf(CharacterOf characterOf) {
   CodePage::HighHalf characters{};

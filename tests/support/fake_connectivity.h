@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "diagnostics/fault.h"
+#include "base/fault.h"
 #include "platform/connectivity.h"
 
 namespace latchkey::test {

@@ -9,9 +9,9 @@
 #include <string>
 #include <vector>
 
-#include "diagnostics/fault.h"
+#include "base/fault.h"
+#include "base/text.h"
 #include "platform/system_probe.h"
-#include "platform/text.h"
 
 namespace latchkey::test {
 

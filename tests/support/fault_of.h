@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "diagnostics/fault.h"
+#include "base/fault.h"
 
 namespace latchkey::test {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "diagnostics/fault.h"
+#include "base/fault.h"
 
 namespace latchkey::test {
 

@@ -3,23 +3,23 @@
 
 #include <cstdint>
 
-#include "platform/crypto_provider.h"
+#include "provider/crypto_provider.h"
 
 namespace latchkey::test {
 
 // Passes each call on to a provider and counts the calls and the open handles. For
 // tests that watch memory or make it fail; ScriptedProvider tells more, and allocates for that.
 // Used by one thread.
-class FaultyProvider : public platform::CryptoProvider {
+class FaultyProvider : public provider::CryptoProvider {
  public:
-  using HCRYPTPROV = platform::HCRYPTPROV;
-  using HCRYPTHASH = platform::HCRYPTHASH;
-  using HCRYPTKEY = platform::HCRYPTKEY;
-  using AlgorithmId = platform::AlgorithmId;
+  using HCRYPTPROV = provider::HCRYPTPROV;
+  using HCRYPTHASH = provider::HCRYPTHASH;
+  using HCRYPTKEY = provider::HCRYPTKEY;
+  using AlgorithmId = provider::AlgorithmId;
 
   enum class Manner { Refuse, Throw };
 
-  explicit FaultyProvider(CryptoProvider& real = platform::SystemCryptoProvider()) noexcept
+  explicit FaultyProvider(CryptoProvider& real = provider::SystemCryptoProvider()) noexcept
       : real_(real) {}
 
   // Makes the nth call from now (the first is 1) fail, by false or by a TypeMismatch fault. A

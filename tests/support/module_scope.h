@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::test {
 
@@ -12,15 +12,15 @@ namespace latchkey::test {
 // must end before the scope does.
 class ModuleScope {
  public:
-  ModuleScope() : saved_(std::exchange(ThreadModuleData(), ModuleData())) {}
+  ModuleScope() : saved_(std::exchange(ThisThread(), ThreadState())) {}
   ModuleScope(const ModuleScope&) = delete;
   ModuleScope& operator=(const ModuleScope&) = delete;
-  ~ModuleScope() { ThreadModuleData() = std::move(saved_); }
+  ~ModuleScope() { ThisThread() = std::move(saved_); }
 
-  [[nodiscard]] platform::Services& Services() { return ThreadModuleData().services; }
+  [[nodiscard]] platform::Services& Services() { return ThisThread().services; }
 
  private:
-  ModuleData saved_;
+  ThreadState saved_;
 };
 
 }  // namespace latchkey::test

@@ -8,7 +8,7 @@
 namespace latchkey::test {
 namespace {
 
-platform::CryptoProvider& Provider() { return platform::SystemCryptoProvider(); }
+provider::CryptoProvider& Provider() { return provider::SystemCryptoProvider(); }
 
 void Require(bool succeeded) {
   if (!succeeded) {
@@ -32,38 +32,38 @@ std::uint32_t ErrorOf(bool succeeded) { return succeeded ? 0 : Provider().GetLas
 
 ProviderSession::ProviderSession(const char* providerName) {
   Require(Provider().CryptAcquireContextA(
-      &handle_, "", providerName, platform::kProviderTypeRsaFull, platform::kVerifyContext));
+      &handle_, "", providerName, provider::kProviderTypeRsaFull, provider::kVerifyContext));
 }
 
 ProviderSession::~ProviderSession() { Provider().CryptReleaseContext(handle_, 0); }
 
-platform::HCRYPTHASH ProviderSession::HashOf(platform::AlgorithmId algorithm,
+provider::HCRYPTHASH ProviderSession::HashOf(provider::AlgorithmId algorithm,
                                              std::span<const std::uint8_t> data) const {
-  platform::HCRYPTHASH hash = 0;
+  provider::HCRYPTHASH hash = 0;
   Require(Provider().CryptCreateHash(handle_, algorithm, 0, 0, &hash));
   Require(Provider().CryptHashData(hash, data.data(), LengthOf(data), 0));
   return hash;
 }
 
-platform::HCRYPTKEY ProviderSession::KeyOf(platform::AlgorithmId cipher, platform::AlgorithmId hash,
+provider::HCRYPTKEY ProviderSession::KeyOf(provider::AlgorithmId cipher, provider::AlgorithmId hash,
                                            std::span<const std::uint8_t> password) const {
-  const platform::HCRYPTHASH passwordHash = HashOf(hash, password);
-  platform::HCRYPTKEY key = 0;
+  const provider::HCRYPTHASH passwordHash = HashOf(hash, password);
+  provider::HCRYPTKEY key = 0;
   Require(Provider().CryptDeriveKey(handle_, cipher, passwordHash, 0, &key));
   Require(Provider().CryptDestroyHash(passwordHash));
   return key;
 }
 
-Bytes ValueOf(platform::HCRYPTHASH hash) {
+Bytes ValueOf(provider::HCRYPTHASH hash) {
   Bytes value(64);
   std::uint32_t length = LengthOf(value);
   Require(
-      Provider().CryptGetHashParam(hash, platform::kHashValueParameter, value.data(), &length, 0));
+      Provider().CryptGetHashParam(hash, provider::kHashValueParameter, value.data(), &length, 0));
   value.resize(length);
   return value;
 }
 
-CipherResult Encrypt(platform::HCRYPTKEY key, bool final, const Bytes& plaintext,
+CipherResult Encrypt(provider::HCRYPTKEY key, bool final, const Bytes& plaintext,
                      std::uint32_t room) {
   Bytes buffer = plaintext;
   buffer.resize(std::max<std::size_t>(plaintext.size(), room));
@@ -72,7 +72,7 @@ CipherResult Encrypt(platform::HCRYPTKEY key, bool final, const Bytes& plaintext
   return ResultOf(done, length, std::move(buffer));
 }
 
-CipherResult Decrypt(platform::HCRYPTKEY key, bool final, const Bytes& ciphertext) {
+CipherResult Decrypt(provider::HCRYPTKEY key, bool final, const Bytes& ciphertext) {
   Bytes buffer = ciphertext;
   std::uint32_t length = LengthOf(ciphertext);
   const bool done = Provider().CryptDecrypt(key, 0, final, 0, buffer.data(), &length);

@@ -4,13 +4,13 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/crypto_provider.h"
+#include "provider/crypto_provider.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {
 
 // What a call of the provider came to: 0, or the code of the failure. Reads as the call itself:
-// EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(key)), platform::kErrorInvalidParameter).
+// EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(key)), provider::kErrorInvalidParameter).
 [[nodiscard]] std::uint32_t ErrorOf(bool succeeded);
 
 // A verify context of one provider. Whatever was made from it ends with it.
@@ -21,23 +21,23 @@ class ProviderSession {
   ProviderSession& operator=(const ProviderSession&) = delete;
   ~ProviderSession();
 
-  [[nodiscard]] platform::HCRYPTPROV Handle() const noexcept { return handle_; }
+  [[nodiscard]] provider::HCRYPTPROV Handle() const noexcept { return handle_; }
 
   // A hash that has taken `data`. Throws std::runtime_error with the error code when it cannot be
   // made, as the next one does.
-  [[nodiscard]] platform::HCRYPTHASH HashOf(platform::AlgorithmId algorithm,
+  [[nodiscard]] provider::HCRYPTHASH HashOf(provider::AlgorithmId algorithm,
                                             std::span<const std::uint8_t> data) const;
 
   // A key for `cipher`, derived from the hash of `password`.
-  [[nodiscard]] platform::HCRYPTKEY KeyOf(platform::AlgorithmId cipher, platform::AlgorithmId hash,
+  [[nodiscard]] provider::HCRYPTKEY KeyOf(provider::AlgorithmId cipher, provider::AlgorithmId hash,
                                           std::span<const std::uint8_t> password) const;
 
  private:
-  platform::HCRYPTPROV handle_ = 0;
+  provider::HCRYPTPROV handle_ = 0;
 };
 
 // Completes a hash and reads its value.
-[[nodiscard]] Bytes ValueOf(platform::HCRYPTHASH hash);
+[[nodiscard]] Bytes ValueOf(provider::HCRYPTHASH hash);
 
 // One call of CryptEncrypt or CryptDecrypt.
 struct CipherResult {
@@ -49,8 +49,8 @@ struct CipherResult {
 };
 
 // `room` is the length of the buffer that the call is told of.
-[[nodiscard]] CipherResult Encrypt(platform::HCRYPTKEY key, bool final, const Bytes& plaintext,
+[[nodiscard]] CipherResult Encrypt(provider::HCRYPTKEY key, bool final, const Bytes& plaintext,
                                    std::uint32_t room);
-[[nodiscard]] CipherResult Decrypt(platform::HCRYPTKEY key, bool final, const Bytes& ciphertext);
+[[nodiscard]] CipherResult Decrypt(provider::HCRYPTKEY key, bool final, const Bytes& ciphertext);
 
 }  // namespace latchkey::test

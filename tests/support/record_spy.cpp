@@ -3,7 +3,7 @@
 #include <memory>
 #include <utility>
 
-#include "diagnostics/module_data.h"
+#include "diagnostics/thread_state.h"
 
 namespace latchkey::test {
 namespace {
@@ -66,7 +66,7 @@ CallJournal::Entries FailureWritesIn(const CallJournal& journal) {
 RecordSpy& InstallRecordSpy(CallJournal& journal) {
   auto spy = std::make_unique<RecordSpy>(journal);
   RecordSpy& installed = *spy;
-  ThreadModuleData().errorRecord = std::move(spy);
+  ThisThread().errorRecord = std::move(spy);
   return installed;
 }
 

@@ -10,7 +10,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/crypto_provider.h"
+#include "provider/crypto_provider.h"
 #include "tests/support/call_journal.h"
 #include "tests/support/call_plan.h"
 
@@ -23,22 +23,22 @@ namespace latchkey::test {
 // " = context1" when it made a handle, " failed" or " threw". Handles are its own numbers, given
 // out once: using a handle that is not open, closing one twice, closing a provider before its
 // hashes and keys, or leaving one open at the end fails the test.
-class ScriptedProvider : public platform::CryptoProvider {
+class ScriptedProvider : public provider::CryptoProvider {
  public:
-  using HCRYPTPROV = platform::HCRYPTPROV;
-  using HCRYPTHASH = platform::HCRYPTHASH;
-  using HCRYPTKEY = platform::HCRYPTKEY;
-  using AlgorithmId = platform::AlgorithmId;
+  using HCRYPTPROV = provider::HCRYPTPROV;
+  using HCRYPTHASH = provider::HCRYPTHASH;
+  using HCRYPTKEY = provider::HCRYPTKEY;
+  using AlgorithmId = provider::AlgorithmId;
 
   explicit ScriptedProvider(CallJournal& journal,
-                            CryptoProvider* real = &platform::SystemCryptoProvider())
+                            CryptoProvider* real = &provider::SystemCryptoProvider())
       : journal_(journal), real_(real) {}
   ~ScriptedProvider() override;
 
   // Makes the nth call from now on (or CallPlan::kEveryCall) of a function fail, throw, or do
   // something else and then fail. Its output parameters are left alone. A closing call that fails
   // or throws closes the handle all the same; after one that throws it may be closed once more.
-  void FailAt(std::string_view call, int nth, std::uint32_t error = platform::kErrorProviderFailed);
+  void FailAt(std::string_view call, int nth, std::uint32_t error = provider::kErrorProviderFailed);
   template <class Exception>
   void ThrowAt(std::string_view call, int nth, Exception exception) {
     plan_.At(call, nth, [exception] { throw exception; });

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "crypto/cls_crypto_api.h"
+#include "crypto/crypto_state.h"
 #include "tests/support/bytes.h"
 #include "tests/support/scripted_provider.h"
 #include "tests/support/watched_module.h"
@@ -15,9 +16,9 @@ namespace latchkey::test {
 // and writes into the record. The provider passes calls on to the platform's.
 class WatchedService : public WatchedModule {
  protected:
-  explicit WatchedService(platform::CryptoProvider* real = &platform::SystemCryptoProvider())
+  explicit WatchedService(provider::CryptoProvider* real = &provider::SystemCryptoProvider())
       : provider(journal, real) {
-    scope.Services().provider = &provider;
+    ThisThreadCrypto().provider = &provider;
   }
 
   // What the record holds after an operation recorded this failure, when LeaveEarlierFailure went

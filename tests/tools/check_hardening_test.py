@@ -6,13 +6,13 @@ import unittest
 
 CHECK = pathlib.Path(__file__).resolve().parents[2] / "tools" / "check_hardening"
 SOURCE = """
-namespace latchkey::platform {
+namespace latchkey {
 void SecureWipe(void*, unsigned long long) {}
 }
 const char* volatile named = "other.dll";
 int main(int count, char**) {
   if (count > 9) throw count;  // takes the compiler's run-time along
-  latchkey::platform::SecureWipe(nullptr, 0);
+  latchkey::SecureWipe(nullptr, 0);
 }
 """
 

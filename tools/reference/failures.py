@@ -36,8 +36,8 @@ def parse_sites():
 
 
 def parse_faults():
-    numbers = re.search(r"enum class FaultNumber[^{]*\{(.*?)\};", read("diagnostics/fault.h"), re.S)[1]
-    descriptions = dict(re.findall(r'case FaultNumber::(\w+):\s*return u"([^"]*)";', read("diagnostics/fault.cpp")))
+    numbers = re.search(r"enum class FaultNumber[^{]*\{(.*?)\};", read("base/fault.h"), re.S)[1]
+    descriptions = dict(re.findall(r'case FaultNumber::(\w+):\s*return u"([^"]*)";', read("base/fault.cpp")))
     faults = [Fault(name, int(number), descriptions.get(name, ""))
               for name, number in re.findall(r"(\w+) = (\d+)", numbers)]
     require(faults and all(fault.description for fault in faults), "fault.cpp: a fault has no description")

@@ -1,18 +1,18 @@
 // A standard stream whose handle the process does not have never comes to mean a file of its own.
 #include <gtest/gtest.h>
 
-#include "platform/command/file_error.h"
-#include "platform/command/input_file.h"
-#include "platform/command/standard_streams.h"
-#include "platform/command/windows/handles.h"
+#include "cli/platform/file_error.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/standard_streams.h"
+#include "cli/platform/windows/handles.h"
 
 namespace latchkey::test {
 namespace {
 
-using platform::UniqueFile;
+using cli::UniqueFile;
 
 UniqueFile OpenNothing() {
-  return platform::Owned(
+  return cli::Owned(
       CreateFileW(L"NUL", GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
 }
 
@@ -31,20 +31,20 @@ TEST(ClosedStreamTest, TheNextFileWithTheNumberOfAClosedStreamIsNotTheStream) {
   const StandardInput restored;
   UniqueFile closed = OpenNothing();
   const std::intptr_t number = closed.Get();
-  SetStdHandle(STD_INPUT_HANDLE, platform::HandleOf(closed));
+  SetStdHandle(STD_INPUT_HANDLE, cli::HandleOf(closed));
   closed.Reset();
-  platform::OccupyClosedStreams();
+  cli::OccupyClosedStreams();
   const UniqueFile next = OpenNothing();
   ASSERT_EQ(next.Get(), number);  // the system gives the number again
-  EXPECT_THROW(platform::InputFile("-"), platform::FileError);
+  EXPECT_THROW(cli::InputFile("-"), cli::FileError);
 }
 
 TEST(ClosedStreamTest, AnOpenStreamStays) {
   const StandardInput restored;
   const UniqueFile open = OpenNothing();
-  SetStdHandle(STD_INPUT_HANDLE, platform::HandleOf(open));
-  platform::OccupyClosedStreams();
-  EXPECT_NO_THROW(platform::InputFile("-"));
+  SetStdHandle(STD_INPUT_HANDLE, cli::HandleOf(open));
+  cli::OccupyClosedStreams();
+  EXPECT_NO_THROW(cli::InputFile("-"));
 }
 
 }  // namespace

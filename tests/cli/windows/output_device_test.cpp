@@ -4,27 +4,27 @@
 #include <array>
 #include <system_error>
 
-#include "platform/command/file_error.h"
-#include "platform/command/output_file.h"
-#include "platform/command/windows/handles.h"
+#include "cli/platform/file_error.h"
+#include "cli/platform/output_file.h"
+#include "cli/platform/windows/handles.h"
 
 namespace latchkey::test {
 namespace {
 
-using platform::OutputFile;
-using platform::Readers;
+using cli::OutputFile;
+using cli::Readers;
 
 constexpr std::array<std::uint8_t, 3> kData{'a', 'b', 'c'};
 
 TEST(OutputDeviceTest, APipeIsRefusedWithoutReplace) {
   constexpr const char* kName = R"(\\.\pipe\latchkey-output-device-test)";
-  const platform::UniqueFile pipe = platform::Owned(
-      CreateNamedPipeA(kName, PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr));
+  const cli::UniqueFile pipe =
+      cli::Owned(CreateNamedPipeA(kName, PIPE_ACCESS_INBOUND, PIPE_TYPE_BYTE, 1, 0, 0, 0, nullptr));
   ASSERT_TRUE(pipe);
   try {
     OutputFile(kName, false, Readers::Default);
     ADD_FAILURE() << "the pipe was taken";
-  } catch (const platform::FileError& error) {
+  } catch (const cli::FileError& error) {
     EXPECT_EQ(error.code().value(), ERROR_FILE_EXISTS);
   }
 }

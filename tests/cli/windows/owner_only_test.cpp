@@ -1,5 +1,5 @@
 // Who may read what the command writes, by the access lists that Windows has for it.
-#include "platform/command/windows/owner_only.h"
+#include "cli/platform/windows/owner_only.h"
 
 #include <gtest/gtest.h>
 #include <sddl.h>
@@ -8,14 +8,14 @@
 #include <string>
 #include <vector>
 
-#include "platform/command/output_file.h"
-#include "platform/command/windows/handles.h"
+#include "cli/platform/output_file.h"
+#include "cli/platform/windows/handles.h"
 
 namespace latchkey::test {
 namespace {
 
-using platform::OutputFile;
-using platform::Readers;
+using cli::OutputFile;
+using cli::Readers;
 
 // The access list in its text form, "D:P(A;;FA;;;S-1-...)".
 std::wstring TextOf(PSECURITY_DESCRIPTOR descriptor) {
@@ -32,7 +32,7 @@ std::wstring TextOf(PSECURITY_DESCRIPTOR descriptor) {
 std::wstring UsersIdentifier() {
   HANDLE opened = nullptr;
   EXPECT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &opened));
-  const platform::UniqueFile token = platform::Owned(opened);
+  const cli::UniqueFile token = cli::Owned(opened);
   std::vector<std::uint64_t> storage(64);
   DWORD size = 0;
   EXPECT_TRUE(GetTokenInformation(opened, TokenUser, storage.data(), 512, &size));
@@ -96,7 +96,7 @@ std::wstring ListOf(const std::wstring& file) {
 bool NamesEveryone(const std::wstring& list) { return list.find(L";WD)") != std::wstring::npos; }
 
 TEST(OwnerOnlyTest, TheListGrantsTheUserEverythingAndInheritsNothing) {
-  platform::OwnerOnly ownerOnly;
+  cli::OwnerOnly ownerOnly;
   ASSERT_NE(ownerOnly.Get(), nullptr);
   // The text form may have a short name for the user, so the list is read back from the same form.
   PSECURITY_DESCRIPTOR expected = nullptr;

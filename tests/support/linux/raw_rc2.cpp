@@ -1,14 +1,14 @@
 #include "tests/support/raw_rc2.h"
 
-#include "platform/linux/cipher.h"
+#include "provider/portable/cipher.h"
 
 namespace latchkey::test {
 
 KeyLengths RawRc2KeyLengths() { return {1, 128}; }
 
 Bytes EncryptRc2Block(const Bytes& key, unsigned effectiveBits, Bytes block) {
-  const platform::WipedBytes cipherKey(key.begin(), key.end());
-  platform::MakeCipher(platform::kAlgorithmRc2, cipherKey, effectiveBits)->Encrypt(block);
+  const WipedBytes cipherKey(key.begin(), key.end());
+  provider::MakeCipher(provider::kAlgorithmRc2, cipherKey, effectiveBits)->Encrypt(block);
   return block;
 }
 

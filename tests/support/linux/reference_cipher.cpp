@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace platform;  // NOLINT: the algorithms, as they stand in the seam
+using namespace provider;  // NOLINT: the algorithms, as they stand in the seam
 
 // Gives Nettle's block functions, one of which takes a context that is not constant, one signature.
 template <class Context, auto encrypt>

@@ -4,17 +4,17 @@
 #include <cstdint>
 #include <span>
 
-#include "platform/crypto_provider.h"
+#include "provider/crypto_provider.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {
 
 // `feedback` is the initialisation vector, eight bytes; RC4 takes none. RC2 has all its bits
 // effective.
-[[nodiscard]] Bytes ReferenceEncryption(platform::AlgorithmId id, const Bytes& key,
+[[nodiscard]] Bytes ReferenceEncryption(provider::AlgorithmId id, const Bytes& key,
                                         const Bytes& feedback, std::span<const std::uint8_t> data);
 
 // The key of that length is what MakeCipher takes.
-[[nodiscard]] std::size_t ReferenceKeySize(platform::AlgorithmId id);
+[[nodiscard]] std::size_t ReferenceKeySize(provider::AlgorithmId id);
 
 }  // namespace latchkey::test

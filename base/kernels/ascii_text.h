@@ -1,0 +1,14 @@
+// ASCII characters: the kernels of each kind of CPU.
+#pragma once
+
+#include "base/ascii_text.h"
+#include "base/kernels/cpu_level.h"
+
+namespace latchkey {
+
+[[nodiscard]] const AsciiText& AsciiTextAt(CpuLevel level) noexcept;
+
+// In the builds that have kernels for the level.
+extern const AsciiText kAsciiTextAvx2;
+
+}  // namespace latchkey

@@ -1,0 +1,14 @@
+// Hexadecimal digits: the kernels of each kind of CPU.
+#pragma once
+
+#include "base/hex_digits.h"
+#include "base/kernels/cpu_level.h"
+
+namespace latchkey {
+
+[[nodiscard]] const HexDigits& HexDigitsAt(CpuLevel level) noexcept;
+
+// In the builds that have kernels for the level.
+extern const HexDigits kHexDigitsAvx2;
+
+}  // namespace latchkey

@@ -1,0 +1,29 @@
+// An object of static duration that outlives all others.
+#pragma once
+
+#include <cstddef>
+#include <new>
+#include <utility>
+
+namespace latchkey {
+
+// Holds a T in its own memory and never destroys it: what lives as long as the process may still be
+// used by the destructors of static objects, when main has ended.
+template <class T>
+class NeverDestroyed {
+ public:
+  template <class... Arguments>
+  explicit NeverDestroyed(Arguments&&... arguments) {
+    ::new (static_cast<void*>(&memory_)) T(std::forward<Arguments>(arguments)...);
+  }
+  NeverDestroyed(const NeverDestroyed&) = delete;
+  NeverDestroyed& operator=(const NeverDestroyed&) = delete;
+  ~NeverDestroyed() = default;
+
+  [[nodiscard]] T& Get() noexcept { return *std::launder(reinterpret_cast<T*>(&memory_)); }
+
+ private:
+  alignas(T) std::byte memory_[sizeof(T)]{};  // NOLINT(*-avoid-c-arrays): raw memory
+};
+
+}  // namespace latchkey

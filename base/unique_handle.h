@@ -1,0 +1,43 @@
+// A move-only owner of a platform handle. What kind of handle it is comes from a trait with three
+// members: `Type`, `None()` (the value that means no handle) and `Close(Type)`, which raises
+// nothing.
+#pragma once
+
+#include <utility>
+
+namespace latchkey {
+
+template <class Trait>
+class UniqueHandle {
+ public:
+  using Type = typename Trait::Type;
+
+  UniqueHandle() noexcept = default;
+  explicit UniqueHandle(Type handle) noexcept : handle_(handle) {}
+  UniqueHandle(UniqueHandle&& other) noexcept : handle_(other.Release()) {}
+  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
+    Reset(other.Release());
+    return *this;
+  }
+  UniqueHandle(const UniqueHandle&) = delete;
+  UniqueHandle& operator=(const UniqueHandle&) = delete;
+  ~UniqueHandle() { Reset(); }
+
+  [[nodiscard]] const Type& Get() const noexcept { return handle_; }
+  explicit operator bool() const noexcept { return !(handle_ == Trait::None()); }
+
+  // Gives the handle away unclosed.
+  [[nodiscard]] Type Release() noexcept { return std::exchange(handle_, Trait::None()); }
+
+  // Closes the handle held, if any, and takes over `handle`. Taking over the handle already held
+  // changes nothing.
+  void Reset(Type handle = Trait::None()) noexcept {
+    const Type old = std::exchange(handle_, handle);
+    if (!(old == Trait::None() || old == handle)) Trait::Close(old);
+  }
+
+ private:
+  Type handle_ = Trait::None();
+};
+
+}  // namespace latchkey

@@ -1,0 +1,23 @@
+// What the system says of a call on a file that failed.
+#pragma once
+
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace latchkey::cli {
+
+// what() is "cannot open: No such file or directory"; the name of the file stands apart.
+class FileError final : public std::system_error {
+ public:
+  // `code` is errno on Linux, GetLastError() on Windows.
+  FileError(int code, const char* action, std::string name)
+      : std::system_error(code, std::system_category(), action), name_(std::move(name)) {}
+
+  [[nodiscard]] const std::string& Name() const noexcept { return name_; }
+
+ private:
+  std::string name_;
+};
+
+}  // namespace latchkey::cli

@@ -1,0 +1,20 @@
+// An open file of the operating system.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "base/unique_handle.h"
+
+namespace latchkey::cli {
+
+// A file descriptor on Linux, a HANDLE on Windows.
+struct FileTrait {
+  using Type = std::intptr_t;
+  static Type None() noexcept { return -1; }
+  static void Close(Type file);
+};
+
+using UniqueFile = UniqueHandle<FileTrait>;
+
+}  // namespace latchkey::cli

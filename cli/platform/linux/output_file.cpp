@@ -1,0 +1,179 @@
+#include "cli/platform/output_file.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <sys/sysmacros.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <utility>
+
+#include "cli/platform/file_error.h"
+#include "cli/platform/linux/descriptor_name.h"
+#include "cli/platform/linux/file_rights.h"
+#include "cli/platform/linux/given_descriptor.h"
+#include "cli/platform/linux/interruption.h"
+#include "cli/platform/linux/transfer.h"
+
+namespace latchkey::cli {
+namespace {
+
+int DescriptorOf(const UniqueFile& file) { return static_cast<int>(file.Get()); }
+
+// What the process has open is written on from where it stands, also when it is a regular file.
+bool IsStream(const std::string& name) { return name == "-" || DescriptorNamed(name).has_value(); }
+
+int StreamOf(const std::string& name) { return DescriptorNamed(name).value_or(STDOUT_FILENO); }
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
+}
+
+// Whether the name exists, and its state. Raises FileError when the system cannot say.
+bool Exists(const std::string& path, struct stat& state) {
+  if (::lstat(path.c_str(), &state) == 0) return true;
+  if (errno != ENOENT) throw FileError(errno, "cannot create", path);
+  return false;
+}
+
+// What a link leads to; for all else the path itself.
+std::string Followed(const std::string& path) {
+  struct stat state {};
+  if (!Exists(path, state) || !S_ISLNK(state.st_mode)) return path;
+  std::array<char, PATH_MAX> resolved{};
+  if (::realpath(path.c_str(), resolved.data()) == nullptr) {
+    throw FileError(errno, "cannot follow the link", path);
+  }
+  return resolved.data();
+}
+
+// /dev/null, by its fixed number. Writing to it changes nothing.
+bool IsNullDevice(const struct stat& state) {
+  return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
+}
+
+// Opens a device or pipe for writing and checks it: the name may denote another file by now.
+// Without `replace` only the null device is accepted, and a pipe without a reader fails instead of
+// waiting.
+UniqueFile OpenDevice(const std::string& name, bool replace) {
+  const int waiting = replace ? 0 : O_NONBLOCK;
+  UniqueFile file(::open(name.c_str(), O_WRONLY | O_CLOEXEC | waiting));
+  if (!file) throw FileError(errno, "cannot write", name);
+  struct stat state {};
+  if (::fstat(DescriptorOf(file), &state) != 0) throw FileError(errno, "cannot write", name);
+  if (S_ISREG(state.st_mode) || (!replace && !IsNullDevice(state))) {
+    throw FileError(EEXIST, "cannot create", name);
+  }
+  if (!replace && ::fcntl(DescriptorOf(file), F_SETFL, 0) != 0) {
+    throw FileError(errno, "cannot write", name);
+  }
+  return file;
+}
+
+// Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
+// Raises FileError when the file has its new name but also keeps the old one.
+bool Rename(const std::string& from, const std::string& to, bool replace) {
+  if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
+  if (errno != EINVAL && errno != ENOSYS) return false;
+  // A file system without that call: a second name is refused where there is a file, too.
+  if (::link(from.c_str(), to.c_str()) != 0) return false;
+  if (::unlink(from.c_str()) != 0) throw FileError(errno, "cannot remove", from);
+  return true;
+}
+
+// Puts the new name of a file on the disk. Also true where that is not possible: in a folder that
+// may be written but not read, and on a file system without the call.
+bool FlushFolder(const std::string& folder) {
+  const UniqueFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (!file) return errno == EACCES;
+  return ::fsync(DescriptorOf(file)) == 0 || errno == EINVAL || errno == ENOSYS ||
+         errno == EOPNOTSUPP;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
+    : name_(name), replace_(replace), readers_(readers) {
+  if (IsStream(name)) {
+    OpenAsItIs();
+    return;
+  }
+  std::string place = Followed(name);
+  struct stat state {};
+  const bool exists = Exists(place, state);
+  // A link that came after the look at it.
+  if (exists && S_ISLNK(state.st_mode)) throw FileError(ELOOP, "cannot follow the link", name_);
+  const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it gives the right reason
+  if (exists && !replace && !isFolder && !IsNullDevice(state)) {
+    throw FileError(EEXIST, "cannot create", name_);
+  }
+  if (exists && !S_ISREG(state.st_mode)) {
+    OpenAsItIs();
+  } else {
+    place_ = std::move(place);
+    OpenBeside();
+  }
+}
+
+void OutputFile::OpenAsItIs() {
+  if (IsStream(name_)) {
+    const int stream = StreamOf(name_);
+    if (name_ == "-") name_ = "standard output";
+    file_ = CopyOfGiven(stream, "cannot write", name_);
+    return;
+  }
+  file_ = OpenDevice(name_, replace_);
+}
+
+void OutputFile::OpenBeside() {
+  std::string temporary = FolderOf(place_) + ".latchkey-XXXXXX";
+  const HeldSignals held;
+  const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
+  if (descriptor < 0) throw FileError(errno, "cannot create", name_);
+  file_.Reset(descriptor);
+  temporary_ = std::move(temporary);  // allocates nothing: what fails here would leave the file
+  RemoveWhenInterrupted(temporary_);
+}
+
+OutputFile::~OutputFile() {
+  if (temporary_.empty()) return;
+  const HeldSignals held;
+  ::unlink(temporary_.c_str());
+  RemoveWhenInterrupted({});
+}
+
+void OutputFile::Write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t count = ::write(DescriptorOf(file_), bytes.data(), bytes.size());
+    if (count >= 0) {
+      bytes = bytes.subspan(static_cast<std::size_t>(count));
+    } else if (!CanRepeat(DescriptorOf(file_), POLLOUT)) {
+      throw FileError(errno, "cannot write", name_);
+    }
+  }
+}
+
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
+  const std::string folder = FolderOf(place_);
+  SetRights(file_, place_, readers_);
+  if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
+  {
+    const HeldSignals held;
+    if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);
+    temporary_.clear();
+    RemoveWhenInterrupted({});
+  }
+  file_.Reset();
+  if (!FlushFolder(folder)) throw FileError(errno, "cannot write", name_);
+}
+
+}  // namespace latchkey::cli

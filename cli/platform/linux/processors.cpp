@@ -1,0 +1,17 @@
+#include "cli/platform/processors.h"
+
+#include <sched.h>
+
+#include <algorithm>
+
+namespace latchkey::cli {
+
+// A machine with more processors than the set has room for is refused, and counts as one here.
+std::size_t UsableProcessors() noexcept {
+  cpu_set_t set;
+  CPU_ZERO(&set);
+  if (::sched_getaffinity(0, sizeof set, &set) != 0) return 1;
+  return static_cast<std::size_t>(std::max(CPU_COUNT(&set), 1));
+}
+
+}  // namespace latchkey::cli

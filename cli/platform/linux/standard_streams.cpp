@@ -1,0 +1,20 @@
+#include "cli/platform/standard_streams.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <initializer_list>
+
+namespace latchkey::cli {
+
+// A descriptor that only stands for a place (O_PATH) can be neither read nor written, and the root
+// folder is always there. It closes on exec: programs started from here find what this one found.
+void OccupyClosedStreams() noexcept {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const bool isClosed = ::fcntl(stream, F_GETFD) < 0;
+    // The lowest free number is this one, as those below are taken by now.
+    if (isClosed) static_cast<void>(::open("/", O_PATH | O_CLOEXEC));
+  }
+}
+
+}  // namespace latchkey::cli

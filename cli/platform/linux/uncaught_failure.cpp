@@ -1,0 +1,43 @@
+#include "cli/platform/uncaught_failure.h"
+
+#include <unistd.h>
+
+#include <exception>
+#include <new>
+
+#include "cli/platform/linux/interruption.h"
+#include "cli/platform/terminal.h"
+
+namespace latchkey::cli {
+namespace {
+
+[[noreturn]] void EndProcess(const char* text) noexcept {
+  for (const char* const part : {"latchkey: ", text, "\n"}) WriteText(StandardStream::Error, part);
+  UndoUnfinished();
+  ::_exit(1);
+}
+
+[[noreturn]] void EndWithoutMemory() { EndProcess(kOutOfMemory); }
+
+[[noreturn]] void EndUncaught() {
+  const char* text = "failed, and could not go on";
+  try {
+    if (std::current_exception()) throw;
+  } catch (const std::bad_alloc&) {
+    text = kOutOfMemory;
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the text above says what is known
+  }
+  EndProcess(text);
+}
+
+// Before the constructors of all other objects of the program.
+[[gnu::constructor(101)]] void BeginStartup() { std::set_new_handler(EndWithoutMemory); }
+
+}  // namespace
+
+void BeginMain() noexcept {
+  std::set_new_handler(nullptr);
+  std::set_terminate(EndUncaught);
+}
+
+}  // namespace latchkey::cli

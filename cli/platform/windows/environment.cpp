@@ -1,0 +1,35 @@
+#include "cli/platform/environment.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <cstring>
+
+#include "cli/platform/windows/code_page_bytes.h"
+#include "cli/platform/windows/wide_text.h"
+
+namespace latchkey::cli {
+namespace {
+
+// The C run-time's own copy, made when the process started.
+void WipeRunTimeCopy(const std::string& name) {
+  if (char* const copy = std::getenv(name.c_str())) SecureWipe(copy, std::strlen(copy));
+}
+
+}  // namespace
+
+std::optional<WipedBytes> TakeVariable(const std::string& name) {
+  const std::wstring wideName = Widened(name);
+  const DWORD room = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
+  if (room == 0) return std::nullopt;
+  WipedWide value(room);
+  const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), room);
+  value.resize(length);
+  // A value of the same length takes the place of the old one in memory.
+  SetEnvironmentVariableW(wideName.c_str(), std::wstring(length, L'x').c_str());
+  SetEnvironmentVariableW(wideName.c_str(), nullptr);
+  WipeRunTimeCopy(name);
+  return CodePageBytes(value, name);
+}
+
+}  // namespace latchkey::cli

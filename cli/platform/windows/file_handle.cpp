@@ -1,0 +1,9 @@
+#include "cli/platform/file_handle.h"
+
+#include <windows.h>
+
+namespace latchkey::cli {
+
+void FileTrait::Close(Type file) { CloseHandle(reinterpret_cast<HANDLE>(file)); }
+
+}  // namespace latchkey::cli

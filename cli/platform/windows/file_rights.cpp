@@ -1,0 +1,19 @@
+#include "cli/platform/windows/file_rights.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace latchkey::cli {
+
+// Neither call asks the folder what it would hand down: that may be more than the other file had.
+void CopyRights(const std::wstring& from, HANDLE to) {
+  DWORD size = 0;
+  GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);
+  std::vector<std::uint64_t> descriptor(size / sizeof(std::uint64_t) + 1);  // aligned
+  const auto length = static_cast<DWORD>(descriptor.size() * sizeof(std::uint64_t));
+  if (GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, descriptor.data(), length, &size)) {
+    SetKernelObjectSecurity(to, DACL_SECURITY_INFORMATION, descriptor.data());
+  }
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,205 @@
+#include "cli/platform/output_file.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstring>
+#include <vector>
+
+#include "cli/platform/windows/file_rights.h"
+#include "cli/platform/windows/handles.h"
+#include "cli/platform/windows/owner_only.h"
+#include "cli/platform/windows/wide_text.h"
+#include "platform/system_random.h"
+
+namespace latchkey::cli {
+namespace {
+
+constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
+
+std::string FolderOf(const std::string& path) {
+  const std::size_t end = path.find_last_of("/\\:");
+  return end == std::string::npos ? "" : path.substr(0, end + 1);
+}
+
+UniqueFile OpenUnread(const std::string& name) {
+  return Owned(CreateFileW(Widened(name).c_str(), 0,
+                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                           OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+}
+
+// What a name denotes. Opening a folder fails and says so; a device or pipe cannot be replaced.
+enum class Kind { Nothing, File, Folder, Device };
+
+Kind KindOf(const std::string& name) {
+  const UniqueFile file = OpenUnread(name);
+  if (!file) {
+    const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+    return attributes == INVALID_FILE_ATTRIBUTES ? Kind::Nothing : Kind::File;
+  }
+  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const bool isFolder =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  if (isFolder) return Kind::Folder;
+  return GetFileType(HandleOf(file)) == FILE_TYPE_DISK ? Kind::File : Kind::Device;
+}
+
+// What a link leads to; for all else the name itself.
+std::string Followed(const std::string& name) {
+  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const bool isLink =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (!isLink) return name;
+  const UniqueFile target = OpenUnread(name);
+  if (!target) ThrowLastError("cannot follow the link", name);
+  std::wstring full(GetFinalPathNameByHandleW(HandleOf(target), nullptr, 0, 0), L'\0');
+  const DWORD length =
+      GetFinalPathNameByHandleW(HandleOf(target), full.data(), static_cast<DWORD>(full.size()), 0);
+  if (length == 0) ThrowLastError("cannot follow the link", name);
+  full.resize(std::min<std::size_t>(length, full.size()));
+  return Narrowed(full);
+}
+
+std::string RandomSuffix(const std::string& name) {
+  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz234567";
+  std::array<std::uint8_t, 10> bytes{};
+  if (!platform::FillRandom(bytes)) throw FileError(ERROR_GEN_FAILURE, "cannot create", name);
+  std::string suffix;
+  for (const std::uint8_t byte : bytes) suffix += kLetters[byte % kLetters.size()];
+  return suffix;
+}
+
+// While this is set, the system removes the file when its handle is closed, however the process
+// ends.
+bool SetRemoval(const UniqueFile& file, bool remove) {
+  FILE_DISPOSITION_INFO removal;
+  removal.DeleteFile = remove ? TRUE : FALSE;
+  return SetFileInformationByHandle(HandleOf(file), FileDispositionInfo, &removal,
+                                    sizeof removal) != FALSE;
+}
+
+std::wstring FullName(const std::string& name) {
+  const std::wstring wide = Widened(name);
+  std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
+  const DWORD length =
+      GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
+  full.resize(std::min<std::size_t>(length, full.size()));
+  return full;
+}
+
+// NUL, under any name that leads to it.
+bool IsNullDevice(const std::string& name) {
+  return CompareStringOrdinal(FullName(name).c_str(), -1, LR"(\\.\NUL)", -1, TRUE) == CSTR_EQUAL;
+}
+
+// A rename that allocates its arguments first: running out of memory after SetRemoval(false) would
+// leave the temporary file.
+class Renaming {
+ public:
+  Renaming(const std::string& to, bool replace);
+  [[nodiscard]] bool Apply(const UniqueFile& file) noexcept;
+
+ private:
+  FILE_RENAME_INFO* Information() noexcept {
+    return reinterpret_cast<FILE_RENAME_INFO*>(storage_.data());
+  }
+
+  DWORD size_ = 0;
+  std::vector<std::uint64_t> storage_;
+};
+
+Renaming::Renaming(const std::string& to, bool replace) {
+  const std::wstring name = FullName(to);
+  const std::size_t bytes = name.size() * sizeof(wchar_t);
+  size_ = static_cast<DWORD>(sizeof(FILE_RENAME_INFO) + bytes);
+  storage_.resize(size_ / sizeof(std::uint64_t) + 1);
+  FILE_RENAME_INFO* const renaming = Information();
+  renaming->ReplaceIfExists = replace ? TRUE : FALSE;
+  renaming->FileNameLength = static_cast<DWORD>(bytes);
+  std::memcpy(renaming->FileName, name.data(), bytes);
+}
+
+bool Renaming::Apply(const UniqueFile& file) noexcept {
+  return SetFileInformationByHandle(HandleOf(file), FileRenameInfo, Information(), size_) != FALSE;
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
+    : name_(name), replace_(replace), readers_(readers) {
+  const Kind kind = name == "-" ? Kind::Device : KindOf(name);
+  const bool isOpenToAll = name == "-" || kind == Kind::Folder || IsNullDevice(name);
+  if (kind == Kind::File || kind == Kind::Nothing) place_ = Followed(name);
+  if (kind != Kind::Nothing && !replace && !isOpenToAll) {
+    throw FileError(ERROR_FILE_EXISTS, "cannot create", name_);
+  }
+  if (kind == Kind::Folder || kind == Kind::Device) {
+    OpenAsItIs();
+  } else {
+    OpenBeside();
+  }
+}
+
+void OutputFile::OpenAsItIs() {
+  if (name_ == "-") {
+    name_ = "standard output";
+    file_ = CopyOf(GetStdHandle(STD_OUTPUT_HANDLE), "cannot write", name_);
+    return;
+  }
+  file_ =
+      Owned(CreateFileW(Widened(name_).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                        nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file_) ThrowLastError("cannot write", name_);
+}
+
+// A file that takes the place of another gets that one's rights at the end, and none before.
+void OutputFile::OpenBeside() {
+  OwnerOnly ownerOnly;
+  const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
+  SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
+  if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
+  const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix(name_);
+  constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
+  file_ = Owned(CreateFileW(Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
+                            FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file_) ThrowLastError("cannot create", name_);
+  if (!SetRemoval(file_, true)) {
+    const auto reason = static_cast<int>(GetLastError());
+    file_ = {};
+    DeleteFileW(Widened(temporary).c_str());
+    throw FileError(reason, "cannot create", name_);
+  }
+  temporary_ = temporary;
+}
+
+// The system removes what is not committed.
+OutputFile::~OutputFile() = default;
+
+void OutputFile::Write(std::span<const std::uint8_t> bytes) {
+  while (!bytes.empty()) {
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kLargestWrite));
+    DWORD count = 0;
+    if (!WriteFile(HandleOf(file_), bytes.data(), wanted, &count, nullptr)) {
+      ThrowLastError("cannot write", name_);
+    }
+    bytes = bytes.subspan(count);
+  }
+}
+
+void OutputFile::Commit() {
+  if (temporary_.empty()) return;
+  if (readers_ == Readers::Default) CopyRights(Widened(place_), HandleOf(file_));
+  if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
+  Renaming renaming(place_, replace_);
+  if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
+  if (!renaming.Apply(file_)) {
+    const auto reason = static_cast<int>(GetLastError());
+    SetRemoval(file_, true);
+    throw FileError(reason, "cannot create", name_);
+  }
+  file_.Reset();
+}
+
+}  // namespace latchkey::cli

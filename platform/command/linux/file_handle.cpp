@@ -1,9 +1,0 @@
-#include "platform/command/file_handle.h"
-
-#include <unistd.h>
-
-namespace latchkey::platform {
-
-void FileTrait::Close(Type file) { ::close(static_cast<int>(file)); }
-
-}  // namespace latchkey::platform

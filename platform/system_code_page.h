@@ -1,0 +1,11 @@
+// The process's code page.
+#pragma once
+
+#include "base/code_page.h"
+
+namespace latchkey::platform {
+
+// On Windows the system's ANSI code page, on Linux the one of set_code_page.h.
+const CodePage& SystemCodePage();
+
+}  // namespace latchkey::platform

@@ -1,0 +1,131 @@
+// The cryptographic provider seam: CryptoAPI's own functions under their own names and meanings.
+//
+// On Windows the body hands every call to advapi32. On Linux it gives the same answers from GNU
+// Nettle: the same key derivation, padding, lengths and error codes. A test puts a scripted
+// provider in its place and fails any single call.
+//
+// Conventions of CryptoAPI that hold for every body: a function returns true for success; on
+// failure GetLastError() tells why and output parameters are left as they were unless the function
+// says otherwise; a handle of 0 is no handle; lengths are in bytes. A released or unknown handle
+// gives kErrorInvalidParameter. Data pointers may be null when the length beside them is 0.
+// A provider may be used by several threads at once; one handle by one thread at a time.
+#pragma once
+
+#include <cstdint>
+
+namespace latchkey::provider {
+
+// Handles have the width of the platform's pointers.
+using HCRYPTPROV = std::uintptr_t;
+using HCRYPTHASH = std::uintptr_t;
+using HCRYPTKEY = std::uintptr_t;
+using AlgorithmId = std::uint32_t;
+
+inline constexpr AlgorithmId kAlgorithmNone = 0;
+inline constexpr AlgorithmId kAlgorithmMd2 = 0x8001;
+inline constexpr AlgorithmId kAlgorithmMd4 = 0x8002;
+inline constexpr AlgorithmId kAlgorithmMd5 = 0x8003;
+inline constexpr AlgorithmId kAlgorithmSha1 = 0x8004;
+inline constexpr AlgorithmId kAlgorithmDes = 0x6601;
+inline constexpr AlgorithmId kAlgorithmRc2 = 0x6602;
+inline constexpr AlgorithmId kAlgorithm3Des = 0x6603;
+inline constexpr AlgorithmId kAlgorithm3Des112 = 0x6609;
+inline constexpr AlgorithmId kAlgorithmRc4 = 0x6801;
+
+inline constexpr std::uint32_t kProviderTypeRsaFull = 1;
+inline constexpr std::uint32_t kVerifyContext = 0xF0000000;
+inline constexpr std::uint32_t kNewKeySet = 0x00000008;
+inline constexpr std::uint32_t kDeleteKeySet = 0x00000010;
+inline constexpr std::uint32_t kHashValueParameter = 2;
+inline constexpr std::uint32_t kEffectiveKeyLengthParameter = 19;
+
+inline constexpr const char* kEnhancedProviderName =
+    "Microsoft Enhanced Cryptographic Provider v1.0";
+inline constexpr const char* kBaseProviderName = "Microsoft Base Cryptographic Provider v1.0";
+
+// Codes of GetLastError that the provider calls give.
+inline constexpr std::uint32_t kErrorInvalidParameter = 87;
+inline constexpr std::uint32_t kErrorMoreData = 234;
+inline constexpr std::uint32_t kErrorBadData = 0x80090005;
+inline constexpr std::uint32_t kErrorBadAlgorithm = 0x80090008;
+inline constexpr std::uint32_t kErrorBadFlags = 0x80090009;
+inline constexpr std::uint32_t kErrorBadType = 0x8009000A;
+inline constexpr std::uint32_t kErrorBadHashState = 0x8009000C;
+inline constexpr std::uint32_t kErrorExists = 0x8009000F;
+inline constexpr std::uint32_t kErrorBadKeySet = 0x80090016;
+inline constexpr std::uint32_t kErrorKeysetNotDefined = 0x80090019;
+inline constexpr std::uint32_t kErrorProviderTypeMismatch = 0x8009001B;
+inline constexpr std::uint32_t kErrorProviderFailed = 0x8009001D;
+
+class CryptoProvider {
+ public:
+  CryptoProvider() = default;
+  CryptoProvider(const CryptoProvider&) = delete;
+  CryptoProvider& operator=(const CryptoProvider&) = delete;
+  virtual ~CryptoProvider() = default;
+
+  // Opens a provider by name (an empty name opens the default one). The container name is always
+  // empty here. kVerifyContext opens without a key set; kNewKeySet makes the default-named key set
+  // and fails with kErrorExists when there is one already; kDeleteKeySet removes it, opens nothing,
+  // and fails with kErrorBadKeySet when there is none. On Linux that key set lives as long as the
+  // process.
+  virtual bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer,
+                                    const char* szProvider, std::uint32_t dwProvType,
+                                    std::uint32_t dwFlags) = 0;
+
+  // Closes the provider; the hashes and keys that were made from it are unknown from then on.
+  virtual bool CryptReleaseContext(HCRYPTPROV hProv, std::uint32_t dwFlags) = 0;
+
+  // Makes an empty hash object; an unknown algorithm gives kErrorBadAlgorithm. hKey is always 0.
+  virtual bool CryptCreateHash(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTKEY hKey,
+                               std::uint32_t dwFlags, HCRYPTHASH* phHash) = 0;
+
+  // Adds data; after the value was read or a key derived it fails with kErrorBadHashState.
+  virtual bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
+                             std::uint32_t dwFlags) = 0;
+
+  // Completes the hash and reads its value (kHashValueParameter). *pdwDataLen is the size of the
+  // buffer on entry and of the value on return; too small a buffer gives kErrorMoreData, and
+  // completes the hash all the same.
+  virtual bool CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam, std::uint8_t* pbData,
+                                 std::uint32_t* pdwDataLen, std::uint32_t dwFlags) = 0;
+  virtual bool CryptDestroyHash(HCRYPTHASH hHash) = 0;
+
+  // Completes the hash and derives a session key of the provider's default length from it.
+  virtual bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
+                              std::uint32_t dwFlags, HCRYPTKEY* phKey) = 0;
+  virtual bool CryptDestroyKey(HCRYPTKEY hKey) = 0;
+
+  // Sets RC2's effective key length (kEffectiveKeyLengthParameter), a 32-bit number of bits at
+  // pbData, and sets the key back to its first state. Another cipher or parameter gives
+  // kErrorBadType; a length outside 1 to 1024, or other than 40 with the base provider, gives
+  // kErrorBadData.
+  virtual bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
+                                std::uint32_t dwFlags) = 0;
+
+  // Encrypts in place. *pdwDataLen is the plaintext length on entry and the ciphertext length on
+  // return; dwBufLen is the room at pbData. With Final a block cipher pads as PKCS #5 does; when
+  // the padded length exceeds dwBufLen the call fails with kErrorMoreData and *pdwDataLen is the
+  // length needed. Without Final a block cipher takes whole blocks (else kErrorBadData) and the
+  // next call goes on from there; a final call sets the key back to its first state.
+  virtual bool CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
+                            std::uint8_t* pbData, std::uint32_t* pdwDataLen,
+                            std::uint32_t dwBufLen) = 0;
+
+  // Decrypts in place. For a block cipher a length that is no multiple of 8, a length of 0 with
+  // Final, or bad padding gives kErrorBadData and leaves *pdwDataLen as it was. Encrypting and
+  // decrypting with one key share its state between calls.
+  virtual bool CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
+                            std::uint8_t* pbData, std::uint32_t* pdwDataLen) = 0;
+
+  // Overwrites dwLen bytes at pbBuffer with random bytes; what stood there is additional seed.
+  virtual bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) = 0;
+
+  // The code of the calling thread's last failure.
+  [[nodiscard]] virtual std::uint32_t GetLastError() const = 0;
+};
+
+// The platform's provider. Lives as long as the process.
+CryptoProvider& SystemCryptoProvider();
+
+}  // namespace latchkey::provider

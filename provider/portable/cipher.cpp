@@ -1,0 +1,175 @@
+#include "provider/portable/cipher.h"
+
+#include <nettle/arcfour.h>
+#include <nettle/arctwo.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <stdexcept>
+#include <utility>
+
+#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/des_table_cipher.h"
+#include "provider/portable/kernels/rc2_words.h"
+#include "provider/portable/kernels/rc4_words.h"
+
+namespace latchkey::provider {
+namespace {
+
+// A structure with key material, wiped when it ends.
+template <class Content>
+class Wiped {
+ public:
+  Wiped() = default;
+  Wiped(const Wiped&) = delete;
+  Wiped& operator=(const Wiped&) = delete;
+  ~Wiped() { SecureWipe(&content_, sizeof content_); }
+
+  [[nodiscard]] Content& operator*() noexcept { return content_; }
+  [[nodiscard]] const Content& operator*() const noexcept { return content_; }
+
+ private:
+  Content content_{};
+};
+
+class StreamCipher final : public Cipher {
+ public:
+  explicit StreamCipher(WipedBytes key) : key_(std::move(key)) { StreamCipher::Restart(); }
+
+  [[nodiscard]] bool IsBlockCipher() const noexcept override { return false; }
+  void Encrypt(std::span<std::uint8_t> data) noexcept override { AddRc4KeyStream(*state_, data); }
+  void Decrypt(std::span<std::uint8_t> data) noexcept override { Encrypt(data); }
+  void Restart() noexcept override { arcfour_set_key(&*state_, key_.size(), key_.data()); }
+
+ private:
+  WipedBytes key_;
+  Wiped<arcfour_ctx> state_;
+};
+
+// Works on `length` bytes in place, whole blocks, and takes the feedback along.
+template <class Key>
+using WorkOnBlocks = void (*)(const Key& key, std::uint8_t* data, std::size_t length,
+                              std::uint8_t* feedback);
+
+template <class Key>
+struct BlockKernels {
+  WorkOnBlocks<Key> encrypt;
+  WorkOnBlocks<Key> decrypt;
+  const BulkDecryption<Key>& bulk;  // the same decryption, for much data
+};
+
+template <class Key>
+class BlockCipher : public Cipher {
+ public:
+  // NOLINTNEXTLINE(*-member-init): not the batch
+  explicit BlockCipher(const BlockKernels<Key>& kernels) noexcept : kernels_(kernels) {}
+
+  [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
+
+  void Encrypt(std::span<std::uint8_t> data) noexcept override {
+    kernels_.encrypt(*key_, data.data(), data.size(), feedback_.data());
+  }
+
+  void Decrypt(std::span<std::uint8_t> data) noexcept override {
+    const BulkDecryption<Key>& bulk = kernels_.bulk;
+    const std::size_t batches = data.size() / bulk.batchBytes;
+    if (batches > 0) bulk.decrypt(*key_, data.data(), batches, feedback_.data());
+    const auto rest = data.subspan(batches * bulk.batchBytes);
+    if (rest.size() >= bulk.worthBytes) {
+      DecryptPartOfBatch(rest);
+    } else {
+      kernels_.decrypt(*key_, rest.data(), rest.size(), feedback_.data());
+    }
+  }
+
+  void Restart() noexcept override { feedback_.fill(0); }
+
+ protected:
+  [[nodiscard]] Key& KeyToSet() noexcept { return *key_; }
+
+ private:
+  // The rest of the batch, after the data, is ignored, and its result is dropped.
+  void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
+    std::array<std::uint8_t, kCipherBlockSize> last{};
+    std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());
+    std::copy(data.begin(), data.end(), batch_.begin());
+    kernels_.bulk.decrypt(*key_, batch_.data(), 1, feedback_.data());
+    std::copy_n(batch_.begin(), data.size(), data.begin());
+    SecureWipe(batch_.data(), kernels_.bulk.batchBytes);
+    feedback_ = last;
+  }
+
+  const BlockKernels<Key>& kernels_;
+  // Memory for a partly filled batch: here, since a thread's stack may be small.
+  std::array<std::uint8_t, kLargestBatch> batch_;
+  Wiped<Key> key_;
+  std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext: no secret
+};
+
+class Rc2Cipher final : public BlockCipher<Rc2Key> {
+ public:
+  Rc2Cipher(WipedBytes key, unsigned effectiveBits) : BlockCipher(Kernels()), key_(std::move(key)) {
+    Rc2Cipher::SetEffectiveBits(effectiveBits);
+  }
+
+  [[nodiscard]] bool HasEffectiveBits() const noexcept override { return true; }
+  void SetEffectiveBits(unsigned bits) noexcept override {
+    Wiped<arctwo_ctx> expanded;
+    arctwo_set_key_ekb(&*expanded, key_.size(), key_.data(), bits);
+    std::copy(std::begin((*expanded).S), std::end((*expanded).S), KeyToSet().words.begin());
+    Restart();
+  }
+
+ private:
+  static const BlockKernels<Rc2Key>& Kernels() noexcept {
+    static const BlockKernels<Rc2Key> kernels{&rc2::EncryptCbc, &rc2::DecryptCbc,
+                                              Rc2Bulk(ChosenCpuLevel())};
+    return kernels;
+  }
+
+  WipedBytes key_;
+};
+
+// DES with one key of eight bytes, 3DES with three. Weak keys are used like any other.
+class DesCipher final : public BlockCipher<des::KeySchedule> {
+ public:
+  explicit DesCipher(const WipedBytes& keys) noexcept : BlockCipher(Kernels()) {
+    des::ExpandKeys(keys.data(), keys.size() / des::kKeySize, KeyToSet());
+  }
+
+ private:
+  static const BlockKernels<des::KeySchedule>& Kernels() noexcept {
+    static const BlockKernels<des::KeySchedule> kernels{&des::EncryptCbc, &des::DecryptCbc,
+                                                        DesBulk(ChosenCpuLevel())};
+    return kernels;
+  }
+};
+
+// Two-key 3DES uses its first key again as the third.
+WipedBytes ThreeKeys(const WipedBytes& twoKeys) {
+  WipedBytes keys(twoKeys.size() + des::kKeySize);
+  std::copy(twoKeys.begin(), twoKeys.end(), keys.begin());
+  std::copy_n(twoKeys.begin(), des::kKeySize, keys.end() - des::kKeySize);
+  return keys;
+}
+
+}  // namespace
+
+std::unique_ptr<Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key, unsigned effectiveBits) {
+  switch (id) {
+    case kAlgorithmRc4:
+      return std::make_unique<StreamCipher>(key);
+    case kAlgorithmRc2:
+      return std::make_unique<Rc2Cipher>(key, effectiveBits);
+    case kAlgorithmDes:
+    case kAlgorithm3Des:
+      return std::make_unique<DesCipher>(key);
+    case kAlgorithm3Des112:
+      return std::make_unique<DesCipher>(ThreeKeys(key));
+    default:
+      throw std::invalid_argument("no such cipher");
+  }
+}
+
+}  // namespace latchkey::provider

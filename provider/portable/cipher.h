@@ -1,0 +1,46 @@
+// The ciphers, over the kernels for this CPU and GNU Nettle: RC4 as a stream, the others in CBC
+// mode from a zero initialisation vector. Whole blocks only; padding is the session key's business.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include "base/secure_memory.h"
+#include "provider/crypto_provider.h"
+
+namespace latchkey::provider {
+
+inline constexpr std::size_t kCipherBlockSize = 8;  // of every block cipher here
+
+// Used by one thread at a time. Key material and state are wiped when it ends.
+class Cipher {
+ public:
+  Cipher() = default;
+  Cipher(const Cipher&) = delete;
+  Cipher& operator=(const Cipher&) = delete;
+  virtual ~Cipher() = default;
+
+  [[nodiscard]] virtual bool IsBlockCipher() const noexcept = 0;
+
+  // Whether the cipher uses fewer bits of its key than the key has: RC2.
+  [[nodiscard]] virtual bool HasEffectiveBits() const noexcept { return false; }
+
+  // Sets that number, 1 to 1024, and restarts. Does nothing where HasEffectiveBits is false.
+  virtual void SetEffectiveBits(unsigned /*bits*/) noexcept {}
+
+  // Work in place and go on where the call before ended, whichever of the two that was: both share
+  // one key stream or one feedback block. A block cipher takes multiples of kCipherBlockSize.
+  virtual void Encrypt(std::span<std::uint8_t> data) noexcept = 0;
+  virtual void Decrypt(std::span<std::uint8_t> data) noexcept = 0;
+
+  // Back to the state after construction.
+  virtual void Restart() noexcept = 0;
+};
+
+// `key` has the length that KeyFormOf gives; `effectiveBits` is read for RC2 only.
+[[nodiscard]] std::unique_ptr<Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key,
+                                                 unsigned effectiveBits);
+
+}  // namespace latchkey::provider

@@ -1,0 +1,198 @@
+// CBC decryption of DES and 3DES, bitsliced: after E. Biham, "A Fast New DES Implementation in
+// Software" (1997). Bit n of as many blocks as a word has bits stands in the n-th of 64 words; the
+// cipher is then a circuit of bitwise operations, the same for all those blocks at once, and its
+// permutations are but the choice of words. No memory is addressed by a secret.
+//
+// Word is a std::uint64_t or a vector of them; Circuits are the S-boxes. For use in one file
+// for each kind of CPU (des_bitslice_*.cpp).
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <utility>
+
+#include "base/secure_memory.h"
+#include "platform/stack_wipe.h"
+#include "provider/portable/kernels/des_key.h"
+#include "provider/portable/kernels/vector_words.h"
+
+namespace latchkey::provider::des {
+
+template <class Word, class Circuits>
+class Bitslice {
+ public:
+  static constexpr std::size_t kBatchBytes = 64 * sizeof(Word);
+
+  // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
+  // last one of it. Leaves nothing on the stack: its frame is far larger than what callers wipe.
+  static void Decrypt(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
+                      std::uint8_t* feedback) noexcept {
+    Bitslice work;
+    work.Run(keys, data, batches, feedback);
+    SecureWipe(&work, sizeof work);
+    platform::WipeStackBelowBatches();
+  }
+
+ private:
+  static constexpr std::size_t kRoundBits = 48;
+
+  // A bit of the key as 0 or -1, of half the size of a lane: the keys are most of the work's
+  // memory.
+  using KeyMask = std::int32_t;
+
+  // The halves of the block stay where the initial permutation finds them. Each round changes one
+  // of them in place; which one it is stands for the exchange of the halves.
+  enum Half : unsigned { Left = 0, Right = 32 };
+
+  // Where bit n (from 0) of the permuted block stands: as bit of a block read as a 64-bit number
+  // with its first byte lowest.
+  static constexpr std::size_t PlaceOf(std::size_t n) {
+    const unsigned bit = kInitialPermutation[n] - 1U;
+    return bit / 8 * 8 + 7 - bit % 8;
+  }
+
+  // Which bit (from 0) of the round function is bit n of the S-boxes' outputs.
+  static constexpr std::size_t PermutedBit(std::size_t n) {
+    std::size_t i = 0;
+    while (kPermutation[i] != n + 1) ++i;
+    return i;
+  }
+
+  template <unsigned box, unsigned bit>
+  [[gnu::always_inline]] static KeyMask KeyBit(const RoundKey& key) noexcept {
+    const std::uint32_t word = box % 2 == 0 ? key.odd : key.even;
+    return -static_cast<KeyMask>(word >> (24 - box / 2 * 8 + 5 - bit) & 1);
+  }
+
+  void SpreadKeys(const KeySchedule& keys) noexcept {
+    rounds_ = keys.count;
+    for (std::size_t round = 0; round < rounds_; ++round) {
+      const RoundKey& key = keys.rounds[rounds_ - 1 - round];
+      [&]<std::size_t... i>(std::index_sequence<i...>) {
+        ((keys_[round][i] = KeyBit<i / 6, i % 6>(key)), ...);
+      }
+      (std::make_index_sequence<kRoundBits>());
+    }
+  }
+
+  // Transposes eight rows that stand `step` apart, and the bits of their numbers from `step` on.
+  template <unsigned step>
+  [[gnu::always_inline]] static void TransposeGroup(Word* rows) noexcept {
+#pragma GCC unroll 4
+    for (unsigned i = 0; i < 4; ++i) kernels::ExchangeParts<4 * step>(rows[i], rows[i + 4]);
+#pragma GCC unroll 8
+    for (unsigned i = 0; i < 8; ++i) {
+      if ((i & 2) == 0) kernels::ExchangeParts<2 * step>(rows[i], rows[i + 2]);
+    }
+#pragma GCC unroll 8
+    for (unsigned i = 0; i < 8; i += 2) kernels::ExchangeParts<step>(rows[i], rows[i + 1]);
+  }
+
+  // Row n of the data, a word of consecutive blocks, becomes the words' bit n in each 64-bit lane.
+  void TransposeIn(const std::uint8_t* data) noexcept {
+    for (std::size_t i = 0; i < 8; ++i) {
+      Word rows[8];
+      for (std::size_t k = 0; k < 8; ++k) {
+        rows[k] = kernels::Load<Word>(data + (8 * k + i) * sizeof(Word));
+      }
+      TransposeGroup<8>(rows);
+      for (std::size_t k = 0; k < 8; ++k) bits_[8 * k + i] = rows[k];
+    }
+    for (std::size_t i = 0; i < 64; i += 8) {
+      Word rows[8];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[i + k];
+      TransposeGroup<1>(rows);
+      for (std::size_t k = 0; k < 8; ++k) bits_[i + k] = rows[k];
+    }
+  }
+
+  // The final permutation takes the halves in exchanged order, and they lie in words of which each
+  // pair holds one bit of both: hence the exclusive or with 1.
+  void TransposeOut(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
+    for (std::size_t i = 0; i < 8; ++i) {
+      Word rows[8];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * k + i) ^ 1];
+      TransposeGroup<8>(rows);
+      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * k + i) ^ 1] = rows[k];
+    }
+    for (std::size_t i = 64; i > 0;) {
+      i -= 8;
+      Word rows[8];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(i + k) ^ 1];
+      TransposeGroup<1>(rows);
+      std::uint8_t* const place = data + i * sizeof(Word);
+      kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kernels::kBlockSize);
+    }
+  }
+
+  template <Half to, unsigned n>
+  [[gnu::always_inline]] void AddOutput(const Word& output) noexcept {
+    constexpr std::size_t kPlace = PlaceOf(to + PermutedBit(n));
+    bits_[kPlace] ^= output;
+  }
+
+  template <unsigned box, Half to>
+  [[gnu::always_inline]] void RunBox(const KeyMask* key) noexcept {
+    constexpr Half kFrom = to == Left ? Right : Left;
+    const auto input = [&]<unsigned bit>() __attribute__((always_inline)) {
+      constexpr std::size_t kPlace = PlaceOf(kFrom + (4 * box + bit + 31) % 32);
+      return kernels::AddMask(bits_[kPlace], key[std::size_t{6} * box + bit]);
+    };
+    const auto output =
+        Circuits::Sbox(std::integral_constant<unsigned, box>(), input.template operator()<0>(),
+                       input.template operator()<1>(), input.template operator()<2>(),
+                       input.template operator()<3>(), input.template operator()<4>(),
+                       input.template operator()<5>());
+    AddOutput<to, 4 * box>(output.first);
+    AddOutput<to, 4 * box + 1>(output.second);
+    AddOutput<to, 4 * box + 2>(output.third);
+    AddOutput<to, 4 * box + 3>(output.fourth);
+  }
+
+  template <Half to>
+  [[gnu::always_inline]] void RunRound(const KeyMask* key) noexcept {
+    [&]<unsigned... box>(std::integer_sequence<unsigned, box...>) __attribute__((always_inline)) {
+      (RunBox<box, to>(key), ...);
+    }
+    (std::make_integer_sequence<unsigned, 8>());
+  }
+
+  // 16 rounds. The exchange after them stands in what the caller takes for the next first half.
+  template <Half first>
+  [[gnu::flatten]] void RunPass(std::size_t firstRound) noexcept {
+    for (std::size_t round = firstRound; round < firstRound + kRounds; round += 2) {
+      RunRound<first>(keys_[round].data());
+      RunRound<first == Left ? Right : Left>(keys_[round + 1].data());
+    }
+  }
+
+  void DecryptBatch(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
+    TransposeIn(data);
+    RunPass<Left>(0);
+    if (rounds_ > kRounds) {
+      RunPass<Right>(kRounds);
+      RunPass<Left>(2 * kRounds);
+    }
+    TransposeOut(data, feedback);
+  }
+
+  // Not part of the caller's frame, so that what it spills stands below that and can be wiped.
+  [[gnu::noinline]] void Run(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
+                             std::uint8_t* feedback) noexcept {
+    SpreadKeys(keys);
+    for (; batches > 0; --batches, data += kBatchBytes) {
+      std::uint8_t next[kernels::kBlockSize];
+      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
+      DecryptBatch(data, feedback);
+      std::memcpy(feedback, next, sizeof next);
+    }
+  }
+
+  Word bits_[64];
+  std::array<KeyMask, kRoundBits> keys_[3 * kRounds];
+  std::size_t rounds_;
+};
+
+}  // namespace latchkey::provider::des

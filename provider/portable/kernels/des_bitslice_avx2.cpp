@@ -1,0 +1,17 @@
+// 256 blocks at a time; compiled for AVX2.
+#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/des_bitslice.h"
+#include "provider/portable/kernels/des_sboxes_gates.h"
+
+namespace latchkey::provider {
+namespace {
+
+using Word = std::uint64_t __attribute__((vector_size(32)));
+using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
+
+}  // namespace
+
+constinit const BulkDecryption<des::KeySchedule> kDesBulkAvx2{&Kernel::Decrypt, Kernel::kBatchBytes,
+                                                              Kernel::kBatchBytes / 8};
+
+}  // namespace latchkey::provider

@@ -1,0 +1,126 @@
+// CBC decryption of RC2 (RFC 2268, section 4) with a block in each 16-bit lane of a vector: the
+// four words of a block stand in four vectors, and every operation of the cipher works on all
+// lanes. Two such groups go side by side, since each step waits for the one before.
+//
+// Vector gives the types and the look-up of a key word for each lane. For use in one file for each
+// kind of CPU (rc2_lanes_*.cpp).
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+#include "platform/stack_wipe.h"
+#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/vector_words.h"
+
+namespace latchkey::provider {
+
+template <class Vector>
+class Rc2Lanes {
+  using Word = typename Vector::Word;    // 64-bit lanes, as blocks come
+  using Lanes = typename Vector::Lanes;  // the same size in 16-bit lanes
+
+ public:
+  static constexpr std::size_t kGroups = 2;
+  static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
+
+  // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
+  // last one of it. Leaves nothing on the stack.
+  static void Decrypt(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
+                      std::uint8_t* feedback) noexcept {
+    Run(key, data, batches, feedback);
+    platform::WipeStackBelow();
+  }
+
+ private:
+  // The words 0 to 3 of the blocks of each group.
+  struct State {
+    Lanes r[4][kGroups];
+  };
+
+  // Makes of four vectors of blocks four vectors of their words 0 to 3, and the other way round.
+  static void Transpose(Word* rows) noexcept {
+    kernels::ExchangeParts<32>(rows[0], rows[2]);
+    kernels::ExchangeParts<32>(rows[1], rows[3]);
+    kernels::ExchangeParts<16>(rows[0], rows[1]);
+    kernels::ExchangeParts<16>(rows[2], rows[3]);
+  }
+
+  template <unsigned i>
+  static void UnmixWord(State& state, std::uint16_t key) noexcept {
+    constexpr unsigned kTurns[4] = {1, 2, 3, 5};
+    for (std::size_t g = 0; g < kGroups; ++g) {
+      Lanes& word = state.r[i][g];
+      const Lanes chosen =
+          Vector::Choose(state.r[(i + 3) % 4][g], state.r[(i + 2) % 4][g], state.r[(i + 1) % 4][g]);
+      word = ((word >> kTurns[i]) | (word << (16 - kTurns[i]))) - chosen - Vector::Spread(key);
+    }
+  }
+
+  static void Unmix(State& state, const std::uint16_t* key) noexcept {
+    UnmixWord<3>(state, key[3]);
+    UnmixWord<2>(state, key[2]);
+    UnmixWord<1>(state, key[1]);
+    UnmixWord<0>(state, key[0]);
+  }
+
+  static void Unmash(State& state, const typename Vector::Table& table) noexcept {
+#pragma GCC unroll 4
+    for (std::size_t n = 0; n < 4; ++n) {
+      for (std::size_t g = 0; g < kGroups; ++g) {
+        state.r[3 - n][g] -= table.WordsAt(state.r[(6 - n) % 4][g] & 63);
+      }
+    }
+  }
+
+  // Sixteen mixing rounds backwards; the mashing rounds stand after the fifth and the eleventh.
+  static void DecryptState(const Rc2Key& key, const typename Vector::Table& table,
+                           State& state) noexcept {
+    const std::uint16_t* words = key.words.data() + key.words.size();
+    bool isFirst = true;
+    for (const unsigned rounds : {5U, 6U, 5U}) {
+      if (!isFirst) Unmash(state, table);
+      isFirst = false;
+      for (unsigned i = 0; i < rounds; ++i) Unmix(state, words -= 4);
+    }
+  }
+
+  [[gnu::flatten]] static void DecryptBatch(const Rc2Key& key, const typename Vector::Table& table,
+                                            std::uint8_t* data,
+                                            const std::uint8_t* feedback) noexcept {
+    State state;
+    Word rows[4 * kGroups];
+    for (std::size_t n = 0; n < 4 * kGroups; ++n) {
+      rows[n] = kernels::Load<Word>(data + n * sizeof(Word));
+    }
+    for (std::size_t g = 0; g < kGroups; ++g) {
+      Transpose(rows + 4 * g);
+      for (std::size_t i = 0; i < 4; ++i) {
+        state.r[i][g] = reinterpret_cast<Lanes>(rows[4 * g + i]);
+      }
+    }
+    DecryptState(key, table, state);
+    for (std::size_t g = 0; g < kGroups; ++g) {
+      for (std::size_t i = 0; i < 4; ++i) {
+        rows[4 * g + i] = reinterpret_cast<Word>(state.r[i][g]);
+      }
+      Transpose(rows + 4 * g);
+    }
+    kernels::StoreChained<4 * kGroups>(data, rows, feedback);
+  }
+
+  // Not part of the caller's frame, so that table and blocks stand below that and can be wiped.
+  [[gnu::noinline]] static void Run(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
+                                    std::uint8_t* feedback) noexcept {
+    const typename Vector::Table table(key.words.data());
+    for (; batches > 0; --batches, data += kBatchBytes) {
+      std::uint8_t next[kernels::kBlockSize];
+      std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
+      DecryptBatch(key, table, data, feedback);
+      std::memcpy(feedback, next, sizeof next);
+    }
+  }
+};
+
+}  // namespace latchkey::provider

@@ -1,0 +1,46 @@
+// 64 blocks at a time; compiled for AVX-512BW. The whole expanded key is the table of one permute
+// instruction, so that no memory is addressed by the data.
+#include <immintrin.h>
+
+#include "provider/portable/kernels/rc2_lanes.h"
+
+namespace latchkey::provider {
+namespace {
+
+struct Vector {
+  using Word = std::uint64_t __attribute__((vector_size(64)));
+  using Lanes = std::uint16_t __attribute__((vector_size(64)));
+
+  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+
+  // In each bit: `one` where `which` is set, else `zero`.
+  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
+    return reinterpret_cast<Lanes>(
+        _mm512_ternarylogic_epi64(reinterpret_cast<__m512i>(which), reinterpret_cast<__m512i>(one),
+                                  reinterpret_cast<__m512i>(zero), 0xCA));
+  }
+
+  class Table {
+   public:
+    explicit Table(const std::uint16_t* words) noexcept
+        : low_(_mm512_loadu_si512(words)), high_(_mm512_loadu_si512(words + 32)) {}
+
+    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
+      return reinterpret_cast<Lanes>(
+          _mm512_permutex2var_epi16(low_, reinterpret_cast<__m512i>(index), high_));
+    }
+
+   private:
+    __m512i low_;
+    __m512i high_;
+  };
+};
+
+using Kernel = Rc2Lanes<Vector>;
+
+}  // namespace
+
+constinit const BulkDecryption<Rc2Key> kRc2BulkAvx512{&Kernel::Decrypt, Kernel::kBatchBytes,
+                                                      Kernel::kBatchBytes / 4};
+
+}  // namespace latchkey::provider

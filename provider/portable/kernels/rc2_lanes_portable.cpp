@@ -1,0 +1,42 @@
+// 16 blocks at a time, in the compiler's vectors of 128 bits: it makes of them what the target has.
+#include "provider/portable/kernels/rc2_lanes.h"
+
+namespace latchkey::provider {
+namespace {
+
+struct Vector {
+  using Word = std::uint64_t __attribute__((vector_size(16)));
+  using Lanes = std::uint16_t __attribute__((vector_size(16)));
+
+  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+
+  // In each bit: `one` where `which` is set, else `zero`.
+  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
+    return zero ^ (which & (one ^ zero));
+  }
+
+  class Table {
+   public:
+    explicit Table(const std::uint16_t* words) noexcept : words_(words) {}
+
+    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
+      Lanes result{};
+      for (unsigned i = 0; i < sizeof(Lanes) / sizeof(std::uint16_t); ++i) {
+        result[i] = words_[index[i]];
+      }
+      return result;
+    }
+
+   private:
+    const std::uint16_t* words_;
+  };
+};
+
+using Kernel = Rc2Lanes<Vector>;
+
+}  // namespace
+
+constinit const BulkDecryption<Rc2Key> kRc2BulkPortable{&Kernel::Decrypt, Kernel::kBatchBytes,
+                                                        Kernel::kBatchBytes / 2};
+
+}  // namespace latchkey::provider

@@ -1,0 +1,87 @@
+// Work on words that hold several 64-bit lanes: a plain std::uint64_t (one lane) or a vector of the
+// compiler's vector extension. Everything here is inlined into files that are compiled for a CPU of
+// their own, so no function of it may exist outside them.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace latchkey::provider::kernels {
+
+// A block's first byte stands lowest in its lane, and a word's in its part of it: where DES's
+// permutations and RC2's words find their bits when the bytes are loaded as they lie in memory.
+static_assert(std::endian::native == std::endian::little);
+
+inline constexpr std::size_t kBlockSize = 8;
+
+template <class Word>
+[[gnu::always_inline]] inline Word Load(const std::uint8_t* from) noexcept {
+  Word word;
+  std::memcpy(&word, from, sizeof word);
+  return word;
+}
+
+template <class Word>
+[[gnu::always_inline]] inline void Store(std::uint8_t* to, const Word& word) noexcept {
+  std::memcpy(to, &word, sizeof word);
+}
+
+// `word` with every bit turned over where `mask` is -1, and unchanged where it is 0.
+[[gnu::always_inline]] inline std::uint64_t AddMask(std::uint64_t word,
+                                                    std::int32_t mask) noexcept {
+  return word ^ static_cast<std::uint64_t>(std::int64_t{mask});
+}
+
+// A vector of 32-bit lanes of the size of Word. As a member, since GCC 12 ignores the attribute of
+// an alias whose size depends on a template's argument.
+template <class Word>
+struct Halves {
+  typedef std::uint32_t Type
+      __attribute__((vector_size(sizeof(Word))));  // NOLINT(modernize-use-using)
+};
+
+template <class Word>
+[[gnu::always_inline]] inline Word AddMask(const Word& word, std::int32_t mask) noexcept {
+  using Lanes = typename Halves<Word>::Type;
+  return reinterpret_cast<Word>(reinterpret_cast<Lanes>(word) ^ static_cast<std::uint32_t>(mask));
+}
+
+// In each 64-bit lane, the bits whose position has the bit `distance` clear.
+constexpr std::uint64_t LowPositions(unsigned distance) {
+  std::uint64_t mask = 0;
+  for (unsigned i = 0; i < 64; ++i) mask |= ((i & distance) == 0 ? std::uint64_t{1} : 0) << i;
+  return mask;
+}
+
+// One step of the transposition of a bit matrix whose rows are words (the recursive method of
+// Eklundh, 1972, with masks): of two rows whose numbers differ in the bit `distance`, the high
+// positions of the lower row change places with the low positions of the higher one.
+template <unsigned distance, class Word>
+[[gnu::always_inline]] inline void ExchangeParts(Word& lower, Word& higher) noexcept {
+  constexpr std::uint64_t kLow = LowPositions(distance);
+  const Word moved = (lower & kLow) | ((higher & kLow) << distance);
+  higher = ((lower >> distance) & kLow) | (higher & ~kLow);
+  lower = moved;
+}
+
+// CBC's last step for `count` words of consecutive blocks at `data`, which still holds the
+// ciphertext: adds to each block the ciphertext before it and stores it there. From the end to the
+// beginning, so that no ciphertext is overwritten before its use. The block before the first word
+// is read from `before`, which may be that memory or a copy.
+template <std::size_t count, class Word>
+[[gnu::always_inline]] inline void StoreChained(std::uint8_t* data, const Word* words,
+                                                const std::uint8_t* before) noexcept {
+#pragma GCC unroll 8
+  for (std::size_t n = 1; n < count; ++n) {
+    std::uint8_t* const place = data + (count - n) * sizeof(Word);
+    Store(place, words[count - n] ^ Load<Word>(place - kBlockSize));
+  }
+  std::uint8_t first[sizeof(Word)];
+  std::memcpy(first, before, kBlockSize);
+  std::memcpy(first + kBlockSize, data, sizeof first - kBlockSize);
+  Store(data, words[0] ^ Load<Word>(first));
+}
+
+}  // namespace latchkey::provider::kernels

@@ -1,0 +1,21 @@
+#include "provider/portable/padding.h"
+
+namespace latchkey::provider {
+namespace {
+
+// 1 when `left` is below `right`, else 0, for bytes; without a branch.
+unsigned IsBelow(unsigned left, unsigned right) noexcept { return (left - right) >> 31; }
+
+}  // namespace
+
+std::uint32_t PaddingLength(const std::uint8_t* block) noexcept {
+  const unsigned count = block[kCipherBlockSize - 1];
+  unsigned faults = IsBelow(count, 1) | IsBelow(kCipherBlockSize, count);
+  for (unsigned fromEnd = 0; fromEnd < kCipherBlockSize; ++fromEnd) {
+    const unsigned difference = block[kCipherBlockSize - 1 - fromEnd] ^ count;
+    faults |= IsBelow(fromEnd, count) & IsBelow(0, difference);
+  }
+  return count & (faults - 1);
+}
+
+}  // namespace latchkey::provider

@@ -1,0 +1,51 @@
+#include "provider/portable/session_key.h"
+
+#include <cstring>
+#include <span>
+#include <utility>
+
+#include "provider/portable/padding.h"
+
+namespace latchkey::provider {
+namespace {
+
+bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kCipherBlockSize == 0; }
+
+}  // namespace
+
+SessionKey::SessionKey(HCRYPTPROV provider, std::unique_ptr<Cipher> cipher) noexcept
+    : provider_(provider), cipher_(std::move(cipher)) {}
+
+std::uint32_t SessionKey::Encrypt(bool final, std::uint8_t* data, std::uint32_t& length,
+                                  std::uint32_t room) noexcept {
+  const bool pads = final && cipher_->IsBlockCipher();
+  if (cipher_->IsBlockCipher() && !final && !IsWholeBlocks(length)) return kErrorBadData;
+  const auto padding = pads
+                           ? static_cast<std::uint8_t>(kCipherBlockSize - length % kCipherBlockSize)
+                           : std::uint8_t{0};
+  const std::uint64_t needed = std::uint64_t{length} + padding;
+  if (needed > room) {
+    length = static_cast<std::uint32_t>(needed);
+    return kErrorMoreData;
+  }
+  if (padding > 0) std::memset(data + length, padding, padding);
+  length += padding;
+  cipher_->Encrypt(std::span(data, length));
+  if (final) cipher_->Restart();
+  return 0;
+}
+
+std::uint32_t SessionKey::Decrypt(bool final, std::uint8_t* data, std::uint32_t& length) noexcept {
+  const bool pads = final && cipher_->IsBlockCipher();
+  if (cipher_->IsBlockCipher() && !IsWholeBlocks(length)) return kErrorBadData;
+  if (pads && length == 0) return kErrorBadData;
+  cipher_->Decrypt(std::span(data, length));
+  if (final) cipher_->Restart();
+  if (!pads) return 0;
+  const std::uint32_t padding = PaddingLength(data + length - kCipherBlockSize);
+  if (padding == 0) return kErrorBadData;
+  length -= padding;
+  return 0;
+}
+
+}  // namespace latchkey::provider

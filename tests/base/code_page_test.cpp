@@ -1,0 +1,98 @@
+#include "platform/system_code_page.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "tests/support/code_pages.h"
+
+namespace latchkey::test {
+namespace {
+
+std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
+
+// 256 different characters, each of which becomes its byte again.
+void ExpectOneToOne(const CodePage& page) {
+  std::set<char16_t> characters;
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    const char16_t character = page.CharacterOf(static_cast<std::uint8_t>(byte));
+    EXPECT_TRUE(characters.insert(character).second) << byte;
+    EXPECT_EQ(page.CodeOf(character), byte);
+  }
+}
+
+TEST(CodePageTest, EveryByteIsACharacterOfItsOwn) {
+  ExpectOneToOne(OneToOnePage());
+  ExpectOneToOne(DoubleBytePage());
+  ExpectOneToOne(Utf8Page());
+  ExpectOneToOne(platform::SystemCodePage());
+}
+
+TEST(CodePageTest, OfTwoBytesWithOneCharacterTheLowerKeepsIt) {
+  CodePage::HighHalf characters{};
+  characters[0] = 0x20AC;
+  characters[1] = 0x20AC;
+  const CodePage page(characters, NoLongCode);
+  EXPECT_EQ(page.CharacterOf(0x80), 0x20AC);
+  EXPECT_EQ(page.CharacterOf(0x81), 0x81);
+  ExpectOneToOne(page);
+}
+
+TEST(CodePageTest, ABytesOwnNumberMayBeTheCharacterOfAnother) {
+  CodePage::HighHalf characters{};
+  characters[0] = 0x82;
+  characters[1] = u'A';  // the character of byte 41
+  characters[2] = 0;
+  characters[3] = 0xE000;
+  const CodePage page(characters, NoLongCode);
+  EXPECT_EQ(page.CharacterOf(0x80), 0x82);
+  EXPECT_EQ(page.CharacterOf(0x81), 0x81);
+  EXPECT_EQ(page.CharacterOf(0x82), 0xE001);
+  EXPECT_EQ(page.CharacterOf(0x83), 0xE000);
+  ExpectOneToOne(page);
+}
+
+TEST(CodePageTest, ByteTableComesBeforeLongCodes) {
+  const CodePage page({}, [](char16_t) { return std::uint32_t{0x82A0}; });
+  EXPECT_EQ(page.CodeOf(0xD7), 0xD7U);
+  EXPECT_EQ(page.CodeOf(0x100), 0x82A0U);
+}
+
+TEST(CodePageTest, LongCodesAreAsked) {
+  EXPECT_EQ(DoubleBytePage().CodeOf(0x3042), 0x82A0U);
+  EXPECT_EQ(DoubleBytePage().CodeOf(0x3043), 63U);
+  EXPECT_EQ(Utf8Page().CodeOf(0x0100), 0xC480U);
+}
+
+// The system's page is Windows-1252 on every machine the tests run on.
+TEST(SystemCodePageTest, DenotesTheCharactersOfWindows1252) {
+  const std::vector<std::pair<std::uint8_t, char16_t>> samples{
+      {0x00, u'\0'},  {0x41, u'A'},   {0x7F, 0x7F},   {0x80, 0x20AC},
+      {0x83, 0x0192}, {0x8C, 0x0152}, {0x99, 0x2122}, {0x9F, 0x0178},
+      {0xA0, 0x00A0}, {0xE9, 0x00E9}, {0xFF, 0x00FF}};
+  const CodePage& page = platform::SystemCodePage();
+  for (const auto& [byte, character] : samples) {
+    EXPECT_EQ(page.CharacterOf(byte), character) << int{byte};
+    EXPECT_EQ(page.CodeOf(character), byte) << int{byte};
+  }
+}
+
+TEST(SystemCodePageTest, ItsUndefinedBytesAreControlCharacters) {
+  const CodePage& page = platform::SystemCodePage();
+  for (const char16_t control : {u'\x81', u'\x8D', u'\x8F', u'\x90', u'\x9D'}) {
+    EXPECT_EQ(page.CharacterOf(static_cast<std::uint8_t>(control)), control);
+    EXPECT_EQ(page.CodeOf(control), control);
+  }
+}
+
+TEST(SystemCodePageTest, ACharacterThatMerelyResemblesOneIsAnother) {
+  const CodePage& page = platform::SystemCodePage();
+  for (const char16_t character : {u'\u0100', u'\u0391', u'\uFF21', u'\u2215'}) {
+    EXPECT_EQ(page.CodeOf(character), 63U) << static_cast<unsigned>(character);
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,45 @@
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <string>
+
+#include "base/kernels/cpu_level.h"
+
+namespace latchkey {
+namespace {
+
+TEST(KernelCpuLevelTest, ANameForcesItsLevel) {
+  EXPECT_EQ(CpuLevelNamed("portable", CpuLevel::Avx512), CpuLevel::Portable);
+  EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Avx512), CpuLevel::Avx2);
+  EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx512), CpuLevel::Avx512);
+}
+
+TEST(KernelCpuLevelTest, ALevelsNameIsTheOneThatForcesIt) {
+  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
+    EXPECT_EQ(CpuLevelNamed(NameOf(level), CpuLevel::Avx512), level);
+  }
+}
+
+TEST(KernelCpuLevelTest, NoLevelAboveTheMachinesIsForced) {
+  EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx2), CpuLevel::Avx2);
+  EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Portable), CpuLevel::Portable);
+}
+
+TEST(KernelCpuLevelTest, AnyOtherNameLeavesTheHighest) {
+  for (const char* const name : {"", "AVX2", "avx", "avx1024"}) {
+    EXPECT_EQ(CpuLevelNamed(name, CpuLevel::Avx2), CpuLevel::Avx2) << name;
+  }
+}
+
+TEST(KernelCpuLevelTest, TheProcessFollowsTheVariable) {
+  const char* const name = std::getenv("LATCHKEY_CPU");  // NOLINT(concurrency-mt-unsafe)
+  if (name != nullptr && *name != '\0') {
+    EXPECT_STREQ(NameOf(ChosenCpuLevel()), name) << "what passes here would not be its kernels";
+  } else {
+    EXPECT_EQ(ChosenCpuLevel(), HighestCpuLevel());
+  }
+  EXPECT_FALSE(ChosenCpuLevel() == CpuLevel::Portable && HasShaInstructions());
+}
+
+}  // namespace
+}  // namespace latchkey

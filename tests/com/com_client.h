@@ -1,0 +1,111 @@
+// What the early-bound and late-bound C++ clients share: apartments, objects, byte arrays, texts
+// and the error information of the last call.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "com/windows/automation_owners.h"
+#include "com/windows/latchkey.h"
+
+namespace latchkey::test {
+
+using com::UniqueBstr;
+using com::UniqueInterface;
+using Bytes = std::vector<std::uint8_t>;
+
+// The HRESULT of a fault.
+constexpr HRESULT FaultCode(int number) {
+  return static_cast<HRESULT>(0x800A0000U + static_cast<unsigned>(number));
+}
+
+struct SafeArrayTrait {
+  using Type = SAFEARRAY*;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type array) noexcept { SafeArrayDestroy(array); }
+};
+using UniqueSafeArray = UniqueHandle<SafeArrayTrait>;
+
+// A variant that is cleared when the scope ends.
+class ScopedVariant {
+ public:
+  ScopedVariant() noexcept { VariantInit(&value_); }
+  ScopedVariant(const ScopedVariant&) = delete;
+  ScopedVariant& operator=(const ScopedVariant&) = delete;
+  ~ScopedVariant() { VariantClear(&value_); }
+
+  VARIANT& Get() noexcept { return value_; }
+
+ private:
+  VARIANT value_{};
+};
+
+// An initialised COM apartment of the calling thread.
+class Apartment {
+ public:
+  explicit Apartment(DWORD kind = COINIT_APARTMENTTHREADED) {
+    EXPECT_HRESULT_SUCCEEDED(CoInitializeEx(nullptr, kind));
+  }
+  Apartment(const Apartment&) = delete;
+  Apartment& operator=(const Apartment&) = delete;
+  ~Apartment() { CoUninitialize(); }
+};
+
+// A new object of the registered server, or null with a failed expectation.
+template <class Interface>
+UniqueInterface<Interface> CreateObject(REFCLSID classId, REFIID interfaceId) {
+  void* object = nullptr;
+  EXPECT_HRESULT_SUCCEEDED(
+      CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, interfaceId, &object));
+  return UniqueInterface<Interface>(static_cast<Interface*>(object));
+}
+UniqueInterface<_clsMain> CreateMain();
+UniqueInterface<_clsCryptoAPI> CreateCryptoApi();
+UniqueInterface<_clsTimer> CreateTimer();
+
+// A string with its length, so that it may hold NUL characters.
+UniqueBstr Bstr(std::wstring_view text);
+
+// The characters of a string, and the string freed.
+std::wstring Take(BSTR text);
+
+// A dynamic array of one dimension.
+SAFEARRAY* MakeByteArray(const Bytes& bytes, LONG lowerBound = 0);
+
+// The elements of an array of bytes; empty for a null one.
+Bytes ElementsOf(SAFEARRAY* array);
+
+// The elements of an array of bytes, and the array destroyed.
+Bytes Take(SAFEARRAY* array);
+
+// The codes of an ASCII text, and the zero element that stands behind a text.
+Bytes TextArray(std::string_view text);
+
+// The error information of the calling thread, which is empty afterwards.
+struct ErrorSeen {
+  bool present = false;
+  IID interfaceId = {};
+  std::wstring source;
+  std::wstring description;
+};
+ErrorSeen TakeErrorInfo();
+
+// A client on a thread of its own with the error record's owner and a service object.
+class ClientTest : public testing::Test {
+ protected:
+  _clsMain* Main() { return main_.Get(); }
+  _clsCryptoAPI* Api() { return api_.Get(); }
+
+  // Checks that the last call failed, and what the error information says about it.
+  void ExpectFault(HRESULT result, int number, const wchar_t* description);
+
+ private:
+  Apartment apartment_;
+  UniqueInterface<_clsMain> main_ = CreateMain();
+  UniqueInterface<_clsCryptoAPI> api_ = CreateCryptoApi();
+};
+
+}  // namespace latchkey::test

@@ -1,0 +1,76 @@
+// A late-bound client: calls by name through IDispatch, with arguments of any shape.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "tests/com/com_client.h"
+
+namespace latchkey::test {
+
+// Variants that own nothing.
+VARIANT Value(int number);
+VARIANT Value(double number);
+VARIANT Value(bool flag);
+VARIANT Value(BSTR text);
+VARIANT Value(SAFEARRAY* bytes);
+VARIANT OfType(int type);  // of any VARTYPE, its payload all zero
+VARIANT LeftOut();
+VARIANT ReferenceTo(VARIANT& variable);
+VARIANT ReferenceTo(SAFEARRAY*& bytes);
+VARIANT ReferenceTo(VARIANT_BOOL& flag);
+
+// What came of a call.
+struct Outcome {
+  HRESULT result = S_OK;
+  HRESULT scode = S_OK;  // of the exception, with its source and description
+  std::wstring source;
+  std::wstring description;
+  UINT badArgument = 0;
+  std::wstring text;  // of a result that is one
+  Bytes bytes;        // likewise
+  VARTYPE type = VT_EMPTY;
+  LONG number = 0;  // of a Boolean or an integer
+};
+
+// Checks that the call ended with this fault.
+void ExpectException(const Outcome& outcome, int number, const wchar_t* description);
+
+class LateClient {
+ public:
+  explicit LateClient(IDispatch* object) : object_(object) {}
+
+  // The locale of the calls from now on.
+  void Speak(LCID locale) { locale_ = locale; }
+
+  // DISPID_UNKNOWN for a name that the object does not have.
+  [[nodiscard]] DISPID IdOf(const wchar_t* name) const;
+
+  // Arguments stand in the order of the member's declaration.
+  [[nodiscard]] Outcome Call(const wchar_t* name, std::vector<VARIANT> arguments = {}) const;
+  [[nodiscard]] Outcome Get(const wchar_t* name) const;
+  [[nodiscard]] Outcome Put(const wchar_t* name, VARIANT value,
+                            WORD kind = DISPATCH_PROPERTYPUT) const;
+
+  // With arguments by name, given by their positions, before those by position.
+  [[nodiscard]] Outcome CallNamed(const wchar_t* name,
+                                  const std::vector<std::pair<DISPID, VARIANT>>& named,
+                                  std::vector<VARIANT> arguments = {}) const;
+
+  // As it stands.
+  [[nodiscard]] Outcome Invoke(DISPID member, WORD flags, DISPPARAMS* arguments) const;
+
+ private:
+  IDispatch* object_;
+  LCID locale_ = LOCALE_USER_DEFAULT;
+};
+
+class LateClientTest : public ClientTest {
+ protected:
+  LateClient api{Api()};
+  LateClient main{Main()};
+};
+
+}  // namespace latchkey::test

@@ -1,0 +1,56 @@
+// What an object tells about its class, to tools that show an object they are handed.
+#include "tests/com/server/loaded_server.h"
+
+namespace latchkey::test {
+namespace {
+
+class ClassInformationTest : public testing::Test {
+ protected:
+  [[nodiscard]] UniqueInterface<ITypeInfo> Describe(REFCLSID classId) const {
+    const auto object = server.Create<IProvideClassInfo>(classId, IID_IProvideClassInfo);
+    ITypeInfo* typeInfo = nullptr;
+    EXPECT_EQ(object.Get()->GetClassInfo(&typeInfo), S_OK);
+    return UniqueInterface<ITypeInfo>(typeInfo);
+  }
+
+  Apartment apartment;
+  LoadedServer server;
+};
+
+TEST_F(ClassInformationTest, EveryObjectShowsItsOwnClass) {
+  for (const CLSID& classId : {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer}) {
+    const auto described = Describe(classId);
+    TYPEATTR* attributes = nullptr;
+    ASSERT_EQ(described.Get()->GetTypeAttr(&attributes), S_OK);
+    EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
+    EXPECT_TRUE(IsEqualGUID(attributes->guid, classId));
+    described.Get()->ReleaseTypeAttr(attributes);
+  }
+}
+
+TEST_F(ClassInformationTest, TheClassHasTheNameThatClientsKnow) {
+  BSTR name = nullptr;
+  ASSERT_EQ(Describe(CLSID_clsCryptoAPI)
+                .Get()
+                ->GetDocumentation(MEMBERID_NIL, &name, nullptr, nullptr, nullptr),
+            S_OK);
+  EXPECT_EQ(Take(name), L"clsCryptoAPI");
+}
+
+TEST_F(ClassInformationTest, ANullPointerIsRefused) {
+  const auto object = server.Create<IProvideClassInfo>(CLSID_clsTimer, IID_IProvideClassInfo);
+  EXPECT_EQ(object.Get()->GetClassInfo(nullptr), E_POINTER);
+}
+
+// There are no events, and so no source interface that IProvideClassInfo2 could name.
+TEST_F(ClassInformationTest, NoEventsAreOffered) {
+  const auto object = server.Create<IUnknown>(CLSID_clsMain, IID_IUnknown);
+  for (const IID& interfaceId : {IID_IProvideClassInfo2, IID_IConnectionPointContainer}) {
+    void* found = nullptr;
+    EXPECT_EQ(object.Get()->QueryInterface(interfaceId, &found), E_NOINTERFACE);
+    EXPECT_EQ(found, nullptr);
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

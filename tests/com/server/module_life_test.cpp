@@ -1,0 +1,166 @@
+// When the DLL may be unloaded, and that it survives being unloaded.
+#include <future>
+#include <thread>
+
+#include "tests/com/server/loaded_server.h"
+#include "tests/system/trust/windows/fatal_exceptions.h"
+
+namespace latchkey::test {
+namespace {
+
+// Leaves the thread's data, a type library and a provider behind in the DLL.
+void UseEverything(const LoadedServer& server) {
+  const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+  const auto api = server.Create<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
+  BSTR salt = nullptr;
+  EXPECT_EQ(api.Get()->CreateRandom(8, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE, &salt), S_OK);
+  EXPECT_EQ(Take(salt).size(), 8U);
+  ITypeInfo* typeInfo = nullptr;
+  EXPECT_EQ(api.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &typeInfo), S_OK);
+  const UniqueInterface<ITypeInfo> owner(typeInfo);
+  VARIANT null = {};
+  V_VT(&null) = VT_NULL;
+  SAFEARRAY* array = nullptr;
+  EXPECT_EQ(api.Get()->StringToByteArray(&null, &array), FaultCode(94));  // an exception inside
+  EXPECT_TRUE(TakeErrorInfo().present);
+}
+
+bool IsLoaded() { return GetModuleHandleW(L"latchkey.dll") != nullptr; }
+
+TEST(ModuleLifeTest, TheModuleMayBeUnloadedBeforeAndAfterButNotWhileSomethingLives) {
+  const Apartment apartment;
+  const LoadedServer server;
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+  {
+    const auto factory = server.Factory(CLSID_clsTimer);
+    EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  }
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+  for (const CLSID& classId : {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer}) {
+    const auto object = server.Create<IUnknown>(classId, IID_IUnknown);
+    EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  }
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+TEST(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
+  const Apartment apartment;
+  const LoadedServer server;
+  server.Factory(CLSID_clsMain).Get()->LockServer(TRUE);
+  server.Factory(CLSID_clsMain).Get()->LockServer(TRUE);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  server.Factory(CLSID_clsTimer).Get()->LockServer(FALSE);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  server.Factory(CLSID_clsTimer).Get()->LockServer(FALSE);
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+TEST(ModuleLifeTest, AnUnlockTooManyIsRefusedAndChangesNothing) {
+  const Apartment apartment;
+  const LoadedServer server;
+  const auto factory = server.Factory(CLSID_clsTimer);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), E_UNEXPECTED);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+  EXPECT_EQ(factory.Get()->LockServer(TRUE), S_OK);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), S_OK);
+  EXPECT_EQ(factory.Get()->LockServer(FALSE), E_UNEXPECTED);
+  EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
+}
+
+TEST(ModuleLifeTest, ARefusedObjectDoesNotCount) {
+  const Apartment apartment;
+  const LoadedServer server;
+  void* object = nullptr;
+  EXPECT_EQ(server.Factory(CLSID_clsMain).Get()->CreateInstance(nullptr, IID_IStream, &object),
+            E_NOINTERFACE);
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+}
+
+TEST(ModuleLifeTest, TheModuleIsGoneOnceItIsUnloaded) {
+  const Apartment apartment;
+  LoadedServer server;
+  UseEverything(server);
+  EXPECT_EQ(server.CanUnloadNow(), S_OK);
+  server.Unload();
+  EXPECT_FALSE(IsLoaded());
+}
+
+TEST(ModuleLifeTest, TheModuleMayBeLoadedAndUnloadedManyTimes) {
+  const Apartment apartment;
+  for (int i = 0; i < 20; ++i) {
+    LoadedServer server;
+    UseEverything(server);
+    server.Unload();
+    ASSERT_FALSE(IsLoaded());
+  }
+}
+
+TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndAfterItIsUnloaded) {
+  const Apartment apartment;
+  LoadedServer server;
+  std::promise<void> used;
+  std::promise<void> unloaded;
+  std::thread user([&] {
+    {
+      const Apartment ownApartment;
+      UseEverything(server);
+    }
+    used.set_value();
+    unloaded.get_future().wait();
+  });
+  used.get_future().wait();
+  server.Unload();
+  EXPECT_FALSE(IsLoaded());
+  unloaded.set_value();
+  user.join();
+}
+
+TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
+  const Apartment apartment;
+  LoadedServer server;
+  std::thread([&] {
+    const Apartment ownApartment;
+    UseEverything(server);
+  }).join();
+  server.Unload();
+  EXPECT_FALSE(IsLoaded());
+}
+
+// It is loaded when a client asks for the connection. Then neither the end of the module nor any
+// number of calls of FreeLibrary unloads it: however often the module itself is loaded, it is there
+// once.
+TEST(ModuleLifeTest, TheInternetLibraryStaysFromTheFirstQueryOn) {
+  const Apartment apartment;
+  EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
+  constexpr int kRounds = 3;
+  for (int i = 0; i < kRounds; ++i) {
+    LoadedServer server;
+    {
+      const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+      VARIANT_BOOL connected = VARIANT_FALSE;
+      EXPECT_EQ(main.Get()->DoesInternetConnectionExist(&connected), S_OK);
+    }
+    EXPECT_EQ(server.CanUnloadNow(), S_OK);
+    server.Unload();
+    EXPECT_FALSE(IsLoaded());
+    EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
+  }
+  for (int i = 0; i <= kRounds; ++i) FreeLibrary(GetModuleHandleW(L"wininet.dll"));
+  EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
+}
+
+// The registered server: COM asks the DLL and unloads it.
+TEST(ModuleLifeTest, ComUnloadsTheModuleWhenNothingUsesIt) {
+  const Apartment apartment;
+  auto timer = CreateTimer();
+  ASSERT_TRUE(IsLoaded());
+  CoFreeUnusedLibrariesEx(0, 0);
+  EXPECT_TRUE(IsLoaded());
+  timer.Reset();
+  CoFreeUnusedLibrariesEx(0, 0);
+  CoFreeUnusedLibrariesEx(0, 0);
+  EXPECT_FALSE(IsLoaded());
+}
+
+}  // namespace
+}  // namespace latchkey::test

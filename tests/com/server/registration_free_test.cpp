@@ -1,0 +1,141 @@
+// The component used by its manifest, without registration. These tests leave the DLL beside them
+// unregistered.
+#include <filesystem>
+#include <thread>
+
+#include "tests/com/server/loaded_server.h"
+
+namespace latchkey::test {
+namespace {
+
+constexpr const wchar_t* kNames[] = {L"Latchkey.clsMain", L"Latchkey.clsCryptoAPI",
+                                     L"Latchkey.clsTimer"};
+
+// What the manifest beside the DLL says, for the thread that activates it.
+class ManifestContext {
+ public:
+  ManifestContext() {
+    const std::wstring path = std::filesystem::absolute(L"Latchkey.Component.manifest").wstring();
+    ACTCTXW description = {};
+    description.cbSize = sizeof(description);
+    description.lpSource = path.c_str();
+    context_ = CreateActCtxW(&description);
+    EXPECT_NE(context_, INVALID_HANDLE_VALUE) << GetLastError();
+  }
+  ManifestContext(const ManifestContext&) = delete;
+  ManifestContext& operator=(const ManifestContext&) = delete;
+  ~ManifestContext() { ReleaseActCtx(context_); }
+
+  [[nodiscard]] HANDLE Get() const { return context_; }
+
+ private:
+  HANDLE context_;
+};
+
+class Activation {
+ public:
+  explicit Activation(const ManifestContext& context) {
+    EXPECT_TRUE(ActivateActCtx(context.Get(), &cookie_));
+  }
+  Activation(const Activation&) = delete;
+  Activation& operator=(const Activation&) = delete;
+  ~Activation() { DeactivateActCtx(0, cookie_); }
+
+ private:
+  ULONG_PTR cookie_ = 0;
+};
+
+void ExpectNotRegistered() {
+  void* object = nullptr;
+  EXPECT_EQ(CoCreateInstance(CLSID_clsTimer, nullptr, CLSCTX_INPROC_SERVER, IID_IUnknown, &object),
+            REGDB_E_CLASSNOTREG);
+}
+
+class RegistrationFreeTest : public testing::Test {
+ protected:
+  RegistrationFreeTest() {
+    const LoadedServer server;
+    EXPECT_EQ(server.Install(false, L"user"), S_OK);
+    EXPECT_EQ(server.Unregister(), S_OK);
+    ExpectNotRegistered();
+  }
+  // Nothing is left over from the context either.
+  ~RegistrationFreeTest() override { ExpectNotRegistered(); }
+
+  Apartment apartment;
+  ManifestContext context;
+};
+
+// The class that an object is of, by what it tells about itself.
+CLSID ClassOf(IProvideClassInfo* object) {
+  ITypeInfo* found = nullptr;
+  EXPECT_EQ(object->GetClassInfo(&found), S_OK);
+  const UniqueInterface<ITypeInfo> typeInfo(found);
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(found->GetTypeAttr(&attributes), S_OK);
+  const CLSID classId = attributes->guid;
+  found->ReleaseTypeAttr(attributes);
+  return classId;
+}
+
+TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsIdentifier) {
+  const Activation activation(context);
+  for (const CLSID& classId : {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer}) {
+    const auto object = CreateObject<IProvideClassInfo>(classId, IID_IProvideClassInfo);
+    ASSERT_NE(object.Get(), nullptr);
+    EXPECT_TRUE(IsEqualCLSID(ClassOf(object.Get()), classId));
+  }
+}
+
+// The identifier that a name leads to may be one made up for the context; the class is the right
+// one.
+TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsNames) {
+  const Activation activation(context);
+  const CLSID classes[] = {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer};
+  for (int i = 0; i < 3; ++i) {
+    for (const std::wstring& name : {std::wstring(kNames[i]), std::wstring(kNames[i]) + L".1"}) {
+      CLSID found = {};
+      ASSERT_EQ(CLSIDFromProgID(name.c_str(), &found), S_OK);
+      const auto object = CreateObject<IProvideClassInfo>(found, IID_IProvideClassInfo);
+      ASSERT_NE(object.Get(), nullptr);
+      EXPECT_TRUE(IsEqualCLSID(ClassOf(object.Get()), classes[i]));
+    }
+  }
+}
+
+// Reads a text through the object of another apartment, and so through its marshaled interface.
+std::wstring HexFromAnotherApartment(const ManifestContext& context, IStream* stream) {
+  const Apartment apartment(COINIT_MULTITHREADED);
+  const Activation activation(context);
+  void* object = nullptr;
+  EXPECT_EQ(CoGetInterfaceAndReleaseStream(stream, IID__clsCryptoAPI, &object), S_OK);
+  if (object == nullptr) return L"";
+  const UniqueInterface<_clsCryptoAPI> api(static_cast<_clsCryptoAPI*>(object));
+  BSTR hex = nullptr;
+  VARIANT_BOOL upperCase = VARIANT_TRUE;
+  EXPECT_EQ(api.Get()->ConvertStringToHex(Bstr(L"abc").Get(), &upperCase, &hex), S_OK);
+  return Take(hex);
+}
+
+TEST_F(RegistrationFreeTest, InterfacesAreMarshaledByTheTypeLibrary) {
+  const Activation activation(context);
+  const auto main = CreateMain();
+  const auto api = CreateCryptoApi();
+  ASSERT_NE(api.Get(), nullptr);
+  IStream* stream = nullptr;
+  ASSERT_EQ(CoMarshalInterThreadInterfaceInStream(IID__clsCryptoAPI, api.Get(), &stream), S_OK);
+  std::wstring hex;
+  HANDLE done = CreateEventW(nullptr, TRUE, FALSE, nullptr);
+  std::thread client([&] {
+    hex = HexFromAnotherApartment(context, stream);
+    SetEvent(done);
+  });
+  DWORD index = 0;
+  EXPECT_EQ(CoWaitForMultipleHandles(0, INFINITE, 1, &done, &index), S_OK);
+  client.join();
+  CloseHandle(done);
+  EXPECT_EQ(hex, L"616263");
+}
+
+}  // namespace
+}  // namespace latchkey::test

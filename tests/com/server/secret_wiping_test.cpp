@@ -1,0 +1,109 @@
+// What the server frees holds nothing secret any more.
+#include "tests/com/late_bound/late_client.h"
+#include "tests/com/server/secret_watch.h"
+
+namespace latchkey::test {
+namespace {
+
+constexpr std::string_view kSecret = "a very secret password";
+
+// Lets strings go back to the allocator as soon as they are freed. The function that does it is in
+// no header.
+void TurnOffStringCache() {
+  using Function = void(WINAPI*)();
+  const HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
+  const auto turnOff = reinterpret_cast<Function>(
+      reinterpret_cast<void*>(GetProcAddress(automation, "SetOaNoCache")));
+  ASSERT_NE(turnOff, nullptr);
+  turnOff();
+}
+
+// How often the process holds these bytes, in any memory that it may read and write.
+int CopiesInMemory(std::string_view bytes) {
+  int copies = 0;
+  MEMORY_BASIC_INFORMATION region = {};
+  const char* address = nullptr;
+  while (VirtualQuery(address, &region, sizeof(region)) != 0) {
+    const auto* const start = static_cast<const char*>(region.BaseAddress);
+    if (region.State == MEM_COMMIT && region.Protect == PAGE_READWRITE) {
+      const std::string_view content(start, region.RegionSize);
+      for (auto at = content.find(bytes); at != std::string_view::npos;
+           at = content.find(bytes, at + 1)) {
+        ++copies;
+      }
+    }
+    address = start + region.RegionSize;
+  }
+  return copies;
+}
+
+using SecretWipingTest = LateClientTest;
+
+TEST_F(SecretWipingTest, TheCallersArrayIsZeroBeforeItIsFreed) {
+  SAFEARRAY* array = MakeByteArray(TextArray(kSecret));
+  const SecretWatch watch(kSecret);
+  ASSERT_EQ(Api()->put_Password(&array), S_OK);
+  EXPECT_EQ(array, nullptr);
+  EXPECT_GE(watch.Freed(), 1);
+  EXPECT_EQ(watch.FreedWithSecret(), 0);
+}
+
+TEST_F(SecretWipingTest, TheCopyOfAnArrayByValueIsZeroBeforeItIsFreed) {
+  const UniqueSafeArray array(MakeByteArray(TextArray(kSecret)));
+  const SecretWatch watch(kSecret);
+  ASSERT_EQ(api.Put(L"Password", Value(array.Get())).result, S_OK);
+  EXPECT_GE(watch.Freed(), 1);
+  EXPECT_EQ(watch.FreedWithSecret(), 0);
+}
+
+TEST_F(SecretWipingTest, TheCopyOfPlaintextByValueIsZeroBeforeItIsFreed) {
+  const UniqueSafeArray array(MakeByteArray(TextArray(kSecret)));
+  const SecretWatch watch(kSecret);
+  ASSERT_EQ(api.Put(L"InputData", Value(array.Get())).result, S_OK);
+  EXPECT_GE(watch.Freed(), 1);
+  EXPECT_EQ(watch.FreedWithSecret(), 0);
+}
+
+TEST_F(SecretWipingTest, ATextByReferenceIsNotLeftInACopy) {
+  TurnOffStringCache();
+  const UniqueBstr text = Bstr(L"a secret text");
+  BSTR raw = text.Get();
+  VARIANT reference = OfType(VT_BYREF | VT_BSTR);
+  V_BSTRREF(&reference) = &raw;
+  const SecretWatch watch({reinterpret_cast<const char*>(raw), SysStringByteLen(raw)});
+  ASSERT_EQ(api.Call(L"ConvertStringToHex", {reference}).text, L"61207365637265742074657874");
+  EXPECT_GE(watch.Freed(), 1);
+  EXPECT_EQ(watch.FreedWithSecret(), 0);
+}
+
+TEST_F(SecretWipingTest, AResultThatTheCallerDoesNotTakeIsZeroBeforeItIsFreed) {
+  TurnOffStringCache();
+  const UniqueBstr hex = Bstr(L"61207365637265742074657874");
+  const std::wstring plain = L"a secret text";
+  VARIANT argument = Value(hex.Get());
+  DISPPARAMS arguments = {&argument, nullptr, 1, 0};
+  const SecretWatch watch({reinterpret_cast<const char*>(plain.data()), plain.size() * 2});
+  ASSERT_EQ(Api()->Invoke(api.IdOf(L"ConvertStringFromHex"), IID_NULL, LOCALE_USER_DEFAULT,
+                          DISPATCH_METHOD, &arguments, nullptr, nullptr, nullptr),
+            S_OK);
+  EXPECT_GE(watch.Freed(), 1);
+  EXPECT_EQ(watch.FreedWithSecret(), 0);
+}
+
+// The start of a block that is free may serve the heap itself; what is left of a text is its end.
+TEST_F(SecretWipingTest, ASaltStaysNowhereButInItsResult) {
+  ScopedVariant salt;
+  ASSERT_EQ(Api()->CreateSaltValue(60, VARIANT_TRUE, &salt.Get()), S_OK);
+  const auto* const text = reinterpret_cast<const char*>(V_BSTR(&salt.Get()));
+  EXPECT_EQ(CopiesInMemory(std::string_view(text, 120).substr(80)), 1);
+}
+
+TEST_F(SecretWipingTest, TheWatchSeesASecretThatIsNotWiped) {
+  SAFEARRAY* const array = MakeByteArray(TextArray(kSecret));
+  const SecretWatch watch(kSecret);
+  SafeArrayDestroy(array);
+  EXPECT_EQ(watch.FreedWithSecret(), 1);
+}
+
+}  // namespace
+}  // namespace latchkey::test

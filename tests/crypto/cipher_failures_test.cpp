@@ -1,0 +1,174 @@
+// Every failure that Encrypt and Decrypt find themselves, in both directions and on both providers.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/cipher_direction.h"
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+using testing::ElementsAre;
+
+class CipherFailureTest : public WatchedService,
+                          public testing::WithParamInterface<DirectionOnProvider> {
+ protected:
+  CipherFailureTest() {
+    api.EnhancedProvider(std::get<1>(GetParam()));
+    api.InputData(ArrayOf("some data"));
+    SetPassword("secret");
+    // An output that the failure must replace, and a provider that is open.
+    EXPECT_TRUE(api.Encrypt(1, 1));
+    LeaveEarlierFailure();
+  }
+
+  [[nodiscard]] static const DirectionRow& Direction() { return std::get<0>(GetParam()); }
+
+  bool Run(std::int16_t hash, std::int16_t cipher) {
+    return (api.*Direction().operation)(hash, cipher);
+  }
+
+  void ExpectReported(const ReportedFailure& failure) {
+    const auto& [location, number, text] = failure;
+    EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(location, number, text));
+    EXPECT_EQ(ElementsOf(api.OutputData()), Direction().outputAfterFailure);
+    EXPECT_EQ(api.OutputData().Dimensions(), Direction().outputAfterFailure.empty() ? 0 : 1);
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  }
+
+  // The whole journal of a failure: the calls before it, its entry, the clean-up.
+  void ExpectJournal(const CallJournal::Entries& before, const ReportedFailure& failure,
+                     const CallJournal::Entries& cleanUp, int state = 0) {
+    const auto& [location, number, text] = failure;
+    EXPECT_EQ(journal.All(),
+              Joined(Joined(before, ApplicationWrites(location, number, text, state)), cleanUp));
+  }
+
+  // The journal of a failure behind the mapping of the numbers.
+  static CallJournal::Entries AfterMapping(const CallJournal::Entries& calls) {
+    return Joined({"Clear", "Clear", "Clear"}, calls);
+  }
+};
+
+TEST_P(CipherFailureTest, WithoutArgumentsTheHashNumberIsBad) {
+  const bool encrypts = std::string(Direction().name) == "Encrypt";
+  EXPECT_FALSE(encrypts ? api.Encrypt() : api.Decrypt());
+  ExpectReported(Direction().hashType);
+}
+
+TEST_P(CipherFailureTest, AnUnknownHashNumberIsReportedBeforeTheCipherIsLookedAt) {
+  EXPECT_FALSE(Run(5, 99));
+  ExpectReported(Direction().hashType);
+  ExpectJournal({"Clear", "Clear"}, Direction().hashType, {});
+}
+
+TEST_P(CipherFailureTest, AnUnknownCipherNumberIsReportedBeforeTheProviderIsOpened) {
+  clsCryptoAPI fresh;
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  EXPECT_FALSE((fresh.*Direction().operation)(1, 99));
+  EXPECT_EQ(record.ErrorLocationID(), Direction().cipherType.location);
+  EXPECT_EQ(journal.Count("CryptAcquireContextA"), 0U);
+  provider.Recover();
+}
+
+TEST_P(CipherFailureTest, ABadHashNumberGoesBeforeAMissingProvider) {
+  clsCryptoAPI fresh;
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  EXPECT_FALSE((fresh.*Direction().operation)(0, 1));
+  EXPECT_EQ(record.ErrorLocationID(), Direction().hashType.location);
+  EXPECT_EQ(journal.Count("CryptAcquireContextA"), 0U);
+  provider.Recover();
+}
+
+TEST_P(CipherFailureTest, AMissingProviderIsReported) {
+  clsCryptoAPI fresh;
+  fresh.EnhancedProvider(std::get<1>(GetParam()));
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  EXPECT_FALSE((fresh.*Direction().operation)(1, 1));
+  const auto& [location, number, text] = Direction().provider;
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(location, number, text));
+  EXPECT_EQ(ElementsOf(fresh.OutputData()), Direction().outputAfterFailure);
+  EXPECT_EQ(ElementsOf(fresh.Password()), Bytes{0});
+  EXPECT_EQ(journal.Count("CryptCreateHash"), 0U);
+}
+
+TEST_P(CipherFailureTest, AHashThatCannotBeMadeIsReported) {
+  provider.FailAt("CryptCreateHash", 1);
+  EXPECT_FALSE(Run(1, 2));
+  ExpectReported(Direction().hash);
+  ExpectJournal(AfterMapping({"CryptCreateHash(context1, 8003, 0, 0) failed"}), Direction().hash,
+                {});
+}
+
+TEST_P(CipherFailureTest, DataThatCannotBeHashedIsReportedBeforeTheHashIsDestroyed) {
+  provider.FailAt("CryptHashData", 1);
+  EXPECT_FALSE(Run(1, 2));
+  ExpectReported(Direction().hashData);
+  ExpectJournal(AfterMapping({"CryptCreateHash(context1, 8003, 0, 0) = hash2",
+                              "CryptHashData(hash2, 736563726574, 6, 0) failed"}),
+                Direction().hashData, {"CryptDestroyHash(hash2)"});
+}
+
+TEST_P(CipherFailureTest, AKeyThatCannotBeDerivedIsReportedBeforeTheHashIsDestroyed) {
+  ThisThread().currentStep = 31;
+  provider.FailAt("CryptDeriveKey", 1);
+  EXPECT_FALSE(Run(1, 2));
+  ExpectJournal(AfterMapping({"CryptCreateHash(context1, 8003, 0, 0) = hash2",
+                              "CryptHashData(hash2, 736563726574, 6, 0)",
+                              "CryptDeriveKey(context1, 6602, hash2, 0) failed"}),
+                Direction().key, {"CryptDestroyHash(hash2)"}, 31);
+  EXPECT_EQ(record.MachineState(), 31);
+  record.MachineState(0);
+  ExpectReported(Direction().key);
+}
+
+TEST_P(CipherFailureTest, ACipherThatFailsIsReportedBeforeTheKeyIsDestroyed) {
+  provider.FailAt(Direction().cipherCall, 1);
+  EXPECT_FALSE(Run(1, 2));
+  ExpectReported(Direction().cipher);
+  const std::string call = std::string(Direction().cipherCall) +
+                           "(key2, 0, final, 0, 736F6D652064617461, 9" +
+                           (std::string(Direction().name) == "Encrypt" ? ", 18)" : ")");
+  ExpectJournal(AfterMapping({"CryptCreateHash(context1, 8003, 0, 0) = hash2",
+                              "CryptHashData(hash2, 736563726574, 6, 0)",
+                              "CryptDeriveKey(context1, 6602, hash2, 0) = key2",
+                              "CryptDestroyHash(hash2)", call + " failed"}),
+                Direction().cipher, {"CryptDestroyKey(key2)"});
+}
+
+TEST_P(CipherFailureTest, HandlesThatCannotBeDestroyedAreNoFailure) {
+  provider.FailAt("CryptDestroyHash", 1);
+  provider.FailAt("CryptDestroyKey", 1);
+  EXPECT_TRUE(Run(1, 1));
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+  EXPECT_EQ(DataOf(api.OutputData()).size(), 9U);
+}
+
+TEST_P(CipherFailureTest, TheNextCallWorksAgain) {
+  for (const char* call : {"CryptCreateHash", "CryptHashData", "CryptDeriveKey"}) {
+    provider.FailAt(call, 1);
+    EXPECT_FALSE(Run(1, 1));
+    EXPECT_TRUE(Run(1, 1));
+    EXPECT_EQ(ValuesOf(record).exists, false);
+    EXPECT_EQ(DataOf(api.OutputData()).size(), 9U);
+  }
+}
+
+TEST_P(CipherFailureTest, AFailureKeepsInputAndPassword) {
+  provider.FailAt(Direction().cipherCall, 1);
+  EXPECT_FALSE(Run(1, 1));
+  EXPECT_EQ(DataOf(api.Password()), BytesOf("secret"));
+  provider.FailAt("CryptEncrypt", 1);
+  journal.Clear();
+  EXPECT_FALSE(api.Encrypt(1, 1));
+  EXPECT_THAT(journal.Named({"CryptEncrypt"}),
+              ElementsAre(testing::HasSubstr("736F6D652064617461, 9")));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEachDirection, CipherFailureTest,
+                         testing::Combine(testing::Values(kEncryptRow, kDecryptRow),
+                                          testing::Bool()),
+                         [](const auto& row) { return NameOf(row.param); });
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,138 @@
+// CreateHash when the provider refuses.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+
+#include "tests/support/code_pages.h"
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+using testing::Contains;
+using testing::ElementsAre;
+
+constexpr std::int16_t kMd5 = 1;
+constexpr std::array<std::int16_t, 3> kUnknownHashes{0, 5, -1};
+
+class CreateHashFailureTest : public WatchedService {
+ protected:
+  // The journal of one CreateHash that gives nothing, on an open provider.
+  CallJournal::Entries FailingHash() {
+    static_cast<void>(api.CreateRandom());
+    LeaveEarlierFailure();
+    EXPECT_EQ(api.CreateHash(u"abc", kMd5, true), u"");
+    EXPECT_EQ(api.CreateHash(u"", kMd5), u"");
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    return journal.All();
+  }
+};
+
+class CreateHashWithoutProviderTest : public CreateHashFailureTest,
+                                      public testing::WithParamInterface<bool> {};
+
+TEST_P(CreateHashWithoutProviderTest, IsReportedAsAHashThatCannotBeMade) {
+  LeaveEarlierFailure();
+  api.EnhancedProvider(GetParam());
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(709, 117, "Error creating hash"));
+  EXPECT_EQ(journal.Count("CryptCreateHash"), 0U);
+}
+
+// The password comes after the provider: one that would be a fault is not looked at, and no random
+// letters are made.
+TEST_P(CreateHashWithoutProviderTest, IsReportedBeforeThePasswordIsTaken) {
+  api.EnhancedProvider(GetParam());
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  ByteArray behindZero = ByteArray::WithShape(1, 1, 4, Bytes{1, 2, 3, 4});
+  api.Password(behindZero);
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5, true, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(709, 117, "Error creating hash"));
+
+  api.UseDefaultPWD(false);
+  ByteArray none{0};
+  api.Password(none);
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5, true, true), u"");
+  EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(709, 117, "Error creating hash"));
+  EXPECT_TRUE(probe.calls.empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, CreateHashWithoutProviderTest, testing::Bool(),
+                         [](const auto& row) { return row.param ? "Enhanced" : "Base"; });
+
+TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilent) {
+  for (const std::int16_t number : kUnknownHashes) {
+    LeaveEarlierFailure();
+    EXPECT_EQ(api.CreateHash(u"abc", number, true), u"");
+    EXPECT_EQ(ValuesOf(record), AfterClear());
+    EXPECT_THAT(journal.All(), Contains("CryptCreateHash(context1, 0000, 0, 0) failed"));
+    EXPECT_EQ(journal.Count("CryptHashData"), 0U);
+  }
+}
+
+TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilentBeforeTheTextIsConverted) {
+  scope.Services().codePage = &DoubleBytePage();
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(u"\u3042", 0), u"");
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
+TEST_F(CreateHashFailureTest, WithoutArgumentsItIsSilent) {
+  LeaveEarlierFailure();
+  EXPECT_EQ(api.CreateHash(), u"");
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
+TEST_F(CreateHashFailureTest, AProviderThatMakesNoHashIsSilent) {
+  provider.FailAt("CryptCreateHash", CallPlan::kEveryCall);
+  EXPECT_THAT(FailingHash(), ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) failed",
+                                         "Clear", "CryptCreateHash(context1, 8003, 0, 0) failed"));
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
+TEST_F(CreateHashFailureTest, AProviderThatHashesNoDataIsSilent) {
+  provider.FailAt("CryptHashData", CallPlan::kEveryCall);
+  EXPECT_THAT(FailingHash(),
+              ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash1",
+                          "CryptHashData(hash1, 616263, 3, 0) failed", "CryptDestroyHash(hash1)",
+                          "Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash2",
+                          "CryptHashData(hash2, -, 0, 0) failed", "CryptDestroyHash(hash2)"));
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
+TEST_F(CreateHashFailureTest, AProviderThatGivesNoDigestIsSilent) {
+  provider.FailAt("CryptGetHashParam", CallPlan::kEveryCall, provider::kErrorMoreData);
+  EXPECT_THAT(
+      FailingHash(),
+      ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash1",
+                  "CryptHashData(hash1, 616263, 3, 0)", "CryptGetHashParam(hash1, 2, 16, 0) failed",
+                  "CryptDestroyHash(hash1)", "Clear",
+                  "CryptCreateHash(context1, 8003, 0, 0) = hash2", "CryptHashData(hash2, -, 0, 0)",
+                  "CryptGetHashParam(hash2, 2, 16, 0) failed", "CryptDestroyHash(hash2)"));
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+}
+
+TEST_F(CreateHashFailureTest, AHashThatCannotBeDestroyedIsNoFailure) {
+  provider.FailAt("CryptDestroyHash", 1);
+  provider.ThrowAt("CryptDestroyHash", 2, Fault(FaultNumber::Overflow));
+  provider.ThrowAt("CryptDestroyHash", 3, std::bad_alloc());
+  for (int i = 0; i < 3; ++i) {
+    LeaveEarlierFailure();
+    EXPECT_EQ(Printable(api.CreateHash(u"abc", kMd5, true)), "900150983CD24FB0D6963F7D28E17F72");
+    EXPECT_EQ(ValuesOf(record), AfterClear());
+  }
+}
+
+TEST_F(CreateHashFailureTest, TheStepThatRunsIsRecordedWithAMissingProvider) {
+  ThisThread().currentStep = -32768;
+  provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+  EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");
+  EXPECT_EQ(record.MachineState(), -32768);
+}
+
+}  // namespace
+}  // namespace latchkey::test

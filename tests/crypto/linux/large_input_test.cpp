@@ -1,0 +1,33 @@
+// Encrypt and Decrypt of an input whose double length is no signed 32-bit number.
+//
+// The array's memory is never written, so it takes none; the object's copy of it takes 1 GiB.
+#include <gtest/gtest.h>
+
+#include "tests/support/cipher_direction.h"
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+ByteArray LargeArray(std::size_t length) {
+  WorkingBytes zeros(length + 1);
+  zeros.Touched(0);
+  return ByteArray::WithTrailingZero(std::move(zeros), length);
+}
+
+using LargeInputTest = WatchedServiceOnPlainProvider;
+
+TEST_F(LargeInputTest, TwiceItsLengthOverflowsAfterTheKeyIsDerived) {
+  api.InputData(LargeArray(std::size_t{1} << 30));
+  for (const DirectionRow& row : {kEncryptRow, kDecryptRow}) {
+    LeaveEarlierFailure();
+    EXPECT_FALSE((api.*row.operation)(1, 1));
+    EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(row.bodyTrap, 6, "Overflow"));
+    EXPECT_EQ(ElementsOf(api.OutputData()), row.outputAfterFailure);
+    EXPECT_EQ(journal.Count("CryptDeriveKey"), 1U);
+    EXPECT_EQ(journal.Count(row.cipherCall), 0U);
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,44 @@
+// Objects that outlive main.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+#include "base/never_destroyed.h"
+#include "com/cls_main.h"
+#include "crypto/cls_crypto_api.h"
+
+namespace latchkey::test {
+namespace {
+
+// Ends the process with its objects of static duration still in use: what a thread owns is gone by
+// the time that they are destroyed.
+[[noreturn]] void EndProcessWithStaticObjects() {
+  static clsCryptoAPI api;
+  static const clsMain main;
+  static_cast<void>(api.CreateHash(u"abc", 1));
+  std::exit(EXIT_SUCCESS);
+}
+
+TEST(ProcessEndDeathTest, ObjectsOfStaticDurationEndCleanly) {
+  EXPECT_EXIT(EndProcessWithStaticObjects(), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+struct FailsWhenDestroyed {
+  FailsWhenDestroyed() = default;
+  FailsWhenDestroyed(const FailsWhenDestroyed&) = delete;
+  FailsWhenDestroyed& operator=(const FailsWhenDestroyed&) = delete;
+  ~FailsWhenDestroyed() { std::_Exit(EXIT_FAILURE); }
+};
+
+[[noreturn]] void EndProcessWithAnObjectNeverDestroyed() {
+  static NeverDestroyed<FailsWhenDestroyed> object;
+  static_cast<void>(object.Get());
+  std::exit(EXIT_SUCCESS);
+}
+
+TEST(ProcessEndDeathTest, WhatIsNeverDestroyedIsNotDestroyedAtTheEndEither) {
+  EXPECT_EXIT(EndProcessWithAnObjectNeverDestroyed(), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
+}
+
+}  // namespace
+}  // namespace latchkey::test

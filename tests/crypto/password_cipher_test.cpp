@@ -1,0 +1,194 @@
+// The cipher under a password, with bytes taken exactly as they are.
+#include "crypto/password_cipher.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+
+#include "base/fault.h"
+#include "tests/support/bytes.h"
+#include "tests/support/fault_of.h"
+#include "tests/support/scripted_provider.h"
+
+namespace latchkey::test {
+namespace {
+
+using provider::kAlgorithmDes;
+using provider::kAlgorithmMd5;
+using provider::kAlgorithmRc2;
+using provider::kAlgorithmRc4;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class PasswordCipherTest : public testing::Test {
+ protected:
+  PasswordCipherTest() {
+    ContextTrait::Type opened{&provider};
+    EXPECT_TRUE(provider.CryptAcquireContextA(&opened.value, "", provider::kEnhancedProviderName,
+                                              provider::kProviderTypeRsaFull,
+                                              provider::kVerifyContext));
+    context.Reset(opened);
+    journal.Clear();
+  }
+
+  using Apply = CipherStep (PasswordCipher::*)(std::span<std::uint8_t>, std::uint32_t&, bool);
+
+  // Runs a fresh cipher over the bytes; nothing when it fails.
+  Bytes Run(Apply apply, provider::AlgorithmId algorithm, std::string_view password, Bytes data,
+            std::size_t room) {
+    PasswordCipher cipher(context);
+    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, algorithm, BytesOf(password)), CipherStep::Done);
+    auto length = static_cast<std::uint32_t>(data.size());
+    data.resize(room);
+    if ((cipher.*apply)(data, length, true) != CipherStep::Done) return {};
+    data.resize(length);
+    return data;
+  }
+  Bytes Encrypted(provider::AlgorithmId algorithm, std::string_view password, const Bytes& data,
+                  std::size_t room) {
+    return Run(&PasswordCipher::Encrypt, algorithm, password, data, room);
+  }
+  Bytes Decrypted(provider::AlgorithmId algorithm, std::string_view password, const Bytes& data) {
+    return Run(&PasswordCipher::Decrypt, algorithm, password, data, data.size());
+  }
+
+  // Encrypts 24 bytes and 3 more in two pieces.
+  Bytes EncryptedInPieces(provider::AlgorithmId algorithm, const Bytes& data) {
+    PasswordCipher cipher(context);
+    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, algorithm, BytesOf("pw")), CipherStep::Done);
+    Bytes first(data.begin(), data.begin() + 24);
+    std::uint32_t firstLength = 24;
+    EXPECT_EQ(cipher.Encrypt(first, firstLength, false), CipherStep::Done);
+    EXPECT_EQ(firstLength, 24U);
+    Bytes last(data.begin() + 24, data.end());
+    auto lastLength = static_cast<std::uint32_t>(last.size());
+    last.resize(8);
+    EXPECT_EQ(cipher.Encrypt(last, lastLength), CipherStep::Done);
+    last.resize(lastLength);
+    first.insert(first.end(), last.begin(), last.end());
+    return first;
+  }
+
+  CallJournal journal;
+  ScriptedProvider provider{journal};
+  UniqueContext context;
+};
+
+TEST_F(PasswordCipherTest, GivesBackWhatWasEncrypted) {
+  for (const std::size_t size : {0U, 1U, 3U, 8U, 9U, 1000U}) {
+    const Bytes data = SampleBytes(size);
+    EXPECT_EQ(Decrypted(kAlgorithmDes, "pw", Encrypted(kAlgorithmDes, "pw", data, size + 8)), data);
+    EXPECT_EQ(Decrypted(kAlgorithmRc4, "pw", Encrypted(kAlgorithmRc4, "pw", data, size)), data);
+  }
+}
+
+TEST_F(PasswordCipherTest, SpacesAtTheEndOfDataAndPasswordCount) {
+  const Bytes data = BytesOf("data  ");
+  const Bytes encrypted = Encrypted(kAlgorithmDes, "pw ", data, 8);
+  EXPECT_EQ(Decrypted(kAlgorithmDes, "pw ", encrypted), data);
+  EXPECT_NE(Encrypted(kAlgorithmDes, "pw", data, 8), encrypted);
+}
+
+TEST_F(PasswordCipherTest, PiecesGiveWhatTheWholeGives) {
+  const Bytes data = SampleBytes(27);
+  EXPECT_EQ(EncryptedInPieces(kAlgorithmDes, data), Encrypted(kAlgorithmDes, "pw", data, 32));
+  EXPECT_EQ(EncryptedInPieces(kAlgorithmRc4, data), Encrypted(kAlgorithmRc4, "pw", data, 27));
+}
+
+TEST_F(PasswordCipherTest, EffectiveBitsAreSetOnlyWhenAskedFor) {
+  PasswordCipher plain(context);
+  EXPECT_EQ(plain.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw")), CipherStep::Done);
+  EXPECT_EQ(journal.Count("CryptSetKeyParam"), 0U);
+
+  PasswordCipher old(context);
+  EXPECT_EQ(old.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 40), CipherStep::Done);
+  EXPECT_EQ(journal.Count("CryptSetKeyParam"), 1U);
+
+  Bytes one = SampleBytes(8);
+  Bytes other = one;
+  std::uint32_t length = 8;
+  EXPECT_EQ(plain.Encrypt(one, length, false), CipherStep::Done);
+  EXPECT_EQ(old.Encrypt(other, length, false), CipherStep::Done);
+  EXPECT_NE(one, other);
+}
+
+TEST_F(PasswordCipherTest, EffectiveBitsThatAreRefusedFailTheDerivation) {
+  {
+    PasswordCipher cipher(context);
+    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 2000),
+              CipherStep::DeriveKey);
+    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmDes, BytesOf("pw"), 40),
+              CipherStep::DeriveKey);
+  }
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+}
+
+TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
+  const Bytes data = SampleBytes(8);
+  EXPECT_EQ(Encrypted(kAlgorithmDes, "pw", data, 15), Bytes());
+  EXPECT_EQ(Encrypted(kAlgorithmDes, "pw", data, 16).size(), 16U);
+}
+
+TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
+  PasswordCipher cipher(context);
+  EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), CipherStep::Done);
+  EXPECT_THAT(journal.All(), ElementsAre("CryptCreateHash(context1, 8003, 0, 0) = hash1",
+                                         "CryptHashData(hash1, 7077, 2, 0)",
+                                         "CryptDeriveKey(context1, 6801, hash1, 0) = key1",
+                                         "CryptDestroyHash(hash1)"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1", "key1"));
+}
+
+TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
+  {
+    PasswordCipher cipher(context);
+    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, {}), CipherStep::Done);
+  }
+  EXPECT_EQ(journal.All().back(), "CryptDestroyKey(key1)");
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+}
+
+TEST_F(PasswordCipherTest, ACipherThatDerivedNoKeyClosesNothing) {
+  { const PasswordCipher cipher(context); }
+  EXPECT_THAT(journal.All(), IsEmpty());
+}
+
+TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
+  const std::map<std::string, CipherStep> steps{{"CryptCreateHash", CipherStep::CreateHash},
+                                                {"CryptHashData", CipherStep::HashData},
+                                                {"CryptDeriveKey", CipherStep::DeriveKey}};
+  for (const auto& [call, step] : steps) {
+    provider.FailAt(call, 1);
+    {
+      PasswordCipher cipher(context);
+      EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), step);
+    }
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  }
+}
+
+TEST_F(PasswordCipherTest, TellsThatTheCipherFailed) {
+  PasswordCipher cipher(context);
+  EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmDes, BytesOf("pw")), CipherStep::Done);
+  Bytes data = SampleBytes(9);
+  std::uint32_t length = 9;
+  EXPECT_EQ(cipher.Decrypt(data, length), CipherStep::Cipher);
+  EXPECT_EQ(length, 9U);
+  EXPECT_EQ(cipher.Encrypt(data, length), CipherStep::Cipher);
+}
+
+TEST_F(PasswordCipherTest, AFaultPassesOnAndLeavesNoHandle) {
+  for (const char* call : {"CryptCreateHash", "CryptHashData", "CryptDeriveKey"}) {
+    provider.ThrowAt(call, 1, Fault(FaultNumber::Overflow));
+    const auto derive = [this] {
+      PasswordCipher cipher(context);
+      return cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw"));
+    };
+    EXPECT_EQ(FaultOf(derive), 6);
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  }
+}
+
+}  // namespace
+}  // namespace latchkey::test

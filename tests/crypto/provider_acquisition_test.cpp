@@ -1,0 +1,151 @@
+// How the service object opens its provider.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr const char* kAcquire = "CryptAcquireContextA";
+constexpr const char* kBaseCall =
+    R"(CryptAcquireContextA("", "Microsoft Base Cryptographic Provider v1.0", 1, F0000000))";
+constexpr const char* kDefaultCall = R"(CryptAcquireContextA("", "", 1, 0008))";
+constexpr const char* kEnhancedCall =
+    R"(CryptAcquireContextA("", "Microsoft Enhanced Cryptographic Provider v1.0", 1, F0000000))";
+
+std::string Failed(const char* call) { return std::string(call) + " failed"; }
+std::string Made(const char* call, int context) {
+  return std::string(call) + " = context" + std::to_string(context);
+}
+
+class ProviderAcquisitionTest : public WatchedServiceOnPlainProvider {
+ protected:
+  [[nodiscard]] CallJournal::Entries AcquireCalls() const { return journal.Named({kAcquire}); }
+};
+
+TEST_F(ProviderAcquisitionTest, TheBaseProviderIsOpenedWithoutAKeySet) {
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kBaseCall, 1)));
+}
+
+TEST_F(ProviderAcquisitionTest, TheEnhancedProviderIsOpenedWithoutAKeySet) {
+  api.EnhancedProvider(true);
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kEnhancedCall, 1)));
+}
+
+TEST_F(ProviderAcquisitionTest, TheDefaultProviderWithANewKeySetStandsInForTheBaseProvider) {
+  LeaveEarlierFailure();
+  provider.FailAt(kAcquire, 1);
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Failed(kBaseCall), Made(kDefaultCall, 1)));
+  EXPECT_EQ(ValuesOf(record), AfterClear());
+  EXPECT_EQ(journal.Count("ErrorExists"), 0U);
+}
+
+TEST_F(ProviderAcquisitionTest, NothingStandsInForTheEnhancedProvider) {
+  api.EnhancedProvider(true);
+  provider.FailAt(kAcquire, 1);
+  EXPECT_FALSE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Failed(kEnhancedCall)));
+}
+
+TEST_F(ProviderAcquisitionTest, EveryOperationThatNeedsAProviderOpensIt) {
+  const auto opens = [this](auto&& operation) {
+    journal.Clear();
+    clsCryptoAPI fresh;
+    operation(fresh);
+    return AcquireCalls().size() == 1;
+  };
+  EXPECT_TRUE(opens([](clsCryptoAPI& fresh) { return fresh.Encrypt(1, 1); }));
+  EXPECT_TRUE(opens([](clsCryptoAPI& fresh) { return fresh.Decrypt(1, 1); }));
+  EXPECT_TRUE(opens([](clsCryptoAPI& fresh) { return fresh.CreateHash(u"abc", 1); }));
+  EXPECT_TRUE(opens([](clsCryptoAPI& fresh) { return fresh.CreateRandom(4); }));
+}
+
+TEST_F(ProviderAcquisitionTest, AnOpenProviderServesEveryLaterOperation) {
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_TRUE(api.Decrypt(2, 2));
+  EXPECT_FALSE(api.CreateHash(u"abc", 1, true).empty());
+  EXPECT_FALSE(api.CreateRandom(4).empty());
+  EXPECT_EQ(AcquireCalls().size(), 1U);
+}
+
+TEST_F(ProviderAcquisitionTest, AfterAFailureTheNextOperationTriesAgain) {
+  provider.FailAt(kAcquire, 1);
+  provider.FailAt(kAcquire, 2);
+  EXPECT_FALSE(api.Encrypt(1, 1));
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(),
+              ElementsAre(Failed(kBaseCall), Failed(kDefaultCall), Made(kBaseCall, 1)));
+  EXPECT_FALSE(record.ErrorExists());
+}
+
+TEST_F(ProviderAcquisitionTest, TheNextTryFollowsTheEnhancedFlagOfThatTime) {
+  provider.FailAt(kAcquire, 1);
+  provider.FailAt(kAcquire, 2);
+  EXPECT_FALSE(api.Encrypt(1, 1));
+  journal.Clear();
+  api.EnhancedProvider(true);
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kEnhancedCall, 1)));
+}
+
+TEST_F(ProviderAcquisitionTest, AProviderInUseStaysWhenTheEnhancedFlagChanges) {
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  api.EnhancedProvider(true);
+  EXPECT_TRUE(api.Encrypt(1, 4));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kBaseCall, 1)));
+}
+
+// Runs one operation on a provider that cannot be opened.
+class UnavailableProviderTest : public ProviderAcquisitionTest,
+                                public testing::WithParamInterface<bool> {
+ protected:
+  template <class Operation>
+  CallJournal::Entries WritesOf(Operation&& operation) {
+    api.EnhancedProvider(GetParam());
+    provider.FailAt(kAcquire, CallPlan::kEveryCall);
+    operation(api);
+    provider.Recover();
+    return FailureWritesIn(journal);
+  }
+
+  // The entry of the acquisition itself, in full, then that of the operation over it.
+  [[nodiscard]] CallJournal::Entries Writes(int location, int number, const char* text) const {
+    return Joined(GetParam() ? ApplicationWrites(728, 124, "Error acquiring enhanced provider", 12)
+                             : ApplicationWrites(729, 125, "Error acquiring standard provider", 12),
+                  ApplicationWrites(location, number, text, 12));
+  }
+
+  void SetUp() override { ThisThread().currentStep = 12; }
+};
+
+TEST_P(UnavailableProviderTest, EncryptWritesOverTheEntryOfTheAcquisition) {
+  EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.Encrypt(1, 1); }),
+            Writes(720, 114, "Error acquiring provider"));
+}
+
+TEST_P(UnavailableProviderTest, DecryptWritesOverTheEntryOfTheAcquisition) {
+  EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.Decrypt(1, 1); }),
+            Writes(713, 114, "Error acquiring provider"));
+}
+
+TEST_P(UnavailableProviderTest, CreateHashWritesOverTheEntryOfTheAcquisition) {
+  EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.CreateHash(u"abc", 1); }),
+            Writes(709, 117, "Error creating hash"));
+}
+
+TEST_P(UnavailableProviderTest, CreateRandomWritesOverTheEntryOfTheAcquisition) {
+  EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.CreateRandom(4); }),
+            Writes(710, 114, "Error acquiring provider"));
+}
+
+INSTANTIATE_TEST_SUITE_P(OfEachKind, UnavailableProviderTest, testing::Bool(),
+                         [](const auto& row) { return row.param ? "Enhanced" : "Base"; });
+
+}  // namespace
+}  // namespace latchkey::test

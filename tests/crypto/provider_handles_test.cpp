@@ -1,0 +1,36 @@
+#include "crypto/provider_handles.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "base/fault.h"
+#include "tests/support/scripted_provider.h"
+
+namespace latchkey::test {
+namespace {
+
+// Closing runs during clean-up, where nothing may stop what follows.
+TEST(ProviderHandlesTest, AFaultOfClosingStopsNothing) {
+  CallJournal journal;
+  ScriptedProvider provider(journal);
+  for (const char* const call : {"CryptDestroyHash", "CryptReleaseContext"}) {
+    provider.ThrowAt(call, 1, Fault(FaultNumber::Overflow));
+  }
+  ContextTrait::Type context{&provider};
+  ASSERT_TRUE(provider.CryptAcquireContextA(&context.value, "", provider::kBaseProviderName,
+                                            provider::kProviderTypeRsaFull,
+                                            provider::kVerifyContext));
+  {
+    const UniqueContext owner(context);
+    UniqueHash hash = MakeHash(owner, provider::kAlgorithmMd5);
+    EXPECT_TRUE(hash);
+    EXPECT_NO_THROW(hash.Reset());
+    EXPECT_FALSE(hash);
+  }
+  EXPECT_EQ(provider.OpenHandles(), std::vector<std::string>{});
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,87 @@
+// What becomes of what the system's random source gives, or does not give.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <numeric>
+#include <vector>
+
+#include "crypto/cls_crypto_api.h"
+#include "crypto/crypto_state.h"
+#include "crypto/random_number.h"
+#include "platform/system_random.h"
+#include "tests/support/fault_of.h"
+#include "tests/support/random_source_script.h"
+#include "tests/support/watched_module.h"
+
+namespace latchkey::test {
+namespace {
+
+constexpr long kInputOutputError = -5;
+
+long Size(std::span<std::uint8_t> bytes) { return static_cast<long>(bytes.size()); }
+
+TEST(RandomSourceTest, AFailureIsNoSuccess) {
+  const RandomSourceScript script([](auto) { return kInputOutputError; });
+  std::array<std::uint8_t, 16> bytes{};
+  EXPECT_FALSE(platform::FillRandom(bytes));
+}
+
+TEST(RandomSourceTest, EveryByteIsTheSources) {
+  std::uint8_t next = 0;
+  const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
+    for (std::uint8_t& byte : bytes) byte = ++next;
+    return Size(bytes);
+  });
+  for (std::size_t size = 1; size < 64; ++size) {
+    next = 0;
+    std::vector<std::uint8_t> bytes(size);
+    std::vector<std::uint8_t> expected(size);
+    std::iota(expected.begin(), expected.end(), std::uint8_t{1});
+    ASSERT_TRUE(platform::FillRandom(bytes));
+    ASSERT_EQ(bytes, expected);
+  }
+}
+
+class RandomSourceUseTest : public WatchedModule {
+ protected:
+  using State = std::array<std::uint64_t, 2>;
+
+  // The generator's state after a draw from a fixed state, with these random bytes.
+  static State StateAfterDraw(const std::array<std::uint8_t, 16>& random) {
+    const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
+      EXPECT_EQ(bytes.size(), random.size());
+      std::copy_n(random.begin(), std::min(bytes.size(), random.size()), bytes.begin());
+      return Size(bytes);
+    });
+    ThisThreadCrypto().generatorState = {1, 2};
+    static_cast<void>(RandomNumberInRange(65, 122));
+    return ThisThreadCrypto().generatorState;
+  }
+};
+
+TEST_F(RandomSourceUseTest, EachOfSixteenBytesReachesTheGenerator) {
+  probe.SetTicks({123'456});
+  const State before = StateAfterDraw({});
+  EXPECT_EQ(StateAfterDraw({}), before);
+  for (std::size_t i = 0; i < 16; ++i) {
+    std::array<std::uint8_t, 16> random{};
+    random.at(i) = 1;
+    EXPECT_NE(StateAfterDraw(random), before) << "byte " << i;
+  }
+}
+
+TEST_F(RandomSourceUseTest, WithoutRandomBytesThereIsNoNumber) {
+  const RandomSourceScript script([](auto) { return kInputOutputError; });
+  EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 5);
+}
+
+TEST_F(RandomSourceUseTest, WithoutRandomBytesASaltOfLettersFails) {
+  clsCryptoAPI api;
+  const RandomSourceScript script([](auto) { return kInputOutputError; });
+  EXPECT_EQ(api.CreateSaltValue(8, true), Text());
+  EXPECT_EQ(record.ErrorLocationID(), 434);
+  EXPECT_EQ(record.RTErrorNumber(), 5);
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,64 @@
+// A failure of memory can be recorded too: recording allocates nothing.
+#include <gtest/gtest.h>
+
+#include "com/cls_main.h"
+#include "crypto/cls_crypto_api.h"
+#include "diagnostics/error_trap.h"
+#include "diagnostics/thread_state.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/module_scope.h"
+#include "tests/support/record_spy.h"
+
+namespace latchkey::test {
+namespace {
+
+class RecordingWithoutMemoryTest : public testing::Test {
+ protected:
+  ~RecordingWithoutMemoryTest() override { FailAllocation(0); }
+
+  ModuleScope scope;
+  clsMain main;
+};
+
+TEST_F(RecordingWithoutMemoryTest, EveryCheckOfTheTableIsRecordedWithoutAllocating) {
+  for (const CheckSite& site : kCheckSites) {
+    FailAllocation(1);
+    RecordApplicationFailure(site);
+    EXPECT_TRUE(AllocationFailurePending()) << site.location;
+  }
+}
+
+TEST_F(RecordingWithoutMemoryTest, EveryFaultIsRecordedWithoutAllocating) {
+  for (const std::int32_t number : {5, 6, 7, 9, 11, 13, 91, 94}) {
+    FailAllocation(1);
+    RecordRunTimeFailure(kTrapSites.front(), Fault(static_cast<FaultNumber>(number)));
+    EXPECT_TRUE(AllocationFailurePending()) << number;
+  }
+}
+
+TEST_F(RecordingWithoutMemoryTest, ClearingAllocatesNothing) {
+  RecordApplicationFailure(kCheckSites.front());
+  FailAllocation(1);
+  ErrorRecord().Clear();
+  EXPECT_TRUE(AllocationFailurePending());
+}
+
+// Whichever allocation of the conversion fails, the caller sees empty text and fault 7.
+TEST_F(RecordingWithoutMemoryTest, AConversionThatRunsOutOfMemoryRecordsIt) {
+  const clsCryptoAPI api;
+  const Text digits(1000, u'4');
+  int failures = 0;
+  for (int nth = 1;; ++nth) {
+    ErrorRecord().Clear();
+    FailAllocation(nth);
+    const Text decoded = api.ConvertStringFromHex(digits);
+    if (AllocationFailurePending()) break;
+    ++failures;
+    EXPECT_EQ(decoded, u"");
+    EXPECT_EQ(ValuesOf(ErrorRecord()), (RecordValues{440, 1, 0, "", 7, "Out of memory", true, 0}));
+  }
+  EXPECT_GE(failures, 1);
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,184 @@
+// State, properties and end of the service object.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+
+#include "base/fault.h"
+#include "tests/support/fault_of.h"
+#include "tests/support/watched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+using testing::ElementsAre;
+
+class ServiceObjectTest : public WatchedService {
+ protected:
+  // The input as the cipher gets it: "data, length, buffer length".
+  std::string InputSeenByTheCipher() {
+    journal.Clear();
+    EXPECT_TRUE(api.Encrypt(1, 1));
+    const std::string entry = journal.Named({"CryptEncrypt"}).front();
+    const std::string before = "CryptEncrypt(key" + std::to_string(++keys_) + ", 0, final, 0, ";
+    EXPECT_TRUE(entry.starts_with(before)) << entry;
+    return entry.substr(before.size(), entry.size() - before.size() - 1);
+  }
+
+ private:
+  int keys_ = 0;
+};
+
+TEST_F(ServiceObjectTest, ANewObjectHoldsNoOutputAndNoPassword) {
+  EXPECT_EQ(api.OutputData().Dimensions(), 0);
+  EXPECT_EQ(ElementsOf(api.OutputData()), Bytes());
+  EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
+}
+
+TEST_F(ServiceObjectTest, TheProviderIsLeftAloneUntilAnOperationNeedsIt) {
+  {
+    clsCryptoAPI unused;
+    unused.EnhancedProvider(true);
+    unused.UseDefaultPWD(false);
+    unused.InputData(ArrayOf("data"));
+    ByteArray password = ArrayOf("secret");
+    unused.Password(password);
+    static_cast<void>(unused.ConvertStringToHex(u"abc"));
+    EXPECT_FALSE(unused.Encrypt(0, 1));
+    EXPECT_FALSE(unused.Encrypt(1, 0));
+  }
+  EXPECT_EQ(journal.Count("CryptAcquireContextA"), 0U);
+  EXPECT_EQ(journal.Count("CryptReleaseContext"), 0U);
+}
+
+TEST_F(ServiceObjectTest, PropertiesLeaveTheRecordAlone) {
+  LeaveEarlierFailure();
+  api.EnhancedProvider(true);
+  api.UseDefaultPWD(false);
+  api.InputData(ArrayOf("data"));
+  SetPassword("secret");
+  static_cast<void>(api.OutputData());
+  static_cast<void>(api.Password());
+  EXPECT_TRUE(journal.All().empty());
+}
+
+TEST_F(ServiceObjectTest, InputDataIsAllElementsButTheLastWithoutTrailingSpaces) {
+  api.InputData(ByteArray{1, 2, 3, 4});
+  EXPECT_EQ(InputSeenByTheCipher(), "010203, 3, 6");
+  api.InputData(ArrayOf(" a b  "));
+  EXPECT_EQ(InputSeenByTheCipher(), "20612062, 4, 8");
+  api.InputData(ByteArray{65, 0, 0});
+  EXPECT_EQ(InputSeenByTheCipher(), "4100, 2, 4");
+  api.InputData(ByteArray{65});
+  EXPECT_EQ(InputSeenByTheCipher(), "-, 0, 0");
+}
+
+TEST_F(ServiceObjectTest, InputDataKeepsEveryByteValue) {
+  Bytes all(256);
+  for (std::size_t i = 0; i < all.size(); ++i) all[i] = static_cast<std::uint8_t>(i);
+  for (std::size_t i = 0; i < all.size(); i += 32) {
+    const auto part = std::span(all).subspan(i, 32);
+    api.InputData(ArrayOf(part));
+    EXPECT_EQ(InputSeenByTheCipher(), Hex(part) + ", 32, 64");
+  }
+}
+
+TEST_F(ServiceObjectTest, InputDataLeavesTheCallersArray) {
+  const ByteArray data{1, 2, 3, 0};
+  api.InputData(data);
+  EXPECT_EQ(data, (ByteArray{1, 2, 3, 0}));
+}
+
+TEST_F(ServiceObjectTest, InputDataRefusesArraysWithoutAnElementZeroAndKeepsTheEarlierData) {
+  LeaveEarlierFailure();
+  api.InputData(ArrayOf("kept"));
+  const Bytes four{1, 2, 3, 4};
+  const auto refuses = [this](const ByteArray& array) {
+    return FaultOf([&] { return api.InputData(array), 0; }) == 9;
+  };
+  EXPECT_TRUE(refuses(ByteArray()));
+  EXPECT_TRUE(refuses(ByteArray::WithShape(1, 0, -1, {})));
+  EXPECT_TRUE(refuses(ByteArray::WithShape(1, 1, 4, four)));
+  EXPECT_TRUE(refuses(ByteArray::WithShape(1, -4, -1, four)));
+  EXPECT_TRUE(refuses(ByteArray::WithShape(2, 0, 1, four)));
+  EXPECT_TRUE(journal.All().empty());
+  EXPECT_EQ(InputSeenByTheCipher(), "6B657074, 4, 8");
+}
+
+TEST_F(ServiceObjectTest, OutputDataIsACopy) {
+  api.InputData(ArrayOf("data"));
+  EXPECT_TRUE(api.Encrypt(1, 1));
+  ByteArray output = api.OutputData();
+  const Bytes before = ElementsOf(output);
+  output.Erase();
+  EXPECT_EQ(ElementsOf(api.OutputData()), before);
+}
+
+TEST_F(ServiceObjectTest, TheProviderIsReleasedOnceWithTheObject) {
+  {
+    clsCryptoAPI used;
+    static_cast<void>(used.CreateHash(u"abc", 1));
+    static_cast<void>(used.CreateHash(u"abc", 2));
+    EXPECT_EQ(journal.Count("CryptReleaseContext"), 0U);
+  }
+  EXPECT_THAT(journal.Named({"CryptReleaseContext"}),
+              ElementsAre("CryptReleaseContext(context1, 0)"));
+}
+
+TEST_F(ServiceObjectTest, EachObjectHasAProviderOfItsOwn) {
+  clsCryptoAPI other;
+  static_cast<void>(api.CreateHash(u"abc", 1));
+  static_cast<void>(other.CreateHash(u"abc", 1));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1", "context2"));
+}
+
+TEST_F(ServiceObjectTest, AnObjectWhoseProviderCouldNotBeOpenedReleasesNothing) {
+  {
+    clsCryptoAPI unlucky;
+    provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
+    EXPECT_FALSE(unlucky.Encrypt(1, 1));
+  }
+  EXPECT_EQ(journal.Count("CryptReleaseContext"), 0U);
+}
+
+// Uses an object once and lets it end; what happens from then on is in the journal.
+class ServiceObjectEndTest : public WatchedService {
+ protected:
+  void UseAndEnd() {
+    clsCryptoAPI used;
+    static_cast<void>(used.CreateHash(u"abc", 1));
+    LeaveEarlierFailure();
+  }
+};
+
+TEST_F(ServiceObjectEndTest, ASuccessfulReleaseRecordsNothing) {
+  UseAndEnd();
+  EXPECT_THAT(journal.All(), ElementsAre("CryptReleaseContext(context1, 0)"));
+}
+
+TEST_F(ServiceObjectEndTest, AFailedReleaseRecordsNothing) {
+  provider.FailAt("CryptReleaseContext", 1);
+  UseAndEnd();
+  EXPECT_THAT(journal.All(), ElementsAre("CryptReleaseContext(context1, 0) failed"));
+}
+
+TEST_F(ServiceObjectEndTest, AFaultOfTheReleaseGoesNoFurtherAndIsNotRecorded) {
+  provider.ThrowAt("CryptReleaseContext", 1, Fault(FaultNumber::Overflow));
+  EXPECT_NO_THROW(UseAndEnd());
+  provider.ThrowAt("CryptReleaseContext", 1, std::bad_alloc());
+  EXPECT_NO_THROW(UseAndEnd());
+  EXPECT_THAT(journal.All(), ElementsAre("CryptReleaseContext(context2, 0) threw"));
+  EXPECT_EQ(ValuesOf(record), kEarlierFailure);
+}
+
+TEST_F(ServiceObjectEndTest, TheObjectMayOutliveTheRecord) {
+  {
+    clsCryptoAPI used;
+    static_cast<void>(used.CreateHash(u"abc", 1));
+    ThisThread().errorRecord.reset();
+  }
+  EXPECT_EQ(journal.Count("CryptReleaseContext"), 1U);
+}
+
+}  // namespace
+}  // namespace latchkey::test

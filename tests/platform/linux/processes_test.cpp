@@ -1,0 +1,74 @@
+#include "platform/linux/processes.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <set>
+#include <stdexcept>
+#include <string>
+
+#include "crypto/seed/window_count.h"
+#include "tests/support/module_scope.h"
+
+namespace latchkey::test {
+namespace {
+
+std::multiset<pid_t> ProcessesIn(const std::string& folder) {
+  std::multiset<pid_t> processes;
+  platform::VisitProcesses(folder.c_str(), [&](pid_t process) { processes.insert(process); });
+  return processes;
+}
+
+// A folder that goes with the test.
+class ProcessFolderTest : public ::testing::Test {
+ protected:
+  ProcessFolderTest() {
+    std::string name = ::testing::TempDir() + "processes-XXXXXX";
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder");
+    folder = name;
+  }
+  ~ProcessFolderTest() override { std::filesystem::remove_all(folder); }
+
+  std::filesystem::path folder;
+};
+
+TEST_F(ProcessFolderTest, TheNumbersAreThoseOfTheEntriesThatAreNumbers) {
+  for (const char* name : {"1", "22", "4194304", "self", "3x", "x3", "0", "-5", "99999999999"}) {
+    std::filesystem::create_directory(folder / name);
+  }
+  EXPECT_EQ(ProcessesIn(folder), (std::multiset<pid_t>{1, 22, 4194304}));
+}
+
+TEST_F(ProcessFolderTest, WithoutTheFolderThereAreNone) {
+  EXPECT_TRUE(ProcessesIn(folder / "missing").empty());
+}
+
+TEST_F(ProcessFolderTest, AnExceptionEndsTheWalkAndLeavesNoDescriptor) {
+  std::filesystem::create_directory(folder / "7");
+  const int before = ::dup(STDERR_FILENO);
+  ::close(before);
+  EXPECT_THROW(platform::VisitProcesses(folder.c_str(), [](pid_t) { throw std::logic_error("7"); }),
+               std::logic_error);
+  const int after = ::dup(STDERR_FILENO);
+  ::close(after);
+  EXPECT_EQ(after, before);
+}
+
+TEST(ProcessesTest, ThisProcessIsThereOnce) {
+  EXPECT_EQ(ProcessesIn("/proc").count(::getpid()), 1U);
+}
+
+// Other processes come and go meanwhile; this one stays.
+TEST(ProcessesTest, AreCountedInPlaceOfWindows) {
+  const ModuleScope scope;
+  double count = 0;
+  double sum = 0;
+  CountWindows(count, sum);
+  EXPECT_GE(count, 1);
+  EXPECT_GE(sum, static_cast<double>(::getpid()));
+}
+
+}  // namespace
+}  // namespace latchkey::test

@@ -1,0 +1,84 @@
+#include <gtest/gtest.h>
+#include <nettle/arctwo.h>
+
+#include <algorithm>
+
+#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/des_table_cipher.h"
+#include "provider/portable/kernels/rc2_words.h"
+#include "tests/support/cpu_levels.h"
+#include "tests/support/linux/reference_cipher.h"
+#include "tests/support/random_bytes.h"
+
+namespace latchkey::test {
+namespace {
+
+using namespace provider;  // NOLINT: what is under test
+
+des::KeySchedule DesKeyOf(const Bytes& key) {
+  des::KeySchedule schedule{};
+  des::ExpandKeys(key.data(), key.size() / 8, schedule);
+  return schedule;
+}
+
+Rc2Key Rc2KeyOf(const Bytes& key) {
+  arctwo_ctx context{};
+  arctwo_set_key_ekb(&context, key.size(), key.data(), static_cast<unsigned>(8 * key.size()));
+  Rc2Key result{};
+  std::copy_n(context.S, 64, result.words.begin());
+  return result;
+}
+
+class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
+ protected:
+  // Random keys and feedback, one to three batches at any address, in place: the plaintext must
+  // come back, the feedback go on, and nothing around the data change.
+  template <class Key>
+  void ExpectReference(AlgorithmId id, const BulkDecryption<Key>& bulk, Key (*keyOf)(const Bytes&),
+                       int rounds) {
+    for (int round = 0; round < rounds; ++round) {
+      const Bytes key = random.Some(ReferenceKeySize(id));
+      const Bytes feedback = random.Some(8);
+      const std::size_t batches = 1 + random.Below(3);
+      const Bytes plaintext = random.Some(batches * bulk.batchBytes);
+      const Bytes ciphertext = ReferenceEncryption(id, key, feedback, plaintext);
+      const std::size_t offset = random.Below(64);
+      const Bytes around = random.Some(offset + ciphertext.size() + 8);
+      Bytes memory = around;
+      const auto data = memory.begin() + static_cast<std::ptrdiff_t>(offset);
+      std::copy(ciphertext.begin(), ciphertext.end(), data);
+      Bytes chain = feedback;
+      bulk.decrypt(keyOf(key), &*data, batches, chain.data());
+      Bytes expected = around;
+      std::copy(plaintext.begin(), plaintext.end(),
+                expected.begin() + static_cast<std::ptrdiff_t>(offset));
+      ASSERT_TRUE(memory == expected) << "offset " << offset << ", batches " << batches;
+      ASSERT_EQ(chain, Bytes(ciphertext.end() - 8, ciphertext.end()));
+    }
+  }
+
+  RandomSource random{20261};
+};
+
+TEST_P(KernelBulkTest, DesDecryptionIsTheReferences) {
+  ExpectReference(kAlgorithmDes, DesBulk(GetParam()), &DesKeyOf, 40);
+}
+
+TEST_P(KernelBulkTest, TripleDesDecryptionIsTheReferences) {
+  ExpectReference(kAlgorithm3Des, DesBulk(GetParam()), &DesKeyOf, 40);
+}
+
+TEST_P(KernelBulkTest, Rc2DecryptionIsTheReferences) {
+  ExpectReference(kAlgorithmRc2, Rc2Bulk(GetParam()), &Rc2KeyOf, 100);
+}
+
+TEST_P(KernelBulkTest, ABatchFitsTheRoomForOne) {
+  EXPECT_LE(DesBulk(GetParam()).batchBytes, kLargestBatch);
+  EXPECT_LE(Rc2Bulk(GetParam()).batchBytes, kLargestBatch);
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, KernelBulkTest, ::testing::ValuesIn(LevelsOfThisMachine()),
+                         NameOfLevel);
+
+}  // namespace
+}  // namespace latchkey::test

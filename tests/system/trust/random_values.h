@@ -1,0 +1,31 @@
+// Arguments of every kind that a client may hand over.
+#pragma once
+
+#include "base/text.h"
+#include "crypto/byte_array.h"
+#include "platform/variant_text.h"
+#include "tests/support/bytes.h"
+#include "tests/system/trust/random_source.h"
+
+namespace latchkey::test {
+
+// Mostly short, at times up to `most`.
+[[nodiscard]] std::size_t RandomSize(RandomSource& random, std::size_t most);
+
+[[nodiscard]] Bytes RandomBytes(RandomSource& random, std::size_t size);
+
+// Up to `most` bytes, mostly with a zero element behind them; at times of a shape that operations
+// refuse: unallocated, of two dimensions, or with another lower bound.
+[[nodiscard]] ByteArray RandomArray(RandomSource& random, std::size_t most);
+
+// Up to `most` characters: of the 256 that code page 1252 has, ASCII with spaces at its ends, or
+// any 16-bit codes.
+[[nodiscard]] Text RandomText(RandomSource& random, std::size_t most);
+
+// Pairs of hexadecimal digits in either case, at times of an odd length or with other characters.
+[[nodiscard]] Text RandomHex(RandomSource& random, std::size_t most);
+
+// Any kind of value; `text` is what it refers to when it is one.
+[[nodiscard]] Variant RandomVariant(RandomSource& random, const Text& text);
+
+}  // namespace latchkey::test

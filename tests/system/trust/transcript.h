@@ -1,0 +1,38 @@
+// What a case did, line by line, and a number that stands for all of it.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "base/text.h"
+#include "crypto/byte_array.h"
+
+namespace latchkey::test {
+
+class Transcript {
+ public:
+  // The lines are printed as they come when `shown`.
+  explicit Transcript(bool shown = false) : shown_(shown) {}
+
+  void Line(std::string_view line);
+
+  // Equal for equal lines.
+  [[nodiscard]] std::uint64_t Digest() const { return digest_; }
+
+ private:
+  bool shown_;
+  std::uint64_t digest_ = 14695981039346656037U;
+};
+
+// Readable forms: short values in hexadecimal, long ones as their length and a number that stands
+// for them; of an array also its shape.
+[[nodiscard]] std::string Shown(const ByteArray& array);
+[[nodiscard]] std::string Shown(TextView text);
+[[nodiscard]] inline std::string Shown(bool value) { return value ? "True" : "False"; }
+[[nodiscard]] inline std::string Shown(std::int64_t value) { return std::to_string(value); }
+[[nodiscard]] std::string HexOf(std::uint64_t value);
+
+}  // namespace latchkey::test

@@ -1,0 +1,90 @@
+#include "tests/system/trust/windows/automation_memory.h"
+
+#include <objbase.h>
+
+#include <atomic>
+#include <stdexcept>
+
+namespace latchkey::test {
+namespace {
+
+// Stays registered until the process ends: COM keeps calling a spy for as long as a block lives
+// that was allocated under it.
+class AllocationSpy final : public IMallocSpy {
+ public:
+  std::atomic<int> left{0};
+  std::atomic<DWORD> thread{0};
+  std::atomic<long> live{0};
+
+  STDMETHODIMP QueryInterface(REFIID interfaceId, void** object) override {
+    const bool known =
+        IsEqualIID(interfaceId, IID_IUnknown) || IsEqualIID(interfaceId, IID_IMallocSpy);
+    *object = known ? static_cast<IMallocSpy*>(this) : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHODIMP_(ULONG) AddRef() override { return 2; }
+  STDMETHODIMP_(ULONG) Release() override { return 1; }
+
+  // An allocation of no bytes is one that fails.
+  STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) override { return Fails() ? 0 : size; }
+  STDMETHODIMP_(void*) PostAlloc(void* block) override {
+    if (block != nullptr) ++live;
+    return block;
+  }
+  STDMETHODIMP_(SIZE_T)
+  PreRealloc(void* block, SIZE_T size, void** result, BOOL /*spied*/) override {
+    *result = block;
+    return Fails() ? 0 : size;
+  }
+  STDMETHODIMP_(void*) PostRealloc(void* block, BOOL /*spied*/) override { return block; }
+  STDMETHODIMP_(void*) PreFree(void* block, BOOL spied) override {
+    if (block != nullptr && spied) --live;
+    return block;
+  }
+  STDMETHODIMP_(void) PostFree(BOOL /*spied*/) override {}
+  STDMETHODIMP_(void*) PreGetSize(void* block, BOOL /*spied*/) override { return block; }
+  STDMETHODIMP_(SIZE_T) PostGetSize(SIZE_T size, BOOL /*spied*/) override { return size; }
+  STDMETHODIMP_(void*) PreDidAlloc(void* block, BOOL /*spied*/) override { return block; }
+  STDMETHODIMP_(int) PostDidAlloc(void* /*block*/, BOOL /*spied*/, int result) override {
+    return result;
+  }
+  STDMETHODIMP_(void) PreHeapMinimize() override {}
+  STDMETHODIMP_(void) PostHeapMinimize() override {}
+
+ private:
+  bool Fails() { return left > 0 && thread == GetCurrentThreadId() && --left == 0; }
+};
+
+// Lets strings go back to the allocator as soon as they are freed. The function that does it is in
+// no header.
+void TurnOffStringCache() {
+  const HMODULE automation = LoadLibraryW(L"oleaut32.dll");
+  const auto turnOff = reinterpret_cast<void(WINAPI*)()>(
+      reinterpret_cast<void*>(GetProcAddress(automation, "SetOaNoCache")));
+  if (turnOff == nullptr) throw std::runtime_error("the string cache cannot be turned off");
+  turnOff();
+}
+
+AllocationSpy& Spy() {
+  static AllocationSpy spy;
+  static const bool ready = [] {
+    TurnOffStringCache();
+    if (FAILED(CoRegisterMallocSpy(&spy))) throw std::runtime_error("no spy can be registered");
+    return true;
+  }();
+  static_cast<void>(ready);
+  return spy;
+}
+
+}  // namespace
+
+void FailAutomationAllocation(int nth) {
+  Spy().thread = GetCurrentThreadId();
+  Spy().left = nth;
+}
+
+bool AutomationFailurePending() { return Spy().left > 0; }
+
+long LiveAutomationBlocks() { return Spy().live; }
+
+}  // namespace latchkey::test

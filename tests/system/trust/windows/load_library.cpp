@@ -1,0 +1,36 @@
+// Loads one library.
+//   load_library NAME                    as it is named
+//   load_library NAME system [FUNCTION]  from the system folder alone, and finds a function of it
+#include <windows.h>
+
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+#include "base/fault.h"
+#include "platform/windows/system_library.h"
+
+namespace {
+
+bool LoadsFromSystem(std::string_view name, const char* function) {
+  using namespace latchkey::platform;
+  try {
+    const UniqueLibrary library = LoadSystemLibrary(std::wstring(name.begin(), name.end()).c_str());
+    if (function != nullptr) static_cast<void>(FunctionOf(library.Get(), function));
+    return true;
+  } catch (const MissingLibrary&) {
+    return false;
+  } catch (const MissingFunction&) {
+    return false;
+  }
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+  if (count < 2) return EXIT_FAILURE;
+  const bool loaded = count == 2
+                          ? LoadLibraryA(arguments[1]) != nullptr
+                          : LoadsFromSystem(arguments[1], count > 3 ? arguments[3] : nullptr);
+  return loaded ? EXIT_SUCCESS : EXIT_FAILURE;
+}

@@ -1,0 +1,177 @@
+// Cryptographic providers whose entries are taken out of the registry: every operation that needs
+// one reports it, and works as soon as they are back. No other program may use the prefix
+// meanwhile.
+#include <map>
+
+#include "tests/com/com_client.h"
+
+namespace latchkey::test {
+namespace {
+
+constexpr const wchar_t* kEntries = L"Software\\Microsoft\\Cryptography\\Defaults\\Provider";
+constexpr const wchar_t* kBase = L"Microsoft Base Cryptographic Provider v1.0";
+constexpr const wchar_t* kEnhanced = L"Microsoft Enhanced Cryptographic Provider v1.0";
+constexpr const wchar_t* kAside = L" (set aside by a test)";
+
+std::wstring PathOf(const std::wstring& provider) { return kEntries + (L"\\" + provider); }
+
+LSTATUS Rename(const std::wstring& from, const std::wstring& to) {
+  HKEY source = nullptr;
+  LSTATUS status = RegOpenKeyExW(HKEY_LOCAL_MACHINE, PathOf(from).c_str(), 0, KEY_READ, &source);
+  if (status != ERROR_SUCCESS) return status;
+  HKEY target = nullptr;
+  status = RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(to).c_str(), 0, nullptr, 0, KEY_ALL_ACCESS,
+                           nullptr, &target, nullptr);
+  if (status == ERROR_SUCCESS) status = RegCopyTreeW(source, nullptr, target);
+  RegCloseKey(target);
+  RegCloseKey(source);
+  return status == ERROR_SUCCESS ? RegDeleteTreeW(HKEY_LOCAL_MACHINE, PathOf(from).c_str())
+                                 : status;
+}
+
+// All providers that are registered.
+std::vector<std::wstring> Providers() {
+  std::vector<std::wstring> names;
+  HKEY key = nullptr;
+  EXPECT_EQ(RegOpenKeyExW(HKEY_LOCAL_MACHINE, kEntries, 0, KEY_READ, &key), ERROR_SUCCESS);
+  wchar_t name[256];
+  for (DWORD i = 0, length = 256;
+       RegEnumKeyExW(key, i, name, &length, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS;
+       ++i, length = 256) {
+    names.emplace_back(name);
+  }
+  RegCloseKey(key);
+  return names;
+}
+
+// Puts back what is set aside, by this run or by one that did not come to its end.
+void RestoreEntries() {
+  const std::wstring suffix = kAside;
+  for (const std::wstring& name : Providers()) {
+    if (!name.ends_with(suffix)) continue;
+    EXPECT_EQ(Rename(name, name.substr(0, name.size() - suffix.size())), ERROR_SUCCESS);
+  }
+}
+
+struct SeenFailure {
+  short location = 0;
+  short type = 0;
+  LONG number = 0;
+  std::wstring description;
+  friend bool operator==(const SeenFailure&, const SeenFailure&) = default;
+};
+
+class MissingProviderTest : public ClientTest {
+ protected:
+  MissingProviderTest() { RestoreEntries(); }
+  ~MissingProviderTest() override { RestoreEntries(); }
+
+  static void SetAside(const std::wstring& provider) {
+    ASSERT_EQ(Rename(provider, provider + kAside), ERROR_SUCCESS);
+  }
+
+  SeenFailure Failure() {
+    SeenFailure seen;
+    VARIANT_BOOL exists = VARIANT_FALSE;
+    BSTR description = nullptr;
+    Main()->get_ErrorExists(&exists);
+    Main()->get_ErrorLocationID(&seen.location);
+    Main()->get_ErrorType(&seen.type);
+    Main()->get_AppErrorNumber(&seen.number);
+    Main()->get_AppErrorDescription(&description);
+    seen.description = Take(description);
+    return exists == VARIANT_TRUE ? seen : SeenFailure();
+  }
+
+  std::wstring Hash() {
+    BSTR digest = nullptr;
+    EXPECT_EQ(Api()->CreateHash(Bstr(L"abc").Get(), 1, VARIANT_TRUE, VARIANT_FALSE, VARIANT_FALSE,
+                                &digest),
+              S_OK);
+    return Take(digest);
+  }
+  std::wstring Random() {
+    BSTR text = nullptr;
+    EXPECT_EQ(Api()->CreateRandom(8, VARIANT_TRUE, VARIANT_FALSE, VARIANT_FALSE, &text), S_OK);
+    return Take(text);
+  }
+  bool Encrypt() {
+    VARIANT_BOOL done = VARIANT_TRUE;
+    EXPECT_EQ(Api()->Encrypt(1, 1, &done), S_OK);
+    return done == VARIANT_TRUE;
+  }
+  bool Decrypt() {
+    VARIANT_BOOL done = VARIANT_TRUE;
+    EXPECT_EQ(Api()->Decrypt(1, 1, &done), S_OK);
+    return done == VARIANT_TRUE;
+  }
+
+  void ExpectEveryOperationReportsIt() {
+    const std::wstring noProvider = L"Error acquiring provider";
+    EXPECT_EQ(Hash(), L"");
+    EXPECT_EQ(Failure(), (SeenFailure{709, 2, 117, L"Error creating hash"}));
+    EXPECT_EQ(Random(), L"");
+    EXPECT_EQ(Failure(), (SeenFailure{710, 2, 114, noProvider}));
+    EXPECT_FALSE(Decrypt());
+    EXPECT_EQ(Failure(), (SeenFailure{713, 2, 114, noProvider}));
+    SAFEARRAY* output = nullptr;
+    EXPECT_EQ(Api()->get_OutputData(&output), S_OK);
+    EXPECT_EQ(Take(output), Bytes{0});
+    EXPECT_FALSE(Encrypt());
+    EXPECT_EQ(Failure(), (SeenFailure{720, 2, 114, noProvider}));
+    EXPECT_EQ(Api()->get_OutputData(&output), S_OK);
+    EXPECT_EQ(output, nullptr);
+  }
+
+  void ExpectEverythingWorks() {
+    EXPECT_EQ(Hash(), L"900150983CD24FB0D6963F7D28E17F72");  // RFC 1321
+    EXPECT_TRUE(Encrypt());
+    EXPECT_TRUE(Decrypt());
+    EXPECT_NE(Random(), L"");
+    EXPECT_EQ(Failure(), SeenFailure());
+  }
+};
+
+TEST_F(MissingProviderTest, WithoutTheEnhancedProviderThereIsNoOther) {
+  VARIANT_BOOL enhanced = VARIANT_TRUE;
+  ASSERT_EQ(Api()->put_EnhancedProvider(&enhanced), S_OK);
+  SetAside(kEnhanced);
+  ExpectEveryOperationReportsIt();
+  RestoreEntries();
+  ExpectEverythingWorks();
+}
+
+TEST_F(MissingProviderTest, WithoutAnyProviderTheBaseOneIsMissedToo) {
+  for (const std::wstring& provider : Providers()) SetAside(provider);
+  ExpectEveryOperationReportsIt();
+  RestoreEntries();
+  ExpectEverythingWorks();
+}
+
+// The default provider then makes the default-named key set, which it refuses when there is one.
+TEST_F(MissingProviderTest, WithoutTheBaseProviderTheDefaultOneMakesItsKeySet) {
+  const auto deleteKeySet = [] {
+    HCRYPTPROV none = 0;
+    return CryptAcquireContextA(&none, "", "", PROV_RSA_FULL, CRYPT_DELETEKEYSET);
+  };
+  deleteKeySet();
+  SetAside(kBase);
+  ExpectEverythingWorks();
+  {
+    const auto other = CreateCryptoApi();
+    VARIANT_BOOL done = VARIANT_TRUE;
+    EXPECT_EQ(other.Get()->Encrypt(1, 1, &done), S_OK);
+    EXPECT_EQ(done, VARIANT_FALSE);
+    EXPECT_EQ(Failure(), (SeenFailure{720, 2, 114, L"Error acquiring provider"}));
+  }
+  EXPECT_TRUE(deleteKeySet());
+}
+
+TEST_F(MissingProviderTest, AProviderThatIsOpenStaysInUse) {
+  ExpectEverythingWorks();
+  for (const std::wstring& provider : Providers()) SetAside(provider);
+  ExpectEverythingWorks();
+}
+
+}  // namespace
+}  // namespace latchkey::test
