@@ -1,4 +1,4 @@
-"""The tables of docs/performance.md about the command: two processors, and its start."""
+"""The tables of docs/performance.md about the command: two processors, and start-up."""
 from processor import processor_time
 from verdicts import verdict
 
@@ -14,7 +14,7 @@ def busy(row):
 
 
 def decryption_table(found):
-    yield ("| work | one processor, s | two, s | times as fast | goal | met | if never waiting | both busy | "
+    yield ("| workload | one processor, s | two, s | times as fast | goal | met | if never waiting | both busy | "
            "two commands apart | these, if never waiting |")
     yield "|---|---|---|---|---|---|---|---|---|---|"
     for row in found["decryption"]:
@@ -28,17 +28,17 @@ def processor_table(found):
     yield "| processor time, s: user + system | one processor | two | two commands apart |"
     yield "|---|---|---|---|"
     for row in found["decryption"]:
-        cells = " | ".join(told(row[way]) for way in ("one", "two", "apart"))
+        cells = " | ".join(seconds(row[way]) for way in ("one", "two", "apart"))
         yield f"| {label(row)} | {cells} |"
-    yield f"| `cat` of the plaintext's size into a file, {found['copy']['seconds']:.2f} s | {told(found['copy'])} | | |"
+    yield f"| `cat` of the plaintext's size into a file, {found['copy']['seconds']:.2f} s | {seconds(found['copy'])} | | |"
 
 
-def told(taken):
+def seconds(taken):
     return f"{taken['user']:.2f} + {taken['system']:.2f}"
 
 
 def limits(found):
-    """What keeps each row that falls short from its goal, from its figures."""
+    """The reason why each row misses its goal, from its figures."""
     short = [row for row in found["decryption"] if row["ratio"] < GOAL]
     if not short:
         yield "Every row meets its goal."
@@ -50,15 +50,15 @@ def limit(row):
     one, two, apart = row["one"], row["two"], row["apart"]
     grown, grown_apart = (processor_time(way) - processor_time(one) for way in (two, apart))
     user, system = (two[kind] - one[kind] for kind in ("user", "system"))
-    growth = (f"two processors spend {grown:+.2f} s of processor time beside one (user {user:+.2f} s, "
+    growth = (f"two processors spend {grown:+.2f} s of processor time compared with one (user {user:+.2f} s, "
               f"system {system:+.2f} s)")
     shared = f"two commands that share nothing spend {grown_apart:+.2f} s"
     waiting = f"they are busy {busy(row):.0%} of the time"
     never_waiting = row["ratio_never_waiting"]
     if never_waiting < GOAL:
-        return (f"processor time that grows is enough to miss it. {growth.capitalize()}, and without any waiting that "
-                f"would leave {never_waiting:.2f}; {shared}; {waiting}")
-    return (f"waiting. {waiting.capitalize()}, and without any waiting it would be {never_waiting:.2f}; {growth}; "
+        return (f"the additional processor time is enough to miss it. {growth.capitalize()}; without any waiting the "
+                f"ratio would be {never_waiting:.2f}; {shared}; {waiting}")
+    return (f"waiting. {waiting.capitalize()}; without any waiting the ratio would be {never_waiting:.2f}; {growth}; "
             f"{shared}")
 
 

@@ -1,4 +1,4 @@
-"""The tables of docs/performance.md about the component: what it adds, hexadecimal, memory, COM calls, growth."""
+"""The tables of docs/performance.md about the component: overhead, hexadecimal, memory, COM calls, growth."""
 from verdicts import shortfall, verdict
 
 EARLY_BOUND_NANOSECONDS = 100  # above a virtual call
@@ -9,7 +9,7 @@ COPY = "(copying a text)"
 
 
 def component_table(rates):
-    yield "| work | component, ns | alone, ns | ratio or difference | goal | met |"
+    yield "| workload | component, ns | alone, ns | ratio or difference | goal | met |"
     yield "|---|---|---|---|---|---|"
     missed = []
     own_rows = [name for name in rates.rows if "/component/" in name and not name.startswith("hex/")]
@@ -28,7 +28,7 @@ def component_table(rates):
             met = own / raw <= goal
             yield f"| {label} | {own / raw:.2f} | {goal:.2f} | {verdict(met)} |"
         if not met:
-            missed.append(f"{work}: {(own - raw) / int(length):.2f} ns a byte beside the calls; the two vary by "
+            missed.append(f"{work}: {(own - raw) / int(length):.2f} ns a byte more than the calls; the two vary by "
                           f"±{rates.spreads[name]:.0%} and ±{rates.spreads[alone]:.0%}")
     yield ""
     yield shortfall(missed)
@@ -40,8 +40,8 @@ def row_order(name):
 
 
 def hex_table(kept, new):
-    """The times with memory that stays with the program, and with new pages for each result."""
-    yield ("| work | component, ms | table loop, ms | times as fast (goal 8) | met | copying, ms | "
+    """The times with memory kept by the program (`kept`), and with new pages for each result (`new`)."""
+    yield ("| workload | component, ms | table loop, ms | times as fast (goal 8) | met | copying, ms | "
            "in copies (goal 2.5) | met | an eighth of the loop, in copies |")
     yield "|---|---|---|---|---|---|---|---|---|"
     missed = []
@@ -66,7 +66,7 @@ def hex_limit(copies, eighth):
         return f"{figures}: moving the bytes alone takes {1 / eighth:.1f} times as long as the goal allows"
     if eighth < 1:
         return f"{figures}: faster than the copy, which takes {1 / eighth:.1f} times as long as the goal allows"
-    return f"{figures}: its own work beside moving the bytes"
+    return f"{figures}: the conversion costs more than moving the bytes"
 
 
 def memory_table(peaks):

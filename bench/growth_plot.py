@@ -5,7 +5,7 @@ import matplotlib
 
 matplotlib.use("svg")
 matplotlib.rcParams["svg.hashsalt"] = "latchkey"
-from matplotlib import pyplot  # noqa: E402  (after the choice of what it draws with)
+from matplotlib import pyplot  # noqa: E402  (after the choice of the backend)
 
 STYLES = ("-", "--", ":")
 

@@ -1,5 +1,5 @@
-// The measurements: latchkey_bench [--benchmark_filter=...] [--benchmark_repetitions=...]
-// bench/run tells with which options its tables were made.
+// The comparison with other libraries: latchkey_bench [--benchmark_filter=...]
+// [--benchmark_repetitions=...]. bench/run has the options of the published tables.
 #include <benchmark/benchmark.h>
 
 #include <exception>
@@ -42,7 +42,7 @@ int main(int count, char** arguments) {
     std::cerr << "latchkey_bench: " << failure.what() << '\n';
     result = 1;
   }
-  benchmark::ClearRegisteredBenchmarks();  // they hold objects of libraries that end with main
+  benchmark::ClearRegisteredBenchmarks();  // they own objects of libraries
   benchmark::Shutdown();
   return result;
 }

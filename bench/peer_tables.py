@@ -6,11 +6,11 @@ GOALS = {
     "3DES-CBC encryption": 1.0, "RC2-CBC encryption": 1.0, "RC4 encryption": 1.0, "MD2": 0.97, "MD4": 0.97, "MD5": 0.97,
     "SHA-1": 0.97,
 }
-DECRYPTIONS = [work for work in GOALS if work.endswith("decryption")]  # what LATCHKEY_CPU matters most to
+DECRYPTIONS = [work for work in GOALS if work.endswith("decryption")]  # where LATCHKEY_CPU matters most
 
 
-class Work:
-    """One work of all libraries: MB/s and their spread, and which of the others is the fastest."""
+class Workload:
+    """One workload of all libraries: MB/s and their spread, and the fastest of the other libraries."""
 
     def __init__(self, reports, work):
         self.rates, self.spreads = {}, {}
@@ -23,38 +23,38 @@ class Work:
         self.fastest = max((peer for peer in self.rates if peer != "latchkey"), key=self.rates.get)
         self.ratio = self.rates["latchkey"] / self.rates[self.fastest]
 
-    def told(self, peer):
+    def cell(self, peer):
         return f"{self.rates[peer]:.0f} ±{self.spreads[peer]:.0%}"
 
 
 def peer_table(reports):
-    yield "| work | Latchkey, MB/s | fastest peer, MB/s | ratio | goal | met |"
+    yield "| workload | Latchkey, MB/s | fastest peer, MB/s | ratio | goal | met |"
     yield "|---|---|---|---|---|---|"
     missed = []
     for name, goal in GOALS.items():
-        work = Work(reports, name)
-        own, other = work.told("latchkey"), work.told(work.fastest)
+        work = Workload(reports, name)
+        own, other = work.cell("latchkey"), work.cell(work.fastest)
         met = verdict(work.ratio >= goal)
         if work.ratio < goal:
-            missed.append(f"{name}: {work.ratio:.3f} of {goal}, {own} MB/s beside {other}")
+            missed.append(f"{name}: {work.ratio:.3f} of {goal}, {own} MB/s compared with {other}")
         yield (f"| {name} | {own} | {work.fastest} {other} | {work.ratio:.2f} | {goal} | {met} |")
     yield ""
     yield shortfall(missed)
 
 
 def level_table(reports, levels):
-    """`levels` maps the name that LATCHKEY_CPU had to the report of that run."""
+    """`levels` maps each value of LATCHKEY_CPU to the report of its run."""
     widest = reports[0].context["kernels"]
-    yield f"| work | goal | {widest}, as above | {' | '.join(f'`LATCHKEY_CPU={name}`' for name in levels)} |"
+    yield f"| workload | goal | {widest}, as above | {' | '.join(f'`LATCHKEY_CPU={name}`' for name in levels)} |"
     yield "|---|---|---" + "|---" * len(levels) + "|"
     for name in DECRYPTIONS:
-        cells = [f"{name} | {GOALS[name]} | {told_ratio(Work(reports, name), GOALS[name])}"]
+        cells = [f"{name} | {GOALS[name]} | {ratio_cell(Workload(reports, name), GOALS[name])}"]
         for level, report in levels.items():
             has = report.context["kernels"] == level
-            cells.append(told_ratio(Work([report], name), GOALS[name]) if has else "not on this machine")
+            cells.append(ratio_cell(Workload([report], name), GOALS[name]) if has else "not on this machine")
         yield f"| {' | '.join(cells)} |"
 
 
-def told_ratio(work, goal):
+def ratio_cell(work, goal):
     return (f"{work.rates['latchkey']:.0f} MB/s, {work.ratio:.1f} times {work.fastest}: "
             f"{'met' if work.ratio >= goal else 'not met'}")

@@ -1,4 +1,4 @@
-"""What the programs of bench/ printed, as bench/run keeps it: a folder of JSON files."""
+"""The output of the programs of bench/, which bench/run keeps in a folder of JSON files."""
 import json
 import pathlib
 
@@ -6,7 +6,7 @@ NANOSECONDS = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}
 
 
 class Rates:
-    """A report of Google Benchmark by the names of its rows: medians where they were repeated."""
+    """A report of Google Benchmark by row name: medians of repeated rows."""
 
     def __init__(self, report):
         self.context = report["context"]
@@ -24,7 +24,7 @@ class Rates:
         return row["cpu_time"] * NANOSECONDS[row["time_unit"]]
 
     def last_cache(self):
-        """Bytes of the cache next to memory."""
+        """Bytes of the last-level cache."""
         return max(self.context["caches"], key=lambda cache: cache["level"])["size"]
 
 

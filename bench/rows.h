@@ -1,5 +1,4 @@
-// How a measurement enters the program. A family of rows is a file that registers its rows from a
-// function named in main.cpp.
+// Registration of measurements. Each family of rows has a file with a function that main.cpp calls.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -14,9 +13,9 @@ namespace latchkey::bench {
 
 inline constexpr std::size_t kBufferSize = std::size_t{16} << 20;
 
-// Registers "work/peer" for each library that has it: a repetition is one run through one buffer of
-// 16 MiB. Throws when a library does not make the same bytes as Latchkey.
-void AddRows(const std::string& work, const std::function<Work(const Peer&)>& workOf);
+// Registers "work/peer" for each library that supports it. A repetition is one pass over one buffer
+// of 16 MiB. Throws when a library's output differs from Latchkey's.
+void AddRows(const std::string& work, const std::function<Workload(const Peer&)>& workloadOf);
 
 void AddCipherRows();
 void AddHashRows();

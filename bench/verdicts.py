@@ -1,4 +1,4 @@
-"""How the tables of docs/performance.md say whether a goal is met."""
+"""Verdicts on goals in the tables of docs/performance.md."""
 
 
 def verdict(met):
@@ -6,7 +6,7 @@ def verdict(met):
 
 
 def shortfall(missed):
-    """Tells of the rows that miss their goal, each with the figures that show what limits it."""
+    """Lists the rows that miss their goal, each with the figures that show what limits it."""
     if not missed:
         return "Every row meets its goal."
     return "\n".join(["Short of the goal:", ""] + [f"- {row}" for row in missed])

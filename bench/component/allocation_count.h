@@ -1,4 +1,4 @@
-// How many times the program has asked for memory.
+// The number of allocations of the program.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -9,7 +9,7 @@ namespace latchkey::bench {
 
 [[nodiscard]] std::uint64_t AllocationCount() noexcept;
 
-// Tells a row's allocations for each of its rounds, from here to its end.
+// Reports the allocations for each iteration of a row, from construction to destruction.
 class AllocationsOfRow {
  public:
   explicit AllocationsOfRow(benchmark::State& state) noexcept : state_(state) {}

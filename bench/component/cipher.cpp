@@ -1,4 +1,4 @@
-// Encrypt and Decrypt through clsCryptoAPI beside the provider's calls alone. A row is named
+// Encrypt and Decrypt through clsCryptoAPI compared with the provider's calls. A row is named
 // operation/cipher/who/length.
 #include <benchmark/benchmark.h>
 
@@ -24,7 +24,7 @@ const Bytes& Password() {
   return password;
 }
 
-// What `cipher` makes of the letters: data to decrypt.
+// `length` letters encrypted with `cipher`: data to decrypt.
 Bytes Ciphertext(RawProvider& raw, provider::AlgorithmId cipher, std::size_t length) {
   Bytes data(length + kBlock, 'a');
   auto size = static_cast<std::uint32_t>(length);

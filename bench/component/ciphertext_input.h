@@ -13,8 +13,8 @@ inline ByteArray Letters(std::size_t length, std::uint8_t letter = 'a') {
   return ByteArray::WithTrailingZero(std::vector<std::uint8_t>(length, letter));
 }
 
-// Gives the object what its Encrypt makes of that many letters. False where Encrypt refuses. The
-// letter is one whose ciphertext does not end in a space, which it would lose on the way in.
+// Sets InputData to the ciphertext of `length` equal letters. Returns false if Encrypt fails. Tries
+// letters until the ciphertext does not end in a space, which InputData would lose.
 inline bool SetCiphertext(clsCryptoAPI& api, std::int16_t hash, std::int16_t cipher,
                           std::size_t length) {
   for (std::uint8_t letter = 'a'; letter <= 'z'; ++letter) {

@@ -1,5 +1,5 @@
-// The peak memory of one Encrypt: prints by how many bytes the process's peak meanwhile is above
-// what it used with an object that had no input yet; so the object's copy of the input counts.
+// The peak memory of one Encrypt: prints the process's peak in bytes above the memory in use with
+// an object that has no input. The object's copy of the input counts.
 //
 //   encrypt_memory LENGTH CIPHER
 #include <sys/resource.h>

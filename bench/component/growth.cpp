@@ -1,6 +1,6 @@
-// Every operation from 0 bytes to 512 MiB, and beside them a plain copy of a text of that length:
-// what memory takes. A row is named growth/operation/length and labelled with what the length
-// counts; a length that the operation refuses is an error of its row.
+// Every operation from 0 bytes to 512 MiB, and a plain copy of a text of the same length for
+// comparison. A row is named growth/operation/length and labeled with the unit of the length; a
+// length that the operation refuses is an error of its row.
 #include <benchmark/benchmark.h>
 
 #include <string>
@@ -13,12 +13,12 @@
 namespace latchkey::bench {
 namespace {
 
-constexpr std::int64_t kFirstFlat = std::int64_t{64} << 10;  // from here on cost is to be in line
+constexpr std::int64_t kFirstFlat = std::int64_t{64} << 10;  // linear cost is required from here on
 constexpr std::int64_t kLargest = std::int64_t{512} << 20;
 constexpr std::int64_t kLargestSlow = std::int64_t{256} << 10;  // letters are drawn one by one
 constexpr std::int16_t kHash = 1;
 
-// What an operation works on, made ready before it is measured.
+// The data of an operation, prepared before the measurement.
 struct Subject {
   explicit Subject(std::size_t length) : text(length, u'a'), array(Letters(length)) {
     api.EnhancedProvider(true);
@@ -31,14 +31,14 @@ struct Subject {
   ByteArray array;
 };
 
-// Has the program keep as many pages as an operation needs, so that the long ones, which run once,
-// do not take theirs from the system while they are measured.
+// Makes the program keep the pages that an operation needs, so that long operations, which run
+// once, do not allocate them from the system during the measurement.
 void TakePages(std::int64_t length) {
   const std::vector<std::uint8_t> pages(static_cast<std::size_t>(5 * length), 1);
   benchmark::DoNotOptimize(pages.data());
 }
 
-// False where a text is not as long as it must be: the operation failed.
+// False if a text does not have the expected length: the operation failed.
 bool HasLength(const Text& text, std::size_t length) {
   benchmark::DoNotOptimize(text.data());
   return text.size() == length;
@@ -66,7 +66,7 @@ bool CreateHash(Subject& s) {
   return !s.api.CreateHash(s.text, hash).empty();
 }
 
-// Spaces at its ends are cut off.
+// The result loses spaces at both ends.
 bool CreateRandom(Subject& s) {
   const auto length = static_cast<std::int32_t>(s.text.size());
   return s.api.CreateRandom(length, true).empty() == s.text.empty();
@@ -77,7 +77,7 @@ bool CreateLetterSalt(Subject& s) {
   return HasLength(s.api.CreateSaltValue(length, true), s.text.size());
 }
 
-// Loses spaces as CreateRandom does: of a few characters, none may be left.
+// Loses spaces as CreateRandom does: a few characters may all be lost.
 bool CreateRawSalt(Subject& s) {
   const auto length = static_cast<std::int32_t>(s.text.size());
   return !s.api.CreateSaltValue(length, false).empty() || length < 8;
@@ -92,7 +92,7 @@ bool PrepareOutputData(Subject& s) { return s.api.Encrypt(kHash, 1); }
 
 bool OutputData(Subject& s) { return s.api.OutputData().TextElements().size() == s.text.size(); }
 
-// With a copy of the array, since the caller's is erased. One element is no password.
+// Passes a copy of the array, since the caller's is erased. One element is no password.
 bool SetPassword(Subject& s) {
   ByteArray password = s.array;
   s.api.Password(password);
@@ -119,14 +119,14 @@ bool ConvertStringFromHex(Subject& s) {
   return s.text.size() % 2 == 0 && HasLength(s.api.ConvertStringFromHex(s.text), s.text.size() / 2);
 }
 
-bool NothingBefore(Subject& /*subject*/) { return true; }
+bool NoPreparation(Subject& /*subject*/) { return true; }
 
-// Each works on the subject and tells whether it was done; what comes before is not measured.
+// Each returns whether it succeeded; `prepare` is not measured.
 struct Operation {
   const char* name;
   const char* unit;
   bool (*run)(Subject&);
-  bool (*prepare)(Subject&) = NothingBefore;
+  bool (*prepare)(Subject&) = NoPreparation;
   std::int64_t largest = kLargest;
 };
 
@@ -155,7 +155,7 @@ constexpr Operation kOperations[]{
     {"CreateHash SHA-1", kCharacters, CreateHash<4>},
     {"CreateRandom", kCharacters, CreateRandom},
     {"CreateSaltValue, raw", kCharacters, CreateRawSalt},
-    {"CreateSaltValue, letters", kCharacters, CreateLetterSalt, NothingBefore, kLargestSlow},
+    {"CreateSaltValue, letters", kCharacters, CreateLetterSalt, NoPreparation, kLargestSlow},
     {"StringToByteArray", kCharacters, StringToByteArray},
     {"ByteArrayToString", kBytes, ByteArrayToString},
     {"ConvertStringToHex", kCharacters, ConvertStringToHex},

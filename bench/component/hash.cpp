@@ -1,4 +1,4 @@
-// CreateHash through clsCryptoAPI beside the provider's calls alone. A row is named
+// CreateHash through clsCryptoAPI compared with the provider's calls. A row is named
 // hash/algorithm/who/length.
 #include <benchmark/benchmark.h>
 

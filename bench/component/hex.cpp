@@ -1,6 +1,6 @@
-// ConvertStringToHex and ConvertStringFromHex beside a plain table loop and beside copying as many
-// bytes as they read and write. A row is named hex/direction/who/length; the length is that of the
-// text without digits, in characters.
+// ConvertStringToHex and ConvertStringFromHex compared with a plain table loop and with a copy of
+// the same number of bytes. A row is named hex/direction/who/length; the length is that of the
+// decoded text, in characters.
 #include <benchmark/benchmark.h>
 
 #include <array>
@@ -62,8 +62,8 @@ void Run(benchmark::State& state, const Text& source, Convert&& convert) {
   state.SetBytesProcessed(state.iterations() * state.range(0));
 }
 
-// One and a half times the text into new text: together that is as many bytes as the text and its
-// digits have.
+// Copies one and a half times the text: bytes read and written are those of the text and its
+// digits.
 void RunCopy(benchmark::State& state) {
   const Text source = SampleText(state.range(0) + state.range(0) / 2);
   for (auto _ : state) benchmark::DoNotOptimize(Text(source));

@@ -1,12 +1,12 @@
-// What the component costs beside what it calls.
+// The overhead of the component over the provider.
 #include <benchmark/benchmark.h>
 #include <malloc.h>
 
 #include <string_view>
 
-// Freed memory stays with the program, so that new pages do not hide what is measured. With the
-// argument --new-pages, the first one, large memory comes from the system and goes back to it each
-// time, as in a program that does not choose.
+// Keeps freed memory in the program, so that the cost of new pages does not hide differences. With
+// the first argument --new-pages, large memory is allocated from the system and returned to it each
+// time, as with the allocator's default settings.
 int main(int argc, char** argv) {
   constexpr std::string_view kNewPages = "--new-pages";
   if (argc > 1 && argv[1] == kNewPages) {

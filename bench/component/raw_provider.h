@@ -1,4 +1,4 @@
-// The provider's calls as a client without the component would make them.
+// The provider's calls that a client without the component would make.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +34,7 @@ class RawProvider {
   provider::CryptoProvider& provider() { return *context_.Get().provider; }
 
   static void Require(bool done) {
-    if (!done) throw std::runtime_error("the provider refuses");
+    if (!done) throw std::runtime_error("a call of the provider failed");
   }
 
   static constexpr std::int16_t kMd5 = 1;

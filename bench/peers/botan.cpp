@@ -10,14 +10,14 @@
 namespace latchkey::bench {
 namespace {
 
-Work Rc4Work() {
+Workload Rc4Work() {
   const std::shared_ptr<Botan::StreamCipher> cipher = Botan::StreamCipher::create("RC4");
   if (!cipher) return {};
   cipher->set_key(kKey.data(), KeySize(CipherId::Rc4));
   return [cipher](std::span<std::uint8_t> data) { cipher->cipher1(data.data(), data.size()); };
 }
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   if (id == CipherId::Rc4) return Rc4Work();
   constexpr const char* kNames[] = {"", "RC2/CBC/NoPadding", "DES/CBC/NoPadding",
                                     "TripleDES/CBC/NoPadding"};
@@ -33,7 +33,7 @@ Work CipherWork(CipherId id, Direction direction) {
   };
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   constexpr const char* kNames[] = {"MD2", "MD4", "MD5", "SHA-1"};
   const std::shared_ptr<Botan::HashFunction> hash =
       Botan::HashFunction::create(kNames[static_cast<int>(id)]);

@@ -19,7 +19,7 @@ namespace {
 
 namespace cp = CryptoPP;
 
-Work WorkOf(std::shared_ptr<cp::SymmetricCipher> cipher, CipherId id) {
+Workload WorkOf(std::shared_ptr<cp::SymmetricCipher> cipher, CipherId id) {
   const auto bits = static_cast<int>(8 * KeySize(id));  // RC2 takes 1024 where none are named
   const cp::ConstByteArrayParameter feedback(kFeedback.data(), kFeedback.size());
   cipher->SetKey(
@@ -31,14 +31,14 @@ Work WorkOf(std::shared_ptr<cp::SymmetricCipher> cipher, CipherId id) {
 }
 
 template <class Block>
-Work CbcWork(CipherId id, Direction direction) {
+Workload CbcWork(CipherId id, Direction direction) {
   if (direction == Direction::Encrypt) {
     return WorkOf(std::make_shared<typename cp::CBC_Mode<Block>::Encryption>(), id);
   }
   return WorkOf(std::make_shared<typename cp::CBC_Mode<Block>::Decryption>(), id);
 }
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   switch (id) {
     case CipherId::Rc4:
       return WorkOf(std::make_shared<cp::Weak::ARC4>(), id);
@@ -53,14 +53,14 @@ Work CipherWork(CipherId id, Direction direction) {
 }
 
 template <class Hash>
-Work WorkOfHash() {
+Workload WorkOfHash() {
   return [](std::span<std::uint8_t> data) {
     Hash hash;
     hash.CalculateDigest(data.data(), data.data(), data.size());
   };
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   switch (id) {
     case HashId::Md2:
       return WorkOfHash<cp::Weak::MD2>();

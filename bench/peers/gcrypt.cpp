@@ -7,7 +7,7 @@
 namespace latchkey::bench {
 namespace {
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   constexpr int kIds[] = {GCRY_CIPHER_ARCFOUR, GCRY_CIPHER_RFC2268_128, GCRY_CIPHER_DES,
                           GCRY_CIPHER_3DES};
   const int mode = id == CipherId::Rc4 ? GCRY_CIPHER_MODE_STREAM : GCRY_CIPHER_MODE_CBC;
@@ -22,7 +22,7 @@ Work CipherWork(CipherId id, Direction direction) {
   };
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   constexpr int kIds[] = {GCRY_MD_MD2, GCRY_MD_MD4, GCRY_MD_MD5, GCRY_MD_SHA1};
   const int hash = kIds[static_cast<int>(id)];
   if (gcry_md_test_algo(hash) != 0) return {};

@@ -20,14 +20,14 @@ provider::AlgorithmId AlgorithmOf(HashId id) {
   return kIds[static_cast<int>(id)];
 }
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   const WipedBytes key(kKey.begin(), kKey.begin() + KeySize(id));
   const std::shared_ptr<provider::Cipher> cipher = provider::MakeCipher(AlgorithmOf(id), key, 128);
   if (direction == Direction::Encrypt) return [cipher](auto data) { cipher->Encrypt(data); };
   return [cipher](auto data) { cipher->Decrypt(data); };
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   const nettle_hash& hash = *provider::HashAlgorithm(AlgorithmOf(id));
   return [&hash](auto data) { std::ranges::copy(provider::HashOf(hash, data), data.begin()); };
 }

@@ -16,7 +16,7 @@ void Blocks(const void* context, std::size_t length, std::uint8_t* to, const std
 }
 
 template <class Context, auto encrypt, auto decrypt>
-Work CbcWork(Context context, Direction direction) {
+Workload CbcWork(Context context, Direction direction) {
   if (direction == Direction::Encrypt) {
     return [context, feedback = kFeedback](std::span<std::uint8_t> data) mutable {
       cbc_encrypt(&context, Blocks<Context, encrypt>, 8, feedback.data(), data.size(), data.data(),
@@ -29,7 +29,7 @@ Work CbcWork(Context context, Direction direction) {
   };
 }
 
-Work Rc4Work() {
+Workload Rc4Work() {
   arcfour_ctx context{};
   arcfour_set_key(&context, KeySize(CipherId::Rc4), kKey.data());
   return [context](std::span<std::uint8_t> data) mutable {
@@ -37,25 +37,25 @@ Work Rc4Work() {
   };
 }
 
-Work Rc2Work(Direction direction) {
+Workload Rc2Work(Direction direction) {
   arctwo_ctx context{};
   arctwo_set_key(&context, KeySize(CipherId::Rc2), kKey.data());
   return CbcWork<arctwo_ctx, arctwo_encrypt, arctwo_decrypt>(context, direction);
 }
 
-Work DesWork(Direction direction) {
+Workload DesWork(Direction direction) {
   des_ctx context{};
   des_set_key(&context, kKey.data());
   return CbcWork<des_ctx, des_encrypt, des_decrypt>(context, direction);
 }
 
-Work TripleDesWork(Direction direction) {
+Workload TripleDesWork(Direction direction) {
   des3_ctx context{};
   des3_set_key(&context, kKey.data());
   return CbcWork<des3_ctx, des3_encrypt, des3_decrypt>(context, direction);
 }
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   switch (id) {
     case CipherId::Rc4:
       return Rc4Work();
@@ -69,7 +69,7 @@ Work CipherWork(CipherId id, Direction direction) {
   return {};
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   const nettle_hash* const hashes[] = {&nettle_md2, &nettle_md4, &nettle_md5, &nettle_sha1};
   return [hash = hashes[static_cast<int>(id)]](std::span<std::uint8_t> data) {
     alignas(16) std::uint8_t context[512];

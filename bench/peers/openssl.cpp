@@ -9,7 +9,7 @@
 namespace latchkey::bench {
 namespace {
 
-Work CipherWork(CipherId id, Direction direction) {
+Workload CipherWork(CipherId id, Direction direction) {
   constexpr const char* kNames[] = {"RC4", "RC2-CBC", "DES-CBC", "DES-EDE3-CBC"};
   EVP_CIPHER* const cipher = EVP_CIPHER_fetch(nullptr, kNames[static_cast<int>(id)], nullptr);
   if (cipher == nullptr) return {};
@@ -29,7 +29,7 @@ Work CipherWork(CipherId id, Direction direction) {
   };
 }
 
-Work HashWork(HashId id) {
+Workload HashWork(HashId id) {
   constexpr const char* kNames[] = {"MD2", "MD4", "MD5", "SHA1"};
   const std::shared_ptr<EVP_MD> hash(EVP_MD_fetch(nullptr, kNames[static_cast<int>(id)], nullptr),
                                      EVP_MD_free);

@@ -1,7 +1,5 @@
-// What a COM call costs a client: prints one JSON object of nanoseconds a call, the compiler and
-// the version of Wine, which is empty on Windows itself.
-//
-//   com_calls    (the DLL of its bitness is registered)
+// The cost of a COM call: prints one JSON object with nanoseconds per call, the compiler and the
+// version of Wine, which is empty on Windows itself. The DLL of its bitness must be registered.
 #include <bit>
 #include <chrono>
 #include <cstdio>
@@ -21,7 +19,7 @@ void Require(HRESULT result) {
   std::exit(1);
 }
 
-// The fastest round, in nanoseconds a call: whatever else the machine does only adds to it.
+// The fastest round, in nanoseconds per call: other load only adds to the time.
 template <class Call>
 double Measure(Call&& call) {
   double best = 1e18;
