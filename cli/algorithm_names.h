@@ -1,4 +1,4 @@
-// The words that stand for the component's numbers on the command line.
+// Names for the component's algorithm numbers on the command line.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace latchkey::cli {
 [[nodiscard]] const std::string& CipherName(std::int16_t number);
 [[nodiscard]] const std::string& ProviderName(bool enhanced);
 
-// `name` is one of the list; the first has the number 1.
+// `name` must be in the list; the first name has the number 1.
 [[nodiscard]] std::int16_t NumberOf(const std::string& name, std::span<const std::string> names);
 
 }  // namespace latchkey::cli

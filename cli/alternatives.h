@@ -7,12 +7,12 @@
 
 namespace latchkey::cli {
 
-// The check that a value is one of the words.
+// Checks that a value is one of the words.
 [[nodiscard]] inline CLI::Validator OneOf(const std::vector<std::string>& words) {
   return CLI::IsMember(words).description("");
 }
 
-// How help shows them: "md5|md4". The parser's own join goes on without memory, with a word cut.
+// The words as help shows them: "md5|md4". The parser's own join truncates when memory runs out.
 [[nodiscard]] inline std::string Alternatives(const std::vector<std::string>& words) {
   std::string text;
   for (const std::string& word : words) {

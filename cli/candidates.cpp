@@ -43,8 +43,8 @@ class Trial {
         base_(OpenProvider(false)),
         enhanced_(OpenProvider(true)) {}
 
-  // What the key makes of sixteen zero bytes, which tells keys of one cipher apart. Empty when the
-  // provider does not make the key.
+  // The encryption of sixteen zero bytes, which identifies a key of one cipher. Empty if the
+  // provider fails to make the key.
   [[nodiscard]] WipedBytes Fingerprint(const CipherSettings& settings) const {
     std::optional<PasswordCipher> cipher;
     if (!MakeKey(settings, cipher)) return {};
@@ -53,7 +53,7 @@ class Trial {
     return cipher->Encrypt(zeros, length, false) == CipherStep::Done ? zeros : WipedBytes();
   }
 
-  // Nothing when the settings do not fit. Settings and probability are still to be filled in.
+  // Returns nothing if the settings do not fit. The caller sets `settings` and `probability`.
   [[nodiscard]] std::optional<Candidate> Try(const CipherSettings& settings) const {
     return settings.cipher == kRc4 ? TryStream(settings) : TryBlocks(settings);
   }
@@ -85,8 +85,8 @@ class Trial {
     return candidate.evidenceBits > 0 ? std::optional(candidate) : std::nullopt;
   }
 
-  // The bytes of padding that the end of the ciphertext decrypts to, or nothing for bad padding.
-  // In a chain a block decrypts with nothing but the block before it.
+  // The number of padding bytes at the end of the plaintext, or nothing for bad padding. In CBC
+  // mode a block's decryption depends only on the block before it.
   [[nodiscard]] std::optional<unsigned> PaddingOf(const CipherSettings& settings) const {
     if (sample_.length == 0 || sample_.length % kBlock != 0) return std::nullopt;
     std::optional<PasswordCipher> cipher;
@@ -117,7 +117,7 @@ class Trial {
   UniqueContext enhanced_;
 };
 
-// Settings that give one key, all together.
+// All settings, grouped by the key that they give.
 std::vector<std::vector<CipherSettings>> GroupedByKey(const Trial& trial) {
   std::vector<std::vector<CipherSettings>> groups;
   std::vector<WipedBytes> fingerprints;
@@ -139,7 +139,7 @@ std::vector<std::vector<CipherSettings>> GroupedByKey(const Trial& trial) {
   return groups;
 }
 
-// Bayes' rule, in logarithms until the end: the evidence may be thousands of bits.
+// Applies Bayes' rule, in logarithms until the end, since evidence may be thousands of bits.
 void SetProbabilities(Candidates& candidates) {
   const double prior =
       std::log2(0.5 / static_cast<double>(std::max<std::size_t>(candidates.tried, 1)));

@@ -29,7 +29,7 @@ std::string Escaped(std::string_view name) {
   return escaped;
 }
 
-// Nothing where a backslash stands before anything else.
+// Nothing if a backslash precedes any other character.
 std::optional<std::string> Unescaped(std::string_view escaped) {
   std::string name;
   for (std::size_t i = 0; i < escaped.size(); ++i) {
@@ -55,7 +55,7 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
   return name;
 }
 
-// Lower-case digits, or nothing where the text is not `count` hexadecimal digits.
+// Lower-case digits, or nothing if the text is not `count` hexadecimal digits.
 std::optional<std::string> Digits(std::string_view text, std::size_t count) {
   if (text.size() != count) return std::nullopt;
   std::string digits;

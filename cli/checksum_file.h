@@ -8,7 +8,7 @@
 namespace latchkey::cli {
 
 // "900150983cd24fb0d6963f7d28e17f72  name" without a line end. A name with a backslash or a line
-// end is written with escapes (\\, \n, \r), and a backslash then stands before the line.
+// end is written with escapes (\\, \n, \r), and the line then begins with a backslash.
 [[nodiscard]] std::string ChecksumLine(const std::string& digest, const std::string& name);
 
 // "name: OK" for that outcome, without a line end. As in md5sum, only a name with a line feed has
@@ -20,15 +20,15 @@ struct Checksum {
   std::string name;
 };
 
-// What the lines of one algorithm have in common.
+// The format of one algorithm's lines.
 struct ChecksumForm {
   std::string tag;  // "MD5"
   std::size_t digestDigits = 0;
 };
 
-// Reads a line without its line end: the form above, with a space or an asterisk before the name
-// and digits of either case, or "MD5 (name) = digest". Nothing for a line of another form, with
-// another number of digits or with another algorithm's tag.
+// Parses a line without its line end: the form above, with a space or an asterisk before the name
+// and digits of either case, or "MD5 (name) = digest". Returns nothing for a line of another form,
+// with another number of digits or with another algorithm's tag.
 [[nodiscard]] std::optional<Checksum> ReadChecksumLine(std::string_view line,
                                                        const ChecksumForm& form);
 

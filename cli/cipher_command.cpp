@@ -20,7 +20,7 @@
 namespace latchkey::cli {
 namespace {
 
-// What differs between the two commands.
+// The differences between the two commands.
 struct Direction {
   const char* name;
   const char* description;
@@ -76,12 +76,12 @@ CipherSettings SettingsOf(const Options& options) {
 
 void CheckOptions(const Options& options) {
   if (options.rc2EffectiveBits != 0 && options.cipher != "rc2") {
-    throw WrongUsage("--rc2-effective-bits goes with --cipher rc2 only");
+    throw WrongUsage("--rc2-effective-bits requires --cipher rc2");
   }
   RequireOwnSource(options.password, options.input);
 }
 
-// The ciphers, with their keys, for input of that size. Read from the password once.
+// The ciphers, with their keys, for input of that size. Reads the password once.
 CipherWork PrepareWork(const Direction& direction, const Options& options,
                        const CipherSettings& settings, const UniqueContext& context,
                        const InputFile& input) {
@@ -146,29 +146,31 @@ void AddCommand(CommandLine& commandLine, const Direction& direction) {
                                       [options, &direction](Report& report) {
                                         return RunCipherCommand(direction, *options, report);
                                       });
-  command.add_option("--hash", options->hash, "The hash that the key is made with")
+  command.add_option("--hash", options->hash, "Derive the key with this hash")
       ->required()
       ->check(OneOf(HashNames()))
       ->type_name(Alternatives(HashNames()));
-  command.add_option("--cipher", options->cipher, "The cipher")
+  command.add_option("--cipher", options->cipher, "Use this cipher")
       ->required()
       ->check(OneOf(CipherNames()))
       ->type_name(Alternatives(CipherNames()));
   command
       .add_option("--provider", options->provider,
-                  "The provider whose key lengths count (the one that allows the cipher, base "
-                  "where both do)")
+                  "Use this provider's key lengths (default: the one that allows the cipher, base "
+                  "if both do)")
       ->check(OneOf(ProviderNames()))
       ->type_name(Alternatives(ProviderNames()));
   command
-      .add_option("--rc2-effective-bits", options->rc2EffectiveBits,
-                  "RC2's effective key length; 40 for data of Windows 2000 and before, made with "
-                  "the enhanced provider (the default with this option)")
+      .add_option(
+          "--rc2-effective-bits", options->rc2EffectiveBits,
+          "Set RC2's effective key length; 40 for data of Windows 2000 and before, made with "
+          "the enhanced provider (the default with this option)")
       ->check(CLI::Range(1, 1024).description(""))
       ->type_name("N");
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
-  command.add_option("IN", options->input, "The file to read (standard input)")->type_name("");
+  command.add_option("IN", options->input, "Read this file (default: standard input)")
+      ->type_name("");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// Which provider, hash and cipher make a key, and the cipher made ready with it.
+// Provider, hash and cipher of a key, and the cipher with that key.
 #pragma once
 
 #include <cstdint>
@@ -19,17 +19,17 @@ struct CipherSettings {
   friend bool operator==(const CipherSettings&, const CipherSettings&) = default;
 };
 
-// The provider that allows the cipher, and the base provider where both do. Only the enhanced
-// provider lets RC2's effective bits be set, so it serves where they are given.
+// The provider that allows the cipher, and the base provider if both do. RC2's effective bits, if
+// given, require the enhanced provider, since only it can set them.
 [[nodiscard]] bool NeedsEnhancedProvider(std::int16_t cipher, std::uint32_t rc2EffectiveBits);
 
-// Derives the key. Raises CommandError with the site of the step that failed; `file` is what the
-// failure is about. `context` is the provider that the settings ask for.
+// Derives the key. Raises CommandError with the site of the step that failed, about `file`.
+// `context` is the provider of the settings.
 void DeriveKey(PasswordCipher& cipher, const CipherSettings& settings, const CipherSites& sites,
                std::span<const std::uint8_t> password, const std::string& file);
 
-// The provider that the settings ask for; raises CommandError when the settings' cipher is not
-// allowed there or it cannot be opened.
+// Opens the provider of the settings. Raises CommandError if the provider does not allow the cipher
+// or cannot be opened.
 [[nodiscard]] UniqueContext OpenFor(const CipherSettings& settings, const CipherSites& sites,
                                     const std::string& file);
 

@@ -11,11 +11,11 @@
 namespace latchkey::cli {
 namespace {
 
-constexpr std::size_t kBlock = 8;  // of every block cipher here
+constexpr std::size_t kBlock = 8;  // bytes, for every block cipher here
 
-// In the buffer of a piece stand the block before it in the stream, the piece, and room for
-// padding. While a piece is read, the first byte of the next one comes with it: that it is there
-// shows that the piece is not the last.
+// The buffer of a piece contains the block before it in the stream, the piece, and room for
+// padding. Reading a piece also reads the first byte of the next one, which shows that the piece is
+// not the last.
 class CipherStages final : public PieceStages {
  public:
   CipherStages(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
@@ -23,9 +23,9 @@ class CipherStages final : public PieceStages {
   ~CipherStages() override { SecureWipe(border_.data(), border_.size()); }
 
   [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.ciphers.size() == 1; }
-  void Read(Piece& piece) override;
-  void Work(Piece& piece, std::size_t worker) override;
-  void Write(const Piece& piece) override;
+  void Read(StreamPiece& piece) override;
+  void Work(StreamPiece& piece, std::size_t worker) override;
+  void Write(const StreamPiece& piece) override;
   void StopReading() noexcept override { streams_.stopReading(); }
 
   [[nodiscard]] const ByteCounts& Counts() const noexcept { return counts_; }
@@ -39,7 +39,7 @@ class CipherStages final : public PieceStages {
   std::array<std::uint8_t, kBlock + 1> border_{};
 };
 
-void CipherStages::Read(Piece& piece) {
+void CipherStages::Read(StreamPiece& piece) {
   const std::size_t known = piece.number == 0 ? 0 : 1;
   if (piece.bytes.size() == 0) piece.bytes.Renew(kBlock + pieceSize_ + kBlock);
   std::ranges::copy(border_, piece.bytes.data());
@@ -48,13 +48,13 @@ void CipherStages::Read(Piece& piece) {
   piece.isLast = count <= pieceSize_;
   piece.length = piece.consumed = std::min(count, pieceSize_);
   if (!piece.isLast) std::ranges::copy(room.last(border_.size()), border_.data());
-  // A short input leaves the pages of the rest alone, now and when the bytes are wiped.
+  // With a short input, the rest of the pages is neither used nor wiped.
   if (piece.isLast && piece.number == 0) piece.bytes.Touched(kBlock + count + kBlock);
 }
 
-// In CBC mode a block depends on the ciphertext of the one before and on nothing else. Decrypted
-// first, that one makes the chain right whatever the key did before; what becomes of it is dropped.
-void CipherStages::Work(Piece& piece, std::size_t worker) {
+// In CBC mode a block depends only on the ciphertext block before it. Decrypting that block first
+// sets the chain, no matter what the key decrypted earlier; its plaintext is dropped.
+void CipherStages::Work(StreamPiece& piece, std::size_t worker) {
   const bool primes = !WorksInOrder() && piece.number > 0;
   const std::size_t before = primes ? kBlock : 0;
   PasswordCipher& cipher = *work_.ciphers[WorksInOrder() ? 0 : worker];
@@ -65,7 +65,7 @@ void CipherStages::Work(Piece& piece, std::size_t worker) {
   piece.length = length - before;
 }
 
-void CipherStages::Write(const Piece& piece) {
+void CipherStages::Write(const StreamPiece& piece) {
   streams_.write(piece.bytes.All().subspan(kBlock, piece.length), piece.consumed);
   counts_.in += piece.consumed;
   counts_.out += piece.length;
@@ -74,8 +74,8 @@ void CipherStages::Write(const Piece& piece) {
 }  // namespace
 
 std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
-  // What is done in order, reading and writing with the rest, keeps no more than these busy. More
-  // threads than processors would wait for a turn and then for a processor.
+  // With the cipher in order, reading, cipher and writing keep no more threads busy. More threads
+  // than processors would wait for a turn and then for a processor.
   const std::size_t most = inOrder ? 3 : 8;
   if (size && *size <= kCipherPiece) return 1;
   return std::min(UsableProcessors(), most);

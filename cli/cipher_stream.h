@@ -1,4 +1,4 @@
-// A cipher over a stream of any length, in constant memory, on as many processors as it can use.
+// A cipher over a stream of any length, in constant memory, on several processors.
 #pragma once
 
 #include <cstdint>
@@ -13,25 +13,25 @@
 
 namespace latchkey::cli {
 
-// Where the bytes come from and go to. The functions are called from different threads, but read
-// never beside itself, nor write.
+// Source and destination of the bytes. The functions are called from different threads, but `read`
+// never by two at once, nor `write`.
 struct ByteStreams {
-  // Fills the span; fewer bytes only at the end, or when stopped.
+  // Fills the span; returns fewer bytes only at the end, or when stopped.
   std::function<std::size_t(std::span<std::uint8_t>)> read;
-  // Makes a read that waits return soon. Called beside it; must not raise anything.
+  // Makes a waiting read return soon. Called from another thread; must not throw.
   std::function<void()> stopReading;
-  // Takes the result of the next `consumed` bytes read.
+  // Writes the result of the next `consumed` bytes read.
   std::function<void(std::span<const std::uint8_t>, std::size_t consumed)> write;
 };
 
 struct CipherWork {
   CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
                                       bool final);
-  // One for each worker where pieces are worked on at once: decryption in CBC mode. Otherwise one.
+  // One for each worker if pieces are independent (decryption in CBC mode), otherwise one.
   std::vector<std::unique_ptr<PasswordCipher>> ciphers;
-  // How many threads take part; the number of ciphers where there are several.
+  // The number of threads; with several ciphers, their number.
   std::size_t workers = 1;
-  // What the failure of the cipher is raised with, as CommandError.
+  // The sites and the file of the CommandError that a failure of the cipher raises.
   const CipherSites& sites;
   std::string file;
 };
@@ -44,12 +44,12 @@ struct ByteCounts {
 // Large enough for the widest kernel to be busy, small enough to stay in a processor's cache.
 inline constexpr std::size_t kCipherPiece = std::size_t{1} << 20;
 
-// The threads worth having for input of that many bytes (nothing: not known). One for what fits
-// into a piece and on a machine with one processor.
+// The number of threads for input of that length in bytes (nothing: unknown). One for input that
+// fits into a piece and on a machine with one processor.
 [[nodiscard]] std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder);
 
-// Runs the cipher over all of the input: what one call for the whole would give. `pieceSize` is a
-// multiple of 8 bytes. What the functions raise comes through, and what was written before stays.
+// Runs the cipher over the whole input, with the result of a single call. `pieceSize` is a multiple
+// of 8 bytes. Exceptions of the functions pass through; bytes written before stay written.
 ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams,
                      std::size_t pieceSize = kCipherPiece);
 

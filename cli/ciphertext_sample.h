@@ -1,4 +1,4 @@
-// As much of a ciphertext as telling its settings takes.
+// The parts of a ciphertext that identifying its settings requires.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +19,7 @@ struct CiphertextSample {
   [[nodiscard]] bool IsWhole() const noexcept { return length == head.size(); }
 };
 
-// Reads the input to its end, in constant memory. Shows how far it is unless `quiet`.
+// Reads the input to its end, in constant memory. Shows progress unless `quiet`.
 [[nodiscard]] CiphertextSample ReadSample(InputFile& input, bool quiet);
 
 }  // namespace latchkey::cli

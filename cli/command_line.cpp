@@ -17,14 +17,14 @@ constexpr const char* kDescription =
     "Encrypts, decrypts and hashes files as the Windows CryptoAPI does under a password.\n"
     "The algorithms are old: use them to exchange data with systems that already do.";
 
-// For usage errors, which may come before the parser has read the option. What follows "--" are
+// For usage errors, which may occur before the parser has read the option. Arguments after "--" are
 // names.
 bool AsksForJson(const std::vector<std::string>& arguments) {
   const auto end = std::find(arguments.begin(), arguments.end(), "--");
   return std::find(arguments.begin(), end, "--json") != end;
 }
 
-// Notes whether memory runs out while it lives: a stream hides that and drops text.
+// Records whether memory runs out during its life: a stream hides that and drops text.
 class MemoryWatch {
  public:
   MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut_ = false; }
@@ -53,7 +53,7 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
   parser_.set_help_flag("-h,--help", "Print this help and exit");
   parser_.allow_windows_style_options(false);  // a name may start with a slash
   parser_.require_subcommand(1);
-  parser_.footer("'latchkey COMMAND --help' tells of one command.");
+  parser_.footer("Run 'latchkey COMMAND --help' for the options of a command.");
   AddCipherCommands(*this);
   AddIdentifyCommand(*this);
   AddHashCommand(*this);
@@ -67,8 +67,8 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
 CLI::App& CommandLine::Add(const char* name, const char* description, const std::string& example,
                            Action action) {
   CLI::App& command = *parser_.add_subcommand(name, description);
-  command.add_flag("--json", options_.json, "Tell results and failures as JSON");
-  command.add_flag("-q,--quiet", options_.quiet, "No progress, no hints");
+  command.add_flag("--json", options_.json, "Print results and failures as JSON");
+  command.add_flag("-q,--quiet", options_.quiet, "Print no progress and no hints");
   command.footer("Example:\n  " + example);
   command.callback([this, action = std::move(action)] { chosen_ = action; });
   return command;
@@ -78,17 +78,17 @@ ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
   const std::string first = arguments.empty() ? "" : arguments.front();
   const bool wantsJson = AsksForJson(arguments);
   for (std::string& argument : arguments) Shield(argument);
-  std::reverse(arguments.begin(), arguments.end());  // the parser takes them from the back
+  std::reverse(arguments.begin(), arguments.end());  // the parser reads them from the back
   try {
     parser_.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
-    options_.json = wantsJson;  // the parser may not have come to it
+    options_.json = wantsJson;  // the parser may not have reached it
     return TellParseError(error, first);
   }
   return RunChosen();
 }
 
-// Help and version come as errors too.
+// The parser throws help and version as errors too.
 ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::string& first) {
   std::ostringstream help;
   std::ostringstream complaint;
@@ -107,8 +107,8 @@ ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::
   const bool isUnknown = chosen.empty() && !first.empty() && !first.starts_with('-');
   const Failure failure =
       WrongUsage(isUnknown ? "no such command: " + first : error.what(),
-                 "latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
-                     "--help tells the options")
+                 "run 'latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
+                     "--help' for the options")
           .Get();
   Report report(options_);
   if (!chosen.empty() && WritesDataToStandardOutput(*chosen.front())) report.GiveOutputToData();

@@ -1,4 +1,4 @@
-// The command line as a whole: what every command is added to.
+// The command line, to which every command is added.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -10,23 +10,23 @@
 
 namespace latchkey::cli {
 
-// Does a command's work after its options are read. Throws CommandError, FileError or
-// Fault for a failure that ends it.
+// Runs a command after its options are read. Throws CommandError, FileError or Fault for a failure
+// that ends it.
 using Action = std::function<ExitStatus(Report& report)>;
 
 class CommandLine {
  public:
   CommandLine();
 
-  // The parser with all commands, for those that write the manual.
+  // The parser with all commands, for the manual.
   [[nodiscard]] CLI::App& Parser() noexcept { return parser_; }
 
   // Adds a command with --json and --quiet; `example` ends its help.
   CLI::App& Add(const char* name, const char* description, const std::string& example,
                 Action action);
 
-  // Reads the arguments (UTF-8, without the program's name), runs the command they choose, tells of
-  // its failure, and gives the exit status.
+  // Reads the arguments (UTF-8, without the program's name), runs the command that they choose,
+  // reports its failure, and returns the exit status.
   [[nodiscard]] ExitStatus Run(std::vector<std::string> arguments);
 
  private:

@@ -1,4 +1,4 @@
-// The commands, each in a file of its own.
+// The commands, each in its own file.
 #pragma once
 
 namespace latchkey::cli {

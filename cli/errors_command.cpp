@@ -14,7 +14,7 @@ namespace {
 
 // One line of the table.
 struct Entry {
-  int location = 0;  // 0 for a run-time fault as such
+  int location = 0;  // 0 for a run-time fault at any location
   int number = 0;    // 0 for the trap of an operation, which records any fault
   std::string operation;
   std::string text;
@@ -60,7 +60,7 @@ Json ObjectOf(const Entry& entry) {
 CommandError Unknown(int wanted) {
   Failure failure;
   failure.text = "no location and no error number of the component: " + std::to_string(wanted);
-  failure.hint = "'latchkey errors' lists them all";
+  failure.hint = "run 'latchkey errors' for the list";
   return CommandError(failure);
 }
 
@@ -92,9 +92,9 @@ ExitStatus RunErrors(const std::optional<int>& wanted, const Report& report) {
 void AddErrorsCommand(CommandLine& commandLine) {
   const auto wanted = std::make_shared<std::optional<int>>();
   CLI::App& command = commandLine.Add(
-      "errors", "Tell what a location or error number of the component means",
-      "latchkey errors 717", [wanted](Report& report) { return RunErrors(*wanted, report); });
-  command.add_option("LOCATION", *wanted, "A location or error number (all of them)")
+      "errors", "Explain a location or error number of the component", "latchkey errors 717",
+      [wanted](Report& report) { return RunErrors(*wanted, report); });
+  command.add_option("LOCATION", *wanted, "Explain this location or error number (default: all)")
       ->type_name("");
 }
 

@@ -29,7 +29,7 @@ Failure FailureOf(const FileError& error) {
   failure.text = error.what();
   failure.file = error.Name();
   if (error.code() == std::errc::file_exists) {
-    failure.hint = "--force replaces an existing file, and writes to a device or pipe";
+    failure.hint = "use --force to replace a file, or to write to a device or pipe";
   }
   return failure;
 }
@@ -61,7 +61,7 @@ std::string FailureLine(const Failure& failure) {
   return WithoutControls(failure.file.empty() ? line : line + ": " + failure.file);
 }
 
-// They are ASCII throughout.
+// The texts are ASCII.
 std::string Utf8(TextView text) {
   std::string utf8;
   for (const char16_t character : text) utf8 += static_cast<char>(character);

@@ -1,4 +1,4 @@
-// A failure as the command tells of it.
+// A failure as the command reports it.
 #pragma once
 
 #include <cstdint>
@@ -13,22 +13,22 @@
 
 namespace latchkey::cli {
 
-// What the process ends with.
+// The exit status of the process.
 enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2 };
 
-// The error record and what it is about. A failure of the component has a location; one of the
-// operating system or of the command's own has none and says everything in its text.
+// The error record and its subject. A failure of the component has a location; a failure of the
+// operating system or of the command itself has only its text.
 struct Failure {
   std::string text;
-  std::string file;  // empty when it is about no file
-  std::string hint;  // what to try; empty when there is nothing to say
+  std::string file;  // empty if no file is concerned
+  std::string hint;  // what to try; may be empty
   std::int32_t type = 0;
   std::int32_t location = 0;
   std::int32_t number = 0;
   ExitStatus status = ExitStatus::Failed;
 };
 
-// Carries a failure to where it is told. Thrown by commands, caught in one place.
+// Carries a failure to CommandLine, which reports it. Thrown by commands.
 class CommandError final : public std::exception {
  public:
   explicit CommandError(Failure failure) : failure_(std::move(failure)) {}
@@ -40,22 +40,22 @@ class CommandError final : public std::exception {
   Failure failure_;
 };
 
-// The failure of a check, with the table's text and numbers.
+// The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});
 
-// What the thread's error record holds. Call it when ErrorExists.
+// The failure in the thread's error record. Requires ErrorExists.
 [[nodiscard]] Failure RecordedFailure();
 
 [[nodiscard]] Failure FailureOf(const FileError& error);
 [[nodiscard]] Failure FailureOf(const Fault& fault);
 
-// Options that do not go together, or that are not there.
+// Conflicting, unknown or missing options.
 [[nodiscard]] CommandError WrongUsage(std::string text, std::string hint = {});
 
 // "latchkey: Error decrypting data (location 717, number 120): FILE", without a line end.
 [[nodiscard]] std::string FailureLine(const Failure& failure);
 
-// The table's and the record's texts as UTF-8.
+// Texts of the table and the record as UTF-8.
 [[nodiscard]] std::string Utf8(TextView text);
 
 }  // namespace latchkey::cli

@@ -11,12 +11,12 @@
 
 namespace latchkey::cli {
 
-// The digest of all that the input has to give, as lower-case hexadecimal digits; `hash` is a
-// number of the component. Raises CommandError when the provider refuses.
+// The digest of the whole input, as lower-case hexadecimal digits; `hash` is a number of the
+// component. Raises CommandError if the provider fails.
 [[nodiscard]] std::string FileDigest(const UniqueContext& context, std::int16_t hash,
                                      InputFile& input, Progress& progress);
 
-// What checksum lines of that hash look like.
+// The format of that hash's checksum lines.
 [[nodiscard]] ChecksumForm ChecksumFormOf(std::int16_t hash);
 
 }  // namespace latchkey::cli

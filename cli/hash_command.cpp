@@ -24,7 +24,7 @@ struct Options {
   std::vector<std::string> files{"-"};
 };
 
-// The digests of files, and what became of them so far.
+// Computes or checks the digests of files, and collects the results.
 class Hashing {
  public:
   Hashing(const Options& options, const Report& report)
@@ -50,20 +50,20 @@ class Hashing {
       result["mismatches"] = mismatches_;
       result["unread"] = unread_;
       result["improper_lines"] = improper_;
-      TellSums();
+      PrintSums();
     }
     report_.Result(result);
     return failed_ ? ExitStatus::Failed : ExitStatus::Done;
   }
 
  private:
-  // Nothing, and the failure told, when the file cannot be read.
+  // Reports the failure and returns nothing if the file cannot be read.
   std::optional<std::string> DigestOf(const std::string& file);
-  // Tells of a failure that does not end the work.
-  void Tell(const std::string& file, const Failure& failure);
+  // Reports a failure that does not end the command.
+  void ReportFailure(const std::string& file, const Failure& failure);
   void CheckLines(const std::vector<std::string>& lines, const std::string& listName);
   void CheckFile(const Checksum& expected);
-  void TellSums() const;
+  void PrintSums() const;
 
   const Options& options_;
   const Report& report_;
@@ -82,12 +82,12 @@ std::optional<std::string> Hashing::DigestOf(const std::string& file) {
     Progress progress(input.Size(), report_.IsQuiet() || options_.status);
     return FileDigest(context_, number_, input, progress);
   } catch (const FileError& error) {
-    Tell(file, FailureOf(error));
+    ReportFailure(file, FailureOf(error));
     return std::nullopt;
   }
 }
 
-void Hashing::Tell(const std::string& file, const Failure& failure) {
+void Hashing::ReportFailure(const std::string& file, const Failure& failure) {
   failed_ = true;
   if (report_.IsJson()) {
     results_.push_back({{"file", file}, {"error", Report::ErrorObject(failure)}});
@@ -96,7 +96,7 @@ void Hashing::Tell(const std::string& file, const Failure& failure) {
   }
 }
 
-// The lines of a list. It is read whole: lists are short.
+// The lines of a list, read at once, since lists are short.
 std::vector<std::string> LinesOf(const std::string& name) {
   InputFile input(name);
   std::string text;
@@ -120,7 +120,7 @@ void Hashing::Check(const std::string& listName) {
   try {
     lines = LinesOf(listName);
   } catch (const FileError& error) {
-    return Tell(listName, FailureOf(error));
+    return ReportFailure(listName, FailureOf(error));
   }
   CheckLines(lines, listName);
 }
@@ -142,8 +142,8 @@ void Hashing::CheckLines(const std::vector<std::string>& lines, const std::strin
   Failure failure;
   failure.text = "no properly formatted checksum line";
   failure.file = listName == "-" ? "standard input" : listName;
-  failure.hint = "-a names the algorithm that the list was made with";
-  Tell(listName, failure);
+  failure.hint = "use -a to name the list's algorithm";
+  ReportFailure(listName, failure);
 }
 
 void Hashing::CheckFile(const Checksum& expected) {
@@ -157,19 +157,19 @@ void Hashing::CheckFile(const Checksum& expected) {
   }
   failed_ = failed_ || !isSame;
   const char* const outcome = !digest ? "FAILED open or read" : isSame ? "OK" : "FAILED";
-  const bool isTold = !options_.status && !(isSame && report_.IsQuiet());
-  if (isTold) report_.Text(OutcomeLine(expected.name, outcome) + "\n");
+  const bool isPrinted = !options_.status && !(isSame && report_.IsQuiet());
+  if (isPrinted) report_.Text(OutcomeLine(expected.name, outcome) + "\n");
 }
 
-void Hashing::TellSums() const {
+void Hashing::PrintSums() const {
   if (options_.status || report_.IsJson()) return;
-  const auto tell = [](std::size_t count, const char* one, const char* many) {
+  const auto print = [](std::size_t count, const char* one, const char* many) {
     if (count == 0) return;
     Report::Note("latchkey: WARNING: " + std::to_string(count) + " " + (count == 1 ? one : many));
   };
-  tell(improper_, "line is improperly formatted", "lines are improperly formatted");
-  tell(unread_, "listed file could not be read", "listed files could not be read");
-  tell(mismatches_, "computed checksum did NOT match", "computed checksums did NOT match");
+  print(improper_, "line is improperly formatted", "lines are improperly formatted");
+  print(unread_, "listed file could not be read", "listed files could not be read");
+  print(mismatches_, "computed checksum did NOT match", "computed checksums did NOT match");
 }
 
 ExitStatus RunHash(const Options& options, const Report& report) {
@@ -196,11 +196,10 @@ void AddHashCommand(CommandLine& commandLine) {
       ->check(OneOf(HashNames()))
       ->type_name(Alternatives(HashNames()));
   command.add_flag("-c,--check", options->check,
-                   "Read digests from the files and check them; with --quiet only what is not OK "
-                   "is told");
+                   "Read digests from the files and check them; with --quiet, print only failures");
   command.add_flag("--status", options->status,
-                   "With --check tell nothing: the exit status shows success");
-  command.add_option("FILE", options->files, "Files to read; - is standard input (standard input)")
+                   "With --check, print nothing; report through the exit status");
+  command.add_option("FILE", options->files, "Read these files; - is standard input (the default)")
       ->type_name("");
 }
 

@@ -20,7 +20,7 @@ struct Options {
   std::string input = "-";
 };
 
-// Hands the input to `take`, piece by piece.
+// Passes the input to `take`, piece by piece.
 template <class Take>
 void ForEachPiece(InputFile& input, Progress& progress, Take take) {
   WipedBytes piece(std::size_t{1} << 16);
@@ -68,12 +68,13 @@ ExitStatus RunHex(const Options& options, Report& report) {
 void AddHexCommand(CommandLine& commandLine) {
   const auto options = std::make_shared<Options>();
   CLI::App& command =
-      commandLine.Add("hex", "Turn bytes into hexadecimal digits, or digits into bytes",
+      commandLine.Add("hex", "Convert bytes to hexadecimal digits, or digits to bytes",
                       "latchkey hex -d <ciphertext.hex >ciphertext",
                       [options](Report& report) { return RunHex(*options, report); });
-  command.add_flag("-d,--decode", options->decode, "Turn digits into bytes");
+  command.add_flag("-d,--decode", options->decode, "Convert digits to bytes");
   AddOutputOptions(command, options->output);
-  command.add_option("IN", options->input, "The file to read (standard input)")->type_name("");
+  command.add_option("IN", options->input, "Read this file (default: standard input)")
+      ->type_name("");
 }
 
 }  // namespace latchkey::cli

@@ -24,7 +24,7 @@ CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::
                             : "byte " + LowerHexOf(code)) +
                  " at position " + std::to_string(position);
   failure.file = file;
-  failure.hint = "the digits are 0 to 9, A to F and a to f; line ends are passed over";
+  failure.hint = "the digits are 0 to 9, A to F and a to f; line ends are skipped";
   return CommandError(std::move(failure));
 }
 

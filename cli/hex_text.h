@@ -15,18 +15,18 @@ namespace latchkey::cli {
 // The same in lower case, as the md5sum family writes digests.
 [[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
 
-// Reads digits that come in pieces. Line ends (CR, LF) between them are passed over.
+// Decodes digits that arrive in pieces. Skips line ends (CR, LF).
 class HexReader {
  public:
-  // The bytes of the digits so far that are whole. Raises CommandError, about `file`, for anything
-  // that is neither a digit nor a line end.
+  // The complete bytes so far. Raises CommandError, about `file`, for any character that is neither
+  // a digit nor a line end.
   [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text, const std::string& file);
 
-  // Whether half a byte is left over.
+  // Whether one digit without its second remains.
   [[nodiscard]] bool IsOdd() const noexcept { return !half_.empty(); }
 
  private:
-  WipedBytes half_;  // the digit that waits for its second
+  WipedBytes half_;  // a digit without its second
   std::uint64_t position_ = 0;
 };
 

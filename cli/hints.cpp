@@ -9,7 +9,7 @@ std::string_view HintFor(std::int32_t location) noexcept {
     case check::kDecryptCipher.location:
       return "wrong password or settings, or damaged data; 'latchkey identify' tries all settings";
     case check::kEncryptCipher.location:
-      return "through the component, block ciphers take 4 bytes or more";
+      return "the component's block ciphers require at least 4 bytes";
     case check::kEncryptHashType.location:
     case check::kDecryptHashType.location:
       return "hash numbers are 1 to 4, on the command line md5, md4, md2 and sha1";
@@ -28,9 +28,9 @@ std::string_view HintFor(std::int32_t location) noexcept {
     case check::kRandomProvider.location:
     case check::kEnhancedProvider.location:
     case check::kStandardProvider.location:
-      return "the system does not have the provider; the other one may be there";
+      return "the system lacks the provider; try the other one";
     case check::kHexLength.location:
-      return "each byte takes two hexadecimal digits; one is missing";
+      return "each byte needs two hexadecimal digits; one is missing";
     default:
       return {};
   }

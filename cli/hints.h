@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// Advice for the check or trap with that location; empty where there is none to give.
+// Advice for the check or trap with that location; may be empty.
 [[nodiscard]] std::string_view HintFor(std::int32_t location) noexcept;
 
 }  // namespace latchkey::cli

@@ -18,7 +18,7 @@ struct Options {
   std::string file;
 };
 
-const char* Sureness(double probability) {
+const char* Confidence(double probability) {
   if (probability >= 0.9999) return "practically certain";
   if (probability >= 0.99) return "very likely";
   if (probability >= 0.9) return "likely";
@@ -66,13 +66,13 @@ std::string Line(const Candidate& candidate) {
          (candidate.padding ? std::to_string(*candidate.padding) : "-") + "\n";
 }
 
-void Tell(const Candidates& candidates, const Report& report) {
+void PrintTable(const Candidates& candidates, const Report& report) {
   const Candidate& best = candidates.fitting.front();
   std::string text = "PROBABILITY  PROVIDER        HASH  CIPHER        PADDING\n";
   for (const Candidate& candidate : candidates.fitting) text += Line(candidate);
   text += Padded(Percent(candidates.noneProbability), 11) + "none of the " +
           std::to_string(candidates.tried) + " keys tried\n";
-  text += std::string(Sureness(best.probability)) + ": " + OptionsOf(best) + "\n";
+  text += std::string(Confidence(best.probability)) + ": " + OptionsOf(best) + "\n";
   report.Text(text);
 }
 
@@ -89,7 +89,7 @@ Json ObjectOf(const Candidate& candidate) {
   if (candidate.padding) object["padding"] = *candidate.padding;
   object["evidence_bits"] = candidate.evidenceBits;
   object["probability"] = candidate.probability;
-  object["sureness"] = Sureness(candidate.probability);
+  object["confidence"] = Confidence(candidate.probability);
   return object;
 }
 
@@ -107,7 +107,8 @@ CommandError NothingFits(const std::string& file) {
   Failure failure;
   failure.text = "no provider, hash and cipher fit under this password";
   failure.file = file;
-  failure.hint = "another password? 'latchkey hex -d' turns a ciphertext kept as text into bytes";
+  failure.hint =
+      "try another password; 'latchkey hex -d' converts a ciphertext kept as text to bytes";
   return CommandError(failure);
 }
 
@@ -118,7 +119,7 @@ ExitStatus RunIdentify(const Options& options, const Report& report) {
   const Candidates candidates =
       FindCandidates(sample, ReadPassword(options.password, Prompt::Once));
   if (candidates.fitting.empty()) throw NothingFits(input.Name());
-  Tell(candidates, report);
+  PrintTable(candidates, report);
   report.Result(Result(options, sample, candidates));
   return ExitStatus::Done;
 }
@@ -132,7 +133,8 @@ void AddIdentifyCommand(CommandLine& commandLine) {
       "latchkey identify --password-file secret.txt report.lk",
       [options](Report& report) { return RunIdentify(*options, report); });
   AddPasswordOptions(command, options->password);
-  command.add_option("FILE", options->file, "The ciphertext; - is standard input")
+  command
+      .add_option("FILE", options->file, "Read the ciphertext from this file; - is standard input")
       ->required()
       ->type_name("");
 }

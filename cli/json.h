@@ -1,4 +1,4 @@
-// The JSON library, with members in the order in which they are set.
+// The JSON library, with members in the order of insertion.
 #pragma once
 
 #include <nlohmann/json.hpp>

@@ -14,7 +14,7 @@ using latchkey::cli::ExitStatus;
 using latchkey::cli::StandardStream;
 using latchkey::cli::WriteText;
 
-// For failures while the parser is made or while a failure is reported. Allocates nothing.
+// Reports failures in the parser's constructor or in the report itself. Allocates nothing.
 ExitStatus PrintPlainly(const char* text) noexcept {
   for (const char* const part : {"latchkey: ", text, "\n"}) WriteText(StandardStream::Error, part);
   return ExitStatus::Failed;

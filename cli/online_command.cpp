@@ -19,7 +19,7 @@ ExitStatus RunOnline(const Report& report) {
 }  // namespace
 
 void AddOnlineCommand(CommandLine& commandLine) {
-  commandLine.Add("online", "Tell whether an Internet connection is configured: exit status 0 or 1",
+  commandLine.Add("online", "Check for a configured Internet connection: exit status 0 or 1",
                   "latchkey online --quiet && fetch-mail", RunOnline);
 }
 

@@ -8,7 +8,7 @@
 namespace latchkey::cli {
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options) {
-  command.add_option("-o,--output", options.file, "Write to a file (standard output)")
+  command.add_option("-o,--output", options.file, "Write to this file (default: standard output)")
       ->type_name("OUT");
   command.add_flag("-f,--force", options.force,
                    "Replace an existing OUT, or write to a device or pipe");

@@ -1,4 +1,4 @@
-// Where a command's data goes.
+// The output of a command's data.
 #pragma once
 
 #include <string>
@@ -13,15 +13,15 @@ namespace latchkey::cli {
 
 struct OutputOptions {
   std::string file = "-";  // "-" is standard output
-  bool force = false;      // an existing file gives way
+  bool force = false;      // replaces an existing file
 
   [[nodiscard]] bool IsStandardOutput() const { return cli::IsStandardOutput(file); }
 };
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);
 
-// Whether the data of a command would go to standard output, by the arguments that the parser has
-// come to, right or wrong. False for commands without these options.
+// Whether a command would write its data to standard output, judging by the arguments parsed so
+// far, valid or not. False for commands without these options.
 [[nodiscard]] bool WritesDataToStandardOutput(const CLI::App& command);
 
 }  // namespace latchkey::cli

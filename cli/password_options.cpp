@@ -44,7 +44,7 @@ WipedBytes FromFile(InputFile file, bool exact) {
 
 WipedBytes FromVariable(const std::string& name) {
   std::optional<WipedBytes> value = TakeVariable(name);
-  if (!value) throw Failed("the environment has no variable " + name);
+  if (!value) throw Failed("environment variable " + name + " is not set");
   return std::move(*value);
 }
 
@@ -52,7 +52,7 @@ WipedBytes Ask(const char* prompt) {
   std::optional<WipedBytes> line = ReadHiddenLine(prompt);
   if (line) return std::move(*line);
   throw WrongUsage("no password given, and no terminal to ask for one",
-                   "--password-file, --password-env or --password-fd say where it is");
+                   "use --password-file, --password-env or --password-fd");
 }
 
 WipedBytes FromTerminal(Prompt prompt) {
@@ -85,14 +85,14 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
           ->type_name("FILE"),
       command
           .add_option("--password-env", options.variable,
-                      "Take it from an environment variable, which is then wiped")
+                      "Read the password from an environment variable, then wipe it")
           ->type_name("NAME"),
       command
           .add_option("--password-fd", options.descriptor,
-                      "Read it from an open file descriptor, as from a file")
+                      "Read the password from an open file descriptor")
           ->type_name("N"),
       command.add_flag("--password-exact", options.exact,
-                       "Keep the line end at the end of a file or descriptor"),
+                       "Keep a line end at the end of the password"),
       command.add_flag("--default-password", options.builtIn,
                        "Use the component's built-in password"),
       command.add_flag("--no-password", options.none, "Use an empty password")};
@@ -109,7 +109,7 @@ void RequireOwnSource(const PasswordOptions& options, const std::string& input) 
 }
 
 WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt) {
-  if (CountSources(options) > 1) throw WrongUsage("one password option at most");
+  if (CountSources(options) > 1) throw WrongUsage("only one password option is allowed");
   if (options.none) return {};
   if (options.builtIn) return BuiltIn();
   if (options.variable) return FromVariable(*options.variable);

@@ -1,5 +1,5 @@
-// Where a command takes its password from. Never from the command line itself, which every process
-// of the machine can read.
+// The source of a command's password. Never the command line itself, which every process of the
+// machine can read.
 #pragma once
 
 #include <optional>
@@ -22,18 +22,18 @@ struct PasswordOptions {
   bool none = false;
 };
 
-// Raises CommandError (wrong usage) when the password and the data of that input would come from
-// one descriptor.
+// Raises CommandError (wrong usage) if the password and the data of that input have the same
+// descriptor.
 void RequireOwnSource(const PasswordOptions& options, const std::string& input);
 
-// Adds the options, of which one at most may be given.
+// Adds the options, which exclude each other.
 void AddPasswordOptions(CLI::App& command, PasswordOptions& options);
 
 enum class Prompt { Once, Twice };
 
-// The password, as exact bytes. A file or descriptor loses one line end (LF or CR LF) from its end
-// unless `exact` stands. Without an option it is asked for on the terminal, with Twice two times.
-// Raises CommandError when the source is not there or the two differ.
+// Reads the password, as exact bytes. Drops one line end (LF or CR LF) at the end of a file or
+// descriptor unless `exact` is set. Without an option, asks on the terminal, twice with Twice.
+// Raises CommandError if the source is missing or the two passwords differ.
 [[nodiscard]] WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
 
 }  // namespace latchkey::cli

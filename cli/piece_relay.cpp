@@ -41,10 +41,9 @@ void PieceRelay::Work(std::size_t worker) noexcept {
   }
 }
 
-// A piece that failed waits for its turn all the same: what stands before it in the stream may
-// still be written, or fail first.
+// A failed piece waits for its turn too: earlier pieces may still be written, or fail first.
 void PieceRelay::CarryPieces(std::size_t worker) {
-  Piece piece;
+  StreamPiece piece;
   for (;;) {
     std::exception_ptr failure;
     try {
@@ -59,8 +58,8 @@ void PieceRelay::CarryPieces(std::size_t worker) {
   }
 }
 
-// Behind a piece that failed at work done in order, no other is worked on: the gate is not passed.
-bool PieceRelay::ReadAndWork(Piece& piece, std::size_t worker) {
+// After a piece fails in ordered work, no later piece is processed, since the gate stays closed.
+bool PieceRelay::ReadAndWork(StreamPiece& piece, std::size_t worker) {
   if (!Read(piece)) return false;
   if (!stages_.WorksInOrder()) {
     stages_.Work(piece, worker);
@@ -72,11 +71,11 @@ bool PieceRelay::ReadAndWork(Piece& piece, std::size_t worker) {
   return true;
 }
 
-bool PieceRelay::Read(Piece& piece) {
+bool PieceRelay::Read(StreamPiece& piece) {
   const std::lock_guard lock(reading_);
   if (atEnd_) return false;
   piece.number = piecesRead_++;
-  atEnd_ = true;  // also when Read raises something
+  atEnd_ = true;  // also if Read throws
   stages_.Read(piece);
   atEnd_ = piece.isLast;
   if (piece.number == 0 && !atEnd_) StartOthers();
@@ -89,7 +88,7 @@ void PieceRelay::StartOthers() {
     for (std::size_t worker = 1; worker < workers_; ++worker) {
       others_.emplace_back([this, worker] { Work(worker); });
     }
-  } catch (const std::system_error&) {  // the threads that there are do everything
+  } catch (const std::system_error&) {  // the threads that started do everything
   }
 }
 

@@ -1,8 +1,8 @@
-// Several threads carry the pieces of a stream through reading, work and writing.
+// Several threads carry the pieces of a stream through reading, processing and writing.
 //
-// A thread keeps its piece through all three, so that the bytes stay in the cache of its processor
-// and nothing is handed over; the threads take turns at what must happen in order. While one waits
-// for the system, or works, the others go on.
+// A thread keeps its piece through all three, so that the bytes stay in the cache of its processor.
+// The threads take turns at the stages that must run in order. While one waits or processes, the
+// others continue.
 #pragma once
 
 #include <condition_variable>
@@ -17,17 +17,17 @@
 
 namespace latchkey::cli {
 
-struct Piece {
+struct StreamPiece {
   WorkingBytes bytes;
   std::uint64_t number = 0;  // from 0, in the order of the stream
-  std::size_t consumed = 0;  // bytes of the stream that it was read from
-  std::size_t length = 0;    // of what stands in `bytes` now, at a place that the stages know
+  std::size_t consumed = 0;  // input bytes that the piece was read from
+  std::size_t length = 0;    // of the data in `bytes`, whose offset the stages know
   bool isLast = false;
 };
 
-// What is done with each piece. The relay calls Read, and Write, for one piece after another and
-// never for two at once, and Work too where WorksInOrder; the calls come from different threads.
-// Each but StopReading may raise whatever it likes.
+// The stages of each piece. The relay calls Read and Write for one piece after another, never for
+// two at once, and Work too if WorksInOrder; the calls are made by different threads. All but
+// StopReading may throw any exception.
 class PieceStages {
  public:
   PieceStages() = default;
@@ -35,33 +35,33 @@ class PieceStages {
   PieceStages& operator=(const PieceStages&) = delete;
   virtual ~PieceStages() = default;
 
-  // Whether a piece can be worked on only behind the one before it.
+  // Whether Work requires that the piece before was processed.
   [[nodiscard]] virtual bool WorksInOrder() const noexcept = 0;
 
-  // Fills in the next piece, all but its number, which is set. Its bytes are those of an earlier
-  // piece of the thread, or none yet. Not called again behind the last one.
-  virtual void Read(Piece& piece) = 0;
+  // Fills in the next piece, except its number, which is set. Its bytes are those of an earlier
+  // piece of the thread, or empty. Not called after the last piece.
+  virtual void Read(StreamPiece& piece) = 0;
 
   // `worker` is the number of the thread, below the number of workers.
-  virtual void Work(Piece& piece, std::size_t worker) = 0;
+  virtual void Work(StreamPiece& piece, std::size_t worker) = 0;
 
-  virtual void Write(const Piece& piece) = 0;
+  virtual void Write(const StreamPiece& piece) = 0;
 
-  // Makes a Read that waits end soon, whatever it has; called beside it, when its piece is not
-  // wanted any more.
+  // Makes a waiting Read return soon. Called from another thread when its piece is no longer
+  // needed.
   virtual void StopReading() noexcept = 0;
 };
 
-// The pieces pass one after another, by their numbers.
+// Lets pieces pass in the order of their numbers.
 class Gate {
  public:
-  // Waits until all earlier pieces have passed; false when the gate was closed instead.
+  // Waits until all earlier pieces have passed; returns false if the gate was closed.
   [[nodiscard]] bool Await(std::uint64_t number);
 
-  // Lets the piece behind the one that awaited its turn come.
+  // Lets the next piece pass.
   void Pass();
 
-  // Nothing passes any more.
+  // Stops all pieces.
   void Close();
 
  private:
@@ -71,23 +71,23 @@ class Gate {
   bool closed_ = false;
 };
 
-// Used once.
+// Carries one stream; Run may be called once.
 class PieceRelay {
  public:
   explicit PieceRelay(PieceStages& stages) noexcept : stages_(stages) {}
 
-  // Carries all pieces through with up to `workers` threads, of which the calling one is the first.
-  // The others start when a piece is there that is not the last, and have ended when Run returns;
-  // where the system gives fewer threads, fewer do. A failure raised at a piece comes when the
-  // earlier ones are written, as if one thread did everything, and is raised again by Run.
+  // Processes all pieces with up to `workers` threads, including the calling one. The others start
+  // when the first piece is not the last, and have ended when Run returns; fewer run if the system
+  // refuses some. An exception of a stage is rethrown after all earlier pieces are written, as with
+  // a single thread.
   void Run(std::size_t workers);
 
  private:
-  // All that a thread does; lets nothing out.
+  // The body of a thread; throws nothing.
   void Work(std::size_t worker) noexcept;
   void CarryPieces(std::size_t worker);
-  [[nodiscard]] bool ReadAndWork(Piece& piece, std::size_t worker);
-  [[nodiscard]] bool Read(Piece& piece);
+  [[nodiscard]] bool ReadAndWork(StreamPiece& piece, std::size_t worker);
+  [[nodiscard]] bool Read(StreamPiece& piece);
   void StartOthers();
   void Stop(const std::exception_ptr& failure) noexcept;
 
@@ -95,7 +95,7 @@ class PieceRelay {
   std::size_t workers_ = 1;
   std::vector<std::thread> others_;
 
-  std::mutex reading_;  // held over Read, with these two
+  std::mutex reading_;  // guards the next two members; held while Read runs
   std::uint64_t piecesRead_ = 0;
   bool atEnd_ = false;
 

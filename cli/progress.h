@@ -1,4 +1,4 @@
-// A line on the terminal that shows how far long work has come.
+// A progress line on the terminal.
 #pragma once
 
 #include <chrono>
@@ -12,8 +12,8 @@ namespace latchkey::cli {
 [[nodiscard]] std::string ProgressLine(std::uint64_t done, std::optional<std::uint64_t> total,
                                        double seconds, unsigned columns);
 
-// Shows the line on standard error from the first second on, when that is a terminal; the line is
-// gone when the object ends.
+// Shows the line on standard error after the first second, if that is a terminal. The destructor
+// erases it.
 class Progress {
  public:
   Progress(std::optional<std::uint64_t> total, bool quiet);
@@ -34,7 +34,7 @@ class Progress {
   Clock::time_point start_ = Clock::now();
   Clock::time_point next_ = start_ + std::chrono::seconds(1);
   std::size_t drawn_ = 0;  // characters on the terminal
-  std::string eraser_;     // removes them; made first, so that the destructor allocates nothing
+  std::string eraser_;     // erases them; made early, so that the destructor allocates nothing
 };
 
 }  // namespace latchkey::cli

@@ -25,8 +25,8 @@ struct SaltOptions {
   bool letters = false;
 };
 
-// Throws what an operation has left in the error record. One that gives nothing where something was
-// asked for has failed without a word: the provider refused.
+// Throws the failure that an operation left in the error record. An empty result without a record
+// means that the provider refused.
 void RequireResult(const WipedBytes& result, std::int32_t length) {
   if (ErrorRecord().ErrorExists()) throw CommandError(RecordedFailure());
   if (!result.empty() || length == 0) return;
@@ -35,7 +35,7 @@ void RequireResult(const WipedBytes& result, std::int32_t length) {
   throw CommandError(failure);
 }
 
-// Raw bytes go out as they are; digits and letters are a line.
+// Raw bytes are written unchanged; digits and letters are a line.
 void Write(WipedBytes data, bool isLine) {
   if (isLine) data.push_back('\n');
   OutputFile output("-", false, Readers::Default);
@@ -89,18 +89,18 @@ void AddRandomCommands(CommandLine& commandLine) {
       commandLine.Add("random", "Write random bytes, as CreateRandom makes them",
                       "latchkey random 32 --hex --exact",
                       [random](Report& report) { return RunRandom(*random, report); });
-  AddLength(randomCommand, random->length, "Bytes to ask the provider for");
-  randomCommand.add_flag("--hex", random->hex, "As hexadecimal digits");
+  AddLength(randomCommand, random->length, "Request this number of bytes");
+  randomCommand.add_flag("--hex", random->hex, "Write hexadecimal digits");
   randomCommand.add_flag("--exact", random->exact,
-                         "Cut the result to N characters (with --hex: N digits); without it, what "
-                         "of the seed text is longer follows the random bytes");
+                         "Cut the result to N characters (with --hex: N digits); without it, the "
+                         "part of the seed text beyond that length follows the random bytes");
 
   const auto salt = std::make_shared<SaltOptions>();
   CLI::App& saltCommand = commandLine.Add(
       "salt", "Write a salt value, as CreateSaltValue makes it", "latchkey salt 20 --letters",
       [salt](Report& report) { return RunSalt(*salt, report); });
-  AddLength(saltCommand, salt->length, "Characters of the salt");
-  saltCommand.add_flag("--letters", salt->letters, "Letters A to Z and a to z only");
+  AddLength(saltCommand, salt->length, "Make a salt of this number of characters");
+  saltCommand.add_flag("--letters", salt->letters, "Use only letters A to Z and a to z");
 }
 
 }  // namespace latchkey::cli

@@ -7,8 +7,8 @@ namespace latchkey::cli {
 
 namespace {
 
-// File names need not be UTF-8; JSON must. Characters beyond ASCII are escaped: a terminal obeys
-// some of them.
+// JSON must be UTF-8, which file names need not be. Escapes characters beyond ASCII, since
+// terminals obey some of them.
 std::string TextOf(const Json& json) {
   return json.dump(2, ' ', true, Json::error_handler_t::replace) + "\n";
 }
@@ -49,7 +49,7 @@ void Report::Fail(const Failure& failure) const {
   }
   std::string lines = FailureLine(failure);
   if (!failure.hint.empty() && !options_.quiet) lines += "\nhint: " + failure.hint;
-  Note(lines);  // at once: no part of it is written when there is no memory for the rest
+  Note(lines);  // in one call, so that lack of memory cannot cut it short
 }
 
 Json Report::ErrorObject(const Failure& failure) {

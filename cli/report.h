@@ -1,4 +1,4 @@
-// How a command tells its results and failures: as text for people or as JSON.
+// Results and failures of a command, as text for people or as JSON.
 #pragma once
 
 #include <nlohmann/json_fwd.hpp>
@@ -13,10 +13,10 @@ struct ReportOptions {
   bool quiet = false;
 };
 
-// With --json the results are one JSON object on standard output, or on standard error where the
-// data itself goes to standard output; a failure is the object {"error": ...} in the same place,
-// or a line on standard error when writing a result there had begun.
-// Without, results are lines on standard output and failures lines on standard error.
+// With --json, the results are one JSON object on standard output, or on standard error if the data
+// is written to standard output. A failure is the object {"error": ...} in the same place, or a
+// line on standard error if a result was already begun there. Without --json, results are lines on
+// standard output and failures lines on standard error.
 class Report {
  public:
   explicit Report(const ReportOptions& options) noexcept : options_(options) {}
@@ -24,24 +24,24 @@ class Report {
   [[nodiscard]] bool IsJson() const noexcept { return options_.json; }
   [[nodiscard]] bool IsQuiet() const noexcept { return options_.quiet; }
 
-  // From now on standard output belongs to the data.
+  // Reserves standard output for the data from now on.
   void GiveOutputToData() noexcept { outputIsData_ = true; }
 
-  // Writes a result. Without --json nothing: the command has its own lines.
+  // Writes a result with --json. Otherwise does nothing: the command prints its own lines.
   void Result(const nlohmann::ordered_json& result) const;
 
-  // Writes text to standard output as it is, unless --json stands. Raises CommandError when it
+  // Writes text to standard output unchanged, unless --json is set. Raises CommandError if it
   // cannot be written.
   void Text(std::string_view text) const;
 
-  // A line on standard error, whatever stands.
+  // Writes a line on standard error, with any options.
   static void Note(std::string_view line);
 
-  // Tells of a failure: its JSON object or, without --json, where that cannot be written and after
-  // a result, its line.
+  // Reports a failure: as a JSON object or, without --json, if that cannot be written or after a
+  // result, as a line.
   void Fail(const Failure& failure) const;
 
-  // The failure's members, for a result that has failures among it.
+  // The failure as a JSON object, for a result that includes failures.
   [[nodiscard]] static nlohmann::ordered_json ErrorObject(const Failure& failure);
 
  private:

@@ -1,9 +1,9 @@
-// Arguments that the parser would not take as they are.
+// Arguments that the parser would misread.
 //
 // To the parser "[a,b]" among several values is a list, and "++" ends a command's arguments. Both
-// are names of files like others. A zero character, which no argument of a program can hold, stands
-// behind them while the parser reads them, and is taken away from what it gives. The texts of its
-// complaints end before the first zero.
+// are valid file names. A zero character, which no argument of a program can contain, is appended
+// while the parser reads them, and removed from its result. The parser's error texts end before the
+// first zero.
 #pragma once
 
 #include <CLI/CLI.hpp>
@@ -11,10 +11,10 @@
 
 namespace latchkey::cli {
 
-// Puts the zero behind an argument that needs it.
+// Appends the zero to an argument that needs it.
 void Shield(std::string& argument);
 
-// Makes the options of all commands take it away again. Call it when all of them are there.
+// Makes the options of all commands remove the zero. Call it after all commands are added.
 void UnshieldValues(CLI::App& parser);
 
 }  // namespace latchkey::cli

@@ -43,7 +43,7 @@ Weights EnglishWeights() {
     weights.at('a' + letter) = kLowerShare * kLetters.at(letter) / 10'000;
     weights.at('A' + letter) = kUpperShare * kLetters.at(letter) / 10'000;
   }
-  const auto isPunctuation = [](double weight) { return weight == 0; };  // what is left
+  const auto isPunctuation = [](double weight) { return weight == 0; };  // the remaining codes
   const auto count = std::count_if(weights.begin(), weights.end(), isPunctuation);
   std::replace_if(weights.begin(), weights.end(), isPunctuation,
                   kPunctuationShare / static_cast<double>(count));

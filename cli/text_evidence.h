@@ -1,4 +1,4 @@
-// How much a piece of data looks like something that people keep, rather than like chance.
+// Evidence that data is meaningful rather than random.
 #pragma once
 
 #include <cstdint>
@@ -6,12 +6,12 @@
 
 namespace latchkey::cli {
 
-// The base-2 logarithm of how much more probable the data is as kept data than as random bytes:
-// what a wrong key makes is random, so 10 stands for a thousand times. Kept data is taken to be
-// half the time English text (each byte by its frequency there), a quarter of the time anything in
-// which some bytes are more frequent than others (each byte by its frequency so far, after
-// Krichevsky and Trofimov), and a quarter of the time bytes as random as chance (compressed data).
-// 0 for no data; never below -2.
+// The base-2 logarithm of the ratio of two probabilities of the data: as meaningful data, and as
+// the random bytes that a wrong key gives. 10 means about a thousand times. Meaningful data is
+// assumed to be English text half the time (each byte by its frequency there), any data in which
+// some bytes are more frequent than others a quarter of the time (each byte by its frequency so
+// far, after Krichevsky and Trofimov), and random bytes a quarter of the time (compressed data). 0
+// for no data; never below -2.
 [[nodiscard]] double TextEvidence(std::span<const std::uint8_t> data);
 
 }  // namespace latchkey::cli

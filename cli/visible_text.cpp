@@ -6,7 +6,7 @@
 namespace latchkey::cli {
 namespace {
 
-// The length of the sequence that begins with a byte; 0 when none does.
+// The length of the sequence that begins with a byte; 0 if none does.
 std::size_t LengthFrom(unsigned char lead) {
   if (lead < 0x80) return 1;
   if (lead < 0xC0 || lead > 0xF7) return 0;
@@ -15,7 +15,7 @@ std::size_t LengthFrom(unsigned char lead) {
 
 struct Character {
   char32_t code = 0;
-  std::size_t length = 0;  // in bytes; 0 where the text begins with no UTF-8
+  std::size_t length = 0;  // in bytes; 0 if the text does not begin with UTF-8
 };
 
 Character FirstOf(std::string_view text) {
@@ -30,7 +30,7 @@ Character FirstOf(std::string_view text) {
     if ((byte & 0xC0U) != 0x80) return {};
     code = code << 6U | (byte & 0x3FU);
   }
-  // A longer form than needed would hide a control character from this filter alone.
+  // An overlong form would hide a control character from this filter.
   const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
   if (code < kSmallest.at(length) || isSurrogate || code > 0x10FFFF) return {};
   return {code, length};

@@ -28,7 +28,7 @@ void DecodePairs(TextView text, std::size_t from, std::span<std::uint8_t> bytes)
 // The number of pairs before those at the end that become spaces.
 std::size_t PairsBeforeSpaces(TextView text) {
   constexpr std::size_t kPairs = 64;
-  Piece<std::uint8_t> codes;
+  StackBuffer<std::uint8_t> codes;
   std::size_t pairs = text.size() / kDigitsPerByte;
   while (pairs > 0) {
     const auto last = codes.First(std::min(kPairs, pairs));
@@ -48,7 +48,7 @@ void EncodeHex(std::span<const std::uint8_t> bytes, Text& text) {
 }
 
 void EncodeHexOfText(TextView characters, Text& text) {
-  Piece<std::uint8_t> codes;
+  StackBuffer<std::uint8_t> codes;
   EncodeCodes(characters.size(), text, [&](std::size_t from, std::size_t count) {
     const auto piece = codes.First(count);
     EncodeLowBytes(characters.substr(from, count), piece);
@@ -62,7 +62,7 @@ void DecodeHex(TextView text, std::span<std::uint8_t> bytes) noexcept {
 
 void DecodeHexToText(TextView digits, Text& text) {
   WorkingText::CheckCapacity(digits.size() / kDigitsPerByte, 1);
-  Piece<std::uint8_t> codes;
+  StackBuffer<std::uint8_t> codes;
   FillText(text, PairsBeforeSpaces(digits), [&](std::size_t from, std::span<char16_t> characters) {
     const auto piece = codes.First(characters.size());
     DecodePairs(digits, from, piece);

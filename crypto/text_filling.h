@@ -13,17 +13,17 @@
 
 namespace latchkey {
 
-// So many elements lie on the stack at a time: few enough to stay in the processor's nearest cache.
+// Elements of a StackBuffer, few enough for the first-level cache.
 inline constexpr std::size_t kPieceLength = 2048;
 
-// A piece of text or codes on its way, wiped as far as it was used.
+// A buffer for a part of a text or its codes. The destructor wipes the elements that were used.
 template <class Element>
-class Piece {
+class StackBuffer {
  public:
-  Piece() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
-  Piece(const Piece&) = delete;
-  Piece& operator=(const Piece&) = delete;
-  ~Piece() { SecureWipe(elements_.data(), used_ * sizeof(Element)); }
+  StackBuffer() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
+  StackBuffer(const StackBuffer&) = delete;
+  StackBuffer& operator=(const StackBuffer&) = delete;
+  ~StackBuffer() { SecureWipe(elements_.data(), used_ * sizeof(Element)); }
 
   // `length` elements, for new ones.
   [[nodiscard]] std::span<Element> First(std::size_t length) noexcept {
@@ -43,7 +43,7 @@ class Piece {
 template <class Write>
 void FillText(Text& text, std::size_t length, Write&& write) {
   static_assert(kPieceLength % 2 == 0);
-  Piece<char16_t> characters;
+  StackBuffer<char16_t> characters;
   Text filled;
   const WipeAtExit wipe(filled);
   filled.reserve(length);

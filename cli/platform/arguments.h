@@ -6,8 +6,8 @@
 
 namespace latchkey::cli {
 
-// All arguments behind the program's name. On Linux the bytes as they came, since file names are
-// bytes there; on Windows the UTF-8 of the wide command line, whatever main was given.
+// All arguments after the program's name. On Linux the unchanged bytes, since file names are bytes
+// there; on Windows the UTF-8 of the wide command line, independent of main's arguments.
 [[nodiscard]] std::vector<std::string> ProgramArguments(int count, const char* const* arguments);
 
 }  // namespace latchkey::cli

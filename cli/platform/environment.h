@@ -9,8 +9,8 @@
 namespace latchkey::cli {
 
 // The value of a variable, which is wiped and removed from the environment of the process. Exact
-// bytes on Linux, codes of the system's code page on Windows. Nothing when it is not set. Raises
-// FileError for a character that the code page does not have.
+// bytes on Linux, codes of the system's code page on Windows. Nothing if it is not set. Raises
+// FileError for a character that the code page lacks.
 [[nodiscard]] std::optional<WipedBytes> TakeVariable(const std::string& name);
 
 }  // namespace latchkey::cli

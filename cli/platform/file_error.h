@@ -1,4 +1,4 @@
-// What the system says of a call on a file that failed.
+// A failed system call on a file.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 namespace latchkey::cli {
 
-// what() is "cannot open: No such file or directory"; the name of the file stands apart.
+// what() is "cannot open: No such file or directory"; the file's name is separate.
 class FileError final : public std::system_error {
  public:
   // `code` is errno on Linux, GetLastError() on Windows.

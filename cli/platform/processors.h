@@ -5,8 +5,8 @@
 
 namespace latchkey::cli {
 
-// How many they are, as a shell or the system has limited them (taskset, an affinity mask); at
-// least 1. The standard library counts those of the machine.
+// Their number, at least 1, with the limits of a shell or the system (taskset, an affinity mask).
+// The standard library counts those of the machine.
 [[nodiscard]] std::size_t UsableProcessors() noexcept;
 
 }  // namespace latchkey::cli

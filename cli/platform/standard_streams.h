@@ -1,11 +1,11 @@
-// The streams that a process begins with.
+// The standard streams at the start of the process.
 #pragma once
 
 namespace latchkey::cli {
 
-// Puts something that refuses every use in the place of each standard stream that was closed at the
-// start. Otherwise the next file to be opened would take its place, and text for people would go
-// into it. Call it before anything is opened.
+// Replaces each standard stream that was closed at the start by one that refuses every use.
+// Otherwise the next opened file would get its number, and messages would be written into it. Call
+// it before any file is opened.
 void OccupyClosedStreams() noexcept;
 
 }  // namespace latchkey::cli

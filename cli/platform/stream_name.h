@@ -1,4 +1,4 @@
-// Names that stand for what the process has open already.
+// Names of files that the process has open.
 #pragma once
 
 #include <optional>
@@ -6,12 +6,12 @@
 
 namespace latchkey::cli {
 
-// The descriptor that a name of an input stands for: "-" for 0, and on Linux the names under which
-// a process finds its own descriptors: /dev/stdin and so on, /dev/fd/N, /proc/self/fd/N. Nothing
-// for other names.
+// The descriptor that an input's name denotes: 0 for "-", and on Linux also the names of the
+// process's own descriptors: /dev/stdin and so on, /dev/fd/N, /proc/self/fd/N. Nothing for other
+// names.
 [[nodiscard]] std::optional<int> InputDescriptor(const std::string& name);
 
-// Whether a name stands for standard output, as "-" does.
+// Whether a name denotes standard output, as "-" does.
 [[nodiscard]] bool IsStandardOutput(const std::string& name);
 
 }  // namespace latchkey::cli

@@ -13,16 +13,16 @@ enum class StandardStream { Output, Error };
 
 [[nodiscard]] bool IsTerminal(StandardStream stream) noexcept;
 
-// The columns of the terminal behind a stream; 80 where there is none to ask.
+// The columns of a stream's terminal; 80 if it is not a terminal.
 [[nodiscard]] unsigned TerminalColumns(StandardStream stream) noexcept;
 
-// Writes UTF-8 text as it is, without converting line ends. False when the system refuses.
+// Writes UTF-8 text without converting line ends. Returns false if the system call fails.
 bool WriteText(StandardStream stream, std::string_view text) noexcept;
 
-// Asks for a line on the terminal of the process, wherever its streams lead, with echo off. The
-// line is without its end: bytes as typed on Linux, codes of the system's code page on Windows.
-// Nothing without a terminal, and for an end of input before any line. Raises FileError when the
-// terminal fails, and for a character that the code page does not have.
+// Asks for a line on the terminal of the process, even if its streams are redirected, with echo
+// off. Returns the line without its end: bytes as typed on Linux, codes of the system's code page
+// on Windows. Nothing without a terminal, and for an end of input before any line. Raises FileError
+// if the terminal fails, and for a character that the code page lacks.
 [[nodiscard]] std::optional<WipedBytes> ReadHiddenLine(std::string_view prompt);
 
 }  // namespace latchkey::cli

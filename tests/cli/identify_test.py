@@ -34,7 +34,7 @@ class IdentifyTest(CommandTest):
             first = self.assert_first(result, provider, hash_, cipher)
             self.assertEqual(first["padding"], 8 - len(text) % 8)
             self.assertGreater(first["probability"], 0.9999)
-            self.assertEqual(first["sureness"], "practically certain")
+            self.assertEqual(first["confidence"], "practically certain")
 
     def test_rc4_has_no_padding_and_is_found_by_its_text(self):
         for provider in ("base", "enhanced"):

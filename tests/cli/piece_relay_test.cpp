@@ -30,7 +30,7 @@ class NotedStages final : public PieceStages {
 
   [[nodiscard]] bool WorksInOrder() const noexcept override { return worksInOrder; }
 
-  void Read(Piece& piece) override {
+  void Read(StreamPiece& piece) override {
     const Alone alone(readers_);
     if (piece.number >= endlessRead) {
       waits_.Give();
@@ -40,14 +40,14 @@ class NotedStages final : public PieceStages {
     FailAt(Stage::Read, piece);
   }
 
-  void Work(Piece& piece, std::size_t worker) override {
+  void Work(StreamPiece& piece, std::size_t worker) override {
     const std::lock_guard lock(mutex_);
     workers.insert(worker);
     order.push_back(piece.number);
     FailAt(Stage::Work, piece);
   }
 
-  void Write(const Piece& piece) override {
+  void Write(const StreamPiece& piece) override {
     const Alone alone(writers_);
     if (piece.number + 1 == endlessRead) waits_.Await();
     FailAt(Stage::Write, piece);
@@ -73,7 +73,7 @@ class NotedStages final : public PieceStages {
     std::atomic<int>& count_;
   };
 
-  void FailAt(Stage stage, const Piece& piece) {
+  void FailAt(Stage stage, const StreamPiece& piece) {
     if (stage != failingStage || !failingPieces.contains(piece.number)) return;
     throw std::runtime_error(std::to_string(piece.number));
   }
@@ -152,8 +152,8 @@ TEST_P(PieceRelayTest, AReadThatWaitsEndsWhenNobodyWantsItsPiece) {
 class LateFailure final : public PieceStages {
  public:
   [[nodiscard]] bool WorksInOrder() const noexcept override { return false; }
-  void Read(Piece& piece) override { piece.isLast = piece.number == 1; }
-  void Work(Piece& piece, std::size_t /*worker*/) override {
+  void Read(StreamPiece& piece) override { piece.isLast = piece.number == 1; }
+  void Work(StreamPiece& piece, std::size_t /*worker*/) override {
     if (piece.number == 0) {
       failed_.Await();
     } else {
@@ -161,7 +161,7 @@ class LateFailure final : public PieceStages {
     }
     throw std::runtime_error(std::to_string(piece.number));
   }
-  void Write(const Piece& /*piece*/) override {}
+  void Write(const StreamPiece& /*piece*/) override {}
   void StopReading() noexcept override {}
 
  private:

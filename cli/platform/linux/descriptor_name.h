@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// The descriptor that a name like /dev/stdout or /dev/fd/1 stands for; nothing for other names.
+// The descriptor that a name like /dev/stdout or /dev/fd/1 denotes; nothing for other names.
 [[nodiscard]] std::optional<int> DescriptorNamed(const std::string& name);
 
 }  // namespace latchkey::cli

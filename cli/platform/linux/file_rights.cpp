@@ -29,8 +29,8 @@ bool KeepOwnerAndGroup(int file, const struct stat& old) {
 
 enum class AccessList { None, Kept, Lost };
 
-// Copies the rights beyond those of the mode. With none to copy, those that the folder gives to new
-// files are taken away.
+// Copies the access list. If the old file has none, removes the list that the folder gives to new
+// files.
 AccessList KeepAccessList(int file, const std::string& place) {
   std::vector<char> list(kLargestList);
   const ssize_t size = ::getxattr(place.c_str(), kAccessList, list.data(), list.size());
@@ -44,8 +44,8 @@ AccessList KeepAccessList(int file, const std::string& place) {
   return set == 0 ? AccessList::Kept : AccessList::Lost;
 }
 
-// The rights that the group and everyone else had both: a member of the new group may have been
-// one of either before.
+// The rights that both the group and everyone else had: a member of the new group may have belonged
+// to either before.
 mode_t WithoutGroup(mode_t mode) {
   const mode_t common = (mode >> 3U) & mode & 07U;
   return (mode & kOwnersRights) | common << 3U | common;

@@ -1,4 +1,4 @@
-// Who may use a file that the command makes.
+// Access rights of a file that the command makes.
 #pragma once
 
 #include <string>
@@ -8,9 +8,9 @@
 
 namespace latchkey::cli {
 
-// Gives a file that its maker alone may use the owner, group, mode and access list of the one whose
-// place it takes, or the mode of a new file where nothing is there. For Readers::Owner nobody but
-// the owner gets a right. What the system refuses to set leaves fewer rights, never more.
+// Gives a private new file the owner, group, mode and access list of the file that it replaces, or
+// the mode of a new file. With Readers::Owner only the owner gets rights. If the system refuses a
+// setting, the file has fewer rights, never more.
 void SetRights(const UniqueFile& file, const std::string& place, Readers readers);
 
 }  // namespace latchkey::cli

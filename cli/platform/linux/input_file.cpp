@@ -27,9 +27,9 @@ UniqueFile Opened(int descriptor, const char* action, const std::string& name) {
   return UniqueFile(descriptor);
 }
 
-// A directory can be opened but not read; that is told here rather than later.
+// A directory can be opened but not read; this reports the failure early.
 UniqueFile Open(const std::string& name) {
-  // The system would read the name up to its NUL and open another file.
+  // The system would stop at the NUL and open another file.
   if (name.find('\0') != std::string::npos) throw FileError(EINVAL, kCannotOpen, name);
   if (const auto descriptor = DescriptorNamed(name)) RequireGiven(*descriptor, kCannotOpen, name);
   UniqueFile file = Opened(::open(name.c_str(), O_RDONLY | O_CLOEXEC), kCannotOpen, name);
@@ -42,16 +42,15 @@ UniqueFile Open(const std::string& name) {
 
 }  // namespace
 
-// An event that can be read from once reading is to stop.
+// An event that becomes readable when reading must stop.
 class InputFile::Interruption {
  public:
   explicit Interruption(const std::string& name)
       : event_(Opened(::eventfd(0, EFD_CLOEXEC), kCannotRead, name)) {}
 
-  void Tell() const noexcept { ::eventfd_write(static_cast<int>(event_.Get()), 1); }
+  void Signal() const noexcept { ::eventfd_write(static_cast<int>(event_.Get()), 1); }
 
-  // Waits until the file has something to tell, an error or its end included; false when reading is
-  // to stop instead.
+  // Waits until the file is readable, at its end or in error; returns false if reading must stop.
   [[nodiscard]] bool AwaitBytes(const UniqueFile& file) const noexcept {
     std::array<pollfd, 2> waited{pollfd{static_cast<int>(event_.Get()), POLLIN, 0},
                                  pollfd{static_cast<int>(file.Get()), POLLIN, 0}};
@@ -67,13 +66,13 @@ class InputFile::Interruption {
 InputFile::InputFile(InputFile&& other) noexcept = default;
 InputFile::~InputFile() = default;
 
-// A read from a regular file waits for no one but the disk.
+// A read from a regular file waits only for the disk.
 void InputFile::AllowStop() {
   if (!Size()) interruption_ = std::make_unique<Interruption>(name_);
 }
 
 void InputFile::StopReading() noexcept {
-  if (interruption_) interruption_->Tell();
+  if (interruption_) interruption_->Signal();
 }
 
 InputFile::InputFile(UniqueFile file, std::string name)

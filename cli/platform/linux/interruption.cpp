@@ -12,16 +12,16 @@
 namespace latchkey::cli {
 namespace {
 
-// The signals that by default stop a process or do nothing, and the one that no process can catch.
+// The signals that by default stop a process or do nothing, and the one that cannot be caught.
 constexpr std::array kOtherSignals{SIGCHLD, SIGCONT, SIGKILL, SIGSTOP, SIGTSTP,
                                    SIGTTIN, SIGTTOU, SIGURG,  SIGWINCH};
 
-// The handler reads these, and only with the signals held does anyone write them.
+// Read by the handler, and written only with the signals held.
 std::array<char, PATH_MAX> fileName{};
 int terminalDescriptor = -1;
 termios terminalState{};
 
-// A crash among them, and those of real time.
+// Including crashes and real-time signals.
 sigset_t EndingSignals() noexcept {
   sigset_t signals;
   sigfillset(&signals);
@@ -29,7 +29,7 @@ sigset_t EndingSignals() noexcept {
   return signals;
 }
 
-// Calls only what is safe in a handler, and then ends as without one: the handler is gone.
+// Calls only async-signal-safe functions, then ends as without a handler, which is removed.
 extern "C" void UndoAndEnd(int signal) {
   UndoUnfinished();
   ::raise(signal);

@@ -1,5 +1,5 @@
-// What must be undone when a signal ends the process: the file that is not finished, and the echo
-// of the terminal.
+// Clean-up when a signal ends the process: removes the unfinished file and restores the echo of the
+// terminal.
 #pragma once
 
 #include <termios.h>
@@ -9,8 +9,8 @@
 
 namespace latchkey::cli {
 
-// Holds back the signals that end the process while it lives, so that making something and noting
-// that it must be undone are one step.
+// Blocks the signals that end the process during its life, so that making something and recording
+// its clean-up are one step.
 class HeldSignals {
  public:
   HeldSignals() noexcept;
@@ -26,10 +26,10 @@ class HeldSignals {
 // terminal at a time.
 void RemoveWhenInterrupted(const std::string& name) noexcept;
 
-// The terminal to set back; null for none.
+// The terminal to restore; null for none.
 void RestoreWhenInterrupted(int terminal, const termios* state) noexcept;
 
-// Removes that file and sets back that terminal. For a process about to end, also in a handler.
+// Removes that file and restores that terminal. For a process about to end, also in a handler.
 void UndoUnfinished() noexcept;
 
 }  // namespace latchkey::cli

@@ -26,7 +26,7 @@ namespace {
 
 int DescriptorOf(const UniqueFile& file) { return static_cast<int>(file.Get()); }
 
-// What the process has open is written on from where it stands, also when it is a regular file.
+// A file that the process has open is written at its current position, also a regular file.
 bool IsStream(const std::string& name) { return name == "-" || DescriptorNamed(name).has_value(); }
 
 int StreamOf(const std::string& name) { return DescriptorNamed(name).value_or(STDOUT_FILENO); }
@@ -43,7 +43,7 @@ bool Exists(const std::string& path, struct stat& state) {
   return false;
 }
 
-// What a link leads to; for all else the path itself.
+// The target of a link; for other files the path itself.
 std::string Followed(const std::string& path) {
   struct stat state {};
   if (!Exists(path, state) || !S_ISLNK(state.st_mode)) return path;
@@ -59,7 +59,7 @@ bool IsNullDevice(const struct stat& state) {
   return S_ISCHR(state.st_mode) && state.st_rdev == makedev(1, 3);
 }
 
-// Opens a device or pipe for writing and checks it: the name may denote another file by now.
+// Opens a device or pipe for writing and checks it, since the name may now denote another file.
 // Without `replace` only the null device is accepted, and a pipe without a reader fails instead of
 // waiting.
 UniqueFile OpenDevice(const std::string& name, bool replace) {
@@ -77,20 +77,20 @@ UniqueFile OpenDevice(const std::string& name, bool replace) {
   return file;
 }
 
-// Gives a file its new name. Without `replace` it fails with EEXIST when there is a file already.
-// Raises FileError when the file has its new name but also keeps the old one.
+// Gives a file its new name. Without `replace` it fails with EEXIST if the name exists. Raises
+// FileError if the file has its new name but also keeps the old one.
 bool Rename(const std::string& from, const std::string& to, bool replace) {
   if (replace) return ::rename(from.c_str(), to.c_str()) == 0;
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return true;
   if (errno != EINVAL && errno != ENOSYS) return false;
-  // A file system without that call: a second name is refused where there is a file, too.
+  // A file system without that call also refuses a second name that exists.
   if (::link(from.c_str(), to.c_str()) != 0) return false;
   if (::unlink(from.c_str()) != 0) throw FileError(errno, "cannot remove", from);
   return true;
 }
 
-// Puts the new name of a file on the disk. Also true where that is not possible: in a folder that
-// may be written but not read, and on a file system without the call.
+// Flushes the new name of a file to the disk. Also true if that is impossible: in a folder that may
+// be written but not read, and on a file system without the call.
 bool FlushFolder(const std::string& folder) {
   const UniqueFile file(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (!file) return errno == EACCES;
@@ -109,9 +109,9 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
   std::string place = Followed(name);
   struct stat state {};
   const bool exists = Exists(place, state);
-  // A link that came after the look at it.
+  // A link made after the check.
   if (exists && S_ISLNK(state.st_mode)) throw FileError(ELOOP, "cannot follow the link", name_);
-  const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it gives the right reason
+  const bool isFolder = exists && S_ISDIR(state.st_mode);  // opening it reports the right reason
   if (exists && !replace && !isFolder && !IsNullDevice(state)) {
     throw FileError(EEXIST, "cannot create", name_);
   }
@@ -119,7 +119,7 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
     OpenAsItIs();
   } else {
     place_ = std::move(place);
-    OpenBeside();
+    OpenTemporary();
   }
 }
 
@@ -133,13 +133,13 @@ void OutputFile::OpenAsItIs() {
   file_ = OpenDevice(name_, replace_);
 }
 
-void OutputFile::OpenBeside() {
+void OutputFile::OpenTemporary() {
   std::string temporary = FolderOf(place_) + ".latchkey-XXXXXX";
   const HeldSignals held;
   const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
   if (descriptor < 0) throw FileError(errno, "cannot create", name_);
   file_.Reset(descriptor);
-  temporary_ = std::move(temporary);  // allocates nothing: what fails here would leave the file
+  temporary_ = std::move(temporary);  // allocates nothing: a failure here would leave the file
   RemoveWhenInterrupted(temporary_);
 }
 

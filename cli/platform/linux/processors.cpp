@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// A machine with more processors than the set has room for is refused, and counts as one here.
+// The call fails on a machine with more processors than the set can hold, which counts as one.
 std::size_t UsableProcessors() noexcept {
   cpu_set_t set;
   CPU_ZERO(&set);

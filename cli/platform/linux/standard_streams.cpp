@@ -7,8 +7,8 @@
 
 namespace latchkey::cli {
 
-// A descriptor that only stands for a place (O_PATH) can be neither read nor written, and the root
-// folder is always there. It closes on exec: programs started from here find what this one found.
+// An O_PATH descriptor can be neither read nor written, and the root folder always exists. It
+// closes on exec, so that programs started from here see the same streams as this one.
 void OccupyClosedStreams() noexcept {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
     const bool isClosed = ::fcntl(stream, F_GETFD) < 0;

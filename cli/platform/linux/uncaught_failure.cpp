@@ -20,17 +20,17 @@ namespace {
 [[noreturn]] void EndWithoutMemory() { EndProcess(kOutOfMemory); }
 
 [[noreturn]] void EndUncaught() {
-  const char* text = "failed, and could not go on";
+  const char* text = "failed and cannot continue";
   try {
     if (std::current_exception()) throw;
   } catch (const std::bad_alloc&) {
     text = kOutOfMemory;
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the text above says what is known
+  } catch (...) {  // NOLINT(bugprone-empty-catch): the text above is all that is known
   }
   EndProcess(text);
 }
 
-// Before the constructors of all other objects of the program.
+// Runs before the constructors of all other objects of the program.
 [[gnu::constructor(101)]] void BeginStartup() { std::set_new_handler(EndWithoutMemory); }
 
 }  // namespace

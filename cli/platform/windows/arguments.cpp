@@ -10,7 +10,7 @@
 
 namespace latchkey::cli {
 
-// What main is given went through the code page and lost the characters that it does not have.
+// The arguments of main were converted to the code page and lost characters that it lacks.
 std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
   int count = 0;
   wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);

@@ -1,5 +1,5 @@
-// Wide text that is a secret, as the codes of the system's code page: the form in which the
-// component takes a password on Windows.
+// Secret wide text as codes of the system's code page, the form of the component's passwords on
+// Windows.
 #pragma once
 
 #include <span>
@@ -11,8 +11,8 @@ namespace latchkey::cli {
 
 using WipedWide = std::vector<wchar_t, WipingAllocator<wchar_t>>;
 
-// Raises FileError under `name` for a character that the code page does not have: a question mark
-// in its place would be another password.
+// Raises FileError under `name` for a character that the code page lacks: a question mark instead
+// would be another password.
 [[nodiscard]] WipedBytes CodePageBytes(std::span<const wchar_t> text, const std::string& name);
 
 }  // namespace latchkey::cli

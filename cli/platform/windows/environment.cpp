@@ -25,7 +25,7 @@ std::optional<WipedBytes> TakeVariable(const std::string& name) {
   WipedWide value(room);
   const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), room);
   value.resize(length);
-  // A value of the same length takes the place of the old one in memory.
+  // A value of the same length overwrites the old one in memory.
   SetEnvironmentVariableW(wideName.c_str(), std::wstring(length, L'x').c_str());
   SetEnvironmentVariableW(wideName.c_str(), nullptr);
   WipeRunTimeCopy(name);

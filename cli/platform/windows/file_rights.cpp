@@ -5,7 +5,7 @@
 
 namespace latchkey::cli {
 
-// Neither call asks the folder what it would hand down: that may be more than the other file had.
+// Neither call applies rights inherited from the folder, which may exceed the other file's.
 void CopyRights(const std::wstring& from, HANDLE to) {
   DWORD size = 0;
   GetFileSecurityW(from.c_str(), DACL_SECURITY_INFORMATION, nullptr, 0, &size);

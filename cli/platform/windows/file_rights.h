@@ -1,4 +1,4 @@
-// Who may use a file.
+// Access rights of a file.
 #pragma once
 
 #include <windows.h>
@@ -7,8 +7,8 @@
 
 namespace latchkey::cli {
 
-// Gives a file that is open with WRITE_DAC exactly the access rights of another. When the system
-// refuses, or there is no other, the file keeps its own.
+// Gives a file that is open with WRITE_DAC exactly the access rights of another. If the system
+// refuses or the other file does not exist, the file keeps its rights.
 void CopyRights(const std::wstring& from, HANDLE to);
 
 }  // namespace latchkey::cli

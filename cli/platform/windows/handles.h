@@ -1,4 +1,4 @@
-// Between the portable owner of a file and Windows' handles.
+// Conversions between the portable owner of a file and Windows' handles.
 #pragma once
 
 #include <windows.h>
@@ -18,12 +18,12 @@ namespace latchkey::cli {
   return UniqueFile(reinterpret_cast<std::intptr_t>(handle));
 }
 
-// The system's reason for the call that has just failed.
+// Throws the system's reason for the call that has just failed.
 [[noreturn]] inline void ThrowLastError(const char* action, const std::string& name) {
   throw FileError(static_cast<int>(GetLastError()), action, name);
 }
 
-// A handle of its own for what `handle` stands for.
+// A new handle for the same object.
 [[nodiscard]] inline UniqueFile CopyOf(HANDLE handle, const char* action, const std::string& name) {
   HANDLE copy = nullptr;
   const HANDLE process = GetCurrentProcess();

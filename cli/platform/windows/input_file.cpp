@@ -20,7 +20,7 @@ constexpr const char* kStandardInput = "standard input";
 constexpr std::size_t kLargestRead = std::size_t{1} << 30;
 
 UniqueFile Open(const std::string& name) {
-  // The system would read the name up to its NUL and open another file.
+  // The system would stop at the NUL and open another file.
   if (name.find('\0') != std::string::npos) {
     throw FileError(ERROR_INVALID_NAME, "cannot open", name);
   }
@@ -35,8 +35,8 @@ UniqueFile StandardInput() {
   return CopyOf(GetStdHandle(STD_INPUT_HANDLE), "cannot read", kStandardInput);
 }
 
-// What the system says of it. A read of the console that Ctrl-C ends succeeds with nothing, as at
-// the end of the data, which is not there.
+// The result of ReadFile. A console read that Ctrl-C interrupts succeeds with no bytes, as at the
+// end of the data, but this is not the end.
 DWORD ReadOnce(HANDLE file, std::span<std::uint8_t> bytes, DWORD& count) {
   SetLastError(ERROR_SUCCESS);
   if (!ReadFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &count, nullptr)) {
@@ -48,10 +48,10 @@ DWORD ReadOnce(HANDLE file, std::span<std::uint8_t> bytes, DWORD& count) {
 
 }  // namespace
 
-// Knows which thread waits in a call, so that the call can be cancelled.
+// Records the thread that waits in a call, so that the call can be cancelled.
 class InputFile::Interruption {
  public:
-  // Around the calls that may wait. False when reading is to stop.
+  // Enclose the calls that may wait. False if reading must stop.
   [[nodiscard]] bool BeginCall() {
     UniqueFile thread = Owned(OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId()));
     const std::lock_guard lock(mutex_);
@@ -68,7 +68,7 @@ class InputFile::Interruption {
     ended_.notify_all();
   }
 
-  // The system cancels only a call that has begun; one that is about to begin is met the next time.
+  // The system cancels only a call that has begun; the next attempt cancels one about to begin.
   void Stop() {
     constexpr auto kInterval = std::chrono::milliseconds(1);
     std::unique_lock lock(mutex_);
@@ -90,7 +90,7 @@ class InputFile::Interruption {
 InputFile::InputFile(InputFile&& other) noexcept = default;
 InputFile::~InputFile() = default;
 
-// A read from a regular file waits for no one but the disk.
+// A read from a regular file waits only for the disk.
 void InputFile::AllowStop() {
   if (!Size()) interruption_ = std::make_unique<Interruption>();
 }
@@ -120,7 +120,7 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
     if (interruption_ && !interruption_->BeginCall()) break;
     const DWORD reason = ReadOnce(HandleOf(file_), bytes.subspan(done, wanted), count);
     if (interruption_) interruption_->EndCall();
-    if (reason == ERROR_BROKEN_PIPE) break;        // the other end is done
+    if (reason == ERROR_BROKEN_PIPE) break;        // the other end is closed
     if (reason == ERROR_OPERATION_ABORTED) break;  // stopped
     if (reason != ERROR_SUCCESS) throw FileError(static_cast<int>(reason), "cannot read", name_);
     if (count == 0) break;

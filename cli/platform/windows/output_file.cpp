@@ -30,7 +30,7 @@ UniqueFile OpenUnread(const std::string& name) {
                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
-// What a name denotes. Opening a folder fails and says so; a device or pipe cannot be replaced.
+// The kind of file that a name denotes. Opening a folder fails; a device cannot be replaced.
 enum class Kind { Nothing, File, Folder, Device };
 
 Kind KindOf(const std::string& name) {
@@ -46,7 +46,7 @@ Kind KindOf(const std::string& name) {
   return GetFileType(HandleOf(file)) == FILE_TYPE_DISK ? Kind::File : Kind::Device;
 }
 
-// What a link leads to; for all else the name itself.
+// The target of a link; for other files the name itself.
 std::string Followed(const std::string& name) {
   const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
   const bool isLink =
@@ -71,8 +71,8 @@ std::string RandomSuffix(const std::string& name) {
   return suffix;
 }
 
-// While this is set, the system removes the file when its handle is closed, however the process
-// ends.
+// While this is set, the system removes the file when its handle is closed, even if the process
+// crashes.
 bool SetRemoval(const UniqueFile& file, bool remove) {
   FILE_DISPOSITION_INFO removal;
   removal.DeleteFile = remove ? TRUE : FALSE;
@@ -89,7 +89,7 @@ std::wstring FullName(const std::string& name) {
   return full;
 }
 
-// NUL, under any name that leads to it.
+// NUL, under any of its names.
 bool IsNullDevice(const std::string& name) {
   return CompareStringOrdinal(FullName(name).c_str(), -1, LR"(\\.\NUL)", -1, TRUE) == CSTR_EQUAL;
 }
@@ -138,7 +138,7 @@ OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
   if (kind == Kind::Folder || kind == Kind::Device) {
     OpenAsItIs();
   } else {
-    OpenBeside();
+    OpenTemporary();
   }
 }
 
@@ -154,8 +154,8 @@ void OutputFile::OpenAsItIs() {
   if (!file_) ThrowLastError("cannot write", name_);
 }
 
-// A file that takes the place of another gets that one's rights at the end, and none before.
-void OutputFile::OpenBeside() {
+// A file that replaces another gets that file's rights at the end, and no rights before.
+void OutputFile::OpenTemporary() {
   OwnerOnly ownerOnly;
   const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
   SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
@@ -174,7 +174,7 @@ void OutputFile::OpenBeside() {
   temporary_ = temporary;
 }
 
-// The system removes what is not committed.
+// The system removes an uncommitted file.
 OutputFile::~OutputFile() = default;
 
 void OutputFile::Write(std::span<const std::uint8_t> bytes) {

@@ -5,8 +5,8 @@
 
 namespace latchkey::cli {
 
-// Security attributes for CreateFile that grant the process's user everything and nobody else
-// anything.
+// Security attributes for CreateFile that grant all rights to the process's user and none to
+// others.
 class OwnerOnly {
  public:
   OwnerOnly();
@@ -14,7 +14,7 @@ class OwnerOnly {
   OwnerOnly& operator=(const OwnerOnly&) = delete;
   ~OwnerOnly();
 
-  // Null when the system did not make them; GetLastError() tells why.
+  // Null if the system failed to make them; GetLastError() has the reason.
   [[nodiscard]] SECURITY_ATTRIBUTES* Get() noexcept;
 
  private:

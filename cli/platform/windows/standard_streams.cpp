@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// A parent can leave the number of a handle that this process does not have. The next file opened
+// A parent can pass the number of a handle that this process does not have. The next opened file
 // would get that number.
 void OccupyClosedStreams() noexcept {
   for (const DWORD stream : {STD_INPUT_HANDLE, STD_OUTPUT_HANDLE, STD_ERROR_HANDLE}) {

@@ -23,8 +23,8 @@ UniqueFile OpenConsole(const wchar_t* name) {
                            nullptr, OPEN_EXISTING, 0, nullptr));
 }
 
-// What Ctrl-C has to set back. The handler runs on a thread of its own, and only while the console
-// is silent.
+// The console mode that Ctrl-C must restore. The handler runs on a separate thread, and only while
+// echo is off.
 HANDLE silentConsole = nullptr;
 DWORD modeBefore = 0;
 
@@ -65,7 +65,7 @@ std::optional<WipedBytes> ReadLine(HANDLE console) {
     }
     const bool ended = count == 0 || (line.empty() && character == kControlZ);
     if (ended && line.empty()) return std::nullopt;
-    // A line ends in CR LF. Both are read, so that nothing is left for the next line.
+    // A line ends in CR LF. Both are read, so that the next line starts clean.
     if (character == L'\r') continue;
     if (ended || character == L'\n') return CodePageBytes(line, kTerminal);
     line.push_back(character);

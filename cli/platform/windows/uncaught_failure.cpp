@@ -2,7 +2,7 @@
 
 namespace latchkey::cli {
 
-// Here the run-time ends the process in its own way, and the system removes an unfinished output.
+// On Windows the run-time ends the process, and the system removes an unfinished output.
 void BeginMain() noexcept {}
 
 }  // namespace latchkey::cli

@@ -1,4 +1,4 @@
-// UTF-8, as the program keeps names and messages, and Windows' own wide text.
+// Conversions between UTF-8, the program's form of names and messages, and Windows' wide text.
 #pragma once
 
 #include <string>
@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// What is no UTF-8, or no UTF-16, becomes U+FFFD.
+// Invalid UTF-8 and UTF-16 become U+FFFD.
 [[nodiscard]] std::wstring Widened(std::string_view utf8);
 [[nodiscard]] std::string Narrowed(std::wstring_view wide);
 
