@@ -1,4 +1,4 @@
-"""What arguments may be: names that look like something else, and the options that count in a usage error."""
+"""Arguments: names that look like something else, and the options that apply in a usage error."""
 import json
 import unittest
 
@@ -6,7 +6,7 @@ from command import CommandTest
 
 ABC = "900150983cd24fb0d6963f7d28e17f72"
 RC4 = ["--hash", "md5", "--cipher", "rc4", "--no-password"]
-# What a parser may take for a list, an end, a command, a map, a comment, an option.
+# Names that a parser may take for a list, an end, a command, a map, a comment, an option.
 NAMES = ["[1]", "[a,b]", "[]", "++", "hash", "random", "{x}", "%%", "#c", "'q'", "@f", "a b", "a=b", "-5"]
 
 
@@ -32,7 +32,7 @@ class NameTest(CommandTest):
             self.run_well("encrypt", *RC4[:-1], "--password-file", name, "-o", "out", name)
             (self.folder / "out").unlink()
 
-    def test_a_name_that_begins_with_a_dash_comes_after_two_dashes(self):
+    def test_a_name_that_begins_with_a_dash_follows_two_dashes(self):
         self.write("-x", b"abc")
         self.assertEqual(self.run_well("hash", "--", "-x").text, f"{ABC}  -x\n")
         self.run_well("encrypt", *RC4, "-o", "-out", "--", "-x")
@@ -42,7 +42,7 @@ class NameTest(CommandTest):
         self.assertEqual((result.status, result.lines[0]),
                          (2, "latchkey: The following argument was not expected: -x"))
 
-    def test_a_failure_tells_the_name_as_it_was_given(self):
+    def test_a_failure_shows_the_name_as_given(self):
         for name in ("[none]", "++"):
             (self.folder / name).unlink(missing_ok=True)
             line = self.run_command("hash", "--", name).lines[0]
@@ -53,7 +53,7 @@ class NameTest(CommandTest):
 
 
 class EmptyNameTest(CommandTest):
-    def test_an_empty_name_is_no_file_and_no_default(self):
+    def test_an_empty_name_is_neither_a_file_nor_the_default(self):
         self.write("in", b"abc")
         for arguments in (["encrypt", *RC4, ""], ["encrypt", *RC4, "-o", "", "in"], ["hash", ""],
                           ["encrypt", *RC4[:-1], "--password-file", "", "in"],
@@ -64,7 +64,7 @@ class EmptyNameTest(CommandTest):
 
 
 class JsonOfWrongUsageTest(CommandTest):
-    def test_it_counts_wherever_the_parser_stopped(self):
+    def test_it_applies_wherever_the_parser_stopped(self):
         for arguments in (["bogus", "--json"], ["--bogus", "--json"], ["encrypt", "-o", "out", "--json", "--hash"],
                           ["encrypt", "-oout", "--hash", "md5", "--json", "--cipher"], ["hash", "--bogus", "--json"],
                           ["encrypt", "--json", "--cipher", "rc4", "--cipher", "rc2", "--output=out"],
@@ -74,7 +74,7 @@ class JsonOfWrongUsageTest(CommandTest):
             self.assertEqual((result.status, result.err), (2, b""), arguments)
             self.assertTrue(result.json["error"]["text"], arguments)
 
-    def test_it_stays_off_standard_output_when_the_data_would_be_there(self):
+    def test_it_is_not_on_standard_output_if_the_data_would_be_there(self):
         for arguments in (["encrypt", "--json", "--hash"], ["encrypt", "--hash", "md5", "--json", "--cipher"],
                           ["encrypt", "--json", "--hash", "md5", "--cipher", "nope", "--no-password", "f"],
                           ["decrypt", "--bogus", "--json", "-o", "-"], ["hex", "one", "two", "--json"],

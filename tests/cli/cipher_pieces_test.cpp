@@ -1,4 +1,4 @@
-// A message in pieces gives what the same message gives in one call.
+// A message in pieces gives the same bytes as in one call.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -21,7 +21,7 @@ constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
 
 class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
  protected:
-  // Processes `data` in pieces as long as `sizes` says; the last piece is what is left.
+  // Processes `data` in pieces of the lengths `sizes`; the last piece is the rest.
   Bytes Run(Apply apply, const Bytes& data, const std::vector<std::size_t>& sizes) {
     PasswordCipher cipher(context);
     EXPECT_EQ(
@@ -44,7 +44,7 @@ class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
     return result;
   }
 
-  // Sizes of pieces, multiples of eight, that stay below `length` together.
+  // Sizes of pieces, multiples of eight, whose sum is below `length`.
   std::vector<std::size_t> RandomSizes(std::size_t length) {
     std::vector<std::size_t> sizes;
     std::size_t left = length / kBlock;
@@ -62,7 +62,7 @@ class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
 
 INSTANTIATE_TEST_SUITE_P(EveryCipher, CipherPiecesTest, testing::Values(1, 2, 3, 4, 5));
 
-TEST_P(CipherPiecesTest, RandomPiecesGiveWhatTheWholeGives) {
+TEST_P(CipherPiecesTest, RandomPiecesGiveTheSameBytesAsOneCall) {
   for (int round = 0; round < 200; ++round) {
     Bytes data(random() % 2000);
     std::generate(data.begin(), data.end(), [&] { return static_cast<std::uint8_t>(random()); });

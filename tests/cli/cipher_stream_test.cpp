@@ -1,4 +1,4 @@
-// A stream in pieces, on any number of threads, gives what one call for the whole gives.
+// A stream in pieces, on any number of threads, gives the same bytes as one call.
 #include "cli/cipher_stream.h"
 
 #include <gtest/gtest.h>
@@ -87,7 +87,7 @@ class CipherStreamTest : public testing::Test {
   std::size_t consumed = 0;
 };
 
-TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveWhatTheWholeGives) {
+TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveTheSameBytesAsOneCall) {
   std::set<std::size_t> lengths{0, 1, 7, 8, 9};
   for (std::size_t border = kPiece; border <= 5 * kPiece; border += kPiece) {
     for (std::size_t length = border - 9; length <= border + 9; ++length) lengths.insert(length);
@@ -114,7 +114,7 @@ TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveWhatTheWholeGives) {
   }
 }
 
-TEST_F(CipherStreamTest, BadPaddingIsFoundInTheLastPieceAndNowhereElse) {
+TEST_F(CipherStreamTest, BadPaddingIsFoundOnlyInTheLastPiece) {
   Bytes whole = Whole(Random(10 * kPiece + 20), kDes);
   whole[whole.size() - 9] ^= 0x80;  // changes the last byte of the padding
   for (const std::size_t workers : kWorkers) {
@@ -129,7 +129,7 @@ TEST_F(CipherStreamTest, BadPaddingIsFoundInTheLastPieceAndNowhereElse) {
   }
 }
 
-TEST_F(CipherStreamTest, WhatTheStreamsRaiseComesThrough) {
+TEST_F(CipherStreamTest, ExceptionsOfTheStreamsPassThrough) {
   const Bytes plain(50 * kPiece);
   for (const std::size_t workers : kWorkers) {
     ByteStreams streams = Streams(plain);
@@ -152,7 +152,7 @@ TEST_F(CipherStreamTest, WhatTheStreamsRaiseComesThrough) {
   }
 }
 
-TEST_F(CipherStreamTest, WhatFitsIntoAPieceIsNoWorkForMoreThreads) {
+TEST_F(CipherStreamTest, InputOfOnePieceUsesOneThread) {
   for (const bool inOrder : {false, true}) {
     EXPECT_EQ(CipherWorkers(0, inOrder), 1);
     EXPECT_EQ(CipherWorkers(kCipherPiece, inOrder), 1);

@@ -1,4 +1,4 @@
-"""Runs the command line under test. Imported by the tests of this folder.
+"""Runs the command under test. Imported by the tests of this folder.
 
 LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. Each test works in a
 folder of its own, which is also the working directory of the command.
@@ -19,23 +19,23 @@ IS_WINDOWS = bool(WINE)
 PREFIX = [str(PROJECT / "tools" / "wine"), WINE] if IS_WINDOWS else []
 PROGRAM = PREFIX + [str(pathlib.Path(os.environ["LATCHKEY_COMMAND"]).resolve())]
 
-# For a command that may fail silently, or whose streams and process matter while it runs.
+# For a command that may fail silently, or whose streams and process are needed while it runs.
 NO_RETRY = {"LATCHKEY_WINE_RETRY": ""}
 
 HASHES = ("md5", "md4", "md2", "sha1")
 BASE_CIPHERS = ("rc4", "rc2", "des")
 CIPHERS = BASE_CIPHERS + ("3des", "3des-112")
 BLOCK_CIPHERS = CIPHERS[1:]
-# Every provider, hash and cipher that go together.
+# Every valid combination of provider, hash and cipher.
 SETTINGS = [("base", hash_, cipher) for hash_ in HASHES for cipher in BASE_CIPHERS] + \
            [("enhanced", hash_, cipher) for hash_ in HASHES for cipher in CIPHERS]
 
-# The signals that end a process; by default the others stop it or do nothing, or they cannot be caught.
+# The signals that end a process; the others stop it or do nothing by default, or cannot be caught.
 ENDING_SIGNALS = sorted(signal.valid_signals() - {
     signal.SIGCHLD, signal.SIGCONT, signal.SIGKILL, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU,
     signal.SIGURG, signal.SIGWINCH})
 
-# What the shell or nohup has set to be ignored the command would ignore too. Python sets its own two back itself.
+# The command would also ignore signals that the shell or nohup ignores. Python restores its own two itself.
 for number in set(ENDING_SIGNALS) - {signal.SIGPIPE, signal.SIGXFSZ}:
     if signal.getsignal(number) == signal.SIG_IGN:
         signal.signal(number, signal.SIG_DFL)
@@ -43,7 +43,7 @@ for number in set(ENDING_SIGNALS) - {signal.SIGPIPE, signal.SIGXFSZ}:
 SEED = int(os.environ.get("LATCHKEY_TEST_SEED", "20260117"))
 
 
-# For tests that write thousands of small files: each is flushed to its disk, and here that costs nothing.
+# For tests that write thousands of small files: flushing each to the disk costs nothing here.
 MEMORY_FOLDER = "/dev/shm" if os.access("/dev/shm", os.W_OK) else None
 
 
@@ -98,7 +98,7 @@ class CommandTest(unittest.TestCase):
         return Result(process)
 
     def run_well(self, *arguments, **options):
-        """The same for what must succeed without a word on standard error."""
+        """Runs a command that must succeed with empty standard error."""
         result = self.run_command(*arguments, **options)
         self.assertEqual((result.status, result.err), (0, b""), f"{arguments}: {result}")
         return result

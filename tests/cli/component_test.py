@@ -1,4 +1,4 @@
-"""The commands over single operations of the component: random, salt, online, errors; and the program itself."""
+"""The commands for single operations of the component (random, salt, online, errors), and the program itself."""
 import re
 import unittest
 
@@ -12,7 +12,7 @@ class RandomTest(CommandTest):
         for line in lines:
             self.assertRegex(line, r"^[0-9A-F]{32}\n\Z")
 
-    def test_exact_bytes_are_n_bytes_but_for_spaces_at_its_ends(self):
+    def test_exact_bytes_are_n_bytes_except_spaces_at_both_ends(self):
         self.assertIn(len(self.run_well("random", 1000, "--exact").out), range(990, 1001))
 
     def test_without_exact_the_rest_of_the_seed_text_follows_a_short_result(self):
@@ -20,7 +20,7 @@ class RandomTest(CommandTest):
         digits = self.run_well("random", 1, "--hex").text
         self.assertRegex(digits, r"^([0-9A-F]{2})?(3[0-9])+\n\Z")
 
-    def test_nothing_asked_gives_nothing(self):
+    def test_zero_bytes_give_empty_output(self):
         self.assertEqual(self.run_well("random", 0, "--exact").out, b"")
         self.assertEqual(self.run_well("salt", 0).out, b"")
 
@@ -30,7 +30,7 @@ class RandomTest(CommandTest):
         for salt in salts:
             self.assertRegex(salt, r"^[A-Za-z]{40}\n\Z")
 
-    def test_a_raw_salt_is_n_bytes_but_for_spaces_at_its_ends(self):
+    def test_a_raw_salt_is_n_bytes_except_spaces_at_both_ends(self):
         self.assertIn(len(self.run_well("salt", 100).out), range(90, 101))
 
     def test_json(self):
@@ -81,23 +81,23 @@ class ErrorsTest(CommandTest):
         for entry in errors:
             self.assertEqual(entry["type"], 2 if "location" in entry and "number" in entry else 1, entry)
 
-    def test_the_text_has_a_line_for_each(self):
+    def test_the_text_has_one_line_for_each_entry(self):
         lines = self.run_well("errors").text.splitlines()
         self.assertEqual(len(lines), 1 + len(self.CHECKS) + len(self.TRAPS) + len(self.FAULTS))
         self.assertIn("     717       120  Decrypt: Error decrypting data", lines)
         self.assertIn("     436            DecryptData: run-time fault", lines)
         self.assertIn("                 7  any operation: Out of memory", lines)
 
-    def test_one_location_comes_with_advice(self):
+    def test_a_location_has_a_hint(self):
         lines = self.run_well("errors", 717).text.splitlines()
         self.assertEqual(lines[1], "     717       120  Decrypt: Error decrypting data")
         self.assertRegex(lines[2], "^hint: .*identify")
 
-    def test_a_number_gives_every_place_that_records_it(self):
+    def test_a_number_lists_every_location_that_records_it(self):
         errors = self.run_well("errors", 121, "--json").json["errors"]
         self.assertEqual([entry["location"] for entry in errors], [719, 725, 726])
 
-    def test_what_is_no_number_of_the_component_fails(self):
+    def test_an_unknown_number_fails(self):
         for number in (0, 1, 700, 761, 999):
             result = self.run_command("errors", number)
             self.assertEqual(result.status, 1, result)

@@ -1,7 +1,7 @@
-"""Which descriptors a command may be told to use: those it was started with, and never a file of its own.
+"""Descriptors that a command accepts: those it was started with, and never a file that it opened itself.
 
-Whatever a process opens gets the lowest free number. A number that the user names, and a standard stream that was
-closed at the start, must not come to mean a file that the command has opened meanwhile.
+A process's new file gets the lowest free number. A number that the user names, and a standard stream that was closed
+at the start, must not denote a file that the command has opened meanwhile.
 """
 import os
 import pathlib
@@ -21,7 +21,7 @@ class DescriptorTest(CommandTest):
         self.write("f", b"precious\n")
 
     def shell(self, redirections, *arguments):
-        """Runs the command as a shell does with those redirections, and nothing else than the streams open."""
+        """Runs the command from a shell with those redirections, and only the streams open."""
         return self.run_command(f'exec "$0" "$@" {redirections}', *PROGRAM, *arguments, program=["bash", "-c"])
 
     def assert_refused(self, result, line, kept=b"precious\n"):
@@ -30,13 +30,13 @@ class DescriptorTest(CommandTest):
 
 
 class NotOpenTest(DescriptorTest):
-    def test_a_password_descriptor_that_is_not_open_is_no_file_of_the_commands(self):
+    def test_a_closed_password_descriptor_is_not_a_file_of_the_command(self):
         for number in range(3, 12):
             for arguments in (["encrypt", *RC4, "--force", "-o", "f", "f"], ["encrypt", *RC4], ["identify", "f"]):
                 result = self.shell("", *arguments, "--password-fd", number)
                 self.assert_refused(result, f"latchkey: cannot read: {BAD}: descriptor {number}")
 
-    def test_nor_does_its_name_stand_for_one(self):
+    def test_the_name_of_a_closed_descriptor_is_not_a_file_of_the_command(self):
         for folder in ("/dev/fd", "/proc/self/fd"):
             name = f"{folder}/3"
             self.assert_refused(self.shell("", "encrypt", *RC4, "--password-file", name, "f"),
@@ -49,7 +49,7 @@ class NotOpenTest(DescriptorTest):
     def test_an_output_does_not_grow_its_own_input(self):
         self.assert_refused(self.shell("0<>f", "hex", "-o", "/dev/fd/3"), f"latchkey: cannot write: {BAD}: /dev/fd/3")
 
-    def test_what_is_open_serves_whatever_its_number(self):
+    def test_an_open_descriptor_works_with_any_number(self):
         self.write("password", b"secret\n")
         expected = self.encrypt(b"precious\n", RC4)
         for number in (3, 4, 5, 9):
@@ -62,15 +62,15 @@ class NotOpenTest(DescriptorTest):
             self.assertEqual((result.status, self.read("out")), (0, expected), number)
             (self.folder / "out").unlink()
 
-    def test_one_descriptor_does_not_give_both_password_and_data(self):
+    def test_one_descriptor_cannot_have_both_password_and_data(self):
         for password in (["--password-fd", 3], ["--password-file", "/dev/fd/3"], ["--password-file", "/proc/self/fd/3"]):
             for command in (["encrypt", *RC4], ["identify"]):
                 result = self.shell("3<f", *command, *password, "/dev/fd/3")
                 self.assertEqual((result.status, result.out, result.lines),
                                  (2, b"", ["latchkey: descriptor 3 cannot give both the password and the data"]))
 
-    def test_all_that_the_command_opens_is_closed_for_other_programs(self):
-        # By that it is told from what the command was started with.
+    def test_all_files_of_the_command_close_on_exec(self):
+        # This distinguishes them from the descriptors that the command was started with.
         os.mkfifo(self.folder / "data")
         process = self.start_command("decrypt", *RC4, "--no-password", "-o", "out", "data", stdin=subprocess.DEVNULL)
         with open(self.folder / "data", "wb"):  # opens once the command has opened it
@@ -85,7 +85,7 @@ class NotOpenTest(DescriptorTest):
 
 
 class ClosedStreamTest(DescriptorTest):
-    def test_a_closed_input_gives_no_password(self):
+    def test_a_closed_input_is_no_password(self):
         self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-fd", 0, "--force", "-o", "f", "f"),
                             f"latchkey: cannot read: {BAD}: descriptor 0")
         self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-file", "-", "f"),
@@ -93,12 +93,12 @@ class ClosedStreamTest(DescriptorTest):
         self.assert_refused(self.shell("<&-", "encrypt", *RC4, "--password-file", "/dev/stdin", "f"),
                             f"latchkey: cannot open: {BAD}: /dev/stdin")
 
-    def test_a_closed_input_gives_no_data(self):
+    def test_a_closed_input_is_no_data(self):
         for arguments in (["encrypt", *RC4, "--no-password"], ["hex"], ["hash"]):
             result = self.shell("<&-", *arguments)
             self.assert_refused(result, f"latchkey: cannot read: {BAD}: standard input")
 
-    def test_a_closed_output_takes_no_data(self):
+    def test_a_closed_output_fails(self):
         for arguments in (["encrypt", *RC4, "--no-password", "f"], ["hex", "f"], ["random", 5]):
             self.assert_refused(self.shell(">&-", *arguments), f"latchkey: cannot write: {BAD}: standard output")
         for arguments in (["hash", "f"], ["errors"], ["--help"]):
@@ -107,10 +107,10 @@ class ClosedStreamTest(DescriptorTest):
     def test_a_closed_output_is_not_the_input(self):
         for name in ("-", "/dev/stdout", "/dev/fd/1"):
             result = self.shell("0<>f >&-", "hex", "-o", name)
-            told = "standard output" if name == "-" else name
-            self.assert_refused(result, f"latchkey: cannot write: {BAD}: {told}")
+            shown = "standard output" if name == "-" else name
+            self.assert_refused(result, f"latchkey: cannot write: {BAD}: {shown}")
 
-    def test_no_text_goes_into_a_file_that_the_command_has_opened(self):
+    def test_messages_are_not_written_into_the_commands_files(self):
         # A closed stream's number would be the input's or the output's.
         for closed in ("<&-", ">&-", "2>&-", "<&- >&-", "<&- 2>&-", ">&- 2>&-", "<&- >&- 2>&-"):
             failed = self.shell(closed, "hex", "-d", "--force", "-o", "f", "f")

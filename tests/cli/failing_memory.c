@@ -52,7 +52,7 @@ int posix_memalign(void** memory, size_t alignment, size_t size) {
   return 0;
 }
 
-__attribute__((destructor)) static void tell(void) {
+__attribute__((destructor)) static void write_count(void) {
   const char* const name = getenv("LATCHKEY_COUNT_FILE");
   if (name == NULL) return;
   char text[64];

@@ -1,4 +1,4 @@
-"""What a failure says, and the exit status that it ends with."""
+"""The texts of failures and their exit status."""
 import unittest
 
 from command import CommandTest
@@ -12,7 +12,7 @@ class FailureTest(CommandTest):
         self.assertEqual(result.lines[0], line)
         self.assertEqual(result.out, b"")
 
-    def test_a_wrong_password_is_told_with_location_number_and_file(self):
+    def test_a_wrong_password_is_reported_with_location_number_and_file(self):
         self.write("c", self.encrypt(b"some text", MD5_DES))
         result = self.run_command("decrypt", *MD5_DES, "--no-password", "c")
         self.assert_fails(result, 1, "latchkey: Error decrypting data (location 717, number 120): c")
@@ -23,12 +23,12 @@ class FailureTest(CommandTest):
         result = self.run_command("decrypt", *MD5_DES, "--no-password", data=b"1234567")
         self.assert_fails(result, 1, "latchkey: Error decrypting data (location 717, number 120): standard input")
 
-    def test_no_ciphertext_at_all_fails_under_a_block_cipher(self):
+    def test_an_empty_ciphertext_fails_under_a_block_cipher(self):
         for cipher in ("rc2", "des", "3des", "3des-112"):
             result = self.run_command("decrypt", "--hash", "md5", "--cipher", cipher, "--no-password")
             self.assert_fails(result, 1, "latchkey: Error decrypting data (location 717, number 120): standard input")
 
-    def test_a_cipher_that_the_provider_does_not_have_is_a_bad_encryption_type(self):
+    def test_a_cipher_that_the_provider_lacks_is_a_bad_encryption_type(self):
         options = ["--hash", "md5", "--cipher", "3des", "--provider", "base", "--no-password"]
         result = self.run_command("encrypt", *options)
         self.assert_fails(result, 1, "latchkey: Bad encryption type (location 719, number 121): standard input")
@@ -44,12 +44,12 @@ class FailureTest(CommandTest):
         result = self.run_command("decrypt", *options)
         self.assert_fails(result, 1, "latchkey: Error deriving key (location 716, number 119): standard input")
 
-    def test_a_file_that_is_not_there_is_told_in_the_systems_words(self):
+    def test_a_missing_file_is_reported_in_the_systems_words(self):
         result = self.run_command("decrypt", *MD5_DES, "--no-password", "missing")
         self.assertEqual(result.status, 1)
         self.assertRegex(result.lines[0], r"^latchkey: cannot open: .*\S.*: missing$")
 
-    def test_a_folder_is_no_input(self):
+    def test_a_folder_as_input_is_refused(self):
         (self.folder / "folder").mkdir()
         for command in (["encrypt", *MD5_DES, "--no-password"], ["hash"], ["hex"], ["identify", "--no-password"]):
             result = self.run_command(*command, "folder")
@@ -60,7 +60,7 @@ class FailureTest(CommandTest):
         result = self.run_command("decrypt", *MD5_DES, "--no-password", "--quiet", data=b"x")
         self.assertEqual(result.lines, ["latchkey: Error decrypting data (location 717, number 120): standard input"])
 
-    def test_wrong_usage_ends_with_2_and_says_where_help_is(self):
+    def test_wrong_usage_exits_with_2_and_names_the_help(self):
         wrong = [
             [], ["bogus"], ["--bogus"], ["encrypt"], ["encrypt", "--hash", "md5"],
             ["encrypt", "--hash", "md6", "--cipher", "des", "--no-password"],
@@ -81,7 +81,7 @@ class FailureTest(CommandTest):
                 self.assertRegex(result.lines[1], "^hint: latchkey .*--help")
                 self.assertEqual(result.out, b"")
 
-    def test_options_that_contradict_are_wrong_usage(self):
+    def test_contradicting_options_are_wrong_usage(self):
         wrong = [
             ["encrypt", *MD5_DES, "--rc2-effective-bits", "40", "--no-password"],
             ["encrypt", *MD5_DES, "--no-password", "--default-password"],
@@ -93,7 +93,7 @@ class FailureTest(CommandTest):
             with self.subTest(arguments=arguments):
                 self.assertEqual(self.run_command(*arguments).status, 2)
 
-    def test_a_failure_is_one_line_whatever_the_name(self):
+    def test_a_failure_is_one_line_with_any_name(self):
         for name, shown in (("no\nsuch", r"no\nsuch"), ("\x1b[31mred\x7f", r"\x1b[31mred\x7f"), ("back\\slash", r"back\slash")):
             for arguments in (["bogus", name], [name], ["hash", name], ["hex", "-o", "none/" + name]):
                 result = self.run_command(*arguments)
@@ -104,7 +104,7 @@ class FailureTest(CommandTest):
     def test_an_unknown_command_is_named(self):
         self.assertEqual(self.run_command("bogus").lines[0], "latchkey: no such command: bogus")
 
-    def test_json_gives_the_error_record(self):
+    def test_json_has_the_error_record(self):
         self.write("c", b"1234567")
         result = self.run_command("decrypt", *MD5_DES, "--no-password", "--json", "-o", "out", "c")
         self.assertEqual(result.status, 1)
@@ -127,7 +127,7 @@ class FailureTest(CommandTest):
         self.assertEqual(result.status, 2)
         self.assertIn("N", result.json["error"]["text"])
 
-    def test_json_stays_off_standard_output_when_the_data_is_there(self):
+    def test_json_is_not_on_standard_output_if_the_data_is_there(self):
         result = self.run_command("encrypt", *MD5_DES, "--no-password", "--json", data=b"abc")
         self.assertEqual(result.status, 0)
         self.assertEqual(len(result.out), 8)
@@ -136,7 +136,7 @@ class FailureTest(CommandTest):
         self.assertEqual(result.status, 1)
         self.assertIn(b'"location": 717', result.err)
 
-    def test_json_of_a_file_tells_settings_and_counts(self):
+    def test_json_of_a_file_has_settings_and_counts(self):
         self.write("plain", b"x" * 20)
         result = self.run_well("encrypt", "--hash", "sha1", "--cipher", "rc2", "--rc2-effective-bits", "40",
                                "--no-password", "--json", "-o", "c", "plain")
@@ -144,7 +144,7 @@ class FailureTest(CommandTest):
             "input": "plain", "output": "c", "provider": "enhanced", "hash": "sha1", "cipher": "rc2",
             "rc2_effective_bits": 40, "bytes_in": 20, "bytes_out": 24})
 
-    def test_the_provider_defaults_to_base_and_to_enhanced_where_only_that_has_the_cipher(self):
+    def test_the_provider_defaults_to_base_or_to_enhanced_if_only_that_has_the_cipher(self):
         for cipher, provider in (("rc4", "base"), ("rc2", "base"), ("des", "base"), ("3des", "enhanced"),
                                  ("3des-112", "enhanced")):
             options = ["--hash", "md5", "--cipher", cipher]

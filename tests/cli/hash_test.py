@@ -32,7 +32,7 @@ class HashTest(CommandTest):
             self.write("file", data)
             self.assertEqual(self.run_well("hash", "file").text, hashlib.md5(data).hexdigest() + "  file\n")
 
-    def test_a_file_that_is_missing_does_not_stop_the_others(self):
+    def test_a_missing_file_does_not_stop_the_others(self):
         self.write("abc", b"abc")
         result = self.run_command("hash", "missing", "abc")
         self.assertEqual(result.status, 1)
@@ -70,7 +70,7 @@ class CheckTest(CommandTest):
         sums = subprocess.run(["md5sum", "--tag", *self.names_], cwd=self.folder, capture_output=True, check=True)
         self.assertEqual(self.run_well("hash", "-c", data=sums.stdout).text, "one: OK\ntwo words: OK\n")
 
-    def test_the_tag_of_another_algorithm_is_no_tag(self):
+    def test_the_tag_of_another_algorithm_is_refused(self):
         digest = hashlib.md5(b"first").hexdigest()
         for tag in ("SHA1", "MD4", "md5", "MD55", "XMD5", ""):
             line = f"{tag} (one) = {digest}\n".encode()
@@ -99,7 +99,7 @@ class CheckTest(CommandTest):
         self.assertEqual((result.status, result.text), (1, "one: FAILED\ntwo words: OK\n"))
         self.assertEqual(result.lines, ["latchkey: WARNING: 1 computed checksum did NOT match"])
 
-    def test_quiet_tells_only_what_is_wrong_and_status_nothing(self):
+    def test_quiet_prints_only_failures_and_status_prints_nothing(self):
         self.write("sums", self.sums("md5sum"))
         self.assertEqual(self.run_well("hash", "-c", "--quiet", "sums").out, b"")
         self.assertEqual(self.run_well("hash", "-c", "--status", "sums").out, b"")
@@ -115,7 +115,7 @@ class CheckTest(CommandTest):
         self.assertEqual((result.status, result.text), (1, "one: FAILED open or read\ntwo words: OK\n"))
         self.assertIn("latchkey: WARNING: 1 listed file could not be read", result.lines)
 
-    def test_lines_that_are_none(self):
+    def test_improper_lines_are_counted(self):
         self.write("sums", b"rubbish\n" + self.sums("md5sum") + b"0123  short\n")
         result = self.run_command("hash", "--check", "sums")
         self.assertEqual((result.status, result.text), (0, "one: OK\ntwo words: OK\n"))

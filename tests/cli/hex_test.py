@@ -9,17 +9,17 @@ class HexTest(CommandTest):
         data = bytes(range(256)) + b"A \n\0 "
         self.assertEqual(self.run_well("hex", data=data).out, data.hex().upper().encode() + b"\n")
 
-    def test_nothing_gives_nothing(self):
+    def test_empty_input_gives_empty_output(self):
         self.assertEqual(self.run_well("hex").out, b"")
         self.assertEqual(self.run_well("hex", "-d").out, b"")
         self.assertEqual(self.run_well("hex", "-d", data=b"\r\n\n").out, b"")
 
-    def test_digits_of_either_case_give_the_bytes_back(self):
+    def test_digits_of_either_case_are_decoded(self):
         data = self.random.randbytes(1000) + b"  "
         for text in (data.hex(), data.hex().upper()):
             self.assertEqual(self.run_well("hex", "-d", data=text.encode()).out, data)
 
-    def test_line_ends_are_passed_over_wherever_they_stand(self):
+    def test_line_ends_are_skipped_at_any_position(self):
         for text in (b"4a\n4B\n", b"4a4B", b"4\na\r\n4\r\nB\r\n", b"\n\n4a4B"):
             self.assertEqual(self.run_well("hex", "-d", data=text).out, b"JK")
 
@@ -37,13 +37,13 @@ class HexTest(CommandTest):
         self.assertEqual(result.lines[1], "hint: each byte takes two hexadecimal digits; one is missing")
         self.assertEqual(self.names(), ["odd"])
 
-    def test_rubbish_is_told_with_its_place(self):
-        for text, told in ((b"41zz", "'z' at position 3"), (b"41 42", "byte 20 at position 3"),
+    def test_other_characters_are_reported_with_their_position(self):
+        for text, place in ((b"41zz", "'z' at position 3"), (b"41 42", "byte 20 at position 3"),
                            (b"4142\n\n4g", "'g' at position 8"), (b"0x41", "'x' at position 2"),
                            (b"41\xe4", "byte e4 at position 3"), (b"41\0", "byte 00 at position 3")):
             result = self.run_command("hex", "-d", "-o", "out", data=text)
             self.assertEqual((result.status, len(result.lines)), (1, 2), (text, result))
-            self.assertEqual(result.lines[0], f"latchkey: not a hexadecimal digit: {told}: standard input")
+            self.assertEqual(result.lines[0], f"latchkey: not a hexadecimal digit: {place}: standard input")
             self.assertEqual(self.names(), [])
 
     def test_json(self):

@@ -1,4 +1,4 @@
-"""latchkey identify finds the settings of texts whose settings nobody remembers."""
+"""latchkey identify finds unknown settings of ciphertexts."""
 import pathlib
 import unittest
 
@@ -26,7 +26,7 @@ class IdentifyTest(CommandTest):
                          result)
         return first
 
-    def test_texts_of_64_bytes_and_more_under_block_ciphers(self):
+    def test_finds_texts_of_64_bytes_and_more_under_block_ciphers(self):
         for _ in range(TEXTS):
             provider, hash_, cipher = self.random.choice(BLOCK_SETTINGS)
             text = self.text(64, 400)
@@ -48,7 +48,7 @@ class IdentifyTest(CommandTest):
         first = self.assert_first(self.identify(ciphertext), "enhanced", "md5", "rc2")
         self.assertEqual(first["rc2_effective_bits"], 40)
 
-    def test_providers_that_give_one_key_are_one_candidate(self):
+    def test_providers_with_the_same_key_are_one_candidate(self):
         result = self.identify(self.encrypt(self.text(64, 400), setting_options("base", "md5", "des")))
         self.assertEqual(result["candidates"][0]["providers"], ["base", "enhanced"])
         self.assertEqual(result["keys_tried"], 32)

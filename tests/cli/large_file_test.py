@@ -13,7 +13,7 @@ MOST_MEMORY = 64 << 20
 
 class MemoryTest(CommandTest):
     def run_measured(self, *arguments):
-        """Runs the command; gives the most memory that it had at once, in bytes."""
+        """Runs the command and returns its peak memory, in bytes."""
         process = self.start_command(*arguments, stdout=subprocess.DEVNULL)
         _, status, usage = os.wait4(process.pid, 0)
         process.returncode = os.waitstatus_to_exitcode(status)
@@ -21,8 +21,8 @@ class MemoryTest(CommandTest):
         return usage.ru_maxrss * 1024
 
     def decrypt_in_blocks(self):
-        """Whole messages one behind the other are one message, with the padding of the last. Nothing large comes into
-        this process: what it had at most counts for the processes that it starts."""
+        """Decrypts one message repeated, which ends with the padding of the last. Keeps this process small, since its
+        peak memory counts for the processes that it starts."""
         des = ["--hash", "md5", "--cipher", "des", "--no-password"]
         with open(self.folder / "sparse part", "wb") as file:
             file.truncate(PART - 8)

@@ -1,4 +1,4 @@
-"""What only Linux has: names of any bytes, the process's environment in /proc, the manual page and bash."""
+"""Tests for Linux only: names of any bytes, the process's environment in /proc, the manual page and bash."""
 import hashlib
 import os
 import pathlib
@@ -24,10 +24,10 @@ class NameTest(CommandTest):
             self.assertEqual(self.run_well("hash", os.fsdecode(name)).out, expected)
             self.write("sums", expected)
             self.run_well("hash", "--check", "--quiet", "sums")
-            told = subprocess.run(["md5sum", "--check", "sums"], cwd=self.folder, capture_output=True, check=True).stdout
-            self.assertEqual(self.run_well("hash", "--check", "sums").out, told)
+            checked = subprocess.run(["md5sum", "--check", "sums"], cwd=self.folder, capture_output=True, check=True).stdout
+            self.assertEqual(self.run_well("hash", "--check", "sums").out, checked)
 
-    def test_a_listed_name_with_a_nul_is_an_error_and_not_the_file_up_to_there(self):
+    def test_a_listed_name_with_a_nul_is_an_error(self):
         self.write("in", b"abc")
         digest = b"900150983cd24fb0d6963f7d28e17f72"
         self.write("sums", digest + b"  in\0other\n" + digest + b"  in\n")
@@ -38,11 +38,11 @@ class NameTest(CommandTest):
         result = self.run_command("hash", "--check", "--json", "sums")
         self.assertEqual((result.status, result.json["unread"]), (1, 1))
 
-    def test_json_of_a_name_that_is_no_text(self):
+    def test_json_of_a_name_that_is_not_utf8(self):
         (self.folder / os.fsdecode(b"\xff")).write_bytes(b"abc")
         self.assertEqual(self.run_well("hash", "--json", os.fsdecode(b"\xff")).json["results"][0]["file"], "\ufffd")
 
-    def test_json_is_ascii_so_that_no_name_reaches_the_terminal_as_a_control_character(self):
+    def test_json_is_ascii_without_control_characters_of_names(self):
         name = "a\x9b31m\u202e\x7f\u20ac\U0001f511"
         self.write(name, b"abc")
         done = self.run_well("hash", "--json", name)
@@ -58,7 +58,7 @@ class OutputTest(CommandTest):
             result = self.run_command("hex", "-o", name, data=b"A")  # would wait for a reader of the pipe
             self.assertEqual((result.status, result.lines), (
                 1, [f"latchkey: cannot create: File exists: {name}",
-                    "hint: --force replaces an existing file, and writes to a device or pipe"]))
+                    "hint: use --force to replace a file, or to write to a device or pipe"]))
         self.assertTrue(stat.S_ISFIFO((self.folder / "pipe").stat().st_mode))
 
     def test_a_link_to_a_device_is_that_device(self):
@@ -69,11 +69,11 @@ class OutputTest(CommandTest):
         self.run_well("hex", "-o", "null", data=b"A")
         self.assertEqual(self.names(), ["link", "null"])
 
-    def test_what_is_open_is_written_without_force_whatever_it_is(self):
+    def test_an_open_descriptor_of_any_kind_is_written_without_force(self):
         for name in ("/dev/stdout", "/dev/fd/1"):
             self.assertEqual(self.run_well("hex", "-o", name, data=b"A").out, b"41\n")  # a pipe
 
-    def test_a_pipe_is_written_as_it_is(self):
+    def test_a_pipe_is_written_directly(self):
         os.mkfifo(self.folder / "pipe")
         process = self.start_command("hex", "--force", "-o", "pipe", stdin=subprocess.PIPE)
         process.stdin.write(b"A")
@@ -81,12 +81,12 @@ class OutputTest(CommandTest):
         self.assertEqual(self.read("pipe"), b"41\n")
         self.assertEqual(process.wait(), 0)
 
-    def test_a_full_disk_is_told(self):
+    def test_a_full_disk_is_reported(self):
         result = self.run_command("hex", "--force", "-o", "/dev/full", data=b"A")
         self.assertEqual((result.status, result.lines),
                          (1, ["latchkey: cannot write: No space left on device: /dev/full"]))
 
-    def test_no_command_takes_a_full_disk_for_success(self):
+    def test_every_command_fails_on_a_full_disk(self):
         self.write("in", b"abc")
         for arguments in (["--version"], ["--help"], ["hash", "--help"], ["hash", "in"], ["hash", "--json", "in"],
                           ["errors"], ["online"], ["random", 5], ["salt", 5, "--json"], ["hex", "in"],
@@ -97,7 +97,7 @@ class OutputTest(CommandTest):
             self.assertEqual(process.returncode, 1, (arguments, error))
             self.assertRegex(error.decode(), "^latchkey: cannot write: .*standard output\n$", arguments)
 
-    def test_a_result_that_cannot_be_printed_is_a_failure_and_leaves_the_whole_output(self):
+    def test_an_unprintable_result_is_a_failure_and_leaves_the_complete_output(self):
         self.write("in", b"abc")
         for force in ([], ["--force"]):
             for redirection in (">/dev/full", ">&-"):
@@ -121,7 +121,7 @@ class StreamNameTest(CommandTest):
             error = process.communicate(b"A")[1]
         return process.returncode, error
 
-    def test_what_is_open_is_written_on(self):
+    def test_an_open_file_is_written_at_its_position(self):
         for name in ("/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
             for force in ([], ["--force"]):
                 self.write("target", b"before ")
@@ -130,7 +130,7 @@ class StreamNameTest(CommandTest):
                 self.assertEqual(self.read("target"), b"before 41\n", name)
                 self.assertEqual((self.folder / "target").stat().st_ino, before)
 
-    def test_a_file_that_has_lost_its_name_is_written_on(self):
+    def test_an_unlinked_open_file_is_written_at_its_position(self):
         # Not /dev/stdout: a command that is broken and run by root would replace that link of the machine's.
         script = 'exec >gone; rm gone; "$0" hex --force -o /proc/self/fd/1; cat /proc/$$/fd/1 >&2'
         process = subprocess.run(["bash", "-c", script, *PROGRAM], input=b"A", cwd=self.folder, capture_output=True,
@@ -138,13 +138,13 @@ class StreamNameTest(CommandTest):
         self.assertEqual(process.stderr, b"41\n")
         self.assertEqual(self.names(), [])
 
-    def test_json_stays_off_it(self):
+    def test_json_is_not_written_to_it(self):
         for name in ("/dev/stdout", "/dev/fd/1", "/proc/self/fd/1"):
             result = self.run_command("hex", "--json", "-o", name, data=b"A")
             self.assertEqual((result.status, result.out), (0, b"41\n"))
             self.assertIn(b'"output"', result.err)
 
-    def test_standard_input_gives_password_or_data_under_all_its_names(self):
+    def test_standard_input_works_under_all_its_names(self):
         for password in ("-", "/dev/stdin", "/dev/fd/0", "/proc/self/fd/0"):
             for data in ("-", "/dev/stdin", "/dev/fd/0"):
                 for command in (["encrypt", *OPTIONS], ["identify"]):
@@ -205,7 +205,7 @@ class SecretTest(CommandTest):
             for name in ("data", "out"):
                 (self.folder / name).unlink()
 
-    def test_no_plaintext_stays_in_memory_when_the_work_is_done(self):
+    def test_no_plaintext_stays_in_memory_after_the_command(self):
         text = b"PLAINTEXT-0123456789-" * 5000
         self.write("c", self.encrypt(text, OPTIONS))
         self.write("digits", text.hex().encode())
@@ -241,7 +241,7 @@ class SecretTest(CommandTest):
             environment = pathlib.Path(f"/proc/{process.pid}/environ").read_bytes()
             pipe.write(b"text")
         self.assertEqual(process.wait(), 0)
-        self.assertIn(b"LK_TEST", environment)  # the name may stand; what was behind it is gone
+        self.assertIn(b"LK_TEST", environment)  # the name may stay; its value is gone
         self.assertNotIn(b"hunter2", environment)
 
     def test_a_descriptor_of_a_shell(self):
@@ -249,7 +249,7 @@ class SecretTest(CommandTest):
         process = subprocess.run(["bash", "-c", script, *PROGRAM], input=b"text", capture_output=True, check=True)
         self.assertEqual(process.stdout, self.encrypt(b"text", OPTIONS))
 
-    def test_an_interruption_at_the_prompt_brings_the_echo_back(self):
+    def test_an_interruption_at_the_prompt_restores_the_echo(self):
         self.write("in", b"text")
         terminal = Terminal(self, "encrypt", *OPTIONS, "-o", "out", "in")
         terminal.read_until(b"Password: ")
@@ -278,7 +278,7 @@ class ProgressTest(CommandTest):
             (self.folder / name).unlink()
         return shown + terminal.seen
 
-    def test_work_of_more_than_a_second_shows_how_far_it_is(self):
+    def test_progress_appears_after_a_second(self):
         rc4 = ["--hash", "md5", "--cipher", "rc4", "--no-password", "-o", "out"]
         for command, arguments in (("encrypt", rc4), ("decrypt", rc4), ("hash", []), ("hex", ["-o", "out"]),
                                    ("identify", ["--no-password"])):
@@ -292,7 +292,7 @@ class PiecesTest(CommandTest):
     PIECE = 1 << 20  # more than this, and several threads work
     KEY = ["--hash", "sha1", "--no-password"]
 
-    def test_one_processor_gives_what_all_give(self):
+    def test_one_processor_gives_the_same_bytes_as_all(self):
         processor = min(os.sched_getaffinity(0))
         for cipher in CIPHERS:
             data = self.random.randbytes(5 * self.PIECE)
@@ -302,7 +302,7 @@ class PiecesTest(CommandTest):
                 data = self.run_well(*arguments, data=data).out
                 self.assertEqual(data, alone, (command, cipher))
 
-    def test_a_failed_write_ends_the_command_while_it_waits_for_input(self):
+    def test_a_failed_write_ends_a_command_that_waits_for_input(self):
         with open("/dev/full", "wb") as full:
             process = self.start_command("decrypt", *self.KEY, "--cipher", "des", stdin=subprocess.PIPE, stdout=full,
                                          stderr=subprocess.PIPE)

@@ -1,4 +1,4 @@
-"""The command with each of its allocations failing in turn, from the loader's first one on."""
+"""The command while each of its allocations fails in turn, from the loader's first one on."""
 import concurrent.futures
 import json
 import os
@@ -13,10 +13,10 @@ from command import MEMORY_FOLDER, PROGRAM, SEED, CommandTest
 LONG = bool(os.environ.get("LATCHKEY_LONG"))
 KEY = ["--hash", "sha1", "--cipher", "des", "--no-password"]
 LINE = "latchkey: Out of memory (number 7)"
-# The C library ends the process itself, once, where it has no memory to note the destructor of a thread's first object.
-# Nothing can catch that; no output was begun by then. All other allocations, those before main among them, are caught.
+# The C library ends the process itself in one place, where it has no memory to note the destructor of a thread's first
+# object. This cannot be caught, but no output has been started by then. All other failures, also before main, are.
 NOT_CAUGHT = "Fatal glibc error: failed to register TLS destructor: out of memory"
-CHOSEN = 120  # numbers of each scenario in the short form; the last of them are the command's own work
+CHOSEN = 120  # numbers of each scenario in the short form; the last ones are the command's own allocations
 
 LIBRARY = None
 
@@ -49,19 +49,19 @@ class MemoryTest(CommandTest):
             process = self.run_in(folder, arguments, LATCHKEY_FAIL_ALLOCATION=number)
             after = self.files(folder)
         lines = process.stderr.decode(errors="replace").splitlines()
-        told = f"allocation {number} of {arguments}: status {process.returncode}, {lines}, {sorted(after)}"
+        details = f"allocation {number} of {arguments}: status {process.returncode}, {lines}, {sorted(after)}"
         if process.returncode == 0:
-            self.assertEqual((after, process.stdout), whole, told)
-            self.assertEqual(lines, [], told)
+            self.assertEqual((after, process.stdout), whole, details)
+            self.assertEqual(lines, [], details)
         elif (process.returncode, lines) == (-signal.SIGABRT, [NOT_CAUGHT]):
-            self.assertEqual(after, before, told)
+            self.assertEqual(after, before, details)
         else:
-            self.assertEqual(process.returncode, 1, told)
-            self.assertIn(after, (before, whole[0]), told)
+            self.assertEqual(process.returncode, 1, details)
+            self.assertIn(after, (before, whole[0]), details)
             if "--json" in arguments and not lines:
-                self.assertEqual(json.loads(process.stdout)["error"]["number"], 7, told)
+                self.assertEqual(json.loads(process.stdout)["error"]["number"], 7, details)
             else:
-                self.assertEqual(lines, [LINE], told)
+                self.assertEqual(lines, [LINE], details)
         return process.returncode
 
     def sweep(self, arguments, before):
@@ -99,13 +99,13 @@ class MemoryTest(CommandTest):
     def test_an_encryption_on_several_threads(self):
         self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": bytes((2 << 20) + 1)})
 
-    def test_digests_that_are_checked(self):
+    def test_a_check_of_digests(self):
         self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
 
     def test_a_help_text(self):
         self.sweep(["encrypt", "--help"], {})
 
-    def test_an_error_of_usage(self):
+    def test_wrong_usage(self):
         arguments = ["encrypt", "--bogus"]
         statuses = []
         for number in range(1, 3000, 1 if LONG else 60):

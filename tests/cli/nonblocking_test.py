@@ -1,4 +1,4 @@
-"""Streams that the command inherits in non-blocking mode, and JSON that was written in part."""
+"""Inherited streams in non-blocking mode, and partly written JSON."""
 import json
 import os
 import pathlib
@@ -20,7 +20,7 @@ class NonBlockingTest(CommandTest):
         return ends
 
     def output(self, *arguments):
-        """What a command writes into a full non-blocking pipe, from which reading starts only then."""
+        """The output of a command into a full non-blocking pipe that is read only afterwards."""
         reader, writer = self.pipe(1)
         filler = b""
         try:
@@ -32,13 +32,13 @@ class NonBlockingTest(CommandTest):
         os.close(writer)
         self.wait_for_end_or_poll(process)
         with open(reader, "rb") as pipe:
-            told = pipe.read()
-        self.assertTrue(told.startswith(filler))
+            received = pipe.read()
+        self.assertTrue(received.startswith(filler))
         self.assertEqual((process.communicate()[1], process.returncode), (b"", 0))
-        return told[len(filler):]
+        return received[len(filler):]
 
     def wait_for_end_or_poll(self, process):
-        """Until the command waits for the pipe, or has given up."""
+        """Waits until the command waits for the pipe or has ended."""
         while process.poll() is None:
             if pathlib.Path(f"/proc/{process.pid}/syscall").read_text().split()[0] in POLLS:
                 return

@@ -1,4 +1,4 @@
-"""What openssl encrypts latchkey decrypts, and the reverse, with keys made as Microsoft documents CryptDeriveKey."""
+"""latchkey and openssl decrypt each other's output, with keys as Microsoft documents CryptDeriveKey."""
 import hashlib
 import subprocess
 import unittest
@@ -18,7 +18,7 @@ def digest(hash_, data):
 
 
 def derived(hash_, length):
-    """The first bytes of the password's hash, which is made longer where it does not suffice."""
+    """The first bytes of the password's hash, expanded if it is too short."""
     value = digest(hash_, PASSWORD)
     if len(value) < length:
         block = value + bytes(64 - len(value))
@@ -26,7 +26,7 @@ def derived(hash_, length):
     return value[:length]
 
 
-# Provider, cipher, openssl's name of it, and the length of the derived key; the base provider fills 5 bytes up to 16.
+# Provider, cipher, openssl's name, and length of the derived key; the base provider extends 5 bytes to 16.
 CASES = [
     ("base", "rc4", "-rc4", 5), ("enhanced", "rc4", "-rc4", 16),
     ("base", "des", "-des-cbc", 8), ("enhanced", "des", "-des-cbc", 8),
@@ -65,7 +65,7 @@ class OpensslTest(CommandTest):
                     self.assertTrue(self.openssl("-d", hash_, case, ciphertext) == data)
                     self.assertTrue(self.decrypt(ciphertext, self.options(hash_, case), PASSWORD) == data)
 
-    def test_pieces_give_what_one_call_gives(self):
+    def test_pieces_give_the_same_bytes_as_one_call(self):
         for case in CASES:
             for length in PIECES:
                 with self.subTest(case=case, length=length):

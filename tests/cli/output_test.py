@@ -1,4 +1,4 @@
-"""The output file appears whole or not at all."""
+"""The output file appears complete or not at all."""
 import json
 import os
 import select
@@ -18,20 +18,20 @@ OTHERS = 0o007 if IS_WINDOWS else 0o077
 
 
 class OutputTest(CommandTest):
-    def test_a_new_file_gets_all_the_bytes(self):
+    def test_a_new_file_has_all_bytes(self):
         self.write("plain", b"some text")
         self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
         self.run_well("decrypt", *OPTIONS, "-o", "p", "c")
         self.assertEqual(self.read("p"), b"some text")
         self.assertEqual(self.names(), ["c", "p", "plain"])
 
-    def test_an_existing_file_is_refused_and_left_alone(self):
+    def test_an_existing_file_is_refused_and_unchanged(self):
         self.write("out", b"precious")
         for command in (["encrypt", *OPTIONS], ["hex"]):
             result = self.run_command(*command, "-o", "out", data=b"text")
             self.assertEqual(result.status, 1, result)
             self.assertRegex(result.lines[0], "^latchkey: cannot create: .*: out$")
-            self.assertTrue(result.lines[1].startswith("hint: --force replaces an existing file"), result)
+            self.assertTrue(result.lines[1].startswith("hint: use --force to replace a file"), result)
             self.assertEqual(self.read("out"), b"precious")
             self.assertEqual(self.names(), ["out"])
 
@@ -46,7 +46,7 @@ class OutputTest(CommandTest):
         self.run_well("decrypt", *OPTIONS, "--force", "-o", "file", "file")
         self.assertEqual(self.read("file"), b"some text")
 
-    def test_a_failure_leaves_nothing_and_keeps_the_old_file(self):
+    def test_a_failure_leaves_no_file_and_keeps_the_old_one(self):
         self.write("bad", b"x" * (3 << 20))  # fails at its end, after much was written
         self.write("old", b"precious")
         for name, force in (("new", []), ("old", ["--force"])):
@@ -55,19 +55,19 @@ class OutputTest(CommandTest):
         self.assertEqual(self.names(), ["bad", "old"])
         self.assertEqual(self.read("old"), b"precious")
 
-    def test_a_folder_that_is_not_there_is_told(self):
+    def test_a_missing_folder_is_reported(self):
         result = self.run_command("hex", "-o", "nowhere/out", data=b"text")
         self.assertEqual(result.status, 1)
         self.assertRegex(result.lines[0], "^latchkey: cannot create: .*: nowhere/out$")
 
-    def test_a_folder_is_no_output(self):
+    def test_a_folder_as_output_is_refused(self):
         (self.folder / "folder").mkdir()
         for force in ([], ["--force"]):
             result = self.run_command("hex", *force, "-o", "folder", data=b"text")
             self.assertEqual(result.status, 1, result)
             self.assertRegex(result.lines[0], "^latchkey: cannot (write|create): .*: folder$")
 
-    def test_a_decrypted_file_is_its_owners_alone_and_a_ciphertext_is_not(self):
+    def test_only_the_owner_can_read_a_decrypted_file(self):
         self.write("plain", b"some text")
         old = os.umask(0o022)
         self.addCleanup(os.umask, old)
@@ -78,7 +78,7 @@ class OutputTest(CommandTest):
         self.assertEqual(modes["p"] & OTHERS, 0, oct(modes["p"]))
         self.assertEqual(modes["p"] & 0o600, 0o600, oct(modes["p"]))
 
-    def test_a_decrypted_file_is_closed_from_its_first_byte_and_replaces_an_open_one(self):
+    def test_a_decrypted_file_is_private_from_its_first_byte(self):
         self.write("plain", b"some text")
         self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
         (self.folder / "plain").chmod(0o666)
@@ -95,7 +95,7 @@ class OutputTest(CommandTest):
             self.assertEqual(oct(path.stat().st_mode & shown), oct(mode & shown), oct(mode))
             path.unlink()
 
-    def test_a_plaintext_is_no_wider_than_what_it_replaces(self):
+    def test_a_plaintext_has_no_more_rights_than_the_file_it_replaces(self):
         for mode, expected in ((0o666, 0o600), (0o644, 0o600), (0o600, 0o600), (0o400, 0o400)):
             path = self.folder / self.write("old", b"precious")
             path.chmod(mode)
@@ -108,7 +108,7 @@ class OutputTest(CommandTest):
             path.chmod(0o600)
             path.unlink()
 
-    def test_a_device_is_written_as_it_is(self):
+    def test_a_device_is_written_directly(self):
         device = "NUL" if IS_WINDOWS else "/dev/null"
         self.run_well("hex", "-o", device, data=b"text")
         if not IS_WINDOWS:
@@ -146,14 +146,14 @@ class InterruptionTest(CommandTest):
             self.assertLess(time.monotonic(), deadline, self.names())
             select.select([], [], [], 0.01)
 
-    def test_the_file_has_no_name_of_its_own_until_it_is_whole(self):
+    def test_the_file_has_no_final_name_until_it_is_complete(self):
         process = self.start_half()
         self.assertNotIn("out", self.names())
         process.stdin.close()
         self.assertEqual(process.wait(), 0)
         self.assertEqual(self.names(), ["out"])
 
-    def test_an_interruption_leaves_nothing(self):
+    def test_an_interruption_leaves_no_file(self):
         for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
             with self.subTest(signal=number):
                 process = self.start_half()
@@ -161,7 +161,7 @@ class InterruptionTest(CommandTest):
                 self.assert_ended(process)
                 self.wait_until(lambda: not self.names())
 
-    def test_it_leaves_the_old_file_alone(self):
+    def test_an_interruption_keeps_the_old_file(self):
         self.write("out", b"precious")
         process = self.start_half("--force")
         process.send_signal(signal.SIGINT)
@@ -169,7 +169,7 @@ class InterruptionTest(CommandTest):
         self.wait_until(lambda: self.names() == ["out"])
         self.assertEqual(self.read("out"), b"precious")
 
-    def test_json_of_an_output_that_appears_meanwhile_is_the_failure_alone(self):
+    def test_json_of_an_output_that_appears_meanwhile_is_only_the_failure(self):
         process = self.start_half("--json", stdout=subprocess.PIPE)
         self.write("out", b"precious")
         process.stdin.close()

@@ -1,4 +1,4 @@
-"""Many files at once, by the tools that machines have for that."""
+"""Many files at once, with GNU parallel and xargs."""
 import subprocess
 import unittest
 

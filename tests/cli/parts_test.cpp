@@ -1,4 +1,4 @@
-// The command's small parts, each by itself.
+// Unit tests of the command's small parts.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -17,7 +17,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace cli;  // NOLINT: what is tested here
+using namespace cli;  // NOLINT: the namespace under test
 
 constexpr const char* kDigest = "900150983cd24fb0d6963f7d28e17f72";
 const ChecksumForm kForm{"MD5", 32};
@@ -44,7 +44,7 @@ TEST(ChecksumLineTest, OtherFormsAreRefused) {
   }
 }
 
-TEST(HexReaderTest, HalfAByteWaitsForTheNextPiece) {
+TEST(HexReaderTest, ADigitWithoutItsSecondWaitsForTheNextPiece) {
   HexReader reader;
   constexpr std::array<std::uint8_t, 4> kFirst{'4', '1', '\n', '4'};
   constexpr std::array<std::uint8_t, 2> kSecond{'\r', 'b'};
@@ -54,7 +54,7 @@ TEST(HexReaderTest, HalfAByteWaitsForTheNextPiece) {
   EXPECT_FALSE(reader.IsOdd());
 }
 
-TEST(ProgressLineTest, TellsBytesRateAndTimeLeftWithinTheColumns) {
+TEST(ProgressLineTest, ShowsBytesRateAndTimeLeftWithinTheColumns) {
   EXPECT_EQ(ProgressLine(500'000, 1'000'000, 2, 80),
             " 50% [====================                    ] 500 kB  250 kB/s  0:02 left");
   EXPECT_EQ(ProgressLine(1'500'000'000, std::nullopt, 10, 80), "1.5 GB  150 MB/s");
@@ -64,16 +64,17 @@ TEST(ProgressLineTest, TellsBytesRateAndTimeLeftWithinTheColumns) {
   }
 }
 
-TEST(ProgressLineTest, MoreThanWasExpectedIsAWholeBar) {
+TEST(ProgressLineTest, MoreThanExpectedIsAFullBar) {
   EXPECT_EQ(ProgressLine(20, 10, 1, 60).substr(0, 5), "100% ");
 }
 
 std::vector<std::uint8_t> BytesOf(const std::string& text) { return {text.begin(), text.end()}; }
 
-TEST(TextEvidenceTest, TextSpeaksForTheKeyAndRandomBytesDoNot) {
+TEST(TextEvidenceTest, TextIsEvidenceForTheKeyAndRandomBytesAreNot) {
   EXPECT_GT(TextEvidence(BytesOf("It is altogether fitting and proper that we should do this.")),
             100);
-  EXPECT_GT(TextEvidence(std::vector<std::uint8_t>(64, 0)), 100);  // no text, but no chance either
+  EXPECT_GT(TextEvidence(std::vector<std::uint8_t>(64, 0)),
+            100);  // not text, but not random either
   std::vector<std::uint8_t> everyByte(256);
   std::iota(everyByte.begin(), everyByte.end(), std::uint8_t{0});
   EXPECT_LT(TextEvidence(everyByte), -1.5);
@@ -81,8 +82,8 @@ TEST(TextEvidenceTest, TextSpeaksForTheKeyAndRandomBytesDoNot) {
   EXPECT_EQ(TextEvidence({}), 0);
 }
 
-// The three kinds of data are shares of one distribution: over all values of a byte, the
-// probabilities sum to one.
+// The three kinds of data form one distribution: over all values of a byte, the probabilities sum
+// to one.
 TEST(TextEvidenceTest, TheProbabilitiesOfAllBytesSumToOne) {
   double sum = 0;
   for (unsigned value = 0; value < 256; ++value) {
@@ -93,19 +94,19 @@ TEST(TextEvidenceTest, TheProbabilitiesOfAllBytesSumToOne) {
 }
 
 // CMakeLists.txt sets the variable for the test.
-TEST(TakeVariableTest, TheVariableIsGoneAfterwards) {
+TEST(TakeVariableTest, RemovesTheVariable) {
   const auto taken = cli::TakeVariable("LATCHKEY_TEST_SECRET");
   ASSERT_TRUE(taken);
   EXPECT_EQ(std::string(taken->begin(), taken->end()), "secret value");
   EXPECT_FALSE(cli::TakeVariable("LATCHKEY_TEST_SECRET"));
 }
 
-TEST(WithoutControlsTest, WhatATerminalObeysIsEscaped) {
+TEST(WithoutControlsTest, ControlCharactersAreEscaped) {
   EXPECT_EQ(WithoutControls("a\x1b[31mb\x7f\tc\n"), "a\\x1b[31mb\\x7f\\x09c\\n");
   EXPECT_EQ(WithoutControls("a\xC2\x9B"
                             "31mb\xC2\x80\xC2\x9F"),
             "a\\xc2\\x9b31mb\\xc2\\x80\\xc2\\x9f");
-  // A terminal that takes bytes for characters of one byte sees the same control character here.
+  // A terminal with a single-byte encoding sees the same control character here.
   EXPECT_EQ(WithoutControls("a\x9B"
                             "31mb"),
             "a\\x9b31mb");
@@ -116,9 +117,9 @@ TEST(WithoutControlsTest, WhatATerminalObeysIsEscaped) {
             "\\xe2\\x81\\xa6\\xd8\\x9c\\xe2\\x80\\x8f\\xe2\\x80\\xa8");
 }
 
-TEST(WithoutControlsTest, BytesThatAreNoUtf8AreEscapedOneByOne) {
+TEST(WithoutControlsTest, InvalidUtf8IsEscapedByteByByte) {
   EXPECT_EQ(WithoutControls("\xFF\xFE"), "\\xff\\xfe");
-  EXPECT_EQ(WithoutControls("\xC0\x9B"), "\\xc0\\x9b");           // too long a form of U+001B
+  EXPECT_EQ(WithoutControls("\xC0\x9B"), "\\xc0\\x9b");           // an overlong form of U+001B
   EXPECT_EQ(WithoutControls("\xE0\x82\x9B"), "\\xe0\\x82\\x9b");  // and of U+009B
   EXPECT_EQ(WithoutControls("\xED\xA0\x80"), "\\xed\\xa0\\x80");  // a surrogate
   EXPECT_EQ(WithoutControls("\xF4\x90\x80\x80"), "\\xf4\\x90\\x80\\x80");
@@ -126,7 +127,7 @@ TEST(WithoutControlsTest, BytesThatAreNoUtf8AreEscapedOneByOne) {
   EXPECT_EQ(WithoutControls("\xC3("), "\\xc3(");
 }
 
-TEST(WithoutControlsTest, TextStays) {
+TEST(WithoutControlsTest, OtherTextIsUnchanged) {
   for (const char* const text :
        {"", "plain back\\slash", "\xC3\xA9\xE2\x82\xAC\xF0\x9F\x94\x91", "\xC2\xA0",
         "\xF4\x8F\xBF\xBF", "\xEE\x80\x80", "\xDF\xBF\xE0\xA0\x80"}) {
@@ -134,7 +135,7 @@ TEST(WithoutControlsTest, TextStays) {
   }
 }
 
-TEST(FailureLineTest, LocationAndNumberStandBeforeTheFile) {
+TEST(FailureLineTest, LocationAndNumberPrecedeTheFile) {
   EXPECT_EQ(FailureLine(FailureAt(check::kDecryptCipher, "FILE")),
             "latchkey: Error decrypting data (location 717, number 120): FILE");
   EXPECT_EQ(FailureLine(FailureOf(Fault(FaultNumber::OutOfMemory))),

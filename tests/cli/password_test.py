@@ -1,4 +1,4 @@
-"""Where the password comes from, and that every byte of it counts."""
+"""Sources of the password, and that every byte of it counts."""
 import os
 import pty
 import select
@@ -43,31 +43,31 @@ class PasswordTest(CommandTest):
             ciphertext = self.ciphertext(*options)
             self.assertEqual(self.run_well("decrypt", *OPTIONS, *options, data=ciphertext).out, PLAIN)
 
-    def test_standard_input_gives_the_password(self):
+    def test_standard_input_is_read(self):
         self.assertEqual(self.ciphertext("--password-file", "-", data=b"secret\n"), self.from_file(b"secret"))
 
-    def test_a_variable_gives_it_as_it_is(self):
+    def test_a_variable_is_used_unchanged(self):
         self.assertEqual(self.ciphertext("--password-env", "LK_TEST", environment={"LK_TEST": "secret"}),
                          self.from_file(b"secret"))
         self.assertEqual(self.ciphertext("--password-env", "LK_TEST", environment={"LK_TEST": "secret "}),
                          self.from_file(b"secret "))
 
-    def test_a_variable_that_is_not_there_is_told(self):
+    def test_a_missing_variable_is_reported(self):
         result = self.run_command("encrypt", *OPTIONS, "--password-env", "LK_NOWHERE", self.plain())
         self.assertEqual((result.status, result.lines),
-                         (1, ["latchkey: the environment has no variable LK_NOWHERE"]))
+                         (1, ["latchkey: environment variable LK_NOWHERE is not set"]))
 
-    def test_a_descriptor_gives_it(self):
+    def test_a_descriptor_is_read(self):
         expected = self.from_file(b"secret")
         self.assertEqual(self.ciphertext("--password-fd", "0", data=b"secret\n"), expected)
         self.assertNotEqual(self.ciphertext("--password-fd", "0", "--password-exact", data=b"secret\n"), expected)
 
-    def test_a_descriptor_that_is_not_open_is_told(self):
+    def test_a_closed_descriptor_is_reported(self):
         result = self.run_command("encrypt", *OPTIONS, "--password-fd", "77", self.plain())
         self.assertEqual(result.status, 1)
         self.assertRegex(result.lines[0], "^latchkey: cannot read: .*: descriptor 77$")
 
-    def test_a_password_file_that_is_not_there_is_told(self):
+    def test_a_missing_password_file_is_reported(self):
         result = self.run_command("encrypt", *OPTIONS, "--password-file", "nowhere", self.plain())
         self.assertEqual(result.status, 1)
         self.assertRegex(result.lines[0], "^latchkey: cannot open: .*: nowhere$")
@@ -82,7 +82,7 @@ class PasswordTest(CommandTest):
         self.assertEqual(self.run_well("decrypt", *OPTIONS, "--default-password", data=default).out, PLAIN)
 
     def test_without_a_terminal_a_missing_password_is_wrong_usage(self):
-        program = ["setsid", "--wait", *PROGRAM]  # a session of its own has no terminal
+        program = ["setsid", "--wait", *PROGRAM]  # a new session has no terminal
         result = self.run_command("encrypt", *OPTIONS, self.plain(), program=program)
         self.assertEqual(result.status, 2, result)
         self.assertEqual(result.lines[0], "latchkey: no password given, and no terminal to ask for one")
@@ -98,7 +98,7 @@ class PasswordTest(CommandTest):
 
 
 class Terminal:
-    """The command with a terminal of its own for everything."""
+    """The command with a private terminal for all its streams."""
 
     def __init__(self, test, *arguments):
         self.seen = b""
@@ -177,7 +177,7 @@ class PromptTest(CommandTest):
         self.assertNotIn(b"secret", shown)
         self.assertEqual(self.read("decrypt.out"), PLAIN)
 
-    def test_two_answers_that_differ_leave_nothing(self):
+    def test_two_different_answers_leave_no_file(self):
         self.write("in", PLAIN)
         status, shown = self.ask("encrypt", b"secret", b"secreT")
         self.assertEqual(status, 1)

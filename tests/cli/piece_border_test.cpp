@@ -1,4 +1,4 @@
-// What the command keeps of the plaintext between two pieces is wiped.
+// The plaintext that the command keeps between two pieces is wiped.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -15,7 +15,7 @@ namespace {
 constexpr std::size_t kPiece = 64;
 constexpr std::size_t kLength = 3 * kPiece;
 constexpr std::size_t kBorder = 9;       // the last block of a piece and the byte after it
-constexpr std::size_t kFarBelow = 4096;  // so that the search does not overwrite what it looks for
+constexpr std::size_t kFarBelow = 4096;  // so that the search does not overwrite its target
 constexpr std::size_t kSearched = 6 * 1024;
 constexpr std::uint8_t kMask = 0x5A;  // so that the search does not find itself
 
@@ -44,7 +44,7 @@ std::uint8_t MaskedByte(std::size_t position) {
   return false;
 }
 
-TEST(PieceBorderTest, NothingOfThePlaintextAtABorderStaysOnTheStack) {
+TEST(PieceBorderTest, NoPlaintextAtABorderStaysOnTheStack) {
   const UniqueContext context = OpenProvider(true);
   CipherWork work{&PasswordCipher::Encrypt, {}, 1, kEncryptionSites, "file"};
   work.ciphers.push_back(std::make_unique<PasswordCipher>(context));

@@ -16,15 +16,15 @@ namespace {
 
 enum class Stage { None, Read, Work, Write };
 
-// Notes what the relay does with a number of pieces, and fails or waits where it is told to.
+// Records the relay's calls for a number of pieces, and fails or waits on request.
 class NotedStages final : public PieceStages {
  public:
   explicit NotedStages(std::uint64_t pieces) : pieces_(pieces) {}
 
   Stage failingStage = Stage::None;
   std::set<std::uint64_t> failingPieces;
-  // This piece does not come before reading is stopped, and the one before it is not written before
-  // somebody waits for it.
+  // Reading this piece waits until reading is stopped, and the piece before it is not written
+  // before that wait begins.
   std::uint64_t endlessRead = UINT64_MAX;
   bool worksInOrder = false;
 
@@ -57,7 +57,7 @@ class NotedStages final : public PieceStages {
   void StopReading() noexcept override { stopped_.Give(); }
 
   std::vector<std::uint64_t> written;
-  std::vector<std::uint64_t> order;  // of the work
+  std::vector<std::uint64_t> order;  // of the calls of Work
   std::set<std::size_t> workers;
 
  private:
@@ -92,7 +92,7 @@ std::vector<std::uint64_t> Below(std::uint64_t end) {
   return numbers;
 }
 
-// What Run raises; empty when it raises nothing.
+// The text of Run's exception; empty if it throws none.
 std::string FailureOf(NotedStages& stages, std::size_t workers) {
   try {
     PieceRelay(stages).Run(workers);
@@ -106,7 +106,7 @@ class PieceRelayTest : public testing::TestWithParam<std::size_t> {};
 
 INSTANTIATE_TEST_SUITE_P(Workers, PieceRelayTest, testing::Values(1, 2, 3, 8));
 
-TEST_P(PieceRelayTest, EveryPieceIsWorkedOnOnceAndWrittenInOrder) {
+TEST_P(PieceRelayTest, EveryPieceIsProcessedOnceAndWrittenInOrder) {
   for (const std::uint64_t pieces : {1U, 2U, 3U, 500U}) {
     for (const bool inOrder : {false, true}) {
       NotedStages stages(pieces);
@@ -123,7 +123,7 @@ TEST_P(PieceRelayTest, EveryPieceIsWorkedOnOnceAndWrittenInOrder) {
   }
 }
 
-TEST_P(PieceRelayTest, AFailureComesWhenTheEarlierPiecesAreWritten) {
+TEST_P(PieceRelayTest, AFailureIsRaisedAfterTheEarlierPiecesAreWritten) {
   for (const Stage stage : {Stage::Read, Stage::Work, Stage::Write}) {
     for (const std::uint64_t failing : {0U, 1U, 7U, 39U}) {
       for (const bool inOrder : {false, true}) {
@@ -138,7 +138,7 @@ TEST_P(PieceRelayTest, AFailureComesWhenTheEarlierPiecesAreWritten) {
   }
 }
 
-TEST_P(PieceRelayTest, AReadThatWaitsEndsWhenNobodyWantsItsPiece) {
+TEST_P(PieceRelayTest, AWaitingReadEndsWhenItsPieceIsNotNeeded) {
   const std::size_t workers = std::max<std::size_t>(GetParam(), 2);
   NotedStages stages(40);
   stages.endlessRead = 2;
@@ -148,7 +148,7 @@ TEST_P(PieceRelayTest, AReadThatWaitsEndsWhenNobodyWantsItsPiece) {
   EXPECT_EQ(stages.written, Below(1));
 }
 
-// The piece that fails first in time is not the first of the stream.
+// The first failure in time is not that of the earliest piece.
 class LateFailure final : public PieceStages {
  public:
   [[nodiscard]] bool WorksInOrder() const noexcept override { return false; }

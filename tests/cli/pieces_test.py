@@ -1,4 +1,4 @@
-"""Files of several pieces, which the command works on with several threads."""
+"""Files of several pieces, processed by several threads."""
 import unittest
 
 from command import CIPHERS, IS_WINDOWS, CommandTest

@@ -1,4 +1,4 @@
-"""RC2 as RFC 2268 describes it, slow and plain: what the program's own is held against."""
+"""A plain RC2 after RFC 2268, the reference for the program's own."""
 
 PI_TABLE = bytes.fromhex(
     "d978f9c419ddb5ed28e9fd794aa0d89dc67e37832b76538e624c6488448bfba2"
@@ -39,7 +39,7 @@ def encrypt_block(words, block):
 
 
 def encrypt_cbc(key, effective_bits, data):
-    """From a zero initialisation vector, with PKCS #5 padding."""
+    """From a zero initialization vector, with PKCS #5 padding."""
     words = expand_key(key, effective_bits)
     padding = 8 - len(data) % 8
     data += bytes([padding]) * padding

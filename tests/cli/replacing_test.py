@@ -1,4 +1,4 @@
-"""What becomes of an existing file on Linux: the rights, owner and links of one that gives way, and one that stays."""
+"""Existing files as outputs on Linux: rights, owner and links of a replaced file, and files that stay."""
 import os
 import stat
 import struct
@@ -7,7 +7,7 @@ import unittest
 
 from command import CommandTest
 
-NOBODY = 65534
+OTHER_ID = 65534
 ACCESS_LIST = "system.posix_acl_access"
 DEFAULT_LIST = "system.posix_acl_default"
 OWNER, USER, GROUP, MASK, OTHER = 1, 2, 4, 16, 32
@@ -15,11 +15,11 @@ NO_ID = 0xFFFFFFFF
 
 
 def access_list(*entries):
-    """An access list as the kernel takes it, of (kind, rights, id)."""
+    """An access list in the kernel's form, of (kind, rights, id)."""
     return struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries)
 
 
-# Whatever the group may, user 1234 may more.
+# User 1234 has more rights than the group.
 PRIVATE_LIST = access_list((OWNER, 6, NO_ID), (USER, 6, 1234), (GROUP, 0, NO_ID), (MASK, 6, NO_ID), (OTHER, 0, NO_ID))
 
 
@@ -36,7 +36,7 @@ class RightsTest(CommandTest):
         return path
 
     def replaced(self, **options):
-        """The state of the old file when the command has replaced it."""
+        """The state of the file after the command has replaced it."""
         self.run_well("hex", "--force", "-o", "old", "in", **options)
         self.assertEqual(self.read("old"), b"74657874\n")
         return (self.folder / "old").stat()
@@ -56,11 +56,11 @@ class RightsTest(CommandTest):
         for mode, expected in ((0o664, 0o644), (0o640, 0o600), (0o604, 0o600), (0o666, 0o666)):
             self.old(mode, 0, 0)
             (self.folder / "in").chmod(0o644)
-            state = self.replaced(user=NOBODY, group=NOBODY, extra_groups=[])
-            self.assertEqual((state.st_uid, state.st_gid), (NOBODY, NOBODY))
+            state = self.replaced(user=OTHER_ID, group=OTHER_ID, extra_groups=[])
+            self.assertEqual((state.st_uid, state.st_gid), (OTHER_ID, OTHER_ID))
             self.assertEqual(oct(stat.S_IMODE(state.st_mode)), oct(expected), oct(mode))
 
-    def test_the_right_to_take_the_owners_identity_does_not_stay(self):
+    def test_set_user_id_is_dropped(self):
         self.old(0o6755)
         self.assertEqual(oct(stat.S_IMODE(self.replaced().st_mode)), oct(0o755))
 
@@ -70,23 +70,23 @@ class RightsTest(CommandTest):
         self.replaced()
         self.assertEqual(os.getxattr(path, ACCESS_LIST), PRIVATE_LIST)
 
-    def test_without_its_group_the_access_list_gives_nobody_anything(self):
+    def test_without_its_group_the_access_list_grants_nothing(self):
         self.require_root()
         self.folder.chmod(0o777)
         path = self.old(0o644, 0, 0)
         (self.folder / "in").chmod(0o644)
         os.setxattr(path, ACCESS_LIST, access_list((OWNER, 6, NO_ID), (USER, 6, 1234), (GROUP, 0, NO_ID),
                                                    (MASK, 6, NO_ID), (OTHER, 4, NO_ID)))
-        state = self.replaced(user=NOBODY, group=NOBODY, extra_groups=[])
+        state = self.replaced(user=OTHER_ID, group=OTHER_ID, extra_groups=[])
         self.assertEqual(oct(stat.S_IMODE(state.st_mode)), oct(0o600))
 
-    def test_the_folders_list_for_new_files_does_not_reach_one_that_had_none(self):
+    def test_the_folders_default_list_is_not_added(self):
         path = self.old(0o640)
         os.setxattr(self.folder, DEFAULT_LIST, PRIVATE_LIST)
         self.assertEqual(oct(stat.S_IMODE(self.replaced().st_mode)), oct(0o640))
         self.assertNotIn(ACCESS_LIST, os.listxattr(path))
 
-    def test_a_plaintext_is_its_owners_alone_whatever_the_list_was(self):
+    def test_a_plaintext_is_private_with_any_list(self):
         path = self.old(0o600)
         os.setxattr(path, ACCESS_LIST, PRIVATE_LIST)
         self.run_well("decrypt", "--hash", "md5", "--cipher", "rc4", "--no-password", "--force", "-o", "old", "in")
@@ -100,7 +100,7 @@ class LinkTest(CommandTest):
         self.write("in", b"A")
         self.link = self.folder / "link"
 
-    def test_a_link_stays_and_what_it_leads_to_is_replaced(self):
+    def test_a_link_stays_and_its_target_is_replaced(self):
         (self.folder / "folder").mkdir()
         self.write("folder/target", b"old")
         (self.folder / "folder" / "second").symlink_to("target")
@@ -110,13 +110,13 @@ class LinkTest(CommandTest):
         self.assertTrue(self.link.is_symlink())
         self.assertEqual(self.read("folder/target"), b"41\n")
 
-    def test_a_link_to_nowhere_stays_and_is_refused(self):
+    def test_a_link_to_nothing_stays_and_is_refused(self):
         for target, reason in (("nowhere", "No such file or directory"), ("none/out", "No such file or directory"),
                                ("link", "Too many levels of symbolic links"), ("in/out", "Not a directory")):
             self.link.symlink_to(target)
             for force in ([], ["--force"]):
                 with self.start_command("hex", *force, "-o", "link", stdin=subprocess.PIPE,
-                                        stderr=subprocess.PIPE) as process:  # refused before any data comes
+                                        stderr=subprocess.PIPE) as process:  # refused before any data is written
                     self.assertEqual(process.stderr.read(),
                                      f"latchkey: cannot follow the link: {reason}: link\n".encode())
                 self.assertEqual((process.returncode, self.names()), (1, ["in", "link"]))
@@ -209,12 +209,12 @@ class OldSystemTest(CommandTest):
         subprocess.run(["cc", "-shared", "-fPIC", "-o", library, "-x", "c", "-"], input=self.LIBRARY.encode(), check=True)
         self.environment = {"LD_PRELOAD": str(library)}
 
-    def test_a_file_gets_its_name_and_no_other_stays(self):
+    def test_a_file_gets_its_name_and_loses_the_temporary_one(self):
         self.run_well("hex", "-o", "out", "in", environment=self.environment)
         self.assertEqual((self.names(), self.read("out")), ([".old.so", "in", "out"], b"41\n"))
         self.assertEqual((self.folder / "out").stat().st_nlink, 1)
 
-    def test_a_second_name_that_stays_is_a_failure(self):
+    def test_a_remaining_temporary_name_is_a_failure(self):
         for calls, left in ((1, 0), (2, 1)):
             result = self.run_command("hex", "-o", "out", "in",
                                       environment={**self.environment, "LK_STAYS": str(calls)})
@@ -223,7 +223,7 @@ class OldSystemTest(CommandTest):
             self.assertEqual(len(self.names()), 3 + left, self.names())
             (self.folder / "out").unlink()
 
-    def test_a_file_that_appears_in_the_last_moment_is_not_replaced(self):
+    def test_a_file_that_appears_at_the_last_moment_is_not_replaced(self):
         result = self.run_command("hex", "-o", "out", "in", environment={**self.environment, "LK_APPEARS": "1"})
         self.assertEqual((result.status, result.lines[:1]), (1, ["latchkey: cannot create: File exists: out"]))
         self.assertEqual((self.names(), self.read("out")), ([".old.so", "in", "out"], b"precious"))

@@ -21,7 +21,7 @@ class RoundTripTest(CommandTest):
         return settings[2], setting_options(*settings) + more, number // len(all_settings)
 
     def content(self, round_):
-        """At first 0 to 3 bytes, then any length up to 100,000, with ends that text would lose."""
+        """First 0 to 3 bytes, then any length up to 100,000, with ends that text would lose."""
         end = self.random.choice(ENDS)
         if round_ < LEAST_ROUNDS:
             return (b" " * 4 + end)[-self.random.randrange(4):] if round_ else self.random.randbytes(
@@ -43,7 +43,7 @@ class RoundTripTest(CommandTest):
             compared = subprocess.run(["cmp", "plain", "back"], cwd=self.folder, capture_output=True, check=False)
             self.assertEqual(compared.returncode, 0, (number, options, compared))
 
-    def test_the_least_inputs_under_every_setting(self):
+    def test_the_shortest_inputs_under_every_setting(self):
         self.write("password", b"secret")
         for number in range(len(SETTINGS) + len(OLD_RC2)):
             _, options, _ = self.settings(number)

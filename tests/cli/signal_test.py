@@ -1,4 +1,4 @@
-"""Signals on Linux: each that ends a process leaves nothing, and one that the parent ignores ends nothing."""
+"""Signals on Linux: those that end the process remove the output; those that the parent ignores stay ignored."""
 import os
 import pathlib
 import resource
@@ -32,11 +32,11 @@ class SignalTest(CommandTest):
         return process, pipe
 
     def held(self, process):
-        """The signals that the process holds back, as a mask."""
+        """The mask of the signals that the process blocks."""
         status = pathlib.Path(f"/proc/{process.pid}/status").read_text()
         return next(int(line.split()[1], 16) for line in status.splitlines() if line.startswith("SigBlk"))
 
-    def test_every_signal_that_ends_the_process_leaves_nothing(self):
+    def test_every_signal_that_ends_the_process_removes_the_output(self):
         self.write("out", b"precious")
         for number in ENDING_SIGNALS:
             process, pipe = self.start_half("--force")
@@ -45,13 +45,13 @@ class SignalTest(CommandTest):
                 self.assertEqual(process.wait(), -number)
             self.assertEqual((self.names(), self.read("out")), (["out"], b"precious"), number)
 
-    def test_a_file_that_grows_beyond_its_limit_leaves_nothing(self):
+    def test_a_file_that_grows_beyond_its_limit_is_removed(self):
         self.write("in", bytes(1 << 16))
         process = self.start_command("encrypt", *OPTIONS, "-o", "out", "in", stderr=subprocess.DEVNULL,
                                      preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (4096, 4096)))
         self.assertEqual((process.wait(), self.names()), (-signal.SIGXFSZ, ["in"]))
 
-    def test_a_signal_that_the_parent_ignores_ends_nothing(self):
+    def test_a_signal_that_the_parent_ignores_stays_ignored(self):
         def ignore():
             for number in ENDING_SIGNALS:
                 signal.signal(number, signal.SIG_IGN)

@@ -1,4 +1,4 @@
-"""The command when the system refuses: every system call from main on fails in turn, is interrupted, brings a signal.
+"""The command when system calls fail, are interrupted or deliver a signal, each call from main on in turn.
 
 strace injects the failures; where the system permits no tracing, these tests fail rather than skip.
 """
@@ -24,14 +24,14 @@ LEFT_OUT = {
     "exit_group": "does not return",
     "exit": "does not return",
     "umask": "cannot fail",
-    "getrandom": "is made by mkostemp in one run of twenty, and it goes on without",
+    "getrandom": "is called by mkostemp in one run of twenty, which continues without it",
     "futex": "fails only for wrong usage, and the C library then ends the process",
     "rseq": "is the C library's at a thread's start, and it ends the process",
     "rt_sigreturn": "does not return",
 }
-# How each of the others fails: an errno, the likeliest first. One that is not here fails with EIO.
+# The errnos of the other calls, the likeliest first. A call that is not listed fails with EIO.
 FAILURES = {
-    "brk": ["retval=0"],  # it has no errno: an end that was not moved is its failure
+    "brk": ["retval=0"],  # has no errno: it fails by not moving the end
     "mmap": ["ENOMEM"], "mprotect": ["ENOMEM"], "munmap": ["ENOMEM"], "madvise": ["EINVAL"],
     "openat": ["EACCES", "EMFILE", "EIO", "EINTR"], "open": ["EACCES"],
     "read": ["EIO", "EAGAIN"], "write": ["ENOSPC", "EIO", "EDQUOT"], "fsync": ["EIO", "EINVAL", "EINTR"],
@@ -42,15 +42,15 @@ FAILURES = {
     "fchown": ["EPERM"], "ioctl": ["EIO"], "fcntl": ["EBADF", "EMFILE"],
     "clone3": ["EAGAIN"], "clone": ["EAGAIN"],
 }
-# Those that are interrupted before they did anything are called again.
+# These calls are repeated if interrupted before they transferred anything.
 REPEATED = ("read", "write", "poll")
-# The scenario in which threads share the calls, so that a number may name none of this run.
+# The scenario in which threads share the calls, so that a number may not occur in this run.
 THREADS = "several threads"
 MOST = 60  # calls of a scenario that the short form tries; only that one has more
 # The handlers of signals are set by one loop: the short form tries some of these calls.
 LOOPED = "rt_sigaction"
 
-# Those of real time have no names that strace knows.
+# strace has no names for real-time signals.
 SIGNALS = [number.name for number in ENDING_SIGNALS if number < signal.SIGRTMIN]
 
 
@@ -128,15 +128,15 @@ class SystemCallTest(CommandTest):
         process, calls = self.traced(folder, arguments, "-e", f"trace={name}", "-e",
                                      f"inject={name}:{what}:when={number}", stdin=stdin)
         after = self.files(folder)
-        told = f"{name} {number} {what} in {arguments}: status {process.returncode}, {process.stderr}, {sorted(after)}"
-        self.assertEqual(self.rights(folder) & ~self.widest, 0, told)
-        return process, calls, after, told
+        details = f"{name} {number} {what} in {arguments}: status {process.returncode}, {process.stderr}, {sorted(after)}"
+        self.assertEqual(self.rights(folder) & ~self.widest, 0, details)
+        return process, calls, after, details
 
     SCENARIOS = {
         "encrypt a file": (["encrypt", *KEY, "-o", "out", "in"], {"in": b"some text" * 50}, b""),
         "replace by ciphertext": (["encrypt", *KEY, "--force", "-o", "out", "in"],
                                   {"in": b"some text", "out": b"precious"}, b""),
-        "replace behind a link": (["encrypt", *KEY, "--force", "-o", "out", "in"],
+        "replace through a link": (["encrypt", *KEY, "--force", "-o", "out", "in"],
                                   {"in": b"some text", "out": "target", "target": b"precious" * 10}, b""),
         "keep an existing file": (["encrypt", *KEY, "-o", "out", "in"], {"in": b"text", "out": b"precious"}, b""),
         "encrypt with JSON": (["encrypt", *KEY, "--json", "-o", "out", "in"], {"in": b"some text"}, b""),
@@ -157,26 +157,26 @@ class SystemCallTest(CommandTest):
                 before = {"in": ciphertext, **({"out": b"precious"} if "--force" in arguments else {})}
             yield what, arguments, before, stdin
 
-    def check(self, process, after, before, whole, told):
-        self.assertIn(after, (before, whole[1]), told)
+    def check(self, process, after, before, whole, details):
+        self.assertIn(after, (before, whole[1]), details)
         if process.returncode == whole[0] == 0:
-            self.assertEqual((after, process.stdout), whole[1:], told)
+            self.assertEqual((after, process.stdout), whole[1:], details)
         else:
-            self.assertEqual(process.returncode, 1, told)  # also never by a signal
+            self.assertEqual(process.returncode, 1, details)  # also never by a signal
         if "--json" in process.args and process.stdout:
             json.loads(process.stdout)  # one document
 
-    def test_no_failed_call_loses_or_leaves_anything(self):
+    def test_no_failed_call_loses_data_or_leaves_a_file(self):
         for what, arguments, before, stdin in self.scenarios():
             places, whole = self.places(arguments, before, stdin)
 
             def attempt(name, number, error):
                 failure = error if "=" in error else f"error={error}"
-                process, calls, after, told = self.inject(name, number, failure, arguments, before, stdin)
-                self.assertTrue(what == THREADS or any("INJECTED" in call.line for call in calls), told)
+                process, calls, after, details = self.inject(name, number, failure, arguments, before, stdin)
+                self.assertTrue(what == THREADS or any("INJECTED" in call.line for call in calls), details)
                 if name == "unlink" and process.returncode == 1:  # nothing else can remove a file
                     after = {file: data for file, data in after.items() if not file.startswith(".latchkey-")}
-                self.check(process, after, before, whole, told)
+                self.check(process, after, before, whole, details)
                 return process.returncode
 
             attempts = [(name, number, error) for name, number in self.chosen(places)
@@ -186,7 +186,7 @@ class SystemCallTest(CommandTest):
             print(f"{what}: {len(attempts)} calls failed, {statuses.count(1)} runs with them", flush=True)
 
     def order(self, *arguments, options=()):
-        """What happens to the output's file and its folder, in order."""
+        """The calls on the output's file and its folder, in order."""
         folder = self.new_folder({"in": b"some text", **({"out": b"precious"} if "--force" in arguments else {})})
         process, calls = self.traced(folder, ["encrypt", *KEY, "-o", "out", *arguments, "in"], "-y", *options)
         self.assertEqual(process.returncode, 0, process.stderr)
@@ -195,27 +195,27 @@ class SystemCallTest(CommandTest):
                  ("folder synced", rf"fsync\(\d+<{folder}>\) += 0")]
         return [kind for call in calls for kind, form in kinds if re.match(r"(\d+ +)?" + form, call.line)]
 
-    def test_the_file_is_on_the_disk_before_its_name_and_the_name_before_the_end(self):
+    def test_the_file_is_flushed_before_its_name_and_the_name_before_the_end(self):
         renamed = ["written", "file synced", "renamed", "folder synced"]
         self.assertEqual(self.order(), renamed)
         self.assertEqual(self.order("--force"), renamed)
-        # A file system that cannot refuse a name while it renames.
+        # A file system that cannot refuse an existing name in a rename.
         self.assertEqual(self.order(options=["-e", "inject=renameat2:error=EINVAL"]),
                          ["written", "file synced", "linked", "folder synced"])
 
-    def test_an_interrupted_call_is_made_again(self):
+    def test_an_interrupted_call_is_repeated(self):
         for what, arguments, before, stdin in self.scenarios():
             places, whole = self.places(arguments, before, stdin)
 
             def attempt(name, number):
-                process, _, after, told = self.inject(name, number, "error=EINTR", arguments, before, stdin)
-                self.assertEqual((process.returncode, after, process.stdout), whole, told)
+                process, _, after, details = self.inject(name, number, "error=EINTR", arguments, before, stdin)
+                self.assertEqual((process.returncode, after, process.stdout), whole, details)
 
             attempts = [place for place in self.chosen(places) if place[0] in REPEATED]
             self.assertTrue(attempts, what)
             self.each(attempts, attempt)
 
-    def test_a_signal_at_any_call_leaves_nothing(self):
+    def test_a_signal_at_any_call_removes_the_output(self):
         used = set()
         for what, arguments, before, stdin in self.scenarios():
             if not LONG and "-o" not in arguments:
@@ -224,10 +224,10 @@ class SystemCallTest(CommandTest):
             names = self.random.sample(SIGNALS, len(SIGNALS))
 
             def attempt(name, number, signal_name):
-                process, _, after, told = self.inject(name, number, f"signal={signal_name}", arguments, before, stdin)
-                self.assertIn(after, (before, whole[1]), told)
+                process, _, after, details = self.inject(name, number, f"signal={signal_name}", arguments, before, stdin)
+                self.assertIn(after, (before, whole[1]), details)
                 if what != THREADS or process.returncode != 0:
-                    self.assertEqual(process.returncode, -signal.Signals[signal_name], told)
+                    self.assertEqual(process.returncode, -signal.Signals[signal_name], details)
 
             attempts = [(*place, names[i % len(names)]) for i, place in enumerate(self.chosen(places))]
             used.update(name for *_, name in attempts)

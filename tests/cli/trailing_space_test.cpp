@@ -1,5 +1,5 @@
-// A ciphertext whose last byte is 20 hexadecimal: the component loses that byte on its way through
-// text and refuses the rest; the command decrypts it.
+// A ciphertext whose last byte is 20 hexadecimal: the component loses that byte in the conversion
+// to text and refuses the rest; the command decrypts it.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -58,7 +58,7 @@ class TrailingSpaceTest : public testing::Test {
       (std::filesystem::temp_directory_path() / "latchkey-trailing-space").generic_string();
 };
 
-TEST_F(TrailingSpaceTest, TheComponentRefusesWhatTheCommandDecrypts) {
+TEST_F(TrailingSpaceTest, OnlyTheCommandDecryptsIt) {
   const std::string text = TextWithSpaceAtTheEnd();
   const WipedBytes ciphertext = Encrypted(text);
   {

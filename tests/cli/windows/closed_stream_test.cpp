@@ -1,4 +1,4 @@
-// A standard stream whose handle the process does not have never comes to mean a file of its own.
+// A standard stream whose handle the process does not have never denotes a file of the command.
 #include <gtest/gtest.h>
 
 #include "cli/platform/file_error.h"

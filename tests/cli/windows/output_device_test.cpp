@@ -1,4 +1,4 @@
-// An output that is no file: a pipe is written to when that is asked for, the null device always.
+// Outputs that are not files: a pipe requires `replace`, the null device does not.
 #include <gtest/gtest.h>
 
 #include <array>

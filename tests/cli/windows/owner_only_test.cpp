@@ -1,4 +1,4 @@
-// Who may read what the command writes, by the access lists that Windows has for it.
+// Access lists of the command's files on Windows.
 #include "cli/platform/windows/owner_only.h"
 
 #include <gtest/gtest.h>
@@ -117,7 +117,7 @@ TEST(OwnerOnlyTest, ATemporaryFileOfAPlaintextIsClosedToEveryone) {
   EXPECT_FALSE(NamesEveryone(list)) << std::string(list.begin(), list.end());
 }
 
-// It would have the wider rights until the end, when it gets those of the other file.
+// Otherwise it would have more rights until the end, when it gets those of the other file.
 TEST(OwnerOnlyTest, ATemporaryFileInThePlaceOfAnotherIsClosedToEveryone) {
   const Folder folder;
   {
