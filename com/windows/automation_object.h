@@ -1,5 +1,5 @@
-// What all objects that clients create have in common: identity, reference count, late binding,
-// class and error information.
+// Base of all objects that clients create: identity, reference count, late binding, class and error
+// information.
 #pragma once
 
 #include <atomic>
@@ -12,9 +12,9 @@
 
 namespace latchkey::com {
 
-// `Interface` is the dual interface of the class that `description` tells. The object starts with
-// one reference and destroys itself with its last one. Derived classes add the interface's own
-// methods, each of them one call of Run.
+// `Interface` is the dual interface of the class in `description`. The object starts with one
+// reference and destroys itself with its last one. Derived classes add the interface's own methods,
+// each as one call of Run.
 template <class Interface>
 class AutomationObject : public Interface, public ISupportErrorInfo, public IProvideClassInfo {
  public:
@@ -90,8 +90,8 @@ class AutomationObject : public Interface, public ISupportErrorInfo, public IPro
     return RunMethod(description_, result, std::forward<Body>(body));
   }
 
-  // The same for a method that also reads through a pointer: a null one is refused, behind the
-  // clearing of the result.
+  // The same for a method that also reads through a pointer: a null one is refused, after the
+  // result is cleared.
   template <class Result, class Argument, class Body>
   [[nodiscard]] HRESULT Run(Result* result, const Argument* argument, Body&& body) const noexcept {
     if (argument != nullptr) return Run(result, std::forward<Body>(body));

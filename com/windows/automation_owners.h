@@ -1,4 +1,4 @@
-// Owners of what Automation hands out: interface pointers, strings and variants.
+// Owners of Automation's interface pointers, strings and variants.
 #pragma once
 
 #include "base/secure_memory.h"

@@ -1,5 +1,5 @@
-// What automation_prelude.idl stands for in C++. The header that the IDL compiler makes from
-// latchkey.idl includes this one.
+// The C++ counterpart of automation_prelude.idl, included by the header that the IDL compiler makes
+// from latchkey.idl.
 #pragma once
 
 #include <windows.h>

@@ -24,8 +24,8 @@ STDMETHODIMP_(ULONG) ClassFactory::Release() noexcept {
   return left;
 }
 
-// The interface is checked before the object is made: a clsMain that lives for a moment only would
-// take the error record of its thread with it.
+// Checks the interface before it makes the object: a clsMain that is destroyed at once would
+// destroy the error record of its thread.
 STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId,
                                           void** object) noexcept {
   if (object == nullptr) return E_POINTER;

@@ -8,7 +8,7 @@
 
 namespace latchkey::com {
 
-// Makes objects of the class that `description` tells. Objects cannot be aggregated.
+// Makes objects of the class in `description`. Objects cannot be aggregated.
 class ClassFactory final : public IClassFactory {
  public:
   explicit ClassFactory(const ClassDescription& description) noexcept : description_(description) {}
@@ -19,7 +19,7 @@ class ClassFactory final : public IClassFactory {
   STDMETHODIMP_(ULONG) AddRef() noexcept override;
   STDMETHODIMP_(ULONG) Release() noexcept override;
   STDMETHODIMP CreateInstance(IUnknown* outer, REFIID interfaceId, void** object) noexcept override;
-  // E_UNEXPECTED for an unlock while no lock is held, which changes nothing.
+  // Returns E_UNEXPECTED for an unlock while no lock is held, which changes nothing.
   STDMETHODIMP LockServer(BOOL lock) noexcept override;
 
  private:

@@ -1,5 +1,5 @@
-// The classes that clients can create, as one table: the class factory, the dispatcher, the error
-// information and the registration are all led by it.
+// The table of the classes that clients can create, used by the class factory, the dispatcher, the
+// error information and the registration.
 #pragma once
 
 #include <cstddef>
@@ -12,8 +12,8 @@ namespace latchkey::com {
 struct ClassDescription {
   const CLSID& classId;
   const IID& interfaceId;      // the dual default interface
-  const wchar_t* progId;       // without version; also the source that error information names
-  const wchar_t* description;  // what registry viewers show
+  const wchar_t* progId;       // without version; also the source in error information
+  const wchar_t* description;  // shown by registry viewers
   // A new object with one reference, which the caller owns. Raises OutOfMemory or bad_alloc.
   IUnknown* (*create)();
 };
@@ -25,10 +25,10 @@ extern const ClassDescription kTimerClass;
 inline constexpr std::size_t kClassCount = 3;
 [[nodiscard]] std::span<const ClassDescription* const, kClassCount> AllClasses() noexcept;
 
-// Null for a class that is not the component's.
+// Returns null for a class that is not the component's.
 [[nodiscard]] const ClassDescription* FindClass(REFCLSID classId) noexcept;
 
-// Whether the objects of a class answer to an interface.
+// Whether the objects of a class have an interface.
 [[nodiscard]] bool HasInterface(const ClassDescription& description, REFIID interfaceId) noexcept;
 
 }  // namespace latchkey::com

@@ -16,17 +16,17 @@ VARIANT ToTextVariant(Text&& text) {
   return value;
 }
 
-// As an unallocated array does before it is refused.
+// As for an unallocated array, before it is refused.
 void DiscardPassword(clsCryptoAPI& api) {
   ByteArray none;
   try {
     api.Password(none);
-  } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): its refusal
+  } catch (const Fault&) {  // NOLINT(bugprone-empty-catch): the expected refusal
   }
 }
 
-// Elements that are no bytes are refused before the operation begins. Its first step discards the
-// earlier password, which therefore must not outlast any other failure to read the new one.
+// Refuses elements other than bytes before the operation begins. The operation's first step
+// discards the earlier password, so any other failure to read the new one must discard it too.
 ByteArray ReadPassword(SAFEARRAY* array, clsCryptoAPI& api) {
   RequireBytes(array);
   try {

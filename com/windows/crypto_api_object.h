@@ -1,4 +1,4 @@
-// clsCryptoAPI as COM clients see it.
+// clsCryptoAPI for COM clients.
 #pragma once
 
 #include "com/windows/automation_object.h"
@@ -7,8 +7,8 @@
 
 namespace latchkey::com {
 
-// A client's arrays and texts become the component's own before an operation runs and its results
-// become the client's afterwards; nothing of the client's is kept beyond a call.
+// Converts a client's arrays and texts to the component's types before an operation, and the
+// results back afterwards. Keeps no data of the client after a call.
 class CryptoApiObject final : public AutomationObject<_clsCryptoAPI> {
  public:
   CryptoApiObject() : AutomationObject(kCryptoApiClass) {}

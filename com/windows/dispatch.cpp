@@ -13,14 +13,14 @@
 namespace latchkey::com {
 namespace {
 
-// Scripts ask for a property and a method at once, and tell the two kinds of property put apart by
-// the value they hold rather than by the property.
+// Scripts request a property and a method at once, and choose between the two kinds of property put
+// by the value rather than by the property.
 int KindsWanted(WORD flags) {
   const int puts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
   return (flags & puts) != 0 ? flags | puts : flags;
 }
 
-// The error information that a failed method has left on this thread, for a late-bound caller.
+// The error information that a failed method left on this thread, for a late-bound caller.
 HRESULT ToException(HRESULT failure, EXCEPINFO& exception) {
   exception.scode = failure;
   IErrorInfo* found = nullptr;
@@ -32,7 +32,7 @@ HRESULT ToException(HRESULT failure, EXCEPINFO& exception) {
   return DISP_E_EXCEPTION;
 }
 
-// What the type library says about one of the class's identifiers.
+// The type information for one of the class's identifiers.
 HRESULT Describe(const ClassDescription& description, const GUID& id,
                  ITypeInfo** typeInfo) noexcept {
   if (typeInfo == nullptr) return E_POINTER;
@@ -47,7 +47,7 @@ void FreeException(EXCEPINFO& exception) {
   SysFreeString(exception.bstrDescription);
 }
 
-// Raises what DispatchArguments raises.
+// Raises the exceptions of DispatchArguments.
 HRESULT CallMember(const DispatchCall& call, const DISPPARAMS& given, VARIANT& result,
                    EXCEPINFO& exception, UINT& badArgument) {
   const InterfaceMembers* members = nullptr;
@@ -102,8 +102,8 @@ HRESULT InvokeMember(const DispatchCall& call, const DISPPARAMS* arguments, VARI
       call.description, [&] { outcome = CallMember(call, *arguments, value.Get(), raised, bad); });
   if (FAILED(ran)) outcome = ToException(ran, raised);
 
-  // The result is set last: it may be one of the arguments. A failed call may have left half of
-  // one.
+  // The result is set last, since it may be one of the arguments. A failed call may leave a partial
+  // result.
   if (result != nullptr) *result = SUCCEEDED(outcome) ? value.Release() : VARIANT{};
   if (badArgument != nullptr) *badArgument = bad;
   if (exception != nullptr) {

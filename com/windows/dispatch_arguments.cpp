@@ -29,7 +29,7 @@ UINT RequiredCount(const FUNCDESC& function) {
   return required;
 }
 
-// How a caller leaves out an argument in front of others.
+// The value by which a caller omits an argument that others follow.
 bool IsLeftOut(const VARIANT& value) {
   return V_VT(&value) == VT_ERROR && V_ERROR(&value) == DISP_E_PARAMNOTFOUND;
 }
@@ -47,7 +47,7 @@ void CopyArray(SAFEARRAY* source, VARIANT& copy) {
 
 }  // namespace
 
-// What the member declares about one argument.
+// The member's declaration of one argument.
 struct DispatchArguments::Parameter {
   Parameter(const FUNCDESC& function, std::size_t index)
       : position(index), description(function.lprgelemdescParam[index].paramdesc) {
@@ -81,7 +81,7 @@ HRESULT DispatchArguments::Take(const DISPPARAMS& given, UINT& badArgument) {
   return S_OK;
 }
 
-// Arguments by position stand behind those by name, last to first.
+// Arguments by position follow those by name, last to first.
 HRESULT DispatchArguments::Match(const DISPPARAMS& given, UINT& badArgument) {
   if (!IsList(given)) return E_INVALIDARG;
   if (given.cArgs > given_.size() || given.cArgs < RequiredCount(function_)) {
@@ -133,16 +133,15 @@ HRESULT DispatchArguments::PassDefault(const Parameter& parameter) {
   return parameter.byReference ? PassReference(parameter, value) : PassValue(parameter, value);
 }
 
-// The members read a variant as text. Numbers and dates become that here, where the locale of the
-// caller is known.
+// The members read a variant as text. Numbers and dates are converted here, where the caller's
+// locale is known.
 void DispatchArguments::PassVariant(const Parameter& parameter, VARIANT& source) {
   OwnedVariant& text = converted_[parameter.position];
   VARIANT& seen = ConvertToText(text, source, locale_) ? text.Get() : source;
   arguments_[parameter.position] = ReferenceTo(seen, VT_VARIANT);
 }
 
-// A text by reference, which the system would convert through copies that nobody wipes, is the one
-// type that is looked up here.
+// Looks up only text by reference, which the system would convert through copies that stay unwiped.
 HRESULT DispatchArguments::PassValue(const Parameter& parameter, VARIANT& source) {
   VARIANT& argument = arguments_[parameter.position];
   if (V_VT(&source) == parameter.type) {

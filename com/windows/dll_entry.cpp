@@ -1,4 +1,4 @@
-// The entry points of the DLL. They hold no logic of their own.
+// The entry points of the DLL.
 #include "com/windows/automation_owners.h"
 #include "com/windows/class_factory.h"
 #include "com/windows/method_call.h"
@@ -46,10 +46,10 @@ STDAPI DllInstall(BOOL install, const wchar_t* options) {
   return RunEntryPoint([&] { return InstallServer(install != FALSE, options); });
 }
 
-// Threads outlive a DLL that is unloaded: what they left in it is freed now. Nothing of COM or
-// Automation is called, which must not happen while libraries are loaded or unloaded: what the
-// module has of them went with its last use. When the process ends (`reserved` is not null) other
-// threads have been stopped anywhere, and nothing is safe to free.
+// Threads outlive an unloaded DLL, so their data in it is freed here. COM and Automation must not
+// be called while libraries are loaded or unloaded; the module's last use has released their
+// objects. When the process ends (`reserved` is not null), other threads were stopped at any point,
+// and freeing is not safe.
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*module*/, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_DETACH && reserved == nullptr) {
     platform::ReleaseThreadSlot();

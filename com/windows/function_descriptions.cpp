@@ -5,7 +5,7 @@
 namespace latchkey::com {
 namespace {
 
-// A description that there is no memory for is no description that there is not.
+// Running out of memory is not the same as having no description.
 bool Given(HRESULT result) {
   if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   return SUCCEEDED(result);

@@ -1,4 +1,4 @@
-// Owners of the descriptions that type information hands out.
+// Owners of the descriptions that type information returns.
 #pragma once
 
 #include <memory>
@@ -7,7 +7,7 @@
 
 namespace latchkey::com {
 
-// Gives descriptions back to the type information that they came from.
+// Returns a description to its type information.
 struct DescriptionDeleter {
   ITypeInfo* typeInfo;
   void operator()(TYPEATTR* attributes) const noexcept { typeInfo->ReleaseTypeAttr(attributes); }
@@ -16,7 +16,7 @@ struct DescriptionDeleter {
 using UniqueAttributes = std::unique_ptr<TYPEATTR, DescriptionDeleter>;
 using UniqueFunction = std::unique_ptr<FUNCDESC, DescriptionDeleter>;
 
-// Null where there is none. Raises bad_alloc. The type information must outlive them.
+// Null if the description does not exist. Raises bad_alloc. The type information must outlive them.
 [[nodiscard]] UniqueAttributes AttributesOf(ITypeInfo& typeInfo);
 [[nodiscard]] UniqueFunction FunctionAt(ITypeInfo& typeInfo, UINT index);
 

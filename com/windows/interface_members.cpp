@@ -20,7 +20,7 @@ std::atomic<const InterfaceMembers*>& MembersFor(const ClassDescription& descrip
   return ownMembers.at(static_cast<std::size_t>(place));
 }
 
-// All names are ASCII, so that no language's rules about upper and lower case matter.
+// All names are ASCII, so no language's rules for upper and lower case apply.
 constexpr wchar_t LowerCase(wchar_t character) noexcept {
   const bool isUpper = character >= L'A' && character <= L'Z';
   return isUpper ? static_cast<wchar_t>(character - L'A' + L'a') : character;
@@ -51,7 +51,7 @@ HRESULT InterfaceMembers::Read(UniqueInterface<ITypeInfo> slots) {
   return S_OK;
 }
 
-// The functions of a property share its number, and the names of the first of them.
+// The functions of a property share its number and the names of the first function.
 HRESULT InterfaceMembers::ReadNames(const FUNCDESC& function) {
   if (std::ranges::find(names_, function.memid, &Names::id) != names_.end()) return S_OK;
   const std::size_t wanted = 1 + ArgumentCount(function);
@@ -106,7 +106,7 @@ HRESULT MembersOf(const ClassDescription& description, const InterfaceMembers** 
   auto fresh = std::make_unique<InterfaceMembers>();
   const HRESULT read = fresh->Read(std::move(owner));
   if (FAILED(read)) return read;
-  // Two threads may read at once; the second one's members go unused.
+  // Two threads may read at once; the second one's members are dropped.
   if (own.compare_exchange_strong(*members, fresh.get())) *members = fresh.release();
   return S_OK;
 }

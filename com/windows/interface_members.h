@@ -1,4 +1,4 @@
-// What late-bound clients can call of a class, and by which names.
+// The members of a class that late-bound clients can call, with their names.
 #pragma once
 
 #include <array>
@@ -13,19 +13,19 @@
 
 namespace latchkey::com {
 
-// The members of a dual interface as the type library describes them, read from there once: asking
-// it again each time takes longer than a call. Constant afterwards: any thread may look.
+// The members of a dual interface, read from the type library once, since reading them takes longer
+// than a call. Constant afterwards; usable from any thread.
 class InterfaceMembers {
  public:
-  // The interface's own members, by what describes its vtable slots. Raises bad_alloc.
+  // Reads the interface's own members from the description of its vtable slots. Raises bad_alloc.
   [[nodiscard]] HRESULT Read(UniqueInterface<ITypeInfo> slots);
 
-  // The rule of IDispatch::GetIDsOfNames: the first name is a member's and gives its number, the
-  // others are its arguments' and give their positions, upper or lower case. What is not found
-  // gives DISPID_UNKNOWN, and the result is then DISP_E_UNKNOWNNAME. No name may be null.
+  // As IDispatch::GetIDsOfNames: the first name is a member's and gives its number, the others are
+  // its arguments' and give their positions, in upper or lower case. An unknown name gives
+  // DISPID_UNKNOWN, and the result is then DISP_E_UNKNOWNNAME. No name may be null.
   [[nodiscard]] HRESULT FindIds(std::span<const LPOLESTR> names, DISPID* ids) const noexcept;
 
-  // The function that has that number and is of one of these kinds (INVOKEKIND); null for none.
+  // The function with that number and one of these kinds (INVOKEKIND); null if none exists.
   [[nodiscard]] const FUNCDESC* FindFunction(DISPID id, int kinds) const noexcept;
 
  private:
@@ -46,8 +46,7 @@ class InterfaceMembers {
 [[nodiscard]] HRESULT MembersOf(const ClassDescription& description,
                                 const InterfaceMembers** members);
 
-// Gives away the members that are kept, null for a class that has none: for the last use of the
-// module.
+// Takes the kept members away, null for a class without any: for the last use of the module.
 using MembersOfClasses = std::array<std::unique_ptr<const InterfaceMembers>, kClassCount>;
 [[nodiscard]] MembersOfClasses TakeMembers() noexcept;
 

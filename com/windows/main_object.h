@@ -1,4 +1,4 @@
-// clsMain as COM clients see it.
+// clsMain for COM clients.
 #pragma once
 
 #include "com/cls_main.h"

@@ -6,9 +6,9 @@
 namespace latchkey::com {
 namespace {
 
-constexpr ULONG kAutomationErrors = 0x800A0000;  // where Visual Basic's error numbers start
+constexpr ULONG kAutomationErrors = 0x800A0000;  // base of Visual Basic's error numbers
 
-// An unset object is always the error record here: its description says what is missing.
+// An unset object here is always the error record; the description names it.
 TextView DescriptionForClient(const Fault& fault) noexcept {
   if (fault.Number() != static_cast<std::int32_t>(FaultNumber::ObjectNotSet)) {
     return fault.Description();
@@ -17,7 +17,7 @@ TextView DescriptionForClient(const Fault& fault) noexcept {
 }
 
 void SetErrorInformation(const ClassDescription& source, const Fault& fault) noexcept {
-  SetErrorInfo(0, nullptr);  // nothing stale stays behind where making a new one fails
+  SetErrorInfo(0, nullptr);  // leaves no stale information if making a new one fails
   ICreateErrorInfo* created = nullptr;
   if (FAILED(CreateErrorInfo(&created))) return;
   const UniqueInterface<ICreateErrorInfo> information(created);

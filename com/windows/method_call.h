@@ -9,17 +9,17 @@
 
 namespace latchkey::com {
 
-// Turns the exception being handled into what a COM client sees: the HRESULT 0x800A0000 + number,
-// and error information on the calling thread that names the class as source and the fault's
-// description; that of ObjectNotSet adds that no clsMain exists on the thread. When there is no
-// memory for the information the HRESULT goes out alone. Call it inside a catch clause only.
+// Converts the exception being handled to the HRESULT 0x800A0000 + number, and sets error
+// information on the calling thread with the class as source and the fault's description; that of
+// ObjectNotSet adds that no clsMain exists on the thread. Without memory for the information, only
+// the HRESULT is returned. Call it only inside a catch clause.
 [[nodiscard]] HRESULT ReportCurrentFault(const ClassDescription& source) noexcept;
 
-// Gives E_POINTER, for a null pointer where a result or an argument belongs. What an earlier
-// failure left as error information is no longer there to be read as this one's.
+// Returns E_POINTER, for a null pointer instead of a result or an argument. Clears the error
+// information of an earlier failure.
 [[nodiscard]] HRESULT RefuseNullPointer() noexcept;
 
-// Runs the body of a method without a result. No exception leaves it, nor what one left behind.
+// Runs the body of a method without a result. No exception leaves it, and no copy of one's data.
 template <class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Body&& body) noexcept {
   HRESULT reported = S_OK;
@@ -33,8 +33,8 @@ template <class Body>
   return reported;
 }
 
-// Runs the body of a method that returns its result through a pointer. The result is cleared
-// before anything else and set only when the body succeeds.
+// Runs the body of a method that returns its result through a pointer. Clears the result first, and
+// sets it only if the body succeeds.
 template <class Result, class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Result* result,
                                 Body&& body) noexcept {

@@ -9,11 +9,11 @@ namespace {
 
 constexpr DWORD kLongestPath = 32767;  // of a file on Windows, in characters
 
-// Guards the two counts, and keeps new users out while the last one takes what the module keeps.
-// Held for a few instructions, never over a call of another library.
+// Guards the two counts, and blocks new users while the last one takes the module's kept pointers.
+// Held for a few instructions, never during a call of another library.
 SRWLOCK usesLock = SRWLOCK_INIT;
 long moduleUses = 0;
-long moduleLocks = 0;  // apart, so that an unlock too many takes no object's use away
+long moduleLocks = 0;  // separate, so that an extra unlock does not remove an object's use
 
 class UsesLock {
  public:
@@ -23,9 +23,9 @@ class UsesLock {
   ~UsesLock() { ReleaseSRWLockExclusive(&usesLock); }
 };
 
-// Ends one use, unless it is the last and the module keeps the type library: then that is released
-// instead, while the use still counts. Another thread that begins a use meanwhile finds none and
-// loads its own. True when the use has ended.
+// Ends one use, unless it is the last and the module keeps the type library. In that case releases
+// the library instead, while the use still counts; another thread that begins a use meanwhile loads
+// its own. Returns true if the use has ended.
 bool EndUseOrReleaseLibrary() noexcept {
   UniqueInterface<ITypeLib> library;
   MembersOfClasses members;
@@ -39,7 +39,7 @@ bool EndUseOrReleaseLibrary() noexcept {
   return true;
 }
 
-// The module that holds this very code, whatever name it was loaded by.
+// The module that contains this code, under any name.
 HMODULE ThisModule() {
   HMODULE module = nullptr;
   const BOOL found = GetModuleHandleExW(

@@ -1,4 +1,4 @@
-// The DLL as a module: where it is, and how much of it is in use.
+// The DLL as a module: its path and its use count.
 #pragma once
 
 #include <string>
@@ -8,8 +8,8 @@
 namespace latchkey::com {
 
 // Counts as one use of the DLL from its construction to its destruction. Every object and every
-// class factory holds one, and every entry point while it runs. The last use releases the type
-// library that the module keeps before it ends. Any thread.
+// class factory holds one, and every entry point while it runs. Before it ends, the last use
+// releases the type library that the module keeps. Any thread.
 class ModuleUse {
  public:
   ModuleUse() noexcept { Add(); }
@@ -25,13 +25,13 @@ class ModuleUse {
 // A use that outlives every scope. Any thread may end it.
 void LockModule() noexcept;
 
-// Ends one such use; false when none is left to end.
+// Ends one such use; returns false if none is left.
 [[nodiscard]] bool UnlockModule() noexcept;
 
-// True when nothing uses the DLL, so that COM may unload it.
+// True if the DLL is unused, so that COM may unload it.
 [[nodiscard]] bool ModuleIsUnused() noexcept;
 
-// The full path of the DLL. Raises InvalidProcedureCall when the system does not tell it.
+// The full path of the DLL. Raises InvalidProcedureCall if the system fails to return it.
 [[nodiscard]] std::wstring ModulePath();
 
 }  // namespace latchkey::com

@@ -10,7 +10,7 @@
 #include "com/windows/module.h"
 #include "com/windows/type_library.h"
 
-// In the system's oleaut32 and its import library, and in no header of mingw-w64.
+// Exported by the system's oleaut32 and its import library, but not declared by mingw-w64.
 STDAPI RegisterTypeLibForUser(ITypeLib* library, OLECHAR* path, OLECHAR* helpFolder);
 STDAPI UnRegisterTypeLibForUser(REFGUID libraryId, WORD major, WORD minor, LCID locale,
                                 SYSKIND system);
@@ -101,8 +101,8 @@ HRESULT UnregisterClass(RegistryScope scope, const ClassDescription& description
   return FirstFailure(removed, DeleteRegistryTree(scope, VersionedProgId(description)));
 }
 
-// What the system says about a library that is not registered differs between its versions: what
-// counts is that it is not registered afterwards.
+// Versions of the system return different codes for a library that is not registered, so this
+// checks that it is not registered afterwards.
 HRESULT UnregisterTypeLibrary(RegistryScope scope) {
   const auto remove =
       scope == RegistryScope::Machine ? UnRegisterTypeLib : UnRegisterTypeLibForUser;

@@ -11,14 +11,14 @@ namespace latchkey::com {
 // Raises bad_alloc.
 [[nodiscard]] HRESULT RegisterServer(RegistryScope scope);
 
-// Removes all of that; entries that are missing are removed already. Goes on behind a failure and
-// returns the first one. The names stay while programs of the other bitness still need them: the
-// registry holds them once for both. Raises bad_alloc.
+// Removes all of these; missing entries count as removed. Continues after a failure and returns the
+// first one. The names stay while programs of the other bitness need them: the registry has them
+// once for both. Raises bad_alloc.
 [[nodiscard]] HRESULT UnregisterServer(RegistryScope scope);
 
-// DllInstall: one of the two, for the user when `options` is "user" in any case, and for the
-// machine when it is empty or null. E_INVALIDARG for other options, which change nothing. Raises
-// bad_alloc.
+// DllInstall: registers or unregisters, for the user if `options` is "user" in any case, and for
+// the machine if it is empty or null. Returns E_INVALIDARG for other options, which change nothing.
+// Raises bad_alloc.
 [[nodiscard]] HRESULT InstallServer(bool install, const wchar_t* options);
 
 }  // namespace latchkey::com

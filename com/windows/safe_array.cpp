@@ -12,18 +12,18 @@
 namespace latchkey::com {
 namespace {
 
-// Arrays that their owner keeps in place: on its stack, in a structure, or declared with bounds.
+// Arrays whose memory is fixed: on the stack, in a structure, or declared with bounds.
 constexpr USHORT kFixedArray = FADF_AUTO | FADF_STATIC | FADF_EMBEDDED | FADF_FIXEDSIZE;
 constexpr LONG kLowestBound = std::numeric_limits<LONG>::min();
-// Arrays whose elements own something; without a recorded element type these flags tell it.
+// Arrays whose elements own memory, by the flags that apply without a recorded element type.
 constexpr USHORT kOwningElements = FADF_BSTR | FADF_UNKNOWN | FADF_DISPATCH | FADF_VARIANT;
 
-// The descriptor holds its dimensions last to first.
+// The descriptor has its dimensions last to first.
 const SAFEARRAYBOUND& FirstDimension(const SAFEARRAY& array) {
   return array.rgsabound[array.cDims - 1];
 }
 
-// 0 as soon as one dimension is empty. Raises bad_alloc beyond what memory can hold.
+// 0 if any dimension is empty. Raises bad_alloc for more than memory can hold.
 std::size_t ByteCount(const SAFEARRAY& array) {
   if (array.cDims == 0 || array.pvData == nullptr) return 0;
   std::size_t count = array.cbElements;
@@ -62,11 +62,11 @@ void RequireBytes(SAFEARRAY* array) {
 ByteArray FromSafeArray(SAFEARRAY* array) {
   if (array == nullptr) return {};
   RequireBytes(array);
-  // Without storage an array that claims elements is unallocated.
+  // An array that claims elements but has no storage is unallocated.
   const bool anyElement = ByteCount(*array) != 0;
   if (array->cDims == 0 || (!anyElement && FirstDimension(*array).cElements != 0)) return {};
   SAFEARRAYBOUND bound = FirstDimension(*array);
-  // Without elements the upper bound is one below the lower one, and must fit too.
+  // An empty array's upper bound is one below its lower bound, and must fit too.
   if (bound.cElements == 0) bound.lLbound = std::max(bound.lLbound, kLowestBound + 1);
   const auto upperBound =
       NarrowTo<std::int32_t>(std::int64_t{bound.lLbound} + std::int64_t{bound.cElements} - 1);
@@ -90,7 +90,7 @@ void WipeSafeArray(SAFEARRAY* array) noexcept {
   try {
     const auto bytes = SafeArrayAccess(array).Bytes();
     SecureWipe(bytes.data(), bytes.size());
-  } catch (...) {  // NOLINT(bugprone-empty-catch): an array that cannot be read cannot be wiped
+  } catch (...) {  // NOLINT(bugprone-empty-catch): an unreadable array cannot be wiped
   }
 }
 

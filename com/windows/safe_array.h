@@ -1,4 +1,4 @@
-// Byte arrays on their way in from clients and out to them.
+// Conversions of byte arrays from and to clients.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 
 namespace latchkey::com {
 
-// Access to the elements of a client's array, which is locked in the meantime so that nothing can
-// resize or free it. Raises InvalidProcedureCall when the array cannot be locked.
+// Access to the elements of a client's array, which stays locked meanwhile, so that it cannot be
+// resized or freed. Raises InvalidProcedureCall if the array cannot be locked.
 class SafeArrayAccess {
  public:
   explicit SafeArrayAccess(SAFEARRAY* array);
@@ -26,7 +26,7 @@ class SafeArrayAccess {
   std::span<std::uint8_t> bytes_;
 };
 
-// Raises TypeMismatch when an array's elements are not bytes. A null array has none.
+// Raises TypeMismatch if an array's elements are not bytes. A null array has no elements.
 void RequireBytes(SAFEARRAY* array);
 
 // A copy of a client's array with its shape, also without elements; unallocated for a null array
@@ -37,13 +37,12 @@ void RequireBytes(SAFEARRAY* array);
 // An array for a client, who destroys it; null for an unallocated one. Raises bad_alloc.
 [[nodiscard]] SAFEARRAY* ToSafeArray(const ByteArray& array);
 
-// Zeroes the elements of an array of bytes; any other, a null and an unreadable array are left
-// alone.
+// Zeroes the elements of an array of bytes. Leaves other, null and unreadable arrays unchanged.
 void WipeSafeArray(SAFEARRAY* array) noexcept;
 
 // Erases a client's array as Visual Basic's Erase does, wiping it first: a dynamic array is freed
-// and `array` becomes null; one of fixed size, and one that somebody has locked, stays allocated
-// with all elements zero.
+// and `array` becomes null; one of fixed size or with a lock stays allocated with all elements
+// zero.
 void EraseSafeArray(SAFEARRAY*& array) noexcept;
 
 }  // namespace latchkey::com

@@ -7,14 +7,14 @@
 namespace latchkey::com {
 namespace {
 
-// The last parameter, where that is the result; else null.
+// The last parameter if that is the result, otherwise null.
 const ELEMDESC* ResultParameter(const FUNCDESC& function) {
   if (function.cParams == 0) return nullptr;
   const ELEMDESC& last = function.lprgelemdescParam[function.cParams - 1];
   return (last.paramdesc.wParamFlags & PARAMFLAG_FRETVAL) != 0 ? &last : nullptr;
 }
 
-// The type that a result points to.
+// The type to which a result points.
 VARTYPE ResultType(const ELEMDESC& parameter) {
   const TYPEDESC& type = *parameter.tdesc.lptdesc;
   return type.vt == VT_SAFEARRAY ? static_cast<VARTYPE>(VT_ARRAY | type.lptdesc->vt) : type.vt;

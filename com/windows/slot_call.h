@@ -1,7 +1,6 @@
-// Calls of a dual interface's members through their vtable slots, led by the type information.
+// Calls of a dual interface's members through their vtable slots, described by type information.
 //
-// The system's own ITypeInfo::Invoke does the same, but by way of copies of texts that it frees
-// without wiping them.
+// The system's ITypeInfo::Invoke does the same, but frees copies of texts without wiping them.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +10,12 @@
 
 namespace latchkey::com {
 
-// The number of arguments that a caller gives: all parameters of the slot but the result.
+// The number of arguments that a caller passes: all parameters of the slot except the result.
 [[nodiscard]] std::size_t ArgumentCount(const FUNCDESC& function) noexcept;
 
-// Calls a slot. `arguments` are all of them, each of the declared type; the result goes straight
-// into `result`, which must be empty and may hold half a result after a failure. The HRESULT is the
-// member's own. Raises bad_alloc.
+// Calls a slot. `arguments` must be complete, each of the declared type. The member writes directly
+// to `result`, which must be empty and may hold a partial result after a failure. Returns the
+// member's own HRESULT. Raises bad_alloc.
 [[nodiscard]] HRESULT CallSlot(IDispatch* object, const FUNCDESC& function,
                                std::span<VARIANT> arguments, VARIANT& result);
 

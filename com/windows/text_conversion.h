@@ -1,4 +1,4 @@
-// Text on its way in from clients and out to them.
+// Conversions of text from and to clients.
 #pragma once
 
 #include "base/text.h"
@@ -7,11 +7,11 @@
 namespace latchkey::com {
 
 // The characters of a client's string, not copied. A null string is the empty text; the odd last
-// byte of a string of bytes is not seen.
+// byte of a string of bytes is ignored.
 [[nodiscard]] TextView ViewOf(BSTR text) noexcept;
 
-// A string for a client, who frees it. `text` is wiped where it stands, so that the only copy left
-// is the client's. Raises bad_alloc.
+// A string for a client, who frees it. Wipes `text` in place, so that the client has the only copy.
+// Raises bad_alloc.
 [[nodiscard]] BSTR ToBstr(Text&& text);
 
 [[nodiscard]] constexpr VARIANT_BOOL ToVariantBool(bool value) noexcept {

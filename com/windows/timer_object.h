@@ -1,4 +1,4 @@
-// clsTimer as COM clients see it.
+// clsTimer for COM clients.
 #pragma once
 
 #include "com/windows/automation_object.h"

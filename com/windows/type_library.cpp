@@ -19,7 +19,7 @@ HRESULT OwnTypeLibrary(ITypeLib** library) {
   ITypeLib* fresh = nullptr;
   const HRESULT loaded = LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, &fresh);
   if (FAILED(loaded)) return loaded;
-  // Two threads may load at once; the second one's library goes back unused.
+  // Two threads may load at once; the second one's library is released unused.
   const bool first = ownLibrary.compare_exchange_strong(*library, fresh);
   if (first) {
     *library = fresh;

@@ -7,7 +7,7 @@
 namespace latchkey::com {
 namespace {
 
-// Two are enough for every honest client: a variable that was itself passed by reference.
+// Two levels are enough for valid clients: a variable that was itself passed by reference.
 constexpr int kMostReferences = 8;
 
 bool IsNullReference(const VARIANT& value) {

@@ -1,4 +1,4 @@
-// Variants that come from clients, who may fill them with anything.
+// Variants from clients, which may have any contents.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace latchkey::com {
 
-// A variant of the component's own. What it holds may be secret and is wiped before it is freed.
+// A variant that the component owns. Wipes its value, which may be secret, before freeing it.
 class OwnedVariant {
  public:
   OwnedVariant() noexcept = default;
@@ -19,41 +19,41 @@ class OwnedVariant {
 
   [[nodiscard]] VARIANT& Get() noexcept { return value_; }
 
-  // Gives the value away.
+  // Releases ownership of the value.
   [[nodiscard]] VARIANT Release() noexcept;
 
  private:
   VARIANT value_ = {};  // VT_EMPTY
 };
 
-// The variant that a variant passed by reference stands for, or the variant itself; null when a
-// reference is null or leads round in a circle. Scripts pass their variables in this way.
+// The variant to which a variant passed by reference points, or the variant itself; null if a
+// reference is null or circular. Scripts pass their variables in this way.
 [[nodiscard]] VARIANT* LookThrough(VARIANT* value) noexcept;
 
-// A variant that passes `value`, whose plain type is `type`, by reference; VT_VARIANT stands for
-// the variant itself.
+// A variant that passes `value`, whose plain type is `type`, by reference; VT_VARIANT means the
+// variant itself.
 [[nodiscard]] VARIANT ReferenceTo(VARIANT& value, VARTYPE type) noexcept;
 
 // Converts to another type as Automation does, Booleans to the words True and False. `source` may
-// hold a reference to a plain type, not a null one. Raises nothing; the HRESULT is that of
+// hold a non-null reference to a plain type. Throws nothing; the HRESULT is that of
 // VariantChangeTypeEx, or DISP_E_TYPEMISMATCH for every other refusal.
 [[nodiscard]] HRESULT ConvertVariant(VARIANT& target, VARIANT& source, LCID locale,
                                      VARTYPE type) noexcept;
 
-// The text form, in that locale, of a value that is neither text nor Null; false, with `text` left
-// empty, for one that is. Raises TypeMismatch for a value without a text form, Overflow and
-// OutOfMemory as they happen.
+// Writes the text form, in that locale, of a value that is neither text nor Null; returns false and
+// leaves `text` empty for text and Null. Raises TypeMismatch for a value without a text form,
+// Overflow and OutOfMemory.
 [[nodiscard]] bool ConvertToText(OwnedVariant& text, VARIANT& source, LCID locale);
 
-// What StringToByteArray gets to see of a client's variant: text as it stands, Null, and of
-// anything else the text form in the user's locale. A late-bound call has made that text already,
-// in its caller's locale.
+// A client's variant as StringToByteArray reads it: text unchanged, Null, and for other values the
+// text form in the user's locale. A late-bound call has already made that text, in its caller's
+// locale.
 class VariantText {
  public:
-  // Raises what ConvertToText raises.
+  // Raises the exceptions of ConvertToText.
   explicit VariantText(VARIANT* value);
 
-  // Valid for as long as both this and the client's variant live.
+  // Valid while both this object and the client's variant live.
   [[nodiscard]] const Variant& Value() const noexcept { return value_; }
 
  private:

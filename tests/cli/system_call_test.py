@@ -128,7 +128,8 @@ class SystemCallTest(CommandTest):
         process, calls = self.traced(folder, arguments, "-e", f"trace={name}", "-e",
                                      f"inject={name}:{what}:when={number}", stdin=stdin)
         after = self.files(folder)
-        details = f"{name} {number} {what} in {arguments}: status {process.returncode}, {process.stderr}, {sorted(after)}"
+        details = (f"{name} {number} {what} in {arguments}: status {process.returncode}, {process.stderr}, "
+                   f"{sorted(after)}")
         self.assertEqual(self.rights(folder) & ~self.widest, 0, details)
         return process, calls, after, details
 
@@ -224,7 +225,8 @@ class SystemCallTest(CommandTest):
             names = self.random.sample(SIGNALS, len(SIGNALS))
 
             def attempt(name, number, signal_name):
-                process, _, after, details = self.inject(name, number, f"signal={signal_name}", arguments, before, stdin)
+                process, _, after, details = self.inject(name, number, f"signal={signal_name}", arguments, before,
+                                                         stdin)
                 self.assertIn(after, (before, whole[1]), details)
                 if what != THREADS or process.returncode != 0:
                     self.assertEqual(process.returncode, -signal.Signals[signal_name], details)
