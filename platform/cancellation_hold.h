@@ -3,10 +3,10 @@
 
 namespace latchkey::platform {
 
-// Holds off pthread_cancel on the calling thread for the scope. It is carried out as an exception
-// that no handler may keep: one that records a fault, or a function that lets none out, would end
-// the process. A request that comes meanwhile takes effect at the thread's first cancellation point
-// after the scope. Scopes nest. Does nothing on Windows, where threads are not cancelled.
+// Holds off pthread_cancel on the calling thread for the scope. Cancellation is an exception that
+// must not be swallowed: a handler that records it, or a noexcept function, would end the process.
+// A request during the scope takes effect at the thread's first cancellation point after it. Scopes
+// nest. Does nothing on Windows, where threads are not cancelled.
 class CancellationHold {
  public:
   CancellationHold() noexcept;

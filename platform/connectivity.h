@@ -1,4 +1,4 @@
-// Whether the machine has an Internet connection configured.
+// The machine's configured Internet connection.
 #pragma once
 
 #include <cstdint>

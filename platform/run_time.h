@@ -1,12 +1,12 @@
-// The compiler's run-time inside a module of ours.
+// The compiler's run-time linked into this module.
 #pragma once
 
 namespace latchkey::platform {
 
-// Gives back what the run-time that is linked into this module holds of the process: for a module
-// about to be unloaded, after everything else, on the thread that unloads it. A process that loads
-// and unloads the module often would otherwise run out of thread-local slots.
-// Linux has one run-time for the whole process and does nothing here.
+// Releases the process's resources that the run-time linked into this module holds. Call it last,
+// on the thread that unloads the module. Otherwise a process that loads and unloads the module
+// often would run out of thread-local slots. Does nothing on Linux, where the process has one
+// run-time.
 void ReleaseRunTime() noexcept;
 
 }  // namespace latchkey::platform

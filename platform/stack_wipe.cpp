@@ -11,7 +11,8 @@ namespace {
 
 template <std::size_t size>
 void WipeFrame() noexcept {
-  std::array<std::uint8_t, size> below;  // NOLINT: what stands there is what is to be wiped
+  std::array<std::uint8_t, size>
+      below;  // NOLINT: uninitialized on purpose, to wipe the old contents
   SecureWipe(below.data(), below.size());
 }
 

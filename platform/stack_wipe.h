@@ -1,20 +1,20 @@
-// Wiping of what functions that have returned left on the stack.
+// Wipes data that returned functions left on the stack.
 #pragma once
 
 #include "base/export.h"
 
 namespace latchkey::platform {
 
-// Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that take one
-// block after the other use fewer, and leave their last block, their state and parts of keys there.
+// Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that process one
+// block at a time use less, and leave their last block, their state and parts of keys there.
 void WipeStackBelow() noexcept;
 
-// Overwrites the 8 KiB below the caller's frame, where kernels that keep many blocks at once spill
-// what their registers cannot hold.
+// Overwrites the 8 KiB below the caller's frame, where kernels that process many blocks at once
+// spill registers.
 void WipeStackBelowBatches() noexcept;
 
-// Overwrites the 16 KiB below the caller's frame: raising an exception saves there the registers
-// with what was copied last.
+// Overwrites the 16 KiB below the caller's frame, where raising an exception saves registers that
+// hold recently copied data.
 LATCHKEY_API void WipeStackFarBelow() noexcept;
 
 // Calls WipeStackBelow when the scope ends. The scope must be a function that only calls others,

@@ -1,6 +1,6 @@
-// What the component asks the machine about: ticks, the clock, the system volume, windows, and a
-// message box. The members carry the names and meanings of the Windows calls they stand for. On
-// Linux the running processes are the windows.
+// Queries of the machine: ticks, the clock, the system volume, windows, and a message box. Each
+// member has the name and meaning of a Windows call. On Linux the running processes count as
+// windows.
 #pragma once
 
 #include <cstdint>
@@ -49,7 +49,7 @@ class SystemProbe {
   // as the fraction.
   virtual double Now() = 0;
 
-  // Nothing when the volume cannot be queried. On Linux every root path means "/".
+  // Nothing if the volume cannot be queried. On Linux every root path means "/".
   virtual std::optional<VolumeInformation> GetVolumeInformationA(const char* rootPath) = 0;
   virtual std::optional<DiskSpace> GetDiskFreeSpaceExA(const char* rootPath) = 0;
   virtual std::optional<DiskClusters> GetDiskFreeSpaceA(const char* rootPath) = 0;
@@ -61,12 +61,12 @@ class SystemProbe {
   virtual void EnumWindows(const WindowVisitor& visit) = 0;
   virtual void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) = 0;
 
-  // Copy a window's title or class name, NUL-terminated, into `buffer`; give its length in
-  // characters, 0 for none or for a failure.
+  // Copy a window's title or class name, NUL-terminated, into `buffer`. Return its length in
+  // characters, 0 for no text or a failure.
   virtual int GetWindowTextA(WindowHandle window, std::span<char> buffer) = 0;
   virtual int GetClassNameA(WindowHandle window, std::span<char> buffer) = 0;
 
-  // Windows' CloseHandle on the number of a window handle; nothing elsewhere.
+  // Calls Windows' CloseHandle on the number of a window handle; does nothing elsewhere.
   virtual bool CloseHandle(WindowHandle window) = 0;
 
   // A modal box with the exclamation icon, an OK button and the default caption. On Linux a line

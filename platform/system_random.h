@@ -6,7 +6,7 @@
 
 namespace latchkey::platform {
 
-// Fills `bytes` with random bytes. False when the system has none to give; the content is then
+// Fills `bytes` with random bytes. Returns false if the system has none; the content is then
 // unspecified.
 [[nodiscard]] bool FillRandom(std::span<std::uint8_t> bytes) noexcept;
 

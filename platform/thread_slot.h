@@ -8,12 +8,12 @@ struct ThreadSlotFunctions {
   void (*destroy)(void*) noexcept;
 };
 
-// The calling thread's value, made on its first use. There is one slot in the process; every call
-// gives the same functions.
+// The calling thread's value, made on its first use. The process has one slot; every call must pass
+// the same functions.
 void* ThreadSlotValue(const ThreadSlotFunctions& functions);
 
-// Destroys the values of all threads and gives the slot back: for a module about to be unloaded.
-// Linux frees the slot with the thread and does nothing here.
+// Destroys the values of all threads and frees the slot: for a module about to be unloaded. Does
+// nothing on Linux, which frees the slot with the thread.
 void ReleaseThreadSlot() noexcept;
 
 }  // namespace latchkey::platform

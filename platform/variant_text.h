@@ -12,9 +12,9 @@ namespace latchkey::platform {
 // ("1E+30") for magnitudes that 15 digits cannot show.
 Text TextOfDouble(double value);
 
-// The text of any Variant but Null and text: "" for Empty, "True" or "False", digits for numbers,
-// a date in the locale's short form. On Linux the locale is English (United States). Throws
-// std::invalid_argument for Null and for a date outside the years 100 to 9999.
+// The text of any Variant except Null and text: "" for Empty, "True" or "False", digits for
+// numbers, a date in the locale's short form. On Linux the locale is English (United States).
+// Throws std::invalid_argument for Null and for a date outside the years 100 to 9999.
 Text TextOfVariant(const Variant& value);
 
 enum class NumberReading { Number, NotANumber, Overflow };

@@ -1,14 +1,15 @@
 // The cryptographic provider seam: CryptoAPI's own functions under their own names and meanings.
 //
-// On Windows the body hands every call to advapi32. On Linux it gives the same answers from GNU
-// Nettle: the same key derivation, padding, lengths and error codes. A test puts a scripted
-// provider in its place and fails any single call.
+// On Windows the body passes every call to advapi32. On Linux it gives the same results with GNU
+// Nettle: the same key derivation, padding, lengths and error codes. Tests replace it by a scripted
+// provider that can fail any single call.
 //
-// Conventions of CryptoAPI that hold for every body: a function returns true for success; on
-// failure GetLastError() tells why and output parameters are left as they were unless the function
-// says otherwise; a handle of 0 is no handle; lengths are in bytes. A released or unknown handle
-// gives kErrorInvalidParameter. Data pointers may be null when the length beside them is 0.
-// A provider may be used by several threads at once; one handle by one thread at a time.
+// CryptoAPI's conventions for every body:
+// - A function returns true for success. On failure GetLastError() has the reason, and output
+//   parameters are unchanged unless the function says otherwise.
+// - A handle of 0 is invalid. A released or unknown handle gives kErrorInvalidParameter.
+// - Lengths are in bytes. A data pointer may be null if its length is 0.
+// - Several threads may use a provider at once, but a handle only one thread at a time.
 #pragma once
 
 #include <cstdint>
@@ -43,7 +44,7 @@ inline constexpr const char* kEnhancedProviderName =
     "Microsoft Enhanced Cryptographic Provider v1.0";
 inline constexpr const char* kBaseProviderName = "Microsoft Base Cryptographic Provider v1.0";
 
-// Codes of GetLastError that the provider calls give.
+// Codes of GetLastError after provider calls.
 inline constexpr std::uint32_t kErrorInvalidParameter = 87;
 inline constexpr std::uint32_t kErrorMoreData = 234;
 inline constexpr std::uint32_t kErrorBadData = 0x80090005;
@@ -66,27 +67,26 @@ class CryptoProvider {
 
   // Opens a provider by name (an empty name opens the default one). The container name is always
   // empty here. kVerifyContext opens without a key set; kNewKeySet makes the default-named key set
-  // and fails with kErrorExists when there is one already; kDeleteKeySet removes it, opens nothing,
-  // and fails with kErrorBadKeySet when there is none. On Linux that key set lives as long as the
-  // process.
+  // and fails with kErrorExists if it exists; kDeleteKeySet removes it, opens nothing, and fails
+  // with kErrorBadKeySet if it does not exist. On Linux that key set lives as long as the process.
   virtual bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer,
                                     const char* szProvider, std::uint32_t dwProvType,
                                     std::uint32_t dwFlags) = 0;
 
-  // Closes the provider; the hashes and keys that were made from it are unknown from then on.
+  // Closes the provider; its hashes and keys become unknown.
   virtual bool CryptReleaseContext(HCRYPTPROV hProv, std::uint32_t dwFlags) = 0;
 
   // Makes an empty hash object; an unknown algorithm gives kErrorBadAlgorithm. hKey is always 0.
   virtual bool CryptCreateHash(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTKEY hKey,
                                std::uint32_t dwFlags, HCRYPTHASH* phHash) = 0;
 
-  // Adds data; after the value was read or a key derived it fails with kErrorBadHashState.
+  // Adds data. Fails with kErrorBadHashState after the value was read or a key was derived.
   virtual bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
                              std::uint32_t dwFlags) = 0;
 
   // Completes the hash and reads its value (kHashValueParameter). *pdwDataLen is the size of the
-  // buffer on entry and of the value on return; too small a buffer gives kErrorMoreData, and
-  // completes the hash all the same.
+  // buffer on entry and of the value on return; too small a buffer gives kErrorMoreData, but also
+  // completes the hash.
   virtual bool CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam, std::uint8_t* pbData,
                                  std::uint32_t* pdwDataLen, std::uint32_t dwFlags) = 0;
   virtual bool CryptDestroyHash(HCRYPTHASH hHash) = 0;
@@ -97,28 +97,29 @@ class CryptoProvider {
   virtual bool CryptDestroyKey(HCRYPTKEY hKey) = 0;
 
   // Sets RC2's effective key length (kEffectiveKeyLengthParameter), a 32-bit number of bits at
-  // pbData, and sets the key back to its first state. Another cipher or parameter gives
+  // pbData, and resets the key to its initial state. Another cipher or parameter gives
   // kErrorBadType; a length outside 1 to 1024, or other than 40 with the base provider, gives
   // kErrorBadData.
   virtual bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
                                 std::uint32_t dwFlags) = 0;
 
   // Encrypts in place. *pdwDataLen is the plaintext length on entry and the ciphertext length on
-  // return; dwBufLen is the room at pbData. With Final a block cipher pads as PKCS #5 does; when
-  // the padded length exceeds dwBufLen the call fails with kErrorMoreData and *pdwDataLen is the
-  // length needed. Without Final a block cipher takes whole blocks (else kErrorBadData) and the
-  // next call goes on from there; a final call sets the key back to its first state.
+  // return; dwBufLen is the size of the buffer at pbData. With Final, a block cipher pads as in
+  // PKCS #5; if the padded length exceeds dwBufLen, the call fails with kErrorMoreData and
+  // *pdwDataLen is the needed length. Without Final, a block cipher requires whole blocks (else
+  // kErrorBadData) and the next call continues from there; a final call resets the key to its
+  // initial state.
   virtual bool CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
                             std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                             std::uint32_t dwBufLen) = 0;
 
-  // Decrypts in place. For a block cipher a length that is no multiple of 8, a length of 0 with
-  // Final, or bad padding gives kErrorBadData and leaves *pdwDataLen as it was. Encrypting and
+  // Decrypts in place. For a block cipher, a length that is not a multiple of 8, a length of 0 with
+  // Final, or bad padding gives kErrorBadData and leaves *pdwDataLen unchanged. Encrypting and
   // decrypting with one key share its state between calls.
   virtual bool CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
                             std::uint8_t* pbData, std::uint32_t* pdwDataLen) = 0;
 
-  // Overwrites dwLen bytes at pbBuffer with random bytes; what stood there is additional seed.
+  // Overwrites dwLen bytes at pbBuffer with random bytes; the old contents are additional seed.
   virtual bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) = 0;
 
   // The code of the calling thread's last failure.

@@ -4,7 +4,7 @@
 
 namespace latchkey::platform {
 
-// Neither call fails: the states are pthread.h's own.
+// Neither call can fail with the states of pthread.h.
 CancellationHold::CancellationHold() noexcept {
   ::pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &stateBefore_);
 }

@@ -10,8 +10,8 @@ constexpr const char* kCharacters = "UTF-16LE";
 
 using Buffer = std::array<char, 16>;
 
-// The number of bytes written; 0 unless all are converted without loss. Some encodings hold a
-// character back until the next one, or the end, follows.
+// The number of bytes written; 0 unless all input is converted without loss. Some encodings hold a
+// character back until the next one or the end.
 std::size_t Convert(iconv_t descriptor, std::span<const char> from, Buffer& to) {
   static_cast<void>(iconv(descriptor, nullptr, nullptr, nullptr, nullptr));
   char* input = const_cast<char*>(from.data());  // NOLINT(*-const-cast): iconv does not write there

@@ -1,4 +1,4 @@
-// One character at a time through the C library's iconv.
+// Converts one character at a time with the C library's iconv.
 #pragma once
 
 #include <iconv.h>
@@ -17,18 +17,18 @@ struct IconvTrait {
   static void Close(iconv_t descriptor) noexcept { iconv_close(descriptor); }
 };
 
-// Between an encoding of iconv's and 16-bit characters. For the thread that made it.
+// Converts between an iconv encoding and 16-bit characters. For the thread that made it.
 class CharacterConverter {
  public:
   explicit CharacterConverter(const char* encoding);
 
-  // False when iconv does not have the encoding; then nothing else may be called.
+  // False if iconv does not have the encoding; no other member may be called then.
   [[nodiscard]] bool IsAvailable() const noexcept;
 
   // The one 16-bit character of a code (its bytes as a big-endian number), or 0.
   [[nodiscard]] char16_t CharacterOf(std::uint32_t code) const;
 
-  // The code of a character as such a number, or 0.
+  // The code of a character in the same form, or 0.
   [[nodiscard]] std::uint32_t CodeOf(char16_t character) const;
 
  private:

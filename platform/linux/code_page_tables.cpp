@@ -33,8 +33,8 @@ constexpr auto kCodePages = std::to_array<KnownCodePage>({
     {65001, "UTF-8", true},
 });
 
-// What Windows has and iconv does not: the characters of the bytes from `first` to `last`, one
-// after the other. Private-use characters denote bytes that the code page leaves undefined.
+// Characters of Windows that iconv lacks, for the bytes from `first` to `last` in order.
+// Private-use characters denote bytes that the code page leaves undefined.
 struct ByteRun {
   std::uint32_t codePage;
   std::uint8_t first;
@@ -61,8 +61,8 @@ constexpr auto kByteRuns = std::to_array<ByteRun>({
     {950, 0xFF, 0xFF, 0xF8F8},
 });
 
-// Two-byte codes that Windows gives to private-use characters: those of the lead bytes with the
-// trail bytes from firstTrail to lastTrail, less those from 7F to gapEnd.
+// Two-byte codes of private-use characters on Windows: the lead bytes combined with the trail bytes
+// from firstTrail to lastTrail, except those from 7F to gapEnd.
 struct PrivateRows {
   std::uint32_t codePage;
   std::uint8_t firstLead;
@@ -72,8 +72,8 @@ struct PrivateRows {
   std::uint8_t gapEnd;
 };
 
-// In the order in which the characters from U+E000 on have them. Each code has its character by its
-// place, whatever character a version of iconv gives it.
+// In the order of the characters from U+E000 on. The place of a code decides its character, no
+// matter which character a version of iconv gives it.
 constexpr auto kPrivateRows = std::to_array<PrivateRows>({
     {936, 0xAA, 0xAF, 0xA1, 0xFE, 0x7F}, {936, 0xF8, 0xFE, 0xA1, 0xFE, 0x7F},
     {936, 0xA1, 0xA7, 0x40, 0xA0, 0x7F}, {936, 0xA2, 0xA2, 0xAB, 0xB0, 0x7F},
@@ -96,7 +96,7 @@ constexpr auto kPrivateRows = std::to_array<PrivateRows>({
 
 constexpr char16_t kFirstPrivate = 0xE000;
 
-// Of the two codes of a character, the one that Windows writes and iconv does not.
+// For a character with two codes, the one that Windows writes and iconv does not.
 struct OtherCode {
   std::uint32_t codePage;
   char16_t character;
@@ -130,7 +130,7 @@ void ReadHighHalf(const CharacterConverter& converter, std::uint32_t number,
   }
 }
 
-// A character that merely resembles the one of its code does not come back, and has none.
+// A character that only resembles that of its code does not convert back, and has no code.
 std::uint32_t LongCodeOf(const CharacterConverter& converter, char16_t character) {
   const std::uint32_t code = converter.CodeOf(character);
   return code > 0xFF && converter.CharacterOf(code) == character ? code : CodePage::kDefaultCode;
@@ -150,7 +150,7 @@ std::vector<std::uint32_t> PrivateCodes(std::uint32_t number) {
   return codes;
 }
 
-// A character to which iconv gives one of these codes has none on Windows.
+// A character with one of these codes in iconv has no code on Windows.
 void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
   const std::vector<std::uint32_t> codes = PrivateCodes(number);
   const std::set<std::uint32_t> isPrivate(codes.begin(), codes.end());
@@ -161,8 +161,8 @@ void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
   for (const std::uint32_t code : codes) tables.longCodes.at(character++) = code;
 }
 
-// A surrogate is half of a character that UTF-8 writes in four bytes. Windows writes one alone as
-// the replacement character.
+// A surrogate is half of a four-byte UTF-8 character. Windows writes a surrogate alone as the
+// replacement character.
 void AddSurrogates(std::uint32_t number, CodePageTables& tables) {
   constexpr std::uint32_t kUtf8 = 65001;
   constexpr char16_t kReplacement = 0xFFFD;

@@ -10,7 +10,7 @@ namespace latchkey::platform {
 
 struct CodePageTables {
   CodePage::HighHalf characters{};
-  // The code of each character that the code page writes in several bytes, else
+  // The code of each character that the code page writes in several bytes, otherwise
   // CodePage::kDefaultCode.
   std::array<std::uint32_t, 0x10000> longCodes{};
 };
@@ -21,7 +21,7 @@ struct CodePageTables {
 // Whether characters of this known code page may take several bytes.
 [[nodiscard]] bool IsMultiByte(std::uint32_t number) noexcept;
 
-// Fills empty tables with those of a known code page; false when iconv does not have it.
+// Fills empty tables with those of a known code page; returns false if iconv does not have it.
 [[nodiscard]] bool ReadCodePage(std::uint32_t number, CodePageTables& tables);
 
 }  // namespace latchkey::platform

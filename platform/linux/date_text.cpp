@@ -33,7 +33,7 @@ std::optional<std::string> TextOfDate(double days) {
   const double whole = std::trunc(days);
   if (!(whole >= kFirstDay && whole <= kLastDay)) return std::nullopt;
   auto day = static_cast<long>(whole);
-  // Most halves of a second are no Double; counted in ten-thousandths they are halves again.
+  // Most half seconds are not exact as a Double; in ten-thousandths of a second they are again.
   const long fraction = std::lround(std::fabs(days - whole) * kSecondsPerDay * 10'000);
   long second = (fraction + 5'000) / 10'000;
   if (second == kSecondsPerDay) {

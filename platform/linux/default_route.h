@@ -1,7 +1,7 @@
-// Reads the Linux kernel's routing tables as /proc/net shows them: is there a default route?
+// Searches the Linux kernel's routing tables in the format of /proc/net for a default route.
 //
-// A default route counts when it is up, does not reject what it matches, and leaves the machine
-// (its interface is not the loopback). Lines that do not read as routes are passed over.
+// A default route counts if it is up, does not reject its packets, and leaves the machine (its
+// interface is not the loopback). Lines that are not routes are skipped.
 #pragma once
 
 #include <string_view>

@@ -8,7 +8,7 @@
 namespace latchkey::platform {
 namespace {
 
-// The size of a huge page. Below two of them there may not be a whole one.
+// The size of a huge page. Memory below twice this size may not contain a whole one.
 constexpr std::size_t kHugePage = std::size_t{2} << 20;
 
 }  // namespace

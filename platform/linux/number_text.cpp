@@ -7,7 +7,7 @@
 namespace latchkey::platform {
 namespace {
 
-// White space as Automation's reader has it: every Unicode space.
+// White space as in Automation's reader: every Unicode space.
 bool IsSpace(char16_t c) {
   return (c >= 9 && c <= 13) || c == ' ' || c == 0x85 || c == 0xA0 || c == 0x1680 ||
          (c >= 0x2000 && c <= 0x200A) || c == 0x2028 || c == 0x2029 || c == 0x202F || c == 0x205F ||
@@ -55,7 +55,7 @@ class Scanner {
     number_.negative = minus_;
   }
 
-  // Each sign any number of times, unless it stands in front.
+  // Each sign any number of times, unless it is in front.
   void ReadSuffix() {
     for (;;) {
       if (TakeSpace() || (!plus_ && Take(u'+'))) continue;
@@ -81,8 +81,8 @@ class Scanner {
     return count > 0;
   }
 
-  // A comma after the exponent leads back to the digits before it: of Automation's freedoms the
-  // least useful, kept so that both systems take the same texts.
+  // A comma after the exponent returns to the digits before it, as in Automation, so that both
+  // systems accept the same texts.
   bool ReadDecimal() {
     if (Next() == u',') return false;
     bool afterPoint = false;
@@ -119,7 +119,7 @@ class Scanner {
     }
   }
 
-  // From the letter on. Signs and commas may stand before its first digit.
+  // Reads from the letter on. Signs and commas may precede its first digit.
   bool ReadExponent() {
     bool negative = false;
     do {
@@ -138,10 +138,10 @@ class Scanner {
 
   TextView rest_;
   ScannedNumber number_;
-  bool plus_ = false;  // a leading one, as the next two
+  bool plus_ = false;  // a leading plus, as the next two
   bool minus_ = false;
   bool dollar_ = false;
-  bool open_ = false;  // a parenthesis has been opened
+  bool open_ = false;  // after an opening parenthesis
   bool anyDigit_ = false;
 };
 

@@ -1,10 +1,10 @@
 // Reads a text as a number the way Automation does for English (United States).
 //
-// Around the digits stand, in any order: white space; a plus and a minus sign, before or after; a
-// dollar sign; parentheses, which make the number negative. Commas may follow the first digit or
-// the decimal point anywhere and mean nothing. An exponent needs a digit before it and excludes a
-// leading dollar sign. &H and &O lead hexadecimal and octal digits, which take no sign. Accepts and
-// refuses the same ASCII texts as Windows' own reader under Wine, up to 30 digits of those two.
+// The digits may be surrounded, in any order, by white space; a plus and a minus sign, before or
+// after; a dollar sign; parentheses, which make the number negative. Commas are ignored anywhere
+// after the first digit or the decimal point. An exponent needs a digit before it and excludes a
+// leading dollar sign. &H and &O precede hexadecimal and octal digits, which allow no sign. Accepts
+// and refuses the same ASCII texts as Windows' own reader under Wine, up to 30 such digits.
 #pragma once
 
 #include <cstdint>
@@ -16,17 +16,17 @@
 
 namespace latchkey::platform {
 
-// Wiped whenever they grow and at the end: they may be those of a seed.
+// Wiped on growth and on destruction, since they may be digits of a seed.
 using NumberDigits = std::vector<char, WipingAllocator<char>>;
 
 struct ScannedNumber {
   bool negative = false;
   unsigned radix = 10;     // 10, 16 or 8
-  NumberDigits digits;     // significant ones: no zeros lead, none follow the decimal point in vain
+  NumberDigits digits;     // significant digits, without leading and trailing zeros
   std::int64_t scale = 0;  // the value is digits * 10^scale; 0 for other radixes
 };
 
-// Nothing when the whole text is no number.
+// Nothing if the whole text is not a number.
 [[nodiscard]] std::optional<ScannedNumber> ScanNumber(TextView text);
 
 }  // namespace latchkey::platform

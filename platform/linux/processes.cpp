@@ -14,7 +14,7 @@ struct CloseFolder {
   void operator()(DIR* folder) const noexcept { ::closedir(folder); }
 };
 
-// The number that the whole name is, or 0: no process has that number.
+// The number that the whole name spells, or 0, which no process has.
 pid_t ProcessNamed(std::string_view name) noexcept {
   pid_t number = 0;
   const char* const end = name.data() + name.size();

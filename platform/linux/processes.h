@@ -1,4 +1,4 @@
-// The running processes, which the probe counts on Linux in place of windows.
+// The running processes, which the probe counts on Linux instead of windows.
 #pragma once
 
 #include <sys/types.h>
@@ -8,8 +8,8 @@
 namespace latchkey::platform {
 
 // Calls `visit` with the number of each process in one walk over `folder`, a mounted proc file
-// system. None where the folder cannot be read. An exception from `visit` ends the walk and reaches
-// the caller.
+// system; not at all if the folder cannot be read. An exception from `visit` ends the walk and
+// reaches the caller.
 void VisitProcesses(const char* folder, const std::function<void(pid_t)>& visit);
 
 }  // namespace latchkey::platform

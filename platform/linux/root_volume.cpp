@@ -14,7 +14,7 @@ std::optional<struct statvfs> RootStatus() {
   return status;
 }
 
-// Of several file systems mounted over one another the last in the table is the visible one.
+// If file systems are mounted over one another, the last in the table is the visible one.
 std::string RootFileSystemName() {
   std::ifstream mounts("/proc/self/mounts");
   std::string name;

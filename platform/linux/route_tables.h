@@ -9,7 +9,7 @@ namespace latchkey::platform {
 extern const char* const kRouteTables;
 
 // Whether the IPv4 table (the file route) or the IPv6 table (ipv6_route) in the folder has a
-// default route. A table that cannot be read has none.
+// default route. An unreadable table has none.
 [[nodiscard]] bool HasDefaultRoute(const std::string& folder);
 
 }  // namespace latchkey::platform

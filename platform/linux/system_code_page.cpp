@@ -13,8 +13,8 @@ namespace {
 
 constexpr std::uint32_t kWindows1252 = 1252;
 
-// What the bytes 80 to 9F denote in Windows-1252, from the Unicode Consortium's CP1252.TXT, with 0
-// for those that it leaves undefined. The bytes above have the characters of the same number.
+// The characters of the bytes 80 to 9F in Windows-1252, from the Unicode Consortium's CP1252.TXT,
+// with 0 for undefined bytes. Higher bytes have the characters of the same number.
 constexpr std::array<char16_t, 32> kHighControls = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,  // 80 to 87
     0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0,      0x017D, 0,       // 88 to 8F
@@ -22,29 +22,29 @@ constexpr std::array<char16_t, 32> kHighControls = {
     0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,  // 98 to 9F
 };
 
-// Code page 1252 needs no tables of the C library, so a program that chooses none cannot fail.
+// Code page 1252 needs no iconv tables, so a program that chooses no code page cannot fail.
 CodePage::HighHalf Windows1252() {
   CodePage::HighHalf characters{};
   for (std::size_t i = 0; i < kHighControls.size(); ++i) characters[i] = kHighControls[i];
   return characters;
 }
 
-// Of the chosen code page; empty for 1252, and without long codes where no character has several
-// bytes. All zeros at first, so that they take no room in the file.
+// The tables of the chosen code page; empty for 1252, and without long codes if no character has
+// several bytes. Zero-initialized, so that they take no space in the file.
 constinit CodePageTables tables;
 
-// The code page that the process has or is to have.
+// The current or chosen code page of the process.
 struct Choice {
   std::uint32_t number = kWindows1252;
   bool inUse = false;
 };
 
-// Leaves the tables as they were when the new ones cannot be read.
+// Leaves the tables unchanged if the new ones cannot be read.
 bool ReadTables(std::uint32_t number) {
   const auto read = std::make_unique<CodePageTables>();
   if (!ReadCodePage(number, *read)) return false;
   tables.characters = read->characters;
-  // The memory of the others stays untouched.
+  // The memory of the others is not written.
   if (IsMultiByte(number)) tables.longCodes = read->longCodes;
   return true;
 }
@@ -54,10 +54,10 @@ constinit Choice choice;
 
 std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
 
-// Needs no lock: the choice no longer changes once there is a CodePage.
+// Needs no lock: the choice does not change after a CodePage exists.
 std::uint32_t ChosenLongCode(char16_t character) { return tables.longCodes[character]; }
 
-// The code page from now on.
+// Makes this the final code page.
 class SettledCodePage : public CodePage {
  public:
   SettledCodePage() : SettledCodePage(std::lock_guard(choiceMutex)) {}

@@ -43,8 +43,8 @@ class LinuxProbe final : public SystemProbe {
     return RootClusters();
   }
 
-  // A display would be a stranger's input: a server that lies or is silent. Processes are counted
-  // instead, each under its number.
+  // Visits processes by number instead of asking a display server, whose answers may be wrong or
+  // missing.
   void EnumWindows(const WindowVisitor& visit) override {
     VisitProcesses("/proc", [&](pid_t process) { visit(static_cast<WindowHandle>(process)); });
   }

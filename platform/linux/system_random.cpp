@@ -6,7 +6,7 @@
 
 namespace latchkey::platform {
 
-// A signal may cut a long request short or interrupt it before the first byte.
+// A signal may shorten a long request or interrupt it before the first byte.
 bool FillRandom(std::span<std::uint8_t> bytes) noexcept {
   while (!bytes.empty()) {
     const ssize_t filled = ::getrandom(bytes.data(), bytes.size(), 0);

@@ -3,7 +3,7 @@
 namespace latchkey::platform {
 namespace {
 
-// Trivial, so that it can still be read when the thread's other objects are gone: objects of static
+// Trivial, so that it can be read after the thread's other objects are destroyed: objects of static
 // duration outlive those of the main thread.
 thread_local void* threadValue = nullptr;
 
@@ -25,7 +25,7 @@ class ThreadEnd {
 
 }  // namespace
 
-// A value made after the thread's end was run stays until the process ends.
+// A value made after the thread's clean-up stays until the process ends.
 void* ThreadSlotValue(const ThreadSlotFunctions& functions) {
   if (threadValue == nullptr) {
     thread_local const ThreadEnd threadEnd(functions);

@@ -16,10 +16,10 @@ namespace {
 
 Text WideText(const std::string& ascii) { return {ascii.begin(), ascii.end()}; }
 
-// Longer than any text that is made here.
+// Longer than any text made here.
 using NumberBuffer = std::array<char, 64>;
 
-// Whether `value` lies in the middle between two numbers of that many significant digits.
+// Whether `value` is halfway between two numbers with that number of significant digits.
 bool IsTie(double value, int digits) {
   constexpr int kMoreDigits = 20;
   NumberBuffer buffer{};
@@ -31,9 +31,9 @@ bool IsTie(double value, int digits) {
   return text.substr(static_cast<std::size_t>(digits) + 1, kMoreDigits) == kHalf;
 }
 
-// The shorter of plain and exponent form, with the given number of significant digits at most and
-// at least two digits in the exponent, whatever locale the host has set. What lies in the middle is
-// rounded away from zero, where the C++ library would take the even digit.
+// The shorter of plain and exponent form, with at most the given number of significant digits and
+// at least two digits in the exponent, independent of the host's locale. Rounds halfway values away
+// from zero, where the C++ library would round to even.
 Text GeneralForm(double value, int digits) {
   if (std::isnan(value)) return u"NAN";
   if (std::isinf(value)) return value < 0 ? u"-INF" : u"INF";
@@ -62,7 +62,7 @@ struct TextMaker {
   }
 };
 
-// Digits of another radix make a 32-bit number whose highest bit is the sign.
+// Digits of another radix form a 32-bit number whose highest bit is the sign.
 NumberFromText RadixValue(const ScannedNumber& number) {
   const char* const end = number.digits.data() + number.digits.size();
   std::uint32_t bits = 0;
@@ -72,7 +72,7 @@ NumberFromText RadixValue(const ScannedNumber& number) {
   return {NumberReading::Number, static_cast<double>(static_cast<std::int32_t>(bits))};
 }
 
-// The value nearest to the digits; one too small for a Double is 0.
+// The value nearest to the digits; 0 if it is too small for a Double.
 NumberFromText DecimalValue(const ScannedNumber& number) {
   const std::string exponent = 'e' + std::to_string(number.scale);
   NumberDigits text(1, '0');

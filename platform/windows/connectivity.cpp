@@ -12,8 +12,8 @@ namespace latchkey::platform {
 namespace {
 
 // Loads wininet and keeps it until the process ends: its threads may still run after the last
-// query, so freeing it is not safe. However often this module is loaded itself, one reference is
-// enough.
+// query, so freeing it is not safe. One reference is enough, even if this module is loaded several
+// times.
 HMODULE LoadInternetLibrary() {
   const UniqueLibrary library = LoadSystemLibrary(L"wininet.dll");
   HMODULE pinned = nullptr;
@@ -24,7 +24,7 @@ HMODULE LoadInternetLibrary() {
   return pinned;
 }
 
-// Loading it takes much longer than the query. Two threads may load it at once.
+// Loading takes much longer than the query. Two threads may load the library at once.
 HMODULE InternetLibrary() {
   static std::atomic<HMODULE> kept{nullptr};
   HMODULE library = kept.load();

@@ -2,7 +2,7 @@
 
 namespace latchkey::platform {
 
-// Large pages are for those who hold a privilege that ordinary users lack.
+// Large pages require a privilege that ordinary users lack.
 void ExpectFilling(void* /*memory*/, std::size_t /*size*/) noexcept {}
 
 }  // namespace latchkey::platform

@@ -14,14 +14,14 @@ namespace __gnu_cxx {  // NOLINT: its name
 void __freeres();  // NOLINT: its name
 }  // namespace __gnu_cxx
 
-// mingw-w64's thread library, on which the compiler's run-time stands, keeps a thread-local slot
-// from its first use on, and for each thread two handles until the thread ends. Its clean-up at
-// unload frees neither. There is no name by which the slot could be asked for, but it is the one
-// that loses its value when the library is told that the thread ends.
+// mingw-w64's thread library, which the compiler's run-time uses, keeps a thread-local slot from
+// its first use on, and two handles for each thread until the thread ends. Its clean-up at unload
+// frees neither. The slot has no name, but it is the one that loses its value when the library is
+// notified that the thread ends.
 namespace latchkey::platform {
 namespace {
 
-constexpr DWORD kSlots = TLS_MINIMUM_AVAILABLE + 1024;  // a process has no more
+constexpr DWORD kSlots = TLS_MINIMUM_AVAILABLE + 1024;  // the maximum of a process
 
 using SlotValues = std::array<void*, kSlots>;
 
@@ -29,7 +29,7 @@ void ReadSlots(SlotValues& values) {
   for (DWORD i = 0; i < kSlots; ++i) values[i] = TlsGetValue(i);
 }
 
-// What the loader calls when a thread ends, for the calling thread and this module alone.
+// Runs the loader's callbacks for the end of a thread, for the calling thread and this module only.
 void EndThreadInRunTime() {
   const auto* callback = reinterpret_cast<const PIMAGE_TLS_CALLBACK*>(_tls_used.AddressOfCallBacks);
   for (; callback != nullptr && *callback != nullptr; ++callback) {
@@ -40,7 +40,7 @@ void EndThreadInRunTime() {
 }  // namespace
 
 void ReleaseRunTime() noexcept {
-  pthread_self();  // from now on the slot has a value, whatever this thread did before
+  pthread_self();  // ensures that the slot has a value
   SlotValues before;
   ReadSlots(before);
   EndThreadInRunTime();

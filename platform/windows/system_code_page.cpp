@@ -7,10 +7,9 @@
 namespace latchkey::platform {
 namespace {
 
-// The bytes of a character, big-endian in one number; kDefaultCode where there are none. No best
-// fit: a character that merely resembles one of the code page is not that one. UTF-8 has every
-// character, its conversion writes EF BF BD for a surrogate alone, and it refuses the arguments of
-// the other call.
+// The bytes of a character, as one big-endian number; kDefaultCode if it has none. Uses no best-fit
+// mapping to similar characters. UTF-8 has every character, writes EF BF BD for a surrogate alone,
+// and refuses the arguments of the other call.
 std::uint32_t AnsiCode(char16_t character) {
   const wchar_t wide = character;
   std::array<char, 8> bytes{};
@@ -33,9 +32,9 @@ std::uint32_t LongAnsiCode(char16_t character) {
   return code > 0xFF ? code : CodePage::kDefaultCode;
 }
 
-// Without MB_ERR_INVALID_CHARS, bytes that the code page leaves undefined convert too, to
+// Without MB_ERR_INVALID_CHARS, bytes that the code page leaves undefined also convert, to
 // private-use and control characters, and back. A byte that is only part of a longer character
-// converts to a replacement, which does not come back.
+// converts to a replacement, which does not convert back.
 char16_t CharacterOfByte(std::uint8_t byte) {
   const char narrow = static_cast<char>(byte);
   std::array<wchar_t, 2> wide{};

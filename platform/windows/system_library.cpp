@@ -10,7 +10,7 @@ namespace {
 std::wstring SystemFolder() {
   std::wstring folder(MAX_PATH, L'\0');
   UINT length = GetSystemDirectoryW(folder.data(), MAX_PATH);
-  if (length > MAX_PATH) {  // the length that it needs, with its NUL
+  if (length > MAX_PATH) {  // the needed length, with its NUL
     folder.resize(length);
     length = GetSystemDirectoryW(folder.data(), length);
   }
@@ -19,9 +19,9 @@ std::wstring SystemFolder() {
   return folder;
 }
 
-// Where the library's own imports are looked for: in the system folder alone. A Windows 7 without
-// the update that brought this flag (and AddDllDirectory with it) looks in the library's folder
-// first, which is the same.
+// Restricts the search for the library's own imports to the system folder. A Windows 7 without the
+// update that added this flag (and AddDllDirectory) searches the library's folder first, which is
+// the same.
 DWORD SearchFlag() {
   const HMODULE kernel = GetModuleHandleW(L"kernel32.dll");
   const bool known = GetProcAddress(kernel, "AddDllDirectory") != nullptr;

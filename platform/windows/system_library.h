@@ -1,4 +1,4 @@
-// Libraries of the system that are loaded while the program runs.
+// System libraries loaded at run time.
 #pragma once
 
 #include <windows.h>
@@ -14,7 +14,7 @@ struct LibraryTrait {
 };
 using UniqueLibrary = UniqueHandle<LibraryTrait>;
 
-// Loads a library by its full path in the system folder, so that no other file of its name is ever
+// Loads a library by its full path in the system folder, so that no other file of that name is
 // loaded. Raises FileNotFound. Any thread, but not while the DLL is being loaded or unloaded.
 [[nodiscard]] UniqueLibrary LoadSystemLibrary(const wchar_t* name);
 

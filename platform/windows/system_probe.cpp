@@ -11,8 +11,8 @@
 namespace latchkey::platform {
 namespace {
 
-// A walk over windows as the callbacks see it. No exception may cross user32: it waits here until
-// the walk is over.
+// The state of a walk over windows. Keeps an exception until the walk is over, since none may cross
+// user32.
 struct Walk {
   const SystemProbe::WindowVisitor& visit;
   std::exception_ptr fault;
@@ -40,7 +40,7 @@ class WindowsProbe final : public SystemProbe {
  public:
   std::uint32_t GetTickCount() override { return ::GetTickCount(); }
 
-  // Automation's own conversion leaves the milliseconds out.
+  // Automation's own conversion drops the milliseconds.
   double Now() override {
     SYSTEMTIME now{};
     GetLocalTime(&now);

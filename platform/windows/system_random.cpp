@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-// advapi32's RtlGenRandom, under the name it is exported by.
+// advapi32's RtlGenRandom, under its exported name.
 #include <ntsecapi.h>
 
 namespace latchkey::platform {

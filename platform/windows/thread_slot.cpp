@@ -6,8 +6,8 @@
 #include <new>
 
 // Fiber-local storage, whose callback runs when a thread ends and when the slot is freed. A
-// thread_local object with a destructor would not do: its clean-up is registered with the C
-// run-time of this DLL and keeps the DLL from being unloaded.
+// thread_local object with a destructor is no alternative: its clean-up is registered with the C
+// run-time of this DLL and keeps the DLL loaded.
 namespace latchkey::platform {
 namespace {
 
@@ -18,7 +18,7 @@ void WINAPI DestroyThreadValue(void* value) {
   if (value != nullptr) destroyValue.load()(value);
 }
 
-// Two threads may allocate at once; the second one's slot goes back unused.
+// Two threads may allocate at once; the second one's slot is freed unused.
 DWORD SlotIndex(const ThreadSlotFunctions& functions) {
   DWORD index = slotIndex.load();
   if (index != FLS_OUT_OF_INDEXES) return index;

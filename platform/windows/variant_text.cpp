@@ -63,10 +63,10 @@ VARIANT VariantOf(const Variant& value) {
   return result;
 }
 
-// Automation reads texts up to their first NUL; a text that holds one is no number.
+// Automation reads texts up to their first NUL; a text with a NUL is not a number.
 bool HoldsNul(TextView text) { return text.find(u'\0') != TextView::npos; }
 
-// A copy, since the readers take a pointer to writable text. Callers wipe it, as it may be a seed.
+// A copy, since the readers require writable text. Callers wipe it, since it may be a seed.
 std::wstring WideText(TextView text) { return {text.begin(), text.end()}; }
 
 }  // namespace
@@ -92,7 +92,7 @@ NumberFromText ReadNumber(TextView text) {
   const WipeAtExit wipeWide(wide);
   double value = 0;
   const HRESULT result = VarR8FromStr(wide.data(), LOCALE_USER_DEFAULT, 0, &value);
-  // Wine gives infinity for some texts that Windows reports as too large.
+  // Wine returns infinity for some texts that Windows reports as too large.
   if (result == DISP_E_OVERFLOW || std::isinf(value)) return {NumberReading::Overflow, 0};
   if (FAILED(result)) return {};
   return {NumberReading::Number, value};

@@ -17,7 +17,7 @@
 namespace latchkey::provider {
 namespace {
 
-// A structure with key material, wiped when it ends.
+// A structure with key material, wiped on destruction.
 template <class Content>
 class Wiped {
  public:
@@ -47,7 +47,7 @@ class StreamCipher final : public Cipher {
   Wiped<arcfour_ctx> state_;
 };
 
-// Works on `length` bytes in place, whole blocks, and takes the feedback along.
+// Processes `length` bytes in place, whole blocks, and updates the feedback.
 template <class Key>
 using WorkOnBlocks = void (*)(const Key& key, std::uint8_t* data, std::size_t length,
                               std::uint8_t* feedback);
@@ -89,7 +89,7 @@ class BlockCipher : public Cipher {
   [[nodiscard]] Key& KeyToSet() noexcept { return *key_; }
 
  private:
-  // The rest of the batch, after the data, is ignored, and its result is dropped.
+  // The rest of the batch, after the data, is ignored and its result dropped.
   void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
     std::array<std::uint8_t, kCipherBlockSize> last{};
     std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());
@@ -101,10 +101,10 @@ class BlockCipher : public Cipher {
   }
 
   const BlockKernels<Key>& kernels_;
-  // Memory for a partly filled batch: here, since a thread's stack may be small.
+  // A partly filled batch; a member, since a thread's stack may be small.
   std::array<std::uint8_t, kLargestBatch> batch_;
   Wiped<Key> key_;
-  std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext: no secret
+  std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext, not secret
 };
 
 class Rc2Cipher final : public BlockCipher<Rc2Key> {
@@ -131,7 +131,7 @@ class Rc2Cipher final : public BlockCipher<Rc2Key> {
   WipedBytes key_;
 };
 
-// DES with one key of eight bytes, 3DES with three. Weak keys are used like any other.
+// DES with one key of eight bytes, 3DES with three. Weak keys are accepted.
 class DesCipher final : public BlockCipher<des::KeySchedule> {
  public:
   explicit DesCipher(const WipedBytes& keys) noexcept : BlockCipher(Kernels()) {

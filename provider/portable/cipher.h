@@ -1,5 +1,5 @@
-// The ciphers, over the kernels for this CPU and GNU Nettle: RC4 as a stream, the others in CBC
-// mode from a zero initialisation vector. Whole blocks only; padding is the session key's business.
+// The ciphers, on the kernels for this CPU and GNU Nettle: RC4 as a stream, the others in CBC mode
+// from a zero initialization vector. Whole blocks only; the session key does the padding.
 #pragma once
 
 #include <cstddef>
@@ -12,9 +12,9 @@
 
 namespace latchkey::provider {
 
-inline constexpr std::size_t kCipherBlockSize = 8;  // of every block cipher here
+inline constexpr std::size_t kCipherBlockSize = 8;  // bytes, for every block cipher here
 
-// Used by one thread at a time. Key material and state are wiped when it ends.
+// Used by one thread at a time. Key material and state are wiped on destruction.
 class Cipher {
  public:
   Cipher() = default;
@@ -24,18 +24,18 @@ class Cipher {
 
   [[nodiscard]] virtual bool IsBlockCipher() const noexcept = 0;
 
-  // Whether the cipher uses fewer bits of its key than the key has: RC2.
+  // Whether the cipher can use only a part of its key's bits: RC2.
   [[nodiscard]] virtual bool HasEffectiveBits() const noexcept { return false; }
 
-  // Sets that number, 1 to 1024, and restarts. Does nothing where HasEffectiveBits is false.
+  // Sets that number, 1 to 1024, and restarts. Does nothing if HasEffectiveBits is false.
   virtual void SetEffectiveBits(unsigned /*bits*/) noexcept {}
 
-  // Work in place and go on where the call before ended, whichever of the two that was: both share
-  // one key stream or one feedback block. A block cipher takes multiples of kCipherBlockSize.
+  // Work in place and continue from the call before, which may be either: both share one key stream
+  // or one feedback block. A block cipher requires multiples of kCipherBlockSize.
   virtual void Encrypt(std::span<std::uint8_t> data) noexcept = 0;
   virtual void Decrypt(std::span<std::uint8_t> data) noexcept = 0;
 
-  // Back to the state after construction.
+  // Resets to the state after construction.
   virtual void Restart() noexcept = 0;
 };
 

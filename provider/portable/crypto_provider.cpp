@@ -55,8 +55,8 @@ class NettleProvider final : public CryptoProvider {
     return true;
   }
 
-  // What the context's client forgot to destroy ends with it. Wrong flags are reported, and the
-  // context is released all the same.
+  // Destroys the context's remaining hashes and keys. Wrong flags are an error, but the context is
+  // released too.
   bool CryptReleaseContext(HCRYPTPROV hProv, std::uint32_t dwFlags) override {
     if (!contexts_.Take(hProv)) return Fail(kErrorInvalidParameter);
     const auto isOurs = [hProv](const auto& object) { return object.Provider() == hProv; };
@@ -159,7 +159,7 @@ class NettleProvider final : public CryptoProvider {
     return error == 0 || Fail(error);
   }
 
-  // The system's source has the final say on every byte and needs no seed of ours.
+  // The system's source overwrites every byte and needs no seed.
   bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) override {
     if (!contexts_.Find(hProv)) return Fail(kErrorInvalidParameter);
     return platform::FillRandom(std::span(pbBuffer, dwLen)) || Fail(kErrorProviderFailed);

@@ -1,4 +1,4 @@
-// A hash object as CryptoAPI has them: it takes data until its value is asked for, and none after.
+// A CryptoAPI hash object: it accepts data until its value is read.
 #pragma once
 
 #include <nettle/nettle-meta.h>
@@ -12,10 +12,10 @@
 
 namespace latchkey::provider {
 
-// The description of a hash algorithm in Nettle's form, or null for an identifier that is none.
+// The description of a hash algorithm in Nettle's form, or null for an unknown identifier.
 [[nodiscard]] const nettle_hash* HashAlgorithm(AlgorithmId id) noexcept;
 
-// Used by one thread at a time. Its state and value are wiped when it ends.
+// Used by one thread at a time. State and value are wiped on destruction.
 class HashObject {
  public:
   HashObject(HCRYPTPROV provider, const nettle_hash& algorithm);
@@ -23,10 +23,10 @@ class HashObject {
   [[nodiscard]] HCRYPTPROV Provider() const noexcept { return provider_; }
   [[nodiscard]] const nettle_hash& Algorithm() const noexcept { return algorithm_; }
 
-  // False once the hash is complete.
+  // Adds data. Returns false if the hash is complete.
   [[nodiscard]] bool Add(std::span<const std::uint8_t> data) noexcept;
 
-  // Completes the hash, the first time; gives the same bytes at each later call.
+  // Completes the hash on the first call; later calls return the same bytes.
   [[nodiscard]] const WipedBytes& Value();
 
  private:

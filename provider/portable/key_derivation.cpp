@@ -5,7 +5,7 @@
 namespace latchkey::provider {
 namespace {
 
-// The hash of a 64-byte block filled with `filler` into whose beginning the value is XORed.
+// The hash of a 64-byte block filled with `filler`, with the value XORed into its beginning.
 WipedBytes HashOfMaskedBlock(const nettle_hash& algorithm, const WipedBytes& value,
                              std::uint8_t filler) {
   WipedBytes block(64, filler);

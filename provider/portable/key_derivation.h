@@ -1,5 +1,5 @@
-// Which key each provider makes of a hash value for each cipher: the lengths of CryptDeriveKey with
-// flags 0, as Windows XP and later have them.
+// The key that each provider derives from a hash value for each cipher, with the lengths of
+// CryptDeriveKey with flags 0 on Windows XP and later.
 #pragma once
 
 #include <cstddef>
@@ -14,14 +14,14 @@ enum class ProviderKind { Base, Enhanced };
 
 struct KeyForm {
   std::size_t derivedBytes;  // taken from the hash value
-  std::size_t cipherBytes;   // length of the cipher's key; zeros fill it up
+  std::size_t cipherBytes;   // length of the cipher's key, padded with zeros
   unsigned effectiveBits;    // RC2's effective key length; 0 for other ciphers
 };
 
-// Nothing for a cipher that the provider does not have.
+// Nothing for a cipher that the provider lacks.
 [[nodiscard]] std::optional<KeyForm> KeyFormOf(ProviderKind provider, AlgorithmId cipher) noexcept;
 
-// Whether RC2's effective key length may be set to that: the base provider keeps its 40 bits.
+// Whether RC2's effective key length may be set to `bits`: the base provider allows only 40.
 [[nodiscard]] bool AllowsEffectiveBits(ProviderKind provider, std::uint32_t bits) noexcept;
 
 // The cipher's key, `form.cipherBytes` long. Completes the hash. A hash value shorter than the key

@@ -3,7 +3,7 @@
 namespace latchkey::provider {
 namespace {
 
-// 1 when `left` is below `right`, else 0, for bytes; without a branch.
+// 1 if `left` is below `right`, otherwise 0, for bytes; without a branch.
 unsigned IsBelow(unsigned left, unsigned right) noexcept { return (left - right) >> 31; }
 
 }  // namespace

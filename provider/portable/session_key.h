@@ -1,4 +1,4 @@
-// A session key as CryptEncrypt and CryptDecrypt use it: a cipher, its state between calls, and the
+// A session key for CryptEncrypt and CryptDecrypt: a cipher, its state between calls, and the
 // padding of the final block.
 #pragma once
 
@@ -10,8 +10,8 @@
 
 namespace latchkey::provider {
 
-// Used by one thread at a time. Both operations return 0 or the error code of the failure. After a
-// final call that did its work, padding good or bad, the state is that of a fresh key.
+// Used by one thread at a time. Both operations return 0 or the error code of the failure. A final
+// call that processed its data resets the key, also after bad padding.
 class SessionKey {
  public:
   SessionKey(HCRYPTPROV provider, std::unique_ptr<Cipher> cipher) noexcept;
@@ -20,17 +20,18 @@ class SessionKey {
 
   [[nodiscard]] bool HasEffectiveBits() const noexcept { return cipher_->HasEffectiveBits(); }
 
-  // Sets RC2's effective key length, 1 to 1024 bits; the state is then that of a fresh key.
+  // Sets RC2's effective key length, 1 to 1024 bits, and resets the key.
   void SetEffectiveBits(unsigned bits) noexcept { cipher_->SetEffectiveBits(bits); }
 
   // Encrypts `length` bytes at `data`, in a buffer of `room` bytes. `length` becomes that of the
-  // ciphertext, also when it is too long for the buffer (kErrorMoreData). Without `final` a block
-  // cipher takes whole blocks only (else kErrorBadData).
+  // ciphertext, also if it is too long for the buffer (kErrorMoreData). Without `final` a block
+  // cipher requires whole blocks (else kErrorBadData).
   [[nodiscard]] std::uint32_t Encrypt(bool final, std::uint8_t* data, std::uint32_t& length,
                                       std::uint32_t room) noexcept;
 
-  // Decrypts in place; `length` becomes that of the plaintext. kErrorBadData, with the length as it
-  // was: no whole number of blocks, no block at all to take the padding from, or bad padding.
+  // Decrypts in place; `length` becomes that of the plaintext. Returns kErrorBadData and leaves the
+  // length unchanged for an incomplete block, for a final call without any block, or for bad
+  // padding.
   [[nodiscard]] std::uint32_t Decrypt(bool final, std::uint8_t* data,
                                       std::uint32_t& length) noexcept;
 

@@ -11,7 +11,7 @@ static_assert(sizeof(HCRYPTPROV) == sizeof(::HCRYPTPROV));
 static_assert(sizeof(HCRYPTHASH) == sizeof(::HCRYPTHASH));
 static_assert(sizeof(HCRYPTKEY) == sizeof(::HCRYPTKEY));
 
-// A null data pointer would turn the call into a question for the size needed.
+// With a null data pointer the call would return the needed size instead.
 std::uint8_t* NeverNull(std::uint8_t* data) {
   static std::uint8_t nothing = 0;
   return data != nullptr ? data : &nothing;
@@ -24,13 +24,13 @@ bool IsBlockCipher(HCRYPTKEY key) {
          bits != 0;
 }
 
-// What no block cipher can decrypt. Wine would look for the padding before the start of an empty
-// buffer, and write past the end of a last block that is not whole.
+// Data that no block cipher can decrypt. Wine would read the padding before the start of an empty
+// buffer, and write past the end of an incomplete last block.
 bool IsIncomplete(std::uint32_t length, bool final) {
   return length % 8 != 0 || (final && length == 0);
 }
 
-// The Windows types differ from ours in name, and on 32 bits also for the compiler; values pass
+// The Windows types differ from ours in name, and on 32 bits also in type; values are copied
 // through variables of the Windows type.
 class WindowsCryptoProvider final : public CryptoProvider {
  public:

@@ -1,5 +1,5 @@
-// The compiler's functions for AVX-512. GCC 12 takes the undefined operands inside its own header
-// for mistakes, so that its warnings end here.
+// The compiler's functions for AVX-512. GCC 12 warns about the undefined operands inside its own
+// header, so the warnings are disabled here.
 #pragma once
 
 #if defined(__GNUC__) && !defined(__clang__)

@@ -1,4 +1,4 @@
-// CBC decryption of much data at once: the kernels of each kind of CPU behind one description.
+// CBC decryption of many blocks at once: a common description of the kernels for each kind of CPU.
 #pragma once
 
 #include <array>
@@ -20,10 +20,11 @@ template <class Key>
 struct BulkDecryption {
   DecryptBatches<Key> decrypt;
   std::size_t batchBytes;
-  std::size_t worthBytes;  // from here on a partly filled batch is faster than block by block
+  std::size_t
+      worthBytes;  // from this length on, a partly filled batch is faster than single blocks
 };
 
-inline constexpr std::size_t kLargestBatch = 4096;  // bytes, of all kernels
+inline constexpr std::size_t kLargestBatch = 4096;  // bytes, for all kernels
 
 struct Rc2Key {
   std::array<std::uint16_t, 64> words;  // RFC 2268's K[0] to K[63]
@@ -32,7 +33,7 @@ struct Rc2Key {
 [[nodiscard]] const BulkDecryption<des::KeySchedule>& DesBulk(CpuLevel level) noexcept;
 [[nodiscard]] const BulkDecryption<Rc2Key>& Rc2Bulk(CpuLevel level) noexcept;
 
-// The bodies, one file each. Those of a level exist where the build has kernels for it.
+// The bodies, one file each. Those of a level exist if the build has kernels for it.
 extern const BulkDecryption<des::KeySchedule> kDesBulkPortable;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx2;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx512;

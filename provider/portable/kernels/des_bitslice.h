@@ -1,10 +1,10 @@
 // CBC decryption of DES and 3DES, bitsliced: after E. Biham, "A Fast New DES Implementation in
-// Software" (1997). Bit n of as many blocks as a word has bits stands in the n-th of 64 words; the
-// cipher is then a circuit of bitwise operations, the same for all those blocks at once, and its
-// permutations are but the choice of words. No memory is addressed by a secret.
+// Software" (1997). Word n of 64 words holds bit n of many blocks, one block for each bit of a
+// word. The cipher is then a circuit of bitwise operations on all these blocks at once, and its
+// permutations only choose words. No memory is addressed by a secret.
 //
-// Word is a std::uint64_t or a vector of them; Circuits are the S-boxes. For use in one file
-// for each kind of CPU (des_bitslice_*.cpp).
+// Word is a std::uint64_t or a vector of them; Circuits are the S-boxes. For use in one file for
+// each kind of CPU (des_bitslice_*.cpp).
 #pragma once
 
 #include <array>
@@ -38,22 +38,21 @@ class Bitslice {
  private:
   static constexpr std::size_t kRoundBits = 48;
 
-  // A bit of the key as 0 or -1, of half the size of a lane: the keys are most of the work's
-  // memory.
+  // A bit of the key as 0 or -1, of half the size of a lane, since keys take most of the memory.
   using KeyMask = std::int32_t;
 
-  // The halves of the block stay where the initial permutation finds them. Each round changes one
-  // of them in place; which one it is stands for the exchange of the halves.
+  // The halves of the block stay in the places of the initial permutation. Each round changes one
+  // of them in place; alternating between them replaces the exchange of the halves.
   enum Half : unsigned { Left = 0, Right = 32 };
 
-  // Where bit n (from 0) of the permuted block stands: as bit of a block read as a 64-bit number
+  // The place of bit n (from 0) of the permuted block, as a bit of a block read as a 64-bit number
   // with its first byte lowest.
   static constexpr std::size_t PlaceOf(std::size_t n) {
     const unsigned bit = kInitialPermutation[n] - 1U;
     return bit / 8 * 8 + 7 - bit % 8;
   }
 
-  // Which bit (from 0) of the round function is bit n of the S-boxes' outputs.
+  // The bit (from 0) of the round function that is bit n of the S-boxes' outputs.
   static constexpr std::size_t PermutedBit(std::size_t n) {
     std::size_t i = 0;
     while (kPermutation[i] != n + 1) ++i;
@@ -77,7 +76,7 @@ class Bitslice {
     }
   }
 
-  // Transposes eight rows that stand `step` apart, and the bits of their numbers from `step` on.
+  // Transposes eight rows that are `step` apart, and the bits of their numbers from `step` on.
   template <unsigned step>
   [[gnu::always_inline]] static void TransposeGroup(Word* rows) noexcept {
 #pragma GCC unroll 4
@@ -108,8 +107,8 @@ class Bitslice {
     }
   }
 
-  // The final permutation takes the halves in exchanged order, and they lie in words of which each
-  // pair holds one bit of both: hence the exclusive or with 1.
+  // The final permutation reads the halves in exchanged order. Each pair of words holds one bit of
+  // both halves, hence the exclusive or with 1.
   void TransposeOut(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
       Word rows[8];
@@ -159,7 +158,7 @@ class Bitslice {
     (std::make_integer_sequence<unsigned, 8>());
   }
 
-  // 16 rounds. The exchange after them stands in what the caller takes for the next first half.
+  // 16 rounds. The caller's choice of the next first half is the exchange after them.
   template <Half first>
   [[gnu::flatten]] void RunPass(std::size_t firstRound) noexcept {
     for (std::size_t round = firstRound; round < firstRound + kRounds; round += 2) {
@@ -178,7 +177,7 @@ class Bitslice {
     TransposeOut(data, feedback);
   }
 
-  // Not part of the caller's frame, so that what it spills stands below that and can be wiped.
+  // Not inlined into the caller's frame, so that its spilled data is below that and can be wiped.
   [[gnu::noinline]] void Run(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
                              std::uint8_t* feedback) noexcept {
     SpreadKeys(keys);

@@ -1,5 +1,5 @@
-// FIPS 46-3's key schedule. Both permuted choices go four bits at a time: a permutation is the sum
-// of what it makes of each group of bits, so a table for each group holds that for its 16 values.
+// FIPS 46-3's key schedule. Both permuted choices process four bits at a time: a permutation is the
+// sum of the results for each group of bits, which a table holds for the group's 16 values.
 #include "provider/portable/kernels/des_key.h"
 
 #include <algorithm>
@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::uint32_t kHalfMask = 0x0FFFFFFF;
 
-// Of `width` bits, counted from 1 at the top, to as many as `choice` names; result bit n of the
-// choice stands at bit place(n).
+// The tables from `width` bits, counted from 1 at the top, to the bits that `choice` names; result
+// bit n of the choice is at bit place(n).
 template <std::size_t groups, std::size_t count, class Place>
 constexpr auto PermutationTables(const std::array<std::uint8_t, count>& choice, Place place) {
   std::array<std::array<std::uint64_t, 16>, groups> tables{};

@@ -20,14 +20,14 @@ inline constexpr std::size_t kRounds = 16;
 inline constexpr std::size_t kKeySize = 8;
 
 // All rounds in the order of encryption, 16 for DES and 48 for 3DES (encrypt, decrypt, encrypt).
-// Decryption takes them backwards. Key material: its owner wipes it.
+// Decryption uses them backwards. Key material: its owner wipes it.
 struct KeySchedule {
   std::array<RoundKey, 3 * kRounds> rounds;
   std::size_t count;
 };
 
-// `passes` is 1 (DES) or 3 (3DES); `keys` points to eight bytes for each, whose parity bits and
-// weakness do not matter.
+// `passes` is 1 (DES) or 3 (3DES); `keys` points to eight bytes for each. Ignores parity bits and
+// accepts weak keys.
 void ExpandKeys(const std::uint8_t* keys, std::size_t passes, KeySchedule& schedule) noexcept;
 
 }  // namespace latchkey::provider::des

@@ -1,11 +1,11 @@
 // The method is that of the public-domain programs of the 1980s (R. Outerbridge): the permutation
-// after the S-boxes is part of their tables, and both halves are kept turned left by one bit, so
-// that the expansion is but another turn by four and six bits stand in each byte. A table has 256
-// entries, so that the two bits that do not count need no mask.
+// after the S-boxes is part of their tables, and both halves are kept rotated left by one bit, so
+// that the expansion is only a rotation by four, with six bits in each byte. A table has 256
+// entries, so that the two unused bits need no mask.
 //
 // In CBC encryption the initial permutation of a block and the final one of the block before it
-// cancel: the chain is kept in permuted form, and both permutations leave the chain of dependent
-// operations, which then is the rounds alone.
+// cancel: the chain is kept in permuted form, so that only the rounds are in the chain of dependent
+// operations.
 #include "provider/portable/kernels/des_table_cipher.h"
 
 #include <bit>
@@ -33,7 +33,7 @@ consteval std::array<Table, 8> MakeTables() {
 
 constexpr std::array<Table, 8> kTables = MakeTables();
 
-// A block after the initial permutation, both halves turned left by one bit.
+// A block after the initial permutation, both halves rotated left by one bit.
 struct Halves {
   std::uint32_t left;
   std::uint32_t right;
@@ -48,7 +48,7 @@ void StoreWord(std::uint8_t* to, std::uint32_t word) noexcept {
   for (unsigned i = 0; i < 4; ++i) to[i] = static_cast<std::uint8_t>(word >> (24 - 8 * i));
 }
 
-// Exchanges the bits of `high` that lie `shift` above the mask with those of `low` under it.
+// Exchanges the bits of `high` that are `shift` above the mask with those of `low` under it.
 void Exchange(std::uint32_t& high, std::uint32_t& low, unsigned shift,
               std::uint32_t mask) noexcept {
   const std::uint32_t difference = (high >> shift ^ low) & mask;
@@ -56,8 +56,8 @@ void Exchange(std::uint32_t& high, std::uint32_t& low, unsigned shift,
   high ^= difference << shift;
 }
 
-// The initial permutation turns the 8 by 8 matrix of bits over its diagonal and separates even from
-// odd columns: five exchanges of parts do it.
+// The initial permutation transposes the 8 by 8 matrix of bits and separates even from odd columns,
+// in five exchanges of parts.
 Halves Permuted(const std::uint8_t* block) noexcept {
   Halves h{LoadWord(block), LoadWord(block + 4)};
   Exchange(h.left, h.right, 4, 0x0F0F0F0F);
@@ -84,13 +84,13 @@ std::uint32_t Found(const Table& table, std::uint32_t value, unsigned shift) noe
   return table[value >> shift & 0xFF];
 }
 
-// Keeps a partial sum as it is written: the compiler would make one long chain of all terms.
+// Keeps a partial sum in the written order: the compiler would make one long chain of all terms.
 [[gnu::always_inline]] inline std::uint32_t Kept(std::uint32_t sum) noexcept {
   asm("" : "+r"(sum));
   return sum;
 }
 
-// What looks up in the tables: a half with the round's key.
+// The index into the tables: a half combined with the round's key.
 struct Inputs {
   std::uint32_t even;
   std::uint32_t odd;
@@ -101,8 +101,8 @@ struct Inputs {
 }
 
 // One round: adds the round function of `in` to `half`. With a key, `in` becomes the next round's.
-// The key and the half are added to the earlier terms, so that after the later ones, those of
-// `odd`, only one operation stands between this round's look-ups and each of the results.
+// The key and the half are added to the earlier terms, so that only one operation separates the
+// later look-ups, those of `odd`, from each of the results.
 [[gnu::always_inline]] inline void RunRound(std::uint32_t& half, Inputs& in,
                                             const RoundKey* nextKey) noexcept {
   const std::uint32_t early = Kept(Found(kTables[1], in.even, 24) ^ Found(kTables[5], in.even, 8)) ^
@@ -117,7 +117,7 @@ struct Inputs {
   half = Kept(half ^ early) ^ late;
 }
 
-// Sixteen rounds and the exchange of the halves after them; `key` goes by `step`.
+// Sixteen rounds and the exchange of the halves after them; `key` advances by `step`.
 template <std::ptrdiff_t step>
 [[gnu::always_inline]] inline void RunPass(Halves& state, const RoundKey*& key) noexcept {
   Inputs in = InputsOf(state.right, *key);

@@ -1,5 +1,5 @@
-// What MD4, MD5 and SHA-1 have in common: data gathered into blocks of 64 bytes, and a last block
-// or two with a 1 bit, zeros and the length (RFC 1320 and 1321, section 3; FIPS 180-4, section 5).
+// The common part of MD4, MD5 and SHA-1: data gathered into blocks of 64 bytes, and one or two last
+// blocks with a 1 bit, zeros and the length (RFC 1320 and 1321, section 3; FIPS 180-4, section 5).
 #pragma once
 
 #include <nettle/nettle-meta.h>
@@ -15,7 +15,7 @@
 namespace latchkey::provider {
 
 // Compression has kInitial (the state before any data), kWordOrder (of state, length and data in
-// memory) and Compress(state, data, count), which works through `count` blocks.
+// memory) and Compress(state, data, count), which processes `count` blocks.
 template <class Compression>
 class HashBlocks {
  public:
@@ -25,13 +25,13 @@ class HashBlocks {
     static_cast<HashBlocks*>(context)->Add(data, length);
   }
 
-  // Writes the first `length` bytes of the hash and starts again.
+  // Writes the first `length` bytes of the hash and restarts.
   static void Digest(void* context, std::size_t length, std::uint8_t* to) noexcept {
     static_cast<HashBlocks*>(context)->Finish(to, length);
     Init(context);
   }
 
-  // In Nettle's form, so that own and library hashes are used alike.
+  // In Nettle's form, as for hashes of the library.
   static constexpr nettle_hash Describe(const char* name) noexcept {
     return {name, sizeof(HashBlocks), kDigestSize, kBlock, &Init, &Update, &Digest};
   }
@@ -80,7 +80,7 @@ class HashBlocks {
   std::array<std::uint8_t, kBlock> block_{};
 };
 
-// A word as MD4 and MD5 read it: its lowest byte first.
+// A word in the order of MD4 and MD5: lowest byte first.
 [[gnu::always_inline]] inline std::uint32_t LowFirstWord(const std::uint8_t* from) noexcept {
   return from[0] | std::uint32_t{from[1]} << 8 | std::uint32_t{from[2]} << 16 |
          std::uint32_t{from[3]} << 24;

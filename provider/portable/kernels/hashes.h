@@ -1,4 +1,4 @@
-// The hash kernels where one is faster than Nettle's (MD2 is not), in the form of Nettle's own
+// The hash kernels that are faster than Nettle's (none for MD2), in the form of Nettle's own
 // descriptions (a context of context_size bytes, aligned as for any type, used by one thread at a
 // time and wiped by its owner).
 #pragma once
@@ -10,10 +10,10 @@ namespace latchkey::provider {
 extern const nettle_hash kMd4;
 extern const nettle_hash kMd5;
 
-// By SHA-1's own instructions where HasShaInstructions() tells of them, else Nettle's.
+// With SHA-1 instructions if HasShaInstructions(), otherwise Nettle's.
 [[nodiscard]] const nettle_hash& Sha1() noexcept;
 
-// Only for a machine that has those instructions, in a build for one.
+// Requires a machine and a build with those instructions.
 extern const nettle_hash kSha1WithInstructions;
 
 }  // namespace latchkey::provider

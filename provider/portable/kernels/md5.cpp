@@ -1,6 +1,5 @@
-// MD5 (RFC 1321), unrolled. What counts is the chain from one step to the next, so each function is
-// written such that the newest word is used as late as possible, and as a sum where its parts have
-// no bit in common.
+// MD5 (RFC 1321), unrolled. The chain from one step to the next limits the speed, so each function
+// uses the newest word as late as possible, and adds parts that have no bit in common.
 #include "provider/portable/kernels/hash_blocks.h"
 #include "provider/portable/kernels/hashes.h"
 

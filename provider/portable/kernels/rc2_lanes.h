@@ -1,8 +1,8 @@
-// CBC decryption of RC2 (RFC 2268, section 4) with a block in each 16-bit lane of a vector: the
-// four words of a block stand in four vectors, and every operation of the cipher works on all
-// lanes. Two such groups go side by side, since each step waits for the one before.
+// CBC decryption of RC2 (RFC 2268, section 4) with a block in each 16-bit lane of a vector: four
+// vectors hold the four words of each block, and every operation of the cipher works on all lanes.
+// Two such groups are interleaved, since each step waits for the one before.
 //
-// Vector gives the types and the look-up of a key word for each lane. For use in one file for each
+// Vector has the types and the look-up of a key word for each lane. For use in one file for each
 // kind of CPU (rc2_lanes_*.cpp).
 #pragma once
 
@@ -25,8 +25,8 @@ class Rc2Lanes {
   static constexpr std::size_t kGroups = 2;
   static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
 
-  // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
-  // last one of it. Leaves nothing on the stack.
+  // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes its
+  // last ciphertext block. Leaves no data on the stack.
   static void Decrypt(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
     Run(key, data, batches, feedback);
@@ -39,7 +39,7 @@ class Rc2Lanes {
     Lanes r[4][kGroups];
   };
 
-  // Makes of four vectors of blocks four vectors of their words 0 to 3, and the other way round.
+  // Converts four vectors of blocks to four vectors of their words 0 to 3, and back.
   static void Transpose(Word* rows) noexcept {
     kernels::ExchangeParts<32>(rows[0], rows[2]);
     kernels::ExchangeParts<32>(rows[1], rows[3]);
@@ -74,7 +74,7 @@ class Rc2Lanes {
     }
   }
 
-  // Sixteen mixing rounds backwards; the mashing rounds stand after the fifth and the eleventh.
+  // Sixteen mixing rounds backwards; the mashing rounds follow the fifth and the eleventh.
   static void DecryptState(const Rc2Key& key, const typename Vector::Table& table,
                            State& state) noexcept {
     const std::uint16_t* words = key.words.data() + key.words.size();
@@ -110,7 +110,7 @@ class Rc2Lanes {
     kernels::StoreChained<4 * kGroups>(data, rows, feedback);
   }
 
-  // Not part of the caller's frame, so that table and blocks stand below that and can be wiped.
+  // Not inlined into the caller's frame, so that table and blocks are below that and can be wiped.
   [[gnu::noinline]] static void Run(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                                     std::uint8_t* feedback) noexcept {
     const typename Vector::Table table(key.words.data());

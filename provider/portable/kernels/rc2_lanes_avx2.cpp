@@ -1,5 +1,5 @@
-// 32 blocks at a time; compiled for AVX2. The look-up of a key word goes through byte shuffles of
-// eight words each, so that no memory is addressed by the data.
+// 32 blocks at a time; compiled for AVX2. A key word is looked up by byte shuffles of eight words
+// each, so that no memory is addressed by the data.
 #include <immintrin.h>
 
 #include "provider/portable/kernels/rc2_lanes.h"
@@ -13,7 +13,7 @@ struct Vector {
 
   static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
 
-  // In each bit: `one` where `which` is set, else `zero`.
+  // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
     return zero ^ (which & (one ^ zero));
   }
@@ -28,8 +28,8 @@ struct Vector {
       }
     }
 
-    // Bits 0 to 2 of the index choose in each part, bits 3 to 5 among the eight parts. A blend
-    // looks at the top bit of each byte, so both bytes of a lane get the index.
+    // Bits 0 to 2 of the index choose in each part, bits 3 to 5 among the eight parts. A blend uses
+    // the top bit of each byte, so both bytes of a lane get the index.
     [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
       const Lanes both = index | index << 8;
       const auto bytes = reinterpret_cast<__m256i>((both & 0x0707) * 2 + 0x0100);

@@ -13,7 +13,7 @@ struct Vector {
 
   static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
 
-  // In each bit: `one` where `which` is set, else `zero`.
+  // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
     return reinterpret_cast<Lanes>(
         _mm512_ternarylogic_epi64(reinterpret_cast<__m512i>(which), reinterpret_cast<__m512i>(one),

@@ -1,4 +1,4 @@
-// 16 blocks at a time, in the compiler's vectors of 128 bits: it makes of them what the target has.
+// 16 blocks at a time, in the compiler's 128-bit vectors, which it maps to the target's registers.
 #include "provider/portable/kernels/rc2_lanes.h"
 
 namespace latchkey::provider {
@@ -10,7 +10,7 @@ struct Vector {
 
   static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
 
-  // In each bit: `one` where `which` is set, else `zero`.
+  // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
     return zero ^ (which & (one ^ zero));
   }

@@ -1,5 +1,5 @@
-// RFC 2268, sections 3 and 4, unrolled. What counts in encryption is the chain from one word to the
-// next: the newest word goes through one bitwise operation, the sums and the turn.
+// RFC 2268, sections 3 and 4, unrolled. The chain from one word to the next limits the speed of
+// encryption: the newest word passes one bitwise operation, the sums and the rotation.
 #include "provider/portable/kernels/rc2_words.h"
 
 #include <array>

@@ -1,10 +1,10 @@
 // The cipher is that of K. Kaukonen and R. Thayer, "A Stream Cipher Encryption Algorithm 'Arcfour'"
 // (draft-kaukonen-cipher-arcfour, 1999), whose i, j and permutation these are.
 //
-// Eight bytes of key stream between stores to the data, which would otherwise queue among those to
-// the permutation that each next byte reads. The eight stand behind one address, so that no index
-// but j is worked out for them; and j is added to as a byte, where the CPU can, since what each
-// byte waits for is the chain of look-ups and additions through j.
+// Stores eight bytes of key stream at once, since single stores to the data would queue among those
+// to the permutation that each next byte reads. The eight use one base address, so that only j is
+// computed for each; and j is added as a byte if the CPU can, since each byte waits for the chain
+// of look-ups and additions through j.
 #include "provider/portable/kernels/rc4_words.h"
 
 #include <bit>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::size_t kStep = 8;
 
-// The sum as a byte, in a whole register. Compilers add and then cut the sum in a second step.
+// The sum as a byte, in a whole register. Compilers would truncate the sum in a second step.
 [[gnu::always_inline]] inline void AddByte(std::size_t& sum, std::size_t byte) noexcept {
 #ifdef LATCHKEY_X86_KERNELS
   __asm__("addb %b1, %b0" : "+q"(sum) : "q"(byte) : "cc");
@@ -25,7 +25,7 @@ constexpr std::size_t kStep = 8;
 #endif
 }
 
-// The byte of the key stream for the permutation's place `at`, and j behind it.
+// The byte of the key stream for the permutation's place `at`; updates j.
 [[gnu::always_inline]] inline std::uint8_t Next(std::uint8_t* permutation, std::uint8_t* at,
                                                 std::size_t& j) noexcept {
   const std::size_t first = *at;
@@ -55,7 +55,8 @@ constexpr std::size_t kStep = 8;
 }  // namespace
 
 void AddRc4KeyStream(arcfour_ctx& state, std::span<std::uint8_t> data) noexcept {
-  auto i = static_cast<std::uint8_t>(state.i + 1);  // of the next byte; the state's is of the last
+  auto i =
+      static_cast<std::uint8_t>(state.i + 1);  // for the next byte; the state has that of the last
   std::size_t j = state.j;
   std::size_t done = 0;
   const auto addByte = [&] { data[done++] ^= Next(state.S, state.S + i++, j); };

@@ -1,6 +1,6 @@
-// SHA-1 (FIPS 180-4) by the processor's own instructions; compiled for SHA-NI. Each of them does
-// four rounds or four words of the message schedule; what they compute is told in Intel's
-// "Intel SHA Extensions" (2013). The portable twin is Nettle's.
+// SHA-1 (FIPS 180-4) with the processor's own instructions; compiled for SHA-NI. Each instruction
+// does four rounds or four words of the message schedule, as described in Intel's "Intel SHA
+// Extensions" (2013). The portable counterpart is Nettle's.
 #include <immintrin.h>
 
 #include "provider/portable/kernels/hash_blocks.h"
@@ -15,7 +15,7 @@ __m128i LoadWords(const std::uint8_t* from) noexcept {
   return _mm_shuffle_epi8(_mm_loadu_si128(reinterpret_cast<const __m128i*>(from)), reversed);
 }
 
-// The working variables: A to D, and in `next` what becomes E with the next message words.
+// The working variables: A to D, and in `next` the E of the next message words.
 struct Variables {
   __m128i abcd;
   __m128i next;

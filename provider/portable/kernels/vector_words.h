@@ -1,6 +1,6 @@
-// Work on words that hold several 64-bit lanes: a plain std::uint64_t (one lane) or a vector of the
-// compiler's vector extension. Everything here is inlined into files that are compiled for a CPU of
-// their own, so no function of it may exist outside them.
+// Operations on words of several 64-bit lanes: a plain std::uint64_t (one lane) or a vector of the
+// compiler's vector extension. All functions are inlined into files that are compiled for one kind
+// of CPU, and must not exist outside them.
 #pragma once
 
 #include <bit>
@@ -10,8 +10,8 @@
 
 namespace latchkey::provider::kernels {
 
-// A block's first byte stands lowest in its lane, and a word's in its part of it: where DES's
-// permutations and RC2's words find their bits when the bytes are loaded as they lie in memory.
+// A block's first byte is the lowest of its lane, and a word's the lowest of its part, as the DES
+// permutations and RC2's words expect when bytes are loaded in the order of memory.
 static_assert(std::endian::native == std::endian::little);
 
 inline constexpr std::size_t kBlockSize = 8;
@@ -28,7 +28,7 @@ template <class Word>
   std::memcpy(to, &word, sizeof word);
 }
 
-// `word` with every bit turned over where `mask` is -1, and unchanged where it is 0.
+// `word` with every bit inverted if `mask` is -1, and unchanged if it is 0.
 [[gnu::always_inline]] inline std::uint64_t AddMask(std::uint64_t word,
                                                     std::int32_t mask) noexcept {
   return word ^ static_cast<std::uint64_t>(std::int64_t{mask});
@@ -56,8 +56,8 @@ constexpr std::uint64_t LowPositions(unsigned distance) {
 }
 
 // One step of the transposition of a bit matrix whose rows are words (the recursive method of
-// Eklundh, 1972, with masks): of two rows whose numbers differ in the bit `distance`, the high
-// positions of the lower row change places with the low positions of the higher one.
+// Eklundh, 1972, with masks): for two rows whose numbers differ in the bit `distance`, exchanges
+// the high positions of the lower row with the low positions of the higher one.
 template <unsigned distance, class Word>
 [[gnu::always_inline]] inline void ExchangeParts(Word& lower, Word& higher) noexcept {
   constexpr std::uint64_t kLow = LowPositions(distance);
@@ -67,9 +67,9 @@ template <unsigned distance, class Word>
 }
 
 // CBC's last step for `count` words of consecutive blocks at `data`, which still holds the
-// ciphertext: adds to each block the ciphertext before it and stores it there. From the end to the
-// beginning, so that no ciphertext is overwritten before its use. The block before the first word
-// is read from `before`, which may be that memory or a copy.
+// ciphertext: adds to each block the ciphertext before it and stores it there. Runs from the end to
+// the beginning, so that no ciphertext is overwritten before its use. Reads the block before the
+// first word from `before`, which may be that memory or a copy.
 template <std::size_t count, class Word>
 [[gnu::always_inline]] inline void StoreChained(std::uint8_t* data, const Word* words,
                                                 const std::uint8_t* before) noexcept {
