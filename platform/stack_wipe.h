@@ -1,8 +1,6 @@
 // Wiping of what functions that have returned left on the stack.
 #pragma once
 
-#include "base/export.h"
-
 namespace latchkey::platform {
 
 // Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that take one
@@ -15,7 +13,7 @@ void WipeStackBelowBatches() noexcept;
 
 // Overwrites the 16 KiB below the caller's frame: raising an exception saves there the registers
 // with what was copied last.
-LATCHKEY_API void WipeStackFarBelow() noexcept;
+void WipeStackFarBelow() noexcept;
 
 // Calls WipeStackBelow when the scope ends. The scope must be a function that only calls others,
 // since its own frame is not wiped.

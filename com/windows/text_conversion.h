@@ -1,8 +1,8 @@
 // Text on its way in from clients and out to them.
 #pragma once
 
-#include "base/text.h"
 #include "com/windows/automation_prelude.h"
+#include "latchkey/types.h"
 
 namespace latchkey::com {
 
