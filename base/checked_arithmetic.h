@@ -7,7 +7,7 @@
 #include <limits>
 #include <utility>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 
 namespace latchkey {
 

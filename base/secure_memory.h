@@ -12,13 +12,11 @@
 #include <type_traits>
 #include <vector>
 
-#include "base/export.h"
-
 namespace latchkey {
 
 // Overwrites `size` bytes at `memory` with zeros in a way that no optimiser removes. `memory` may
 // be null when `size` is 0.
-LATCHKEY_API void SecureWipe(void* memory, std::size_t size) noexcept;
+void SecureWipe(void* memory, std::size_t size) noexcept;
 
 // Allocates like std::allocator and wipes every block before it is freed.
 template <class T>

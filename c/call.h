@@ -9,10 +9,10 @@
 #include <string_view>
 #include <utility>
 
-#include "base/fault.h"
+#include "base/faults.h"
 #include "diagnostics/error_trap.h"
 #include "diagnostics/thread_state.h"
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "platform/stack_wipe.h"
 
 namespace latchkey {

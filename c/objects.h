@@ -9,9 +9,9 @@
 #include "base/handle_table.h"
 #include "base/never_destroyed.h"
 #include "c/call.h"
-#include "crypto/cls_crypto_api.h"
 #include "crypto/provider_handles.h"
-#include "diagnostics/cls_timer.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_timer.h"
 
 namespace latchkey {
 

@@ -1,7 +1,7 @@
 // The C interface: version and status texts.
 #include <array>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <utility>
 
+#include "base/faults.h"
 #include "cli/commands.h"
 #include "cli/output_options.h"
 #include "cli/shielded_argument.h"

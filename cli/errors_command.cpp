@@ -4,6 +4,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/faults.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/hints.h"

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
-#include "base/fault.h"
 #include "cli/platform/file_error.h"
 #include "diagnostics/failure_table.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::cli {
 

@@ -64,7 +64,7 @@ WipedBytes FromTerminal(Prompt prompt) {
 }
 
 WipedBytes BuiltIn() {
-  const ByteArray password = DefaultPassword();
+  const ShapedBytes password = DefaultPassword();
   const auto text = password.TextElements();
   return {text.begin(), text.end()};
 }

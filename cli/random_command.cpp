@@ -7,9 +7,9 @@
 #include "cli/hex_text.h"
 #include "cli/json.h"
 #include "cli/platform/output_file.h"
-#include "crypto/cls_crypto_api.h"
 #include "crypto/text_codec.h"
 #include "diagnostics/thread_state.h"
+#include "latchkey/cls_crypto_api.h"
 
 namespace latchkey::cli {
 namespace {

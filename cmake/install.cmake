@@ -8,7 +8,7 @@ set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(TARGETS latchkey EXPORT LatchkeyTargets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT library NAMELINK_COMPONENT development)
-install(DIRECTORY ${public_headers_folder}/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
 
 # find_package(Latchkey), target Latchkey::latchkey
 install(EXPORT LatchkeyTargets NAMESPACE Latchkey:: DESTINATION ${cmake_folder} COMPONENT development)

@@ -1,4 +1,4 @@
-#include "com/cls_main.h"
+#include "latchkey/cls_main.h"
 
 #include "base/checked_arithmetic.h"
 #include "diagnostics/connectivity_probe.h"

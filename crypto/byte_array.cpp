@@ -1,83 +1,61 @@
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
 
-#include <algorithm>
-#include <utility>
-
-#include "base/checked_arithmetic.h"
-#include "platform/large_memory.h"
+#include "crypto/shaped_bytes.h"
 
 namespace latchkey {
 
-ByteArray::ByteArray(std::initializer_list<std::uint8_t> elements)
-    : ByteArray(std::span(elements.begin(), elements.size())) {}
+ByteArray::ByteArray() noexcept = default;
 
-ByteArray::ByteArray(std::span<const std::uint8_t> elements)
-    : elements_(elements),
-      dimensions_(1),
-      upperBound_(NarrowTo<std::int32_t>(elements.size()) - 1) {}
+ByteArray::ByteArray(const ByteArray& other)
+    : state_(other.state_ ? std::make_unique<ShapedBytes>(*other.state_) : nullptr) {}
 
-ByteArray::ByteArray(ByteArray&& other) noexcept { *this = std::move(other); }
-
-ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
-  if (this == &other) return *this;
-  dimensions_ = other.dimensions_;
-  lowerBound_ = other.lowerBound_;
-  upperBound_ = other.upperBound_;
-  elements_ = other.TakeStorage();
+ByteArray& ByteArray::operator=(const ByteArray& other) {
+  if (this != &other) *this = ByteArray(other);
   return *this;
 }
 
-ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
-  WorkingBytes elements(codes.size() + 1);
-  platform::ExpectFilling(elements.data(), elements.size());
-  std::copy(codes.begin(), codes.end(), elements.data());
-  return WithTrailingZero(std::move(elements), codes.size());
-}
+ByteArray::ByteArray(ByteArray&& other) noexcept = default;
 
-ByteArray ByteArray::WithTrailingZero(WorkingBytes&& bytes, std::size_t length) {
-  ByteArray array;
-  array.dimensions_ = 1;
-  array.upperBound_ = NarrowTo<std::int32_t>(length);
-  array.elements_ = std::move(bytes);
-  array.elements_.Cut(length + 1);
-  array.elements_.data()[length] = 0;
-  return array;
+ByteArray& ByteArray::operator=(ByteArray&& other) noexcept = default;
+
+ByteArray::~ByteArray() = default;
+
+ByteArray::ByteArray(std::initializer_list<std::uint8_t> elements)
+    : state_(std::make_unique<ShapedBytes>(elements)) {}
+
+ByteArray::ByteArray(std::span<const std::uint8_t> elements)
+    : state_(std::make_unique<ShapedBytes>(elements)) {}
+
+ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
+  return ShapedBytes::WithTrailingZero(codes).ToByteArray();
 }
 
 ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                                std::int32_t upperBound, std::span<const std::uint8_t> elements) {
-  const std::int64_t count = std::int64_t{upperBound} - lowerBound + 1;
-  if (dimensions == 1 && count != static_cast<std::int64_t>(elements.size())) {
-    throw Fault(FaultNumber::SubscriptOutOfRange);
-  }
-  ByteArray array;
-  array.dimensions_ = dimensions;
-  array.lowerBound_ = lowerBound;
-  array.upperBound_ = upperBound;
-  array.elements_ = WorkingBytes(elements);
-  return array;
+  return ShapedBytes::WithShape(dimensions, lowerBound, upperBound, elements).ToByteArray();
 }
 
+std::uint16_t ByteArray::Dimensions() const noexcept { return state_ ? state_->Dimensions() : 0; }
+
+std::int32_t ByteArray::LowerBound() const noexcept { return state_ ? state_->LowerBound() : 0; }
+
 std::int32_t ByteArray::UpperBound() const {
-  if (dimensions_ != 1) throw Fault(FaultNumber::SubscriptOutOfRange);
-  return upperBound_;
+  return state_ ? state_->UpperBound() : ShapedBytes().UpperBound();
+}
+
+std::span<const std::uint8_t> ByteArray::Elements() const noexcept {
+  return state_ ? state_->Elements() : std::span<const std::uint8_t>();
 }
 
 std::span<const std::uint8_t> ByteArray::TextElements() const {
-  const std::int32_t upperBound = UpperBound();
-  if (lowerBound_ > 0 || upperBound < 0) throw Fault(FaultNumber::SubscriptOutOfRange);
-  const auto count = static_cast<std::size_t>(upperBound);
-  const auto first = static_cast<std::size_t>(-std::int64_t{lowerBound_});
-  return Elements().subspan(first, count);
+  return state_ ? state_->TextElements() : ShapedBytes().TextElements();
 }
 
-void ByteArray::Erase() noexcept { static_cast<void>(TakeStorage()); }
+void ByteArray::Erase() noexcept { state_.reset(); }
 
-WorkingBytes ByteArray::TakeStorage() noexcept {
-  dimensions_ = 0;
-  lowerBound_ = 0;
-  upperBound_ = -1;
-  return std::exchange(elements_, {});
+bool ByteArray::operator==(const ByteArray& other) const noexcept {
+  const bool bothAllocated = state_ && other.state_;
+  return bothAllocated ? *state_ == *other.state_ : state_ == other.state_;
 }
 
 }  // namespace latchkey

@@ -1,18 +1,25 @@
 // Byte arrays as text.
 #pragma once
 
+#include <cstdint>
+#include <span>
+
 #include "base/secure_memory.h"
-#include "crypto/byte_array.h"
+#include "crypto/shaped_bytes.h"
 #include "crypto/working_text.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 
-// The text that a byte array carries, as its code-page bytes: all elements but the last; the text
-// ends before the trailing spaces. Raises SubscriptOutOfRange for an array without an element 0 or
-// of several dimensions, Overflow for more text than a working text can hold.
-[[nodiscard]] WorkingText WorkingTextOf(const ByteArray& array);
+// The text that an array with these TextElements carries, as its code-page bytes; the text ends
+// before the trailing spaces. Raises Overflow for more text than a working text can hold.
+[[nodiscard]] WorkingText WorkingTextOf(std::span<const std::uint8_t> textElements);
 
 // The same without the trailing spaces, to be kept.
-[[nodiscard]] WipedBytes TextBytesOf(const ByteArray& array);
+[[nodiscard]] WipedBytes TextBytesOf(std::span<const std::uint8_t> textElements);
+
+// The codes of a text and one zero element. Raises Overflow for a text too long for an array and
+// for a character that the code page writes in several bytes.
+[[nodiscard]] ShapedBytes ArrayOfText(TextView text);
 
 }  // namespace latchkey

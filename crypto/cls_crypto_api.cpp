@@ -1,8 +1,9 @@
 // State and properties of clsCryptoAPI, and what its operations share.
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 
 #include "crypto/algorithms.h"
 #include "crypto/byte_array_text.h"
+#include "crypto/crypto_api_state.h"
 #include "crypto/default_password.h"
 #include "crypto/open_provider.h"
 #include "diagnostics/error_trap.h"
@@ -11,42 +12,47 @@
 namespace latchkey {
 namespace {
 
-constexpr std::int32_t kRandomPasswordLength = 20;
 constexpr std::int16_t kRc4 = 1;
 
 }  // namespace
 
-clsCryptoAPI::clsCryptoAPI() = default;
+clsCryptoAPI::clsCryptoAPI() : state_(std::make_unique<CryptoApiState>()) {}
 
-// Closing the provider is the member's own work; hash and key handles never outlive an operation.
+// The state's handle closes the provider; hash and key handles never outlive an operation.
 clsCryptoAPI::~clsCryptoAPI() = default;
 
-void clsCryptoAPI::InputData(const ByteArray& arInData) { strInData = TextBytesOf(arInData); }
+void clsCryptoAPI::InputData(const ByteArray& arInData) {
+  state_->strInData = TextBytesOf(arInData.TextElements());
+}
 
-ByteArray clsCryptoAPI::OutputData() const { return arOutData; }
+ByteArray clsCryptoAPI::OutputData() const { return ShapedBytes(state_->arOutData).ToByteArray(); }
 
-void clsCryptoAPI::EnhancedProvider(bool blnUseEnhanced) { blnEnhanced = blnUseEnhanced; }
+void clsCryptoAPI::EnhancedProvider(bool blnUseEnhanced) { state_->blnEnhanced = blnUseEnhanced; }
 
-void clsCryptoAPI::UseDefaultPWD(bool blnUseDefaultPWD) { blnDefaultPWD = blnUseDefaultPWD; }
+void clsCryptoAPI::UseDefaultPWD(bool blnUseDefaultPWD) {
+  state_->blnDefaultPWD = blnUseDefaultPWD;
+}
 
 void clsCryptoAPI::Password(ByteArray& arPWord) {
   // The old password goes first: it must not outlast a failure to make room for what replaces it.
-  arPassword = ByteArray{0};
+  ShapedBytes& arPassword = state_->arPassword;
+  arPassword = ShapedBytes{0};
   if (arPWord.UpperBound() >= 1) {
-    arPassword = arPWord;
+    arPassword =
+        ShapedBytes::WithShape(1, arPWord.LowerBound(), arPWord.UpperBound(), arPWord.Elements());
     arPWord.Erase();
-  } else if (blnDefaultPWD) {
-    arPassword = BuildPassword(true);
+  } else if (state_->blnDefaultPWD) {
+    arPassword = DefaultPassword();
   }
 }
 
-ByteArray clsCryptoAPI::Password() const { return arPassword; }
+ByteArray clsCryptoAPI::Password() const { return ShapedBytes(state_->arPassword).ToByteArray(); }
 
-bool clsCryptoAPI::HasPassword() const { return arPassword.UpperBound() >= 1; }
+bool CryptoApiState::HasPassword() const { return arPassword.UpperBound() >= 1; }
 
-bool clsCryptoAPI::HaveProvider() { return hCryptProv || AcquireProvider(); }
+bool CryptoApiState::HaveProvider() { return hCryptProv || AcquireProvider(); }
 
-bool clsCryptoAPI::AcquireProvider() {
+bool CryptoApiState::AcquireProvider() {
   bool acquired = false;
   RunTrapped(trap::kAcquireProvider, [&] {
     hCryptProv = OpenProvider(blnEnhanced);
@@ -58,15 +64,15 @@ bool clsCryptoAPI::AcquireProvider() {
   return acquired;
 }
 
-void clsCryptoAPI::GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
-                                    provider::AlgorithmId& lngAlgorithm) {
+void CryptoApiState::GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
+                                      provider::AlgorithmId& lngAlgorithm) {
   const HashAlgorithm algorithm = FindHashAlgorithm(intHashType);
   lngHashLength = algorithm.length;
   lngAlgorithm = algorithm.id;
 }
 
-void clsCryptoAPI::GetCipherAlgorithm(std::int16_t intCipherType,
-                                      provider::AlgorithmId& lngAlgorithm) {
+void CryptoApiState::GetCipherAlgorithm(std::int16_t intCipherType,
+                                        provider::AlgorithmId& lngAlgorithm) {
   lngAlgorithm = provider::kAlgorithmNone;
   RunTrapped(trap::kGetCipherAlgorithm, [&] {
     ErrorRecord().Clear();
@@ -77,13 +83,6 @@ void clsCryptoAPI::GetCipherAlgorithm(std::int16_t intCipherType,
     }
     lngAlgorithm = found;
   });
-}
-
-ByteArray clsCryptoAPI::BuildPassword(bool blnUseDefault) {
-  if (blnUseDefault) return DefaultPassword();
-  Text letters = CreateSaltValue(kRandomPasswordLength, true);
-  const WipeAtExit wipeLetters(letters);
-  return StringToByteArray(TextView(letters));
 }
 
 }  // namespace latchkey

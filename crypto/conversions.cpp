@@ -1,29 +1,15 @@
 // clsCryptoAPI's conversions between text, byte arrays and hexadecimal.
-#include <utility>
+#include <variant>
 
-#include "base/checked_arithmetic.h"
-#include "crypto/cls_crypto_api.h"
+#include "crypto/byte_array_text.h"
+#include "crypto/crypto_api_state.h"
 #include "crypto/hexadecimal.h"
 #include "crypto/text_codec.h"
 #include "crypto/value_text.h"
 #include "crypto/working_text.h"
 #include "diagnostics/error_trap.h"
-#include "platform/large_memory.h"
 
 namespace latchkey {
-namespace {
-
-// The codes of a text. Raises Overflow for a text too long for a byte array.
-ByteArray CodesOf(TextView text) {
-  static_cast<void>(NarrowTo<std::int32_t>(text.size()));
-  WorkingBytes codes(text.size() + 1);
-  platform::ExpectFilling(codes.data(), codes.size());
-  EncodeText(text, codes.All().first(text.size()));
-  return ByteArray::WithTrailingZero(std::move(codes), text.size());
-}
-
-}  // namespace
-
 Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
   const auto elements = arByte.TextElements();
   WorkingText::CheckCapacity(elements.size(), 1);
@@ -33,8 +19,8 @@ Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
 }
 
 ByteArray clsCryptoAPI::StringToByteArray(const Variant& varInput) const {
-  if (const auto* text = std::get_if<TextView>(&varInput)) return CodesOf(*text);
-  return CodesOf(TextOfValue(varInput));
+  const auto* text = std::get_if<TextView>(&varInput);
+  return (text != nullptr ? ArrayOfText(*text) : ArrayOfText(TextOfValue(varInput))).ToByteArray();
 }
 
 Text clsCryptoAPI::ConvertStringFromHex(TextView strHex) const {
@@ -55,7 +41,7 @@ Text clsCryptoAPI::ConvertStringToHex(TextView strInput, bool /*blnRetUppercase*
   return result;
 }
 
-void clsCryptoAPI::ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result) {
+void CryptoApiState::ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result) {
   RunTrapped(trap::kConvertStringToHex, [&] { EncodeHex(codes, result); });
 }
 

@@ -19,12 +19,12 @@ constexpr std::uint8_t Mask(std::size_t index) {
 
 }  // namespace
 
-ByteArray DefaultPassword() {
+ShapedBytes DefaultPassword() {
   WipedBytes password(kMasked.size());
   for (std::size_t i = 0; i < kMasked.size(); ++i) {
     password[i] = static_cast<std::uint8_t>(kMasked[i] ^ Mask(i));
   }
-  return ByteArray::WithTrailingZero(password);
+  return ShapedBytes::WithTrailingZero(password);
 }
 
 }  // namespace latchkey

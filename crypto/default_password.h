@@ -1,7 +1,7 @@
 // The built-in default password.
 #pragma once
 
-#include "crypto/byte_array.h"
+#include "crypto/shaped_bytes.h"
 
 namespace latchkey {
 
@@ -9,6 +9,6 @@ namespace latchkey {
 // is the same in every build, so that data made with it can be read everywhere; it keeps nothing
 // from anyone who has the component. Assembled at each call and never stored in the program as it
 // is.
-[[nodiscard]] ByteArray DefaultPassword();
+[[nodiscard]] ShapedBytes DefaultPassword();
 
 }  // namespace latchkey

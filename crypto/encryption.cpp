@@ -5,7 +5,8 @@
 #include "crypto/byte_array_text.h"
 #include "crypto/cipher_buffer.h"
 #include "crypto/cipher_sites.h"
-#include "crypto/cls_crypto_api.h"
+#include "crypto/crypto_api_state.h"
+#include "crypto/default_password.h"
 #include "diagnostics/error_trap.h"
 #include "diagnostics/thread_state.h"
 #include "platform/large_memory.h"
@@ -51,16 +52,16 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
 
 }  // namespace
 
-WorkingText clsCryptoAPI::PasswordForKey() {
+WorkingText CryptoApiState::PasswordForKey() {
   if (!HasPassword()) {
     if (!blnDefaultPWD) return {};
-    arPassword = BuildPassword(true);
+    arPassword = DefaultPassword();
   }
-  return WorkingTextOf(arPassword);
+  return WorkingTextOf(arPassword.TextElements());
 }
 
-bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t intHashType,
-                                 std::int16_t intCipherType) {
+bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_t intHashType,
+                                   std::int16_t intCipherType) {
   const CipherSites& sites = direction.sites;
   bool result = false;
   WorkingText password;
@@ -69,7 +70,7 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
     ErrorRecord().Clear();
     // The earlier result is gone, and its memory holds the next.
     WorkingBytes buffer = arOutData.TakeStorage();
-    if (direction.zeroOutput) arOutData = ByteArray{0};
+    if (direction.zeroOutput) arOutData = ShapedBytes{0};
     std::int32_t hashLength = 0;
     provider::AlgorithmId hashAlgorithm = provider::kAlgorithmNone;
     GetHashAlgorithm(intHashType, hashLength, hashAlgorithm);
@@ -89,17 +90,17 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
                                       password.Trimmed(), strInData, buffer, length);
     if (step != CipherStep::Done) return RecordApplicationFailure(sites.SiteOf(step));
 
-    arOutData = ByteArray::WithTrailingZero(std::move(buffer), length);
+    arOutData = ShapedBytes::WithTrailingZero(std::move(buffer), length);
     result = true;
   });
   return result;
 }
 
-bool clsCryptoAPI::EncryptData(std::int16_t intHashType, std::int16_t intCipherType) {
+bool CryptoApiState::EncryptData(std::int16_t intHashType, std::int16_t intCipherType) {
   return TransformData(kEncryption, intHashType, intCipherType);
 }
 
-bool clsCryptoAPI::DecryptData(std::int16_t intHashType, std::int16_t intCipherType) {
+bool CryptoApiState::DecryptData(std::int16_t intHashType, std::int16_t intCipherType) {
   return TransformData(kDecryption, intHashType, intCipherType);
 }
 
@@ -107,7 +108,7 @@ bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType)
   bool result = false;
   RunTrapped(trap::kEncrypt, [&] {
     ErrorRecord().Clear();
-    result = EncryptData(intHashType, intCipherType);
+    result = state_->EncryptData(intHashType, intCipherType);
   });
   return result;
 }
@@ -116,7 +117,7 @@ bool clsCryptoAPI::Decrypt(std::int16_t intHashType, std::int16_t intCipherType)
   bool result = false;
   RunTrapped(trap::kDecrypt, [&] {
     ErrorRecord().Clear();
-    result = DecryptData(intHashType, intCipherType);
+    result = state_->DecryptData(intHashType, intCipherType);
   });
   return result;
 }

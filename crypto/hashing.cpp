@@ -1,6 +1,7 @@
 // clsCryptoAPI's CreateHash.
 #include "crypto/byte_array_text.h"
-#include "crypto/cls_crypto_api.h"
+#include "crypto/crypto_api_state.h"
+#include "crypto/default_password.h"
 #include "crypto/message_digest.h"
 #include "crypto/text_codec.h"
 #include "diagnostics/error_trap.h"
@@ -9,6 +10,8 @@
 
 namespace latchkey {
 namespace {
+
+constexpr std::int32_t kRandomPasswordLength = 20;
 
 // Hashes the text and the password behind it, and reads the digest as text bytes. False when the
 // provider refuses a call. The hash is the caller's, who destroys it after everything else is
@@ -25,10 +28,18 @@ bool ReadDigest(const UniqueContext& context, provider::AlgorithmId algorithm, T
   return hash.Read(digest);
 }
 
+ShapedBytes RandomPassword(clsCryptoAPI& object) {
+  Text letters = object.CreateSaltValue(kRandomPasswordLength, true);
+  const WipeAtExit wipeLetters(letters);
+  return ArrayOfText(letters);
+}
+
 }  // namespace
 
-WorkingText clsCryptoAPI::PasswordToAppend() {
-  return WorkingTextOf(HasPassword() ? arPassword : BuildPassword(blnDefaultPWD));
+WorkingText CryptoApiState::PasswordToAppend(clsCryptoAPI& object) const {
+  if (HasPassword()) return WorkingTextOf(arPassword.TextElements());
+  const ShapedBytes password = blnDefaultPWD ? DefaultPassword() : RandomPassword(object);
+  return WorkingTextOf(password.TextElements());
 }
 
 Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bool blnConvertToHex,
@@ -38,24 +49,26 @@ Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bo
   WorkingBytes digest;
   RunTrapped(trap::kCreateHash, [&] {
     ErrorRecord().Clear();
-    if (!HaveProvider()) {
+    if (!state_->HaveProvider()) {
       RecordApplicationFailure(check::kHashProvider);
       return;
     }
-    const WorkingText password = blnAppendPassword ? PasswordToAppend() : WorkingText();
+    const WorkingText password =
+        blnAppendPassword ? state_->PasswordToAppend(*this) : WorkingText();
 
     std::int32_t hashLength = 0;
     provider::AlgorithmId algorithm = provider::kAlgorithmNone;
-    GetHashAlgorithm(intHashChoice, hashLength, algorithm);
+    CryptoApiState::GetHashAlgorithm(intHashChoice, hashLength, algorithm);
     digest = WorkingBytes(static_cast<std::size_t>(hashLength));
     std::fill_n(digest.data(), digest.size(), kSpace);
     // A provider that refuses is silent: the caller sees empty text and a clear record.
-    if (!ReadDigest(hCryptProv, algorithm, strInText, password.Trimmed(), hash, digest.All())) {
+    if (!ReadDigest(state_->hCryptProv, algorithm, strInText, password.Trimmed(), hash,
+                    digest.All())) {
       return;
     }
 
     if (blnConvertToHex) {
-      ConvertCodesToHex(digest.All(), result);
+      CryptoApiState::ConvertCodesToHex(digest.All(), result);
     } else {
       DecodeBytes(TrimTrailingSpaces(digest.All()), result);
     }

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

@@ -2,7 +2,7 @@
 #include <algorithm>
 
 #include "base/checked_arithmetic.h"
-#include "crypto/cls_crypto_api.h"
+#include "crypto/crypto_api_state.h"
 #include "crypto/random_number.h"
 #include "crypto/seed/seed_text.h"
 #include "crypto/text_codec.h"
@@ -66,18 +66,19 @@ Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLeng
   Text result;
   RunTrapped(trap::kCreateRandom, [&] {
     ErrorRecord().Clear();
-    if (!HaveProvider()) return RecordApplicationFailure(check::kRandomProvider);
+    if (!state_->HaveProvider()) return RecordApplicationFailure(check::kRandomProvider);
 
     WipedBytes buffer = SeededBuffer(lngDataLength);
-    const bool filled = hCryptProv.Get().provider->CryptGenRandom(
-        hCryptProv.Get().value, static_cast<std::uint32_t>(lngDataLength), buffer.data());
+    const auto& [provider, handle] = state_->hCryptProv.Get();
+    const bool filled =
+        provider->CryptGenRandom(handle, static_cast<std::uint32_t>(lngDataLength), buffer.data());
     // A provider that refuses is silent: the caller sees empty text and a clear record.
     if (!filled) return;
 
     const auto random = TrimSpaces(buffer);
     const auto exactLength = static_cast<std::size_t>(lngDataLength);
     if (blnConvertToHex) {
-      ConvertCodesToHex(random, result);
+      CryptoApiState::ConvertCodesToHex(random, result);
       if (blnRetExactLength) CutText(result, exactLength);
     } else {
       DecodeBytes(blnRetExactLength ? random.first(std::min(random.size(), exactLength)) : random,

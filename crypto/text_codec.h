@@ -9,7 +9,7 @@
 #include <span>
 
 #include "base/secure_memory.h"
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

@@ -8,7 +8,7 @@
 #include <utility>
 
 #include "base/secure_memory.h"
-#include "base/text.h"
+#include "latchkey/types.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {

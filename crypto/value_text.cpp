@@ -2,7 +2,7 @@
 
 #include <stdexcept>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 
 namespace latchkey {
 

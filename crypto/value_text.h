@@ -1,7 +1,7 @@
 // The text form of any value.
 #pragma once
 
-#include "base/text.h"
+#include "latchkey/types.h"
 #include "platform/variant_text.h"
 
 namespace latchkey {

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "base/text.h"
 #include "diagnostics/failure_table.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

@@ -1,4 +1,4 @@
-#include "diagnostics/cls_timer.h"
+#include "latchkey/cls_timer.h"
 
 #include "base/checked_arithmetic.h"
 #include "diagnostics/thread_state.h"

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "base/fault.h"
+#include "base/faults.h"
 #include "diagnostics/failure_table.h"
 #include "platform/cancellation_hold.h"
 #include "platform/stack_wipe.h"

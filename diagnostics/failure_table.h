@@ -18,7 +18,7 @@
 #include <array>
 #include <cstdint>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

@@ -1,6 +1,6 @@
 #include "diagnostics/thread_state.h"
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "platform/thread_slot.h"
 
 namespace latchkey {

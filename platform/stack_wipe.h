@@ -1,8 +1,6 @@
 // Wipes data that returned functions left on the stack.
 #pragma once
 
-#include "base/export.h"
-
 namespace latchkey::platform {
 
 // Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that process one
@@ -15,7 +13,7 @@ void WipeStackBelowBatches() noexcept;
 
 // Overwrites the 16 KiB below the caller's frame, where raising an exception saves registers that
 // hold recently copied data.
-LATCHKEY_API void WipeStackFarBelow() noexcept;
+void WipeStackFarBelow() noexcept;
 
 // Calls WipeStackBelow when the scope ends. The scope must be a function that only calls others,
 // since its own frame is not wiped.

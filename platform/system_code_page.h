@@ -5,7 +5,7 @@
 
 namespace latchkey::platform {
 
-// On Windows the system's ANSI code page, on Linux the one of set_code_page.h.
+// On Windows the system's ANSI code page, on Linux the one of latchkey/code_page.h.
 const CodePage& SystemCodePage();
 
 }  // namespace latchkey::platform

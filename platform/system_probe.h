@@ -9,7 +9,7 @@
 #include <span>
 #include <string>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey::platform {
 

@@ -3,8 +3,7 @@
 
 #include <cstdint>
 
-#include "base/text.h"
-#include "base/variant.h"
+#include "latchkey/types.h"
 
 namespace latchkey::platform {
 

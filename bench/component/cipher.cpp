@@ -8,8 +8,8 @@
 #include "bench/component/allocation_count.h"
 #include "bench/component/ciphertext_input.h"
 #include "bench/component/raw_provider.h"
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::bench {
 namespace {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 
 namespace latchkey::bench {
 

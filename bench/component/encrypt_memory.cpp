@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "bench/component/raw_provider.h"
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::bench {
 namespace {

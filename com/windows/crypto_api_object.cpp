@@ -1,9 +1,9 @@
 #include "com/windows/crypto_api_object.h"
 
-#include "base/fault.h"
 #include "com/windows/safe_array.h"
 #include "com/windows/text_conversion.h"
 #include "com/windows/variant_access.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::com {
 namespace {

@@ -3,7 +3,7 @@
 
 #include "com/windows/automation_object.h"
 #include "com/windows/latchkey.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 
 namespace latchkey::com {
 

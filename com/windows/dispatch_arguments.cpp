@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "base/fault.h"
 #include "com/windows/slot_call.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::com {
 namespace {

@@ -1,9 +1,9 @@
 // clsMain for COM clients.
 #pragma once
 
-#include "com/cls_main.h"
 #include "com/windows/automation_object.h"
 #include "com/windows/latchkey.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::com {
 

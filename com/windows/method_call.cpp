@@ -1,6 +1,6 @@
 #include "com/windows/method_call.h"
 
-#include "base/fault.h"
+#include "base/faults.h"
 #include "com/windows/automation_owners.h"
 
 namespace latchkey::com {

@@ -1,8 +1,8 @@
 #include "com/windows/module.h"
 
-#include "base/fault.h"
 #include "com/windows/interface_members.h"
 #include "com/windows/type_library.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::com {
 namespace {

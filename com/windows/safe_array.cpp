@@ -6,8 +6,8 @@
 #include <new>
 
 #include "base/checked_arithmetic.h"
-#include "base/fault.h"
 #include "base/secure_memory.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::com {
 namespace {

@@ -5,7 +5,7 @@
 #include <span>
 
 #include "com/windows/automation_prelude.h"
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
 
 namespace latchkey::com {
 

@@ -1,8 +1,8 @@
 // Conversions of text from and to clients.
 #pragma once
 
-#include "base/text.h"
 #include "com/windows/automation_prelude.h"
+#include "latchkey/types.h"
 
 namespace latchkey::com {
 

@@ -3,7 +3,7 @@
 
 #include "com/windows/automation_object.h"
 #include "com/windows/latchkey.h"
-#include "diagnostics/cls_timer.h"
+#include "latchkey/cls_timer.h"
 
 namespace latchkey::com {
 

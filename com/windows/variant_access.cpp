@@ -1,8 +1,8 @@
 #include "com/windows/variant_access.h"
 
-#include "base/fault.h"
 #include "com/windows/safe_array.h"
 #include "com/windows/text_conversion.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::com {
 namespace {

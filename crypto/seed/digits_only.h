@@ -1,7 +1,7 @@
 // Any value as decimal digits.
 #pragma once
 
-#include "base/text.h"
+#include "latchkey/types.h"
 #include "platform/variant_text.h"
 
 namespace latchkey {

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "base/text.h"
 #include "crypto/seed/currency.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

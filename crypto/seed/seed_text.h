@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 

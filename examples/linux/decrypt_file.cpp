@@ -17,8 +17,8 @@
 #include <string>
 #include <string_view>
 
-#include <latchkey/com/cls_main.h>
-#include <latchkey/crypto/cls_crypto_api.h>
+#include <latchkey/cls_crypto_api.h>
+#include <latchkey/cls_main.h>
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <vector>
 
 #include "base/secure_memory.h"
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey::platform {
 

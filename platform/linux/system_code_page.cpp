@@ -5,8 +5,8 @@
 #include <mutex>
 
 #include "base/never_destroyed.h"
+#include "latchkey/code_page.h"
 #include "platform/linux/code_page_tables.h"
-#include "platform/set_code_page.h"
 
 namespace latchkey::platform {
 namespace {

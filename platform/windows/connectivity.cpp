@@ -5,7 +5,7 @@
 
 #include <atomic>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "platform/windows/system_library.h"
 
 namespace latchkey::platform {

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::platform {
 namespace {

@@ -1,4 +1,4 @@
-#include "base/fault.h"
+#include "base/faults.h"
 
 #include <gtest/gtest.h>
 

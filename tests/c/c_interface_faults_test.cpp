@@ -6,7 +6,7 @@
 #include <array>
 #include <stdexcept>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "tests/support/watched_service.h"
 
 namespace latchkey::test {

@@ -22,18 +22,13 @@ def soname(library):
     return re.search(r"SONAME.*\[(.*)\]", text)[1]
 
 
-def public_headers():
-    listed = re.search(r"set\(public_cpp_headers(.*?)\)", (PROJECT / "cmake/public_headers.cmake").read_text(), re.S)[1]
-    return [(PROJECT / name).read_text() for name in listed.split()]
-
-
 def declared_c():
     return set(re.findall(r"LATCHKEY_C_API [\w* ]*?(latchkey_\w+)\(", (PROJECT / "include/latchkey.h").read_text()))
 
 
 def declared_cpp():
     """Public classes and functions, without their namespace."""
-    text = "".join(public_headers())
+    text = "".join(header.read_text() for header in (PROJECT / "include/latchkey").glob("*.h"))
     classes = set(re.findall(r"^class LATCHKEY_API (\w+)", text, re.M))
     functions = set(re.findall(r"^(?:\[\[nodiscard\]\] )?LATCHKEY_API [\w:<>]+ (\w+)\(", text, re.M))
     return classes, functions
@@ -48,9 +43,11 @@ def main():
     assert names - cpp == c_functions, f"C: {(names - cpp) ^ c_functions}"
 
     data = r"(?:typeinfo for |typeinfo name for |vtable for )?"
-    owner = re.compile(data + r"latchkey::(?:platform::)?(\w+)")
+    owner = re.compile(data + r"latchkey::(\w+)")
     owners = {owner.match(name) and owner.match(name)[1] for name in cpp}
     assert owners == classes | functions, f"C++: {owners ^ (classes | functions)}"
+    nested = [name for name in cpp if re.match(r"latchkey::\w+::\w+::", name)]
+    assert not nested, f"classes inside classes: {nested}"
 
     assert soname(library) == "liblatchkey.so.1", soname(library)
     print(f"{len(c_functions)} C functions, {len(classes)} classes, {len(functions)} functions, {len(names)} names")

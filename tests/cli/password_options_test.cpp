@@ -6,11 +6,11 @@
 #include <algorithm>
 #include <string_view>
 
-#include "com/cls_main.h"
 #include "crypto/algorithms.h"
-#include "crypto/cls_crypto_api.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::test {
 namespace {

@@ -8,11 +8,11 @@
 #include "cli/command_line.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/output_file.h"
-#include "com/cls_main.h"
 #include "crypto/algorithms.h"
-#include "crypto/cls_crypto_api.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::test {
 namespace {

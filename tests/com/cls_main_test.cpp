@@ -1,4 +1,4 @@
-#include "com/cls_main.h"
+#include "latchkey/cls_main.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include <new>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/support/watched_service.h"
 
 namespace latchkey::test {

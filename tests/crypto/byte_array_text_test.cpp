@@ -13,7 +13,7 @@ namespace {
 class ByteArrayTextTest : public testing::Test {
  protected:
   static Bytes TextOf(const ByteArray& array) {
-    const auto text = TextBytesOf(array);
+    const auto text = TextBytesOf(array.TextElements());
     return {text.begin(), text.end()};
   }
 

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 #include "tests/support/bytes.h"
 #include "tests/support/code_pages.h"
 #include "tests/support/watched_module.h"

@@ -60,7 +60,7 @@ ByteArray Operation::OutputAfterFailure() const {
 ByteArray Operation::PasswordAfterFailure(int nth) const {
   if (start != Start::NoPassword) return OwnPassword();
   // The first is that of making the built-in password, which is stored before all else.
-  return nth > 1 ? DefaultPassword() : ByteArray{0};
+  return nth > 1 ? DefaultPassword().ToByteArray() : ByteArray{0};
 }
 
 TEST_F(EveryAllocationTest, OfEncryptAndDecryptIsRecorded) {

@@ -3,8 +3,8 @@
 
 #include <map>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 #include "tests/support/call_journal.h"
 #include "tests/support/module_scope.h"

@@ -4,8 +4,8 @@
 #include <new>
 #include <string>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 #include "tests/support/cipher_direction.h"
 #include "tests/support/failing_memory.h"

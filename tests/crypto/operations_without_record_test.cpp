@@ -5,10 +5,10 @@
 #include <functional>
 #include <string>
 
-#include "crypto/cls_crypto_api.h"
 #include "crypto/crypto_state.h"
-#include "diagnostics/cls_timer.h"
 #include "diagnostics/connectivity_probe.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_timer.h"
 #include "tests/support/bytes.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/fake_connectivity.h"

@@ -6,7 +6,7 @@
 
 #include <map>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/support/bytes.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/scripted_provider.h"

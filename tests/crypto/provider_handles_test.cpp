@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/support/scripted_provider.h"
 
 namespace latchkey::test {

@@ -5,9 +5,9 @@
 #include <numeric>
 #include <vector>
 
-#include "crypto/cls_crypto_api.h"
 #include "crypto/crypto_state.h"
 #include "crypto/random_number.h"
+#include "latchkey/cls_crypto_api.h"
 #include "platform/system_random.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/random_source_script.h"

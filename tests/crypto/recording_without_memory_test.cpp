@@ -1,10 +1,10 @@
 // A failure of memory can be recorded too: recording allocates nothing.
 #include <gtest/gtest.h>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
 #include "diagnostics/error_trap.h"
 #include "diagnostics/thread_state.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/module_scope.h"
 #include "tests/support/record_spy.h"

@@ -5,8 +5,8 @@
 #include <string>
 #include <tuple>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 #include "tests/support/module_scope.h"
 

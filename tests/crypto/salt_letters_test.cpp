@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 #include "tests/support/watched_module.h"
 
 namespace latchkey::test {

@@ -4,7 +4,7 @@
 
 #include <new>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/watched_service.h"
 

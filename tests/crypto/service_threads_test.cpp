@@ -4,9 +4,9 @@
 #include <atomic>
 #include <thread>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
 #include "diagnostics/thread_state.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {

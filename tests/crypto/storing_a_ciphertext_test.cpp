@@ -8,8 +8,8 @@
 #include <random>
 #include <string>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 #include "tests/support/module_scope.h"
 #include "tests/support/test_seed.h"

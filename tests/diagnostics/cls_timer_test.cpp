@@ -1,4 +1,4 @@
-#include "diagnostics/cls_timer.h"
+#include "latchkey/cls_timer.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/support/fake_connectivity.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/watched_module.h"

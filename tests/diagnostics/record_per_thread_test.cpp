@@ -3,9 +3,9 @@
 
 #include <thread>
 
-#include "com/cls_main.h"
 #include "diagnostics/error_trap.h"
 #include "diagnostics/thread_state.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/module_scope.h"
 #include "tests/support/record_spy.h"

@@ -7,7 +7,7 @@
 #include <cstdint>
 #include <span>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {

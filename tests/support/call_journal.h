@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey::test {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <tuple>
 
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {

@@ -7,8 +7,8 @@
 #include <map>
 #include <set>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/allocation_sweep.h"
 #include "tests/support/bytes.h"
 #include "tests/support/record_spy.h"

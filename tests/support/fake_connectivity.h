@@ -5,7 +5,7 @@
 #include <functional>
 #include <optional>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "platform/connectivity.h"
 
 namespace latchkey::test {

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "base/fault.h"
-#include "base/text.h"
+#include "latchkey/fault.h"
+#include "latchkey/types.h"
 #include "platform/system_probe.h"
 
 namespace latchkey::test {

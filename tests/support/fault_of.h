@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::test {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 
 namespace latchkey::test {
 

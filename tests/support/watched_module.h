@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "com/cls_main.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/call_journal.h"
 #include "tests/support/fake_probe.h"
 #include "tests/support/module_scope.h"

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "crypto/cls_crypto_api.h"
 #include "crypto/crypto_state.h"
+#include "latchkey/cls_crypto_api.h"
 #include "tests/support/bytes.h"
 #include "tests/support/scripted_provider.h"
 #include "tests/support/watched_module.h"

@@ -1,4 +1,4 @@
-"""What goes wrong, read from diagnostics/failure_table.h and diagnostics/fault.*."""
+"""What goes wrong, read from diagnostics/failure_table.h and include/latchkey/fault.h and base/faults.cpp."""
 import dataclasses
 import re
 
@@ -36,9 +36,9 @@ def parse_sites():
 
 
 def parse_faults():
-    numbers = re.search(r"enum class FaultNumber[^{]*\{(.*?)\};", read("base/fault.h"), re.S)[1]
-    descriptions = dict(re.findall(r'case FaultNumber::(\w+):\s*return u"([^"]*)";', read("base/fault.cpp")))
+    numbers = re.search(r"enum class FaultNumber[^{]*\{(.*?)\};", read("include/latchkey/fault.h"), re.S)[1]
+    descriptions = dict(re.findall(r'case FaultNumber::(\w+):\s*return u"([^"]*)";', read("base/faults.cpp")))
     faults = [Fault(name, int(number), descriptions.get(name, ""))
               for name, number in re.findall(r"(\w+) = (\d+)", numbers)]
-    require(faults and all(fault.description for fault in faults), "fault.cpp: a fault has no description")
+    require(faults and all(fault.description for fault in faults), "faults.cpp: a fault has no description")
     return faults

@@ -4,10 +4,11 @@ import re
 
 from reference.source import comment_text, read, require
 
+# Below include/latchkey/.
 HEADERS = {
-    "clsMain": "com/cls_main.h",
-    "clsCryptoAPI": "crypto/cls_crypto_api.h",
-    "clsTimer": "diagnostics/cls_timer.h",
+    "clsMain": "cls_main.h",
+    "clsCryptoAPI": "cls_crypto_api.h",
+    "clsTimer": "cls_timer.h",
 }
 
 
@@ -44,7 +45,7 @@ def parse_declaration(text):
 def parse_header(class_name):
     """A comment belongs to the declarations below it, up to an empty line or another comment."""
     require(class_name in HEADERS, f"where is the header of {class_name}?")
-    text = read(HEADERS[class_name])
+    text = read(f"include/latchkey/{HEADERS[class_name]}")
     start = re.search(rf"((?:^//[^\n]*\n)*)^class (?:LATCHKEY_API )?{class_name} {{\n(.*?)^}};", text, re.M | re.S)
     require(start is not None and start[1], f"{HEADERS[class_name]}: class {class_name} has no comment")
     declarations, comment, used, pending, public = {}, [], False, "", False

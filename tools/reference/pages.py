@@ -46,7 +46,7 @@ ERRORS_START = """\
 # Errors
 
 Every number that the component reports. This file is made by `tools/make_reference` from `diagnostics/failure_table.h`
-and `base/fault.h`: change those, not this.
+and `include/latchkey/fault.h`: change those, not this.
 
 Test `ErrorExists` first: an operation clears the record when it starts, but that leaves `ErrorLocationID` and both
 error numbers of the failure before. Then `ErrorType` tells which fields belong to the last failure: 1 a run-time

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 #include "tests/support/cpu_levels.h"
 #include "tests/support/random_bytes.h"
 

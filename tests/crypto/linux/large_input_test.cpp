@@ -3,6 +3,7 @@
 // The array's memory is never written, so it takes none; the object's copy of it takes 1 GiB.
 #include <gtest/gtest.h>
 
+#include "crypto/shaped_bytes.h"
 #include "tests/support/cipher_direction.h"
 #include "tests/support/watched_service.h"
 
@@ -12,7 +13,7 @@ namespace {
 ByteArray LargeArray(std::size_t length) {
   WorkingBytes zeros(length + 1);
   zeros.Touched(0);
-  return ByteArray::WithTrailingZero(std::move(zeros), length);
+  return ShapedBytes::WithTrailingZero(std::move(zeros), length).ToByteArray();
 }
 
 using LargeInputTest = WatchedServiceOnPlainProvider;

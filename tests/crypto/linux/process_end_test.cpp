@@ -4,8 +4,8 @@
 #include <cstdlib>
 
 #include "base/never_destroyed.h"
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 
 namespace latchkey::test {
 namespace {

@@ -1,6 +1,6 @@
 #include <stdexcept>
 
-#include "platform/set_code_page.h"
+#include "latchkey/code_page.h"
 #include "tests/system/code_pages/process_page.h"
 
 namespace latchkey::test {

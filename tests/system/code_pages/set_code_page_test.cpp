@@ -4,9 +4,9 @@
 #include <pthread.h>
 #include <sys/resource.h>
 
-#include <latchkey/com/cls_main.h>
-#include <latchkey/crypto/cls_crypto_api.h>
-#include <latchkey/platform/set_code_page.h>
+#include <latchkey/cls_crypto_api.h>
+#include <latchkey/cls_main.h>
+#include <latchkey/code_page.h>
 #include <cstdlib>
 #include <latch>
 #include <set>

@@ -9,10 +9,10 @@ import unittest
 
 PROJECT = pathlib.Path(__file__).resolve().parents[3]
 IDL = "com/windows/latchkey.idl"
-SERVICE = "crypto/cls_crypto_api.h"
+SERVICE = "include/latchkey/cls_crypto_api.h"
 TABLE = "diagnostics/failure_table.h"
-SOURCES = (IDL, SERVICE, TABLE, "com/cls_main.h", "diagnostics/cls_timer.h", "base/fault.h",
-           "base/fault.cpp", "docs/reference.md", "docs/errors.md", "tools/make_reference")
+SOURCES = (IDL, SERVICE, TABLE, "include/latchkey/cls_main.h", "include/latchkey/cls_timer.h", "include/latchkey/fault.h",
+           "base/faults.cpp", "docs/reference.md", "docs/errors.md", "tools/make_reference")
 
 
 def make_reference(project, *options):
@@ -86,15 +86,15 @@ class ChangedSources(unittest.TestCase):
         self.assert_refused("CreateSaltValue has no comment")
 
     def test_a_member_behind_a_commented_one_is_refused(self):
-        self.remove_comment_above("diagnostics/cls_timer.h", "std::int32_t GetElapsedTime()")
+        self.remove_comment_above("include/latchkey/cls_timer.h", "std::int32_t GetElapsedTime()")
         self.assert_refused("GetElapsedTime has no comment")
 
     def test_a_class_without_a_comment_is_refused(self):
-        self.remove_comment_above("com/cls_main.h", "class LATCHKEY_API clsMain")
+        self.remove_comment_above("include/latchkey/cls_main.h", "class LATCHKEY_API clsMain")
         self.assert_refused("clsMain has no comment")
 
     def test_a_member_of_the_header_only_is_refused(self):
-        self.change("diagnostics/cls_timer.h", "  void Start() noexcept;", "  void Start() noexcept;\n  void Stop();")
+        self.change("include/latchkey/cls_timer.h", "  void Start() noexcept;", "  void Start() noexcept;\n  void Stop();")
         self.assert_refused("not in the interface definition: ['Stop']")
 
     def test_a_member_of_the_interface_only_is_refused(self):

@@ -1,8 +1,8 @@
 // The reading of command lines: arguments that end at zero bytes. Nothing is carried out.
 #include <string>
 
-#include "base/fault.h"
 #include "cli/command_line.h"
+#include "latchkey/fault.h"
 #include "tests/system/fuzz/input.h"
 
 using latchkey::cli::CommandError;

@@ -1,9 +1,9 @@
 // Byte arrays of any shape as text, and text as byte arrays.
 #include <cstdint>
 
-#include "base/fault.h"
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
+#include "latchkey/fault.h"
 #include "tests/system/fuzz/input.h"
 
 using latchkey::ByteArray;

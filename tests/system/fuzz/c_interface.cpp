@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "tests/system/fuzz/drawn_connectivity.h"
 #include "tests/system/fuzz/handles.h"
 #include "tests/system/fuzz/input.h"

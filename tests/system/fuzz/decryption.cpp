@@ -2,8 +2,8 @@
 // and the component's own Decrypt agrees on what decrypts.
 #include <algorithm>
 
-#include "crypto/cls_crypto_api.h"
-#include "include/latchkey.h"
+#include "latchkey.h"
+#include "latchkey/cls_crypto_api.h"
 #include "tests/system/fuzz/input.h"
 
 using latchkey::ByteArray;

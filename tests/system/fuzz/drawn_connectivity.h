@@ -3,8 +3,8 @@
 
 #include <utility>
 
-#include "base/fault.h"
 #include "diagnostics/thread_state.h"
+#include "latchkey/fault.h"
 #include "tests/system/fuzz/input.h"
 
 namespace latchkey::fuzz {

@@ -6,7 +6,7 @@
 #include <set>
 #include <vector>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "tests/system/fuzz/input.h"
 
 namespace latchkey::fuzz {

@@ -1,8 +1,8 @@
 // Hexadecimal decoding: never more bytes than pairs, and every text comes back from its digits.
 #include <algorithm>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/system/fuzz/input.h"
 
 using latchkey::clsCryptoAPI;

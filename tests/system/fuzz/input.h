@@ -8,7 +8,7 @@
 #include <span>
 #include <vector>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey::fuzz {
 

@@ -1,10 +1,10 @@
 // DigitsOnly, and the reading of numbers.
 #include <algorithm>
 
-#include "base/fault.h"
-#include "com/cls_main.h"
 #include "crypto/seed/digits_only.h"
 #include "crypto/value_text.h"
+#include "latchkey/cls_main.h"
+#include "latchkey/fault.h"
 #include "tests/system/fuzz/input.h"
 
 using latchkey::clsMain;

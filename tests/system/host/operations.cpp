@@ -1,10 +1,10 @@
 #include "tests/system/host/operations.h"
 
 #include <latchkey.h>
-#include <latchkey/base/fault.h>
-#include <latchkey/com/cls_main.h>
-#include <latchkey/crypto/cls_crypto_api.h>
-#include <latchkey/platform/set_code_page.h>
+#include <latchkey/cls_crypto_api.h>
+#include <latchkey/cls_main.h>
+#include <latchkey/code_page.h>
+#include <latchkey/fault.h>
 
 #include <algorithm>
 #include <array>

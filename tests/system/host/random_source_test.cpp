@@ -1,8 +1,8 @@
 // A random source of the system that fails, as the library's clients see it.
 #include <gtest/gtest.h>
 #include <latchkey.h>
-#include <latchkey/com/cls_main.h>
-#include <latchkey/crypto/cls_crypto_api.h>
+#include <latchkey/cls_crypto_api.h>
+#include <latchkey/cls_main.h>
 #include <sys/syscall.h>
 
 #include <algorithm>

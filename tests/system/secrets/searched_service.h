@@ -9,9 +9,9 @@
 #include <limits>
 #include <stdexcept>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
 #include "crypto/crypto_state.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/faulty_provider.h"

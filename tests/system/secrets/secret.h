@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/secure_memory.h"
-#include "base/text.h"
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
+#include "latchkey/types.h"
 
 namespace latchkey::test {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/system/trust/random_values.h"
 
 namespace latchkey::test {

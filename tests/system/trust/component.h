@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <memory>
 
-#include "base/text.h"
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
+#include "latchkey/types.h"
 #include "platform/variant_text.h"
 
 namespace latchkey::test {

@@ -1,8 +1,8 @@
 // Arguments of every kind that a client may hand over.
 #pragma once
 
-#include "base/text.h"
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
+#include "latchkey/types.h"
 #include "platform/variant_text.h"
 #include "tests/support/bytes.h"
 #include "tests/system/trust/random_source.h"

@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "tests/system/trust/case_player.h"
 #include "tests/system/trust/program_start.h"
 

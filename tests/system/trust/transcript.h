@@ -7,8 +7,8 @@
 #include <string>
 #include <string_view>
 
-#include "base/text.h"
-#include "crypto/byte_array.h"
+#include "latchkey/byte_array.h"
+#include "latchkey/types.h"
 
 namespace latchkey::test {
 

@@ -1,6 +1,6 @@
 // The least that a client of the library can be.
-#include <latchkey/com/cls_main.h>
-#include <latchkey/crypto/cls_crypto_api.h>
+#include <latchkey/cls_crypto_api.h>
+#include <latchkey/cls_main.h>
 
 int main() {
   const latchkey::clsMain errorRecord;

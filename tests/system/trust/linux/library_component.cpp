@@ -1,8 +1,8 @@
 // The component as the classes of the library.
 #include <vector>
 
-#include "com/cls_main.h"
-#include "crypto/cls_crypto_api.h"
+#include "latchkey/cls_crypto_api.h"
+#include "latchkey/cls_main.h"
 #include "tests/system/trust/component.h"
 
 namespace latchkey::test {

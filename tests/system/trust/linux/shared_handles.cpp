@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "include/latchkey.h"
+#include "latchkey.h"
 #include "tests/system/trust/program_start.h"
 
 namespace latchkey::test {

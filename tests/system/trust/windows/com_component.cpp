@@ -3,7 +3,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "base/fault.h"
+#include "base/faults.h"
 #include "tests/com/com_client.h"
 #include "tests/system/trust/component.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/fault.h"
+#include "latchkey/fault.h"
 #include "platform/windows/system_library.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "base/export.h"
+#include "latchkey/export.h"
 
 namespace latchkey {
 

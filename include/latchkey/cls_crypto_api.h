@@ -2,19 +2,15 @@
 #pragma once
 
 #include <cstdint>
-#include <span>
+#include <memory>
 
-#include "base/export.h"
-#include "base/secure_memory.h"
-#include "base/text.h"
-#include "crypto/byte_array.h"
-#include "crypto/provider_handles.h"
-#include "platform/variant_text.h"
+#include "latchkey/byte_array.h"
+#include "latchkey/export.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 
-struct CipherDirection;
-class WorkingText;
+struct CryptoApiState;
 
 // Hashes text, encrypts and decrypts byte arrays under a key derived from a password, makes random
 // data and salts, and converts between text, byte arrays and hexadecimal.
@@ -24,14 +20,14 @@ class WorkingText;
 //
 // Failures. An operation never raises an error of its own: it returns a failure value (false or
 // empty text) and writes the thread's error record, which clsMain shows. The location and number
-// of each failure stand beside the member; failure_table.h has their texts. Faults that pass to
+// of each failure stand beside the member; docs/errors.md has their texts. Faults that pass to
 // the caller are those of the property writes and of the two byte-array conversions, and
 // ObjectNotSet (91) from every operation that touches the record on a thread without a clsMain; the
 // four conversions do so only to record a failure. A failure of memory is recorded as run-time
 // fault 7 at the operation's trap.
 //
 // Text and bytes. One character always stands for one byte, through the system's code page; on
-// Linux that is 1252 unless SetCodePage (platform/set_code_page.h) chose another. Every byte
+// Linux that is 1252 unless SetCodePage (latchkey/code_page.h) chose another. Every byte
 // becomes a character and back: one that is no character by itself (the first of a two-byte
 // character, or a byte of UTF-8 above 127) is the character of the same number. A byte array made
 // from text has one zero element more than the text has characters, and the last element of an
@@ -52,6 +48,7 @@ class WorkingText;
 // An instance belongs to the thread that made it.
 class LATCHKEY_API clsCryptoAPI {
  public:
+  // Raises std::bad_alloc.
   clsCryptoAPI();
   clsCryptoAPI(const clsCryptoAPI&) = delete;
   clsCryptoAPI& operator=(const clsCryptoAPI&) = delete;
@@ -160,49 +157,7 @@ class LATCHKEY_API clsCryptoAPI {
   [[nodiscard]] Text ConvertStringToHex(TextView strInput, bool blnRetUppercase = false) const;
 
  private:
-  // Opens the provider that blnEnhanced asks for. False when it cannot: location 728 or 729, 442
-  // for a run-time fault.
-  bool AcquireProvider();
-
-  // True when the provider is open or could be opened.
-  bool HaveProvider();
-
-  // Sets both results from the hash number; 0 for an unknown one. Records nothing.
-  static void GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
-                               provider::AlgorithmId& lngAlgorithm);
-
-  // Clears the record and sets the result from the cipher number; 0 for a rejected one, location
-  // 725 or 726, 439 for a run-time fault.
-  void GetCipherAlgorithm(std::int16_t intCipherType, provider::AlgorithmId& lngAlgorithm);
-
-  // The built-in default password, or 20 fresh random letters.
-  ByteArray BuildPassword(bool blnUseDefault);
-
-  // Whether a password of at least two elements is stored.
-  [[nodiscard]] bool HasPassword() const;
-
-  // The password that CreateHash appends, as text bytes.
-  WorkingText PasswordToAppend();
-
-  // The password that a cipher key is derived from, as text bytes. Stores the default password
-  // where it is used.
-  WorkingText PasswordForKey();
-
-  // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
-  static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
-
-  bool EncryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool DecryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool TransformData(const CipherDirection& direction, std::int16_t intHashType,
-                     std::int16_t intCipherType);
-
-  bool blnEnhanced = false;
-  bool blnBlockCipher = false;
-  bool blnDefaultPWD = true;
-  UniqueContext hCryptProv;
-  WipedBytes strInData;  // text, as its code-page bytes
-  ByteArray arOutData;
-  ByteArray arPassword{0};
+  std::unique_ptr<CryptoApiState> state_;
 };
 
 }  // namespace latchkey

@@ -1,4 +1,4 @@
-// Marks what the shared library shows to its clients; everything else stays hidden.
+// Marks the classes and functions that the shared library exports. Everything else is hidden.
 #pragma once
 
 #if defined(__GNUC__) && !defined(_WIN32)

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "base/export.h"
-#include "base/text.h"
+#include "latchkey/export.h"
+#include "latchkey/types.h"
 
 namespace latchkey {
 
@@ -34,11 +34,11 @@ class LATCHKEY_API clsMain {
   // 1 run-time failure, 2 application failure. Raises Overflow (6) outside 16 bits.
   [[nodiscard]] std::int16_t ErrorType() const;
   // Number and description of the last run-time fault that an operation caught; 0 and empty before
-  // the first. The numbers are those of Automation (base/fault.h).
+  // the first. The numbers are those of Automation (latchkey/fault.h).
   [[nodiscard]] std::int32_t RTErrorNumber() const;
   [[nodiscard]] Text RTErrorDescription() const;
   // Number, 101 to 160, and message of the last failure that an operation found itself; 0 and
-  // empty before the first (diagnostics/failure_table.h).
+  // empty before the first (docs/errors.md).
   [[nodiscard]] std::int32_t AppErrorNumber() const;
   [[nodiscard]] Text AppErrorDescription() const;
   // Whether a failure was recorded since the record was last cleared. Test this first: clearing

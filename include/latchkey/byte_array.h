@@ -4,27 +4,32 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <span>
 
-#include "base/export.h"
-#include "base/working_bytes.h"
+#include "latchkey/export.h"
 
 namespace latchkey {
 
+class ShapedBytes;
+
 // The operations expect zero-based arrays of one dimension; the other shapes exist so that the
 // operation itself decides about what a client hands over, with the fault that belongs to it.
-// The elements are wiped when the array is erased, overwritten or destroyed.
+// The elements are wiped when the array is erased, overwritten or destroyed. What makes or copies
+// an array raises std::bad_alloc without memory, and Overflow for 2^31 elements or more. Used by
+// one thread at a time.
 class LATCHKEY_API ByteArray {
  public:
   // An unallocated array: no elements and no bounds.
-  ByteArray() noexcept = default;
+  ByteArray() noexcept;
 
-  ByteArray(const ByteArray&) = default;
-  ByteArray& operator=(const ByteArray&) = default;
+  // An array that cannot be copied leaves the one assigned to as it was.
+  ByteArray(const ByteArray& other);
+  ByteArray& operator=(const ByteArray& other);
   // The other array is left unallocated.
   ByteArray(ByteArray&& other) noexcept;
   ByteArray& operator=(ByteArray&& other) noexcept;
-  ~ByteArray() = default;
+  ~ByteArray();
 
   // A zero-based array of one dimension. Without elements it has the bounds 0 to -1.
   ByteArray(std::initializer_list<std::uint8_t> elements);
@@ -34,26 +39,22 @@ class LATCHKEY_API ByteArray {
   // bounds 0 to the number of codes. Empty text gives a single zero.
   static ByteArray WithTrailingZero(std::span<const std::uint8_t> codes);
 
-  // The same made of the first `length` of the bytes, which have room for one more, in their own
-  // storage.
-  static ByteArray WithTrailingZero(WorkingBytes&& bytes, std::size_t length);
-
   // An array of any shape: `elements` in memory order, `lowerBound` and `upperBound` those of the
-  // first dimension. Raises SubscriptOutOfRange where an array of one dimension has another number
-  // of elements than its bounds say.
+  // first dimension; unallocated for 0 dimensions. Raises SubscriptOutOfRange where an array of one
+  // dimension has another number of elements than its bounds say.
   static ByteArray WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                              std::int32_t upperBound, std::span<const std::uint8_t> elements);
 
   // 0 when unallocated.
-  [[nodiscard]] std::uint16_t Dimensions() const noexcept { return dimensions_; }
-  [[nodiscard]] std::int32_t LowerBound() const noexcept { return lowerBound_; }
+  [[nodiscard]] std::uint16_t Dimensions() const noexcept;
+  [[nodiscard]] std::int32_t LowerBound() const noexcept;
 
   // The upper bound, whatever the lower bound is; one below the lower bound without elements.
   // Raises SubscriptOutOfRange for an unallocated array and for one of several dimensions.
   [[nodiscard]] std::int32_t UpperBound() const;
 
   // All elements in memory order; empty when unallocated.
-  [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept { return elements_.All(); }
+  [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept;
 
   // Elements 0 to UpperBound() - 1: the part that carries text. Raises what UpperBound raises, and
   // SubscriptOutOfRange where the bounds leave out 0.
@@ -62,18 +63,13 @@ class LATCHKEY_API ByteArray {
   // Wipes the elements and leaves the array unallocated.
   void Erase() noexcept;
 
-  // Does the same, but gives the storage to the caller, for new bytes.
-  [[nodiscard]] WorkingBytes TakeStorage() noexcept;
-
-  friend bool operator==(const ByteArray&, const ByteArray&) = default;
+  // Whether shapes and elements are the same.
+  [[nodiscard]] bool operator==(const ByteArray& other) const noexcept;
 
  private:
-  // Assigned first: where there is no memory for the elements, the bounds stay those of the old
-  // ones.
-  WorkingBytes elements_;
-  std::uint16_t dimensions_ = 0;
-  std::int32_t lowerBound_ = 0;
-  std::int32_t upperBound_ = -1;
+  friend class ShapedBytes;
+
+  std::unique_ptr<ShapedBytes> state_;  // null for an unallocated array
 };
 
 }  // namespace latchkey

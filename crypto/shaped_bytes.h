@@ -1,0 +1,62 @@
+// The contents of a byte array, in a form that allocates nothing for few elements.
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <span>
+
+#include "base/working_bytes.h"
+#include "latchkey/byte_array.h"
+
+namespace latchkey {
+
+// Bytes with the shape of an Automation array. Members that ByteArray has too do what they do
+// there; their failures of memory are only those for the elements.
+class ShapedBytes {
+ public:
+  // Unallocated.
+  ShapedBytes() noexcept = default;
+
+  ShapedBytes(const ShapedBytes&) = default;
+  ShapedBytes& operator=(const ShapedBytes&) = default;
+  // The other one is left unallocated.
+  ShapedBytes(ShapedBytes&& other) noexcept;
+  ShapedBytes& operator=(ShapedBytes&& other) noexcept;
+  ~ShapedBytes() = default;
+
+  ShapedBytes(std::initializer_list<std::uint8_t> elements);
+  explicit ShapedBytes(std::span<const std::uint8_t> elements);
+
+  static ShapedBytes WithTrailingZero(std::span<const std::uint8_t> codes);
+
+  // The same made of the first `length` of the bytes, which have room for one more, in their own
+  // storage.
+  static ShapedBytes WithTrailingZero(WorkingBytes&& bytes, std::size_t length);
+
+  static ShapedBytes WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
+                               std::int32_t upperBound, std::span<const std::uint8_t> elements);
+
+  [[nodiscard]] std::uint16_t Dimensions() const noexcept { return dimensions_; }
+  [[nodiscard]] std::int32_t LowerBound() const noexcept { return lowerBound_; }
+  [[nodiscard]] std::int32_t UpperBound() const;
+  [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept { return elements_.All(); }
+  [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
+
+  // Leaves the array unallocated and gives its storage to the caller, for new bytes.
+  [[nodiscard]] WorkingBytes TakeStorage() noexcept;
+
+  // The array for a client. Only one with dimensions takes memory.
+  [[nodiscard]] ByteArray ToByteArray() &&;
+
+  friend bool operator==(const ShapedBytes&, const ShapedBytes&) = default;
+
+ private:
+  // Assigned first: where there is no memory for the elements, the bounds stay those of the old
+  // ones.
+  WorkingBytes elements_;
+  std::uint16_t dimensions_ = 0;
+  std::int32_t lowerBound_ = 0;
+  std::int32_t upperBound_ = -1;
+};
+
+}  // namespace latchkey
