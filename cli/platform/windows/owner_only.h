@@ -3,6 +3,8 @@
 
 #include <windows.h>
 
+#include "cli/platform/windows/handles.h"
+
 namespace latchkey::cli {
 
 // Security attributes for CreateFile that grant the process's user everything and nobody else
@@ -12,12 +14,13 @@ class OwnerOnly {
   OwnerOnly();
   OwnerOnly(const OwnerOnly&) = delete;
   OwnerOnly& operator=(const OwnerOnly&) = delete;
-  ~OwnerOnly();
+  ~OwnerOnly() = default;
 
-  // Null when the system did not make them; GetLastError() tells why.
+  // Null when the system did not make them; GetLastError() gives the reason.
   [[nodiscard]] SECURITY_ATTRIBUTES* Get() noexcept;
 
  private:
+  UniqueLocal<PSECURITY_DESCRIPTOR> rights_;
   SECURITY_ATTRIBUTES attributes_{sizeof attributes_, nullptr, FALSE};
 };
 
