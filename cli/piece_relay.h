@@ -13,12 +13,12 @@
 #include <thread>
 #include <vector>
 
-#include "base/working_bytes.h"
+#include "base/wiped_buffer.h"
 
 namespace latchkey::cli {
 
 struct Piece {
-  WorkingBytes bytes;
+  InlineBytes bytes;
   std::uint64_t number = 0;  // from 0, in the order of the stream
   std::size_t consumed = 0;  // bytes of the stream that it was read from
   std::size_t length = 0;    // of what stands in `bytes` now, at a place that the stages know

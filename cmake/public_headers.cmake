@@ -9,7 +9,7 @@ set(public_cpp_headers
   base/text.h
   base/unique_handle.h
   base/variant.h
-  base/working_bytes.h
+  base/wiped_buffer.h
   com/cls_main.h
   crypto/byte_array.h
   crypto/cls_crypto_api.h

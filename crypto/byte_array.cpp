@@ -28,13 +28,13 @@ ByteArray& ByteArray::operator=(ByteArray&& other) noexcept {
 }
 
 ByteArray ByteArray::WithTrailingZero(std::span<const std::uint8_t> codes) {
-  WorkingBytes elements(codes.size() + 1);
+  InlineBytes elements(codes.size() + 1);
   platform::ExpectFilling(elements.data(), elements.size());
   std::copy(codes.begin(), codes.end(), elements.data());
   return WithTrailingZero(std::move(elements), codes.size());
 }
 
-ByteArray ByteArray::WithTrailingZero(WorkingBytes&& bytes, std::size_t length) {
+ByteArray ByteArray::WithTrailingZero(InlineBytes&& bytes, std::size_t length) {
   ByteArray array;
   array.dimensions_ = 1;
   array.upperBound_ = NarrowTo<std::int32_t>(length);
@@ -54,7 +54,7 @@ ByteArray ByteArray::WithShape(std::uint16_t dimensions, std::int32_t lowerBound
   array.dimensions_ = dimensions;
   array.lowerBound_ = lowerBound;
   array.upperBound_ = upperBound;
-  array.elements_ = WorkingBytes(elements);
+  array.elements_ = InlineBytes(elements);
   return array;
 }
 
@@ -73,7 +73,7 @@ std::span<const std::uint8_t> ByteArray::TextElements() const {
 
 void ByteArray::Erase() noexcept { static_cast<void>(TakeStorage()); }
 
-WorkingBytes ByteArray::TakeStorage() noexcept {
+InlineBytes ByteArray::TakeStorage() noexcept {
   dimensions_ = 0;
   lowerBound_ = 0;
   upperBound_ = -1;

@@ -7,7 +7,7 @@
 #include <span>
 
 #include "base/export.h"
-#include "base/working_bytes.h"
+#include "base/wiped_buffer.h"
 
 namespace latchkey {
 
@@ -36,7 +36,7 @@ class LATCHKEY_API ByteArray {
 
   // The same made of the first `length` of the bytes, which have room for one more, in their own
   // storage.
-  static ByteArray WithTrailingZero(WorkingBytes&& bytes, std::size_t length);
+  static ByteArray WithTrailingZero(InlineBytes&& bytes, std::size_t length);
 
   // An array of any shape: `elements` in memory order, `lowerBound` and `upperBound` those of the
   // first dimension. Raises SubscriptOutOfRange where an array of one dimension has another number
@@ -63,14 +63,14 @@ class LATCHKEY_API ByteArray {
   void Erase() noexcept;
 
   // Does the same, but gives the storage to the caller, for new bytes.
-  [[nodiscard]] WorkingBytes TakeStorage() noexcept;
+  [[nodiscard]] InlineBytes TakeStorage() noexcept;
 
   friend bool operator==(const ByteArray&, const ByteArray&) = default;
 
  private:
   // Assigned first: where there is no memory for the elements, the bounds stay those of the old
   // ones.
-  WorkingBytes elements_;
+  InlineBytes elements_;
   std::uint16_t dimensions_ = 0;
   std::int32_t lowerBound_ = 0;
   std::int32_t upperBound_ = -1;

@@ -21,7 +21,9 @@ clsCryptoAPI::clsCryptoAPI() = default;
 // Closing the provider is the member's own work; hash and key handles never outlive an operation.
 clsCryptoAPI::~clsCryptoAPI() = default;
 
-void clsCryptoAPI::InputData(const ByteArray& arInData) { strInData = TextBytesOf(arInData); }
+void clsCryptoAPI::InputData(const ByteArray& arInData) {
+  strInData = InlineBytes(TextBytesOf(arInData));
+}
 
 ByteArray clsCryptoAPI::OutputData() const { return arOutData; }
 

@@ -5,7 +5,6 @@
 #include <span>
 
 #include "base/export.h"
-#include "base/secure_memory.h"
 #include "base/text.h"
 #include "crypto/byte_array.h"
 #include "crypto/provider_handles.h"
@@ -14,7 +13,6 @@
 namespace latchkey {
 
 struct CipherDirection;
-class WorkingText;
 
 // Hashes text, encrypts and decrypts byte arrays under a key derived from a password, makes random
 // data and salts, and converts between text, byte arrays and hexadecimal.
@@ -182,11 +180,11 @@ class LATCHKEY_API clsCryptoAPI {
   [[nodiscard]] bool HasPassword() const;
 
   // The password that CreateHash appends, as text bytes.
-  WorkingText PasswordToAppend();
+  InlineBytes PasswordToAppend();
 
   // The password that a cipher key is derived from, as text bytes. Stores the default password
   // where it is used.
-  WorkingText PasswordForKey();
+  InlineBytes PasswordForKey();
 
   // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
   static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
@@ -200,7 +198,7 @@ class LATCHKEY_API clsCryptoAPI {
   bool blnBlockCipher = false;
   bool blnDefaultPWD = true;
   UniqueContext hCryptProv;
-  WipedBytes strInData;  // text, as its code-page bytes
+  InlineBytes strInData;  // text, as its code-page bytes
   ByteArray arOutData;
   ByteArray arPassword{0};
 };

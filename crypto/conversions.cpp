@@ -2,11 +2,11 @@
 #include <utility>
 
 #include "base/checked_arithmetic.h"
+#include "crypto/byte_array_text.h"
 #include "crypto/cls_crypto_api.h"
 #include "crypto/hexadecimal.h"
 #include "crypto/text_codec.h"
 #include "crypto/value_text.h"
-#include "crypto/working_text.h"
 #include "diagnostics/error_trap.h"
 #include "platform/large_memory.h"
 
@@ -16,7 +16,7 @@ namespace {
 // The codes of a text. Raises Overflow for a text too long for a byte array.
 ByteArray CodesOf(TextView text) {
   static_cast<void>(NarrowTo<std::int32_t>(text.size()));
-  WorkingBytes codes(text.size() + 1);
+  InlineBytes codes(text.size() + 1);
   platform::ExpectFilling(codes.data(), codes.size());
   EncodeText(text, codes.All().first(text.size()));
   return ByteArray::WithTrailingZero(std::move(codes), text.size());
@@ -25,10 +25,8 @@ ByteArray CodesOf(TextView text) {
 }  // namespace
 
 Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
-  const auto elements = arByte.TextElements();
-  WorkingText::CheckCapacity(elements.size(), 1);
   Text result;
-  DecodeBytes(TrimTrailingSpaces(elements), result);
+  DecodeBytes(TextBytesOf(arByte), result);
   return result;
 }
 

@@ -2,39 +2,19 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <span>
 #include <utility>
 
 #include "base/secure_memory.h"
 #include "base/text.h"
+#include "base/wiped_buffer.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {
 
-// So many elements lie on the stack at a time: few enough to stay in the processor's nearest cache.
+// Characters converted at a time, on the stack. Few enough to stay in the nearest cache of the CPU.
 inline constexpr std::size_t kPieceLength = 2048;
-
-// A piece of text or codes on its way, wiped as far as it was used.
-template <class Element>
-class Piece {
- public:
-  Piece() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
-  Piece(const Piece&) = delete;
-  Piece& operator=(const Piece&) = delete;
-  ~Piece() { SecureWipe(elements_.data(), used_ * sizeof(Element)); }
-
-  // `length` elements, for new ones.
-  [[nodiscard]] std::span<Element> First(std::size_t length) noexcept {
-    used_ = std::max(used_, length);
-    return std::span(elements_).first(length);
-  }
-
- private:
-  std::array<Element, kPieceLength> elements_;
-  std::size_t used_ = 0;
-};
 
 // Makes `text` of `length` characters: write(from, piece) writes those from the position `from` on
 // into all of `piece`, from the first to the last, an even number at a time but for the end. The
@@ -43,13 +23,13 @@ class Piece {
 template <class Write>
 void FillText(Text& text, std::size_t length, Write&& write) {
   static_assert(kPieceLength % 2 == 0);
-  Piece<char16_t> characters;
+  WipedBuffer<char16_t, kPieceLength> characters(std::min(kPieceLength, length));
   Text filled;
   const WipeAtExit wipe(filled);
   filled.reserve(length);
   platform::ExpectFilling(filled.data(), length * sizeof(char16_t));
   while (filled.size() < length) {
-    const auto piece = characters.First(std::min(kPieceLength, length - filled.size()));
+    const auto piece = characters.All().first(std::min(kPieceLength, length - filled.size()));
     write(filled.size(), piece);
     filled.append(piece.data(), piece.size());
   }

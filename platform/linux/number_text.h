@@ -9,20 +9,17 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 #include "base/secure_memory.h"
 #include "base/text.h"
 
 namespace latchkey::platform {
 
-// Wiped whenever they grow and at the end: they may be those of a seed.
-using NumberDigits = std::vector<char, WipingAllocator<char>>;
-
 struct ScannedNumber {
   bool negative = false;
-  unsigned radix = 10;     // 10, 16 or 8
-  NumberDigits digits;     // significant ones: no zeros lead, none follow the decimal point in vain
+  unsigned radix = 10;  // 10, 16 or 8
+  // Significant ones: no zeros lead, none follow the decimal point in vain. They may be a seed's.
+  WipedVector<char> digits;
   std::int64_t scale = 0;  // the value is digits * 10^scale; 0 for other radixes
 };
 

@@ -134,7 +134,7 @@ TEST(ByteArrayTest, GivesItsStorageAway) {
   const ByteArray bytes = ArrayOf(SampleBytes(1000));
   ByteArray array = bytes;
   const std::uint8_t* const memory = array.Elements().data();
-  WorkingBytes storage = array.TakeStorage();
+  InlineBytes storage = array.TakeStorage();
   EXPECT_EQ(array, ByteArray());
   EXPECT_EQ(storage.size(), 1001U);
   storage.Renew(500);
