@@ -1,9 +1,5 @@
-// Memory that holds secrets: one wiping routine, and containers that call it before they let go of
-// their storage.
-//
-// A vector keeps all its elements in allocated storage and hands that storage over when it is
-// moved. A string keeps short text inside the object itself, where no allocator sees it; secrets
-// therefore live in WipedBytes while the component owns them.
+// Memory that holds secrets: the routine that wipes it, a vector that wipes its storage, and a
+// guard. base/wiped_buffer.h has the buffer for data that is usually short.
 #pragma once
 
 #include <cstddef>
@@ -14,7 +10,7 @@
 
 namespace latchkey {
 
-// Overwrites `size` bytes at `memory` with zeros in a way that no optimiser removes. `memory` may
+// Overwrites `size` bytes at `memory` with zeros in a way that no optimizer removes. `memory` may
 // be null when `size` is 0.
 void SecureWipe(void* memory, std::size_t size) noexcept;
 
@@ -41,22 +37,32 @@ class WipingAllocator {
   friend bool operator==(const WipingAllocator&, const WipingAllocator&) noexcept { return true; }
 };
 
-using WipedBytes = std::vector<std::uint8_t, WipingAllocator<std::uint8_t>>;
+// A vector that is wiped when it is freed and when it grows. A string would not do: it keeps short
+// text inside the object, where no allocator sees it.
+template <class T>
+using WipedVector = std::vector<T, WipingAllocator<T>>;
 
-// Wipes the storage of a container of plain values when the scope ends, whatever way it ends.
-// For text, the whole capacity is wiped, so that nothing is left of a longer earlier value.
-template <class Container>
+using WipedBytes = WipedVector<std::uint8_t>;
+
+// Wipes a value when the scope ends, also by an exception: of a container of plain values the whole
+// capacity, so that nothing is left of a longer earlier value; of a plain value all its bytes.
+template <class Value>
 class WipeAtExit {
  public:
-  explicit WipeAtExit(Container& container) noexcept : container_(container) {}
+  explicit WipeAtExit(Value& value) noexcept : value_(value) {}
   WipeAtExit(const WipeAtExit&) = delete;
   WipeAtExit& operator=(const WipeAtExit&) = delete;
   ~WipeAtExit() {
-    SecureWipe(container_.data(), container_.capacity() * sizeof(*container_.data()));
+    if constexpr (requires { value_.capacity(); }) {
+      SecureWipe(value_.data(), value_.capacity() * sizeof(*value_.data()));
+    } else {
+      static_assert(std::is_trivially_copyable_v<Value>, "only plain values can be wiped");
+      SecureWipe(&value_, sizeof value_);
+    }
   }
 
  private:
-  Container& container_;
+  Value& value_;
 };
 
 }  // namespace latchkey

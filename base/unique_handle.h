@@ -9,6 +9,8 @@ namespace latchkey {
 
 template <class Trait>
 class UniqueHandle {
+  static_assert(noexcept(Trait::Close(std::declval<typename Trait::Type>())));
+
  public:
   using Type = typename Trait::Type;
 
@@ -34,6 +36,13 @@ class UniqueHandle {
   void Reset(Type handle = Trait::None()) noexcept {
     const Type old = std::exchange(handle_, handle);
     if (!(old == Trait::None() || old == handle)) Trait::Close(old);
+  }
+
+  // Closes the handle held, if any, and returns the address to pass as an out parameter: what is
+  // written there is owned.
+  [[nodiscard]] Type* Put() noexcept {
+    Reset();
+    return &handle_;
   }
 
  private:

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/checked_arithmetic.h"
+#include "base/secure_memory.h"
 #include "cli/failure.h"
 #include "cli/piece_relay.h"
 #include "cli/platform/processors.h"
@@ -20,7 +21,6 @@ class CipherStages final : public PieceStages {
  public:
   CipherStages(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
       : work_(work), streams_(streams), pieceSize_(pieceSize) {}
-  ~CipherStages() override { SecureWipe(border_.data(), border_.size()); }
 
   [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.ciphers.size() == 1; }
   void Read(StreamPiece& piece) override;
@@ -37,6 +37,7 @@ class CipherStages final : public PieceStages {
   ByteCounts counts_;
   // The last block of the piece read before and the first byte of the next one.
   std::array<std::uint8_t, kBlock + 1> border_{};
+  const WipeAtExit<decltype(border_)> wipeBorder_{border_};
 };
 
 void CipherStages::Read(StreamPiece& piece) {
@@ -49,7 +50,7 @@ void CipherStages::Read(StreamPiece& piece) {
   piece.length = piece.consumed = std::min(count, pieceSize_);
   if (!piece.isLast) std::ranges::copy(room.last(border_.size()), border_.data());
   // With a short input, the rest of the pages is neither used nor wiped.
-  if (piece.isLast && piece.number == 0) piece.bytes.Touched(kBlock + count + kBlock);
+  if (piece.isLast && piece.number == 0) piece.bytes.LimitWipeTo(kBlock + count + kBlock);
 }
 
 // In CBC mode a block depends only on the ciphertext block before it. Decrypting that block first

@@ -13,12 +13,12 @@
 #include <thread>
 #include <vector>
 
-#include "base/working_bytes.h"
+#include "base/wiped_buffer.h"
 
 namespace latchkey::cli {
 
 struct StreamPiece {
-  WorkingBytes bytes;
+  InlineBytes bytes;
   std::uint64_t number = 0;  // from 0, in the order of the stream
   std::size_t consumed = 0;  // input bytes that the piece was read from
   std::size_t length = 0;    // of the data in `bytes`, whose offset the stages know

@@ -22,7 +22,7 @@ clsCryptoAPI::clsCryptoAPI() : state_(std::make_unique<CryptoApiState>()) {}
 clsCryptoAPI::~clsCryptoAPI() = default;
 
 void clsCryptoAPI::InputData(const ByteArray& arInData) {
-  state_->strInData = TextBytesOf(arInData.TextElements());
+  state_->strInData = InlineBytes(TextBytesOf(arInData.TextElements()));
 }
 
 ByteArray clsCryptoAPI::OutputData() const { return ShapedBytes(state_->arOutData).ToByteArray(); }

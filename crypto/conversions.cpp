@@ -6,15 +6,13 @@
 #include "crypto/hexadecimal.h"
 #include "crypto/text_codec.h"
 #include "crypto/value_text.h"
-#include "crypto/working_text.h"
 #include "diagnostics/error_trap.h"
 
 namespace latchkey {
+
 Text clsCryptoAPI::ByteArrayToString(const ByteArray& arByte) const {
-  const auto elements = arByte.TextElements();
-  WorkingText::CheckCapacity(elements.size(), 1);
   Text result;
-  DecodeBytes(TrimTrailingSpaces(elements), result);
+  DecodeBytes(TextBytesOf(arByte.TextElements()), result);
   return result;
 }
 

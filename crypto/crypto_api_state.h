@@ -5,9 +5,9 @@
 #include <span>
 
 #include "base/secure_memory.h"
+#include "base/wiped_buffer.h"
 #include "crypto/provider_handles.h"
 #include "crypto/shaped_bytes.h"
-#include "crypto/working_text.h"
 #include "latchkey/cls_crypto_api.h"
 
 namespace latchkey {
@@ -35,11 +35,11 @@ struct CryptoApiState {
 
   // The password that CreateHash of `object`, whose state this is, appends, as text bytes: the
   // stored one, the default one, or random letters.
-  [[nodiscard]] WorkingText PasswordToAppend(clsCryptoAPI& object) const;
+  [[nodiscard]] InlineBytes PasswordToAppend(clsCryptoAPI& object) const;
 
   // The password that a cipher key is derived from, as text bytes. Stores the default password
   // where it is used.
-  WorkingText PasswordForKey();
+  InlineBytes PasswordForKey();
 
   // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
   static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
@@ -53,7 +53,7 @@ struct CryptoApiState {
   bool blnBlockCipher = false;
   bool blnDefaultPWD = true;
   UniqueContext hCryptProv;
-  WipedBytes strInData;  // text, as its code-page bytes
+  InlineBytes strInData;  // text, as its code-page bytes
   ShapedBytes arOutData;
   ShapedBytes arPassword{0};
 };

@@ -34,8 +34,8 @@ constexpr std::size_t kTrailingZero = 1;
 // that of the data in the buffer, before and after.
 CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
                      provider::AlgorithmId hashAlgorithm, provider::AlgorithmId cipherAlgorithm,
-                     std::span<const std::uint8_t> password, const WipedBytes& input,
-                     WorkingBytes& buffer, std::uint32_t& length) {
+                     std::span<const std::uint8_t> password, std::span<const std::uint8_t> input,
+                     InlineBytes& buffer, std::uint32_t& length) {
   const CipherStep derived = cipher.DeriveKey(hashAlgorithm, cipherAlgorithm, password);
   if (derived != CipherStep::Done) return derived;
 
@@ -46,30 +46,30 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
   length = static_cast<std::uint32_t>(input.size());
   const CipherStep applied =
       (cipher.*direction.apply)(buffer.All().first(bufferLength), length, kFinal);
-  buffer.Touched(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
+  buffer.LimitWipeTo(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
   return applied;
 }
 
 }  // namespace
 
-WorkingText CryptoApiState::PasswordForKey() {
+InlineBytes CryptoApiState::PasswordForKey() {
   if (!HasPassword()) {
     if (!blnDefaultPWD) return {};
     arPassword = DefaultPassword();
   }
-  return WorkingTextOf(arPassword.TextElements());
+  return InlineBytes(TextBytesOf(arPassword.TextElements()));
 }
 
 bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_t intHashType,
                                    std::int16_t intCipherType) {
   const CipherSites& sites = direction.sites;
   bool result = false;
-  WorkingText password;
+  InlineBytes password;
   PasswordCipher cipher(hCryptProv);
   RunTrapped(sites.trap, [&] {
     ErrorRecord().Clear();
     // The earlier result is gone, and its memory holds the next.
-    WorkingBytes buffer = arOutData.TakeStorage();
+    InlineBytes buffer = arOutData.TakeStorage();
     if (direction.zeroOutput) arOutData = ShapedBytes{0};
     std::int32_t hashLength = 0;
     provider::AlgorithmId hashAlgorithm = provider::kAlgorithmNone;
@@ -87,7 +87,7 @@ bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_
     password = PasswordForKey();
     std::uint32_t length = 0;
     const CipherStep step = RunCipher(cipher, direction, hashAlgorithm, cipherAlgorithm,
-                                      password.Trimmed(), strInData, buffer, length);
+                                      password.All(), strInData.All(), buffer, length);
     if (step != CipherStep::Done) return RecordApplicationFailure(sites.SiteOf(step));
 
     arOutData = ShapedBytes::WithTrailingZero(std::move(buffer), length);

@@ -20,7 +20,7 @@ bool ReadDigest(const UniqueContext& context, provider::AlgorithmId algorithm, T
                 std::span<const std::uint8_t> password, MessageDigest& hash,
                 std::span<std::uint8_t> digest) {
   if (!hash.Begin(context, algorithm)) return false;
-  WorkingBytes input(text.size() + password.size());
+  InlineBytes input(text.size() + password.size());
   platform::ExpectFilling(input.data(), input.size());
   EncodeText(text, input.All().first(text.size()));
   std::copy(password.begin(), password.end(), input.All().subspan(text.size()).begin());
@@ -36,34 +36,33 @@ ShapedBytes RandomPassword(clsCryptoAPI& object) {
 
 }  // namespace
 
-WorkingText CryptoApiState::PasswordToAppend(clsCryptoAPI& object) const {
-  if (HasPassword()) return WorkingTextOf(arPassword.TextElements());
+InlineBytes CryptoApiState::PasswordToAppend(clsCryptoAPI& object) const {
+  if (HasPassword()) return InlineBytes(TextBytesOf(arPassword.TextElements()));
   const ShapedBytes password = blnDefaultPWD ? DefaultPassword() : RandomPassword(object);
-  return WorkingTextOf(password.TextElements());
+  return InlineBytes(TextBytesOf(password.TextElements()));
 }
 
 Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bool blnConvertToHex,
                               bool blnAppendPassword, bool /*blnCaseSensitive*/) {
   Text result;
   MessageDigest hash;
-  WorkingBytes digest;
+  InlineBytes digest;
   RunTrapped(trap::kCreateHash, [&] {
     ErrorRecord().Clear();
     if (!state_->HaveProvider()) {
       RecordApplicationFailure(check::kHashProvider);
       return;
     }
-    const WorkingText password =
-        blnAppendPassword ? state_->PasswordToAppend(*this) : WorkingText();
+    const InlineBytes password =
+        blnAppendPassword ? state_->PasswordToAppend(*this) : InlineBytes();
 
     std::int32_t hashLength = 0;
     provider::AlgorithmId algorithm = provider::kAlgorithmNone;
     CryptoApiState::GetHashAlgorithm(intHashChoice, hashLength, algorithm);
-    digest = WorkingBytes(static_cast<std::size_t>(hashLength));
+    digest = InlineBytes(static_cast<std::size_t>(hashLength));
     std::fill_n(digest.data(), digest.size(), kSpace);
     // A provider that refuses is silent: the caller sees empty text and a clear record.
-    if (!ReadDigest(state_->hCryptProv, algorithm, strInText, password.Trimmed(), hash,
-                    digest.All())) {
+    if (!ReadDigest(state_->hCryptProv, algorithm, strInText, password.All(), hash, digest.All())) {
       return;
     }
 

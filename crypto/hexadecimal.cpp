@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "base/hex_digits.h"
+#include "crypto/text_capacity.h"
 #include "crypto/text_codec.h"
 #include "crypto/text_filling.h"
-#include "crypto/working_text.h"
 
 namespace latchkey {
 namespace {
@@ -13,7 +13,7 @@ namespace {
 // Sets `text` to the digits of `count` bytes; codesAt(i, n) gives the n from number i on.
 template <class CodesAt>
 void EncodeCodes(std::size_t count, Text& text, CodesAt&& codesAt) {
-  WorkingText::CheckCapacity(count, kDigitsPerByte);
+  CheckTextCapacity(count, kDigitsPerByte);
   FillText(text, count * kDigitsPerByte, [&](std::size_t from, std::span<char16_t> digits) {
     const std::span<const std::uint8_t> codes =
         codesAt(from / kDigitsPerByte, digits.size() / kDigitsPerByte);
@@ -28,10 +28,10 @@ void DecodePairs(TextView text, std::size_t from, std::span<std::uint8_t> bytes)
 // The number of pairs before those at the end that become spaces.
 std::size_t PairsBeforeSpaces(TextView text) {
   constexpr std::size_t kPairs = 64;
-  StackBuffer<std::uint8_t> codes;
   std::size_t pairs = text.size() / kDigitsPerByte;
+  InlineBytes codes(std::min(kPairs, pairs));
   while (pairs > 0) {
-    const auto last = codes.First(std::min(kPairs, pairs));
+    const auto last = codes.All().first(std::min(kPairs, pairs));
     DecodePairs(text, pairs - last.size(), last);
     const std::size_t kept = TrimTrailingSpaces(last).size();
     pairs -= last.size() - kept;
@@ -48,9 +48,10 @@ void EncodeHex(std::span<const std::uint8_t> bytes, Text& text) {
 }
 
 void EncodeHexOfText(TextView characters, Text& text) {
-  StackBuffer<std::uint8_t> codes;
+  constexpr std::size_t kCodes = kPieceLength / kDigitsPerByte;
+  WipedBuffer<std::uint8_t, kCodes> codes(std::min(kCodes, characters.size()));
   EncodeCodes(characters.size(), text, [&](std::size_t from, std::size_t count) {
-    const auto piece = codes.First(count);
+    const auto piece = codes.All().first(count);
     EncodeLowBytes(characters.substr(from, count), piece);
     return piece;
   });
@@ -61,10 +62,11 @@ void DecodeHex(TextView text, std::span<std::uint8_t> bytes) noexcept {
 }
 
 void DecodeHexToText(TextView digits, Text& text) {
-  WorkingText::CheckCapacity(digits.size() / kDigitsPerByte, 1);
-  StackBuffer<std::uint8_t> codes;
-  FillText(text, PairsBeforeSpaces(digits), [&](std::size_t from, std::span<char16_t> characters) {
-    const auto piece = codes.First(characters.size());
+  CheckTextCapacity(digits.size() / kDigitsPerByte, 1);
+  const std::size_t length = PairsBeforeSpaces(digits);
+  WipedBuffer<std::uint8_t, kPieceLength> codes(std::min(kPieceLength, length));
+  FillText(text, length, [&](std::size_t from, std::span<char16_t> characters) {
+    const auto piece = codes.All().first(characters.size());
     DecodePairs(digits, from, piece);
     DecodeBytes(piece, characters);
   });

@@ -11,10 +11,11 @@ constexpr const char* kNoContainer = "";
 constexpr const char* kDefaultProviderName = "";
 
 UniqueContext Open(const char* providerName, std::uint32_t flags) {
-  ContextTrait::Type context{ThisThreadCrypto().provider};
-  const bool opened = context.provider->CryptAcquireContextA(
-      &context.value, kNoContainer, providerName, provider::kProviderTypeRsaFull, flags);
-  return opened ? UniqueContext(context) : UniqueContext();
+  provider::CryptoProvider& provider = *ThisThreadCrypto().provider;
+  return Receive<ContextTrait>(provider, [&](provider::HCRYPTPROV* context) {
+    return provider.CryptAcquireContextA(context, kNoContainer, providerName,
+                                         provider::kProviderTypeRsaFull, flags);
+  });
 }
 
 }  // namespace

@@ -59,13 +59,22 @@ using UniqueContext = UniqueHandle<ContextTrait>;
 using UniqueHash = UniqueHandle<HashTrait>;
 using UniqueKey = UniqueHandle<KeyTrait>;
 
+// Owns the handle that `call(address)` writes; no handle when the provider refuses. UniqueHandle's
+// Put does not do: the provider is part of the handle, and a refused call may have written one.
+template <class Trait, class Call>
+[[nodiscard]] UniqueHandle<Trait> Receive(provider::CryptoProvider& provider, Call&& call) {
+  typename Trait::Type handle{&provider};
+  const bool given = std::forward<Call>(call)(&handle.value);
+  return given ? UniqueHandle<Trait>(handle) : UniqueHandle<Trait>();
+}
+
 // An empty hash object of the context's provider; no handle when the provider refuses.
 [[nodiscard]] inline UniqueHash MakeHash(const UniqueContext& context,
                                          provider::AlgorithmId algorithm) {
-  HashTrait::Type hash{context.Get().provider};
-  const bool made =
-      hash.provider->CryptCreateHash(context.Get().value, algorithm, 0, 0, &hash.value);
-  return made ? UniqueHash(hash) : UniqueHash();
+  provider::CryptoProvider& provider = *context.Get().provider;
+  return Receive<HashTrait>(provider, [&](provider::HCRYPTHASH* hash) {
+    return provider.CryptCreateHash(context.Get().value, algorithm, 0, 0, hash);
+  });
 }
 
 }  // namespace latchkey

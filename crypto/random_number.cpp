@@ -27,12 +27,12 @@ constexpr std::uint64_t Mix(std::uint64_t value) {
 
 void Reseed(GeneratorState& state, double seed) {
   std::array<std::uint8_t, sizeof(GeneratorState)> bytes{};
+  const WipeAtExit wipeBytes(bytes);
   if (!ThisThread().services.fillRandom(bytes)) throw Fault(FaultNumber::InvalidProcedureCall);
   auto entropy = std::bit_cast<GeneratorState>(bytes);
+  const WipeAtExit wipeEntropy(entropy);
   state[0] = Mix(state[0] ^ entropy[0] ^ std::bit_cast<std::uint64_t>(seed));
   state[1] = Mix(state[1] ^ entropy[1] ^ state[0]);
-  SecureWipe(entropy.data(), sizeof entropy);
-  SecureWipe(bytes.data(), bytes.size());
 }
 
 // The next number in [0, 1) that a Single can hold exactly, after xoroshiro128+ (Blackman, Vigna:

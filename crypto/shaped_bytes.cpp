@@ -29,13 +29,13 @@ ShapedBytes& ShapedBytes::operator=(ShapedBytes&& other) noexcept {
 }
 
 ShapedBytes ShapedBytes::WithTrailingZero(std::span<const std::uint8_t> codes) {
-  WorkingBytes elements(codes.size() + 1);
+  InlineBytes elements(codes.size() + 1);
   platform::ExpectFilling(elements.data(), elements.size());
   std::copy(codes.begin(), codes.end(), elements.data());
   return WithTrailingZero(std::move(elements), codes.size());
 }
 
-ShapedBytes ShapedBytes::WithTrailingZero(WorkingBytes&& bytes, std::size_t length) {
+ShapedBytes ShapedBytes::WithTrailingZero(InlineBytes&& bytes, std::size_t length) {
   ShapedBytes array;
   array.dimensions_ = 1;
   array.upperBound_ = NarrowTo<std::int32_t>(length);
@@ -56,7 +56,7 @@ ShapedBytes ShapedBytes::WithShape(std::uint16_t dimensions, std::int32_t lowerB
   array.dimensions_ = dimensions;
   array.lowerBound_ = lowerBound;
   array.upperBound_ = upperBound;
-  array.elements_ = WorkingBytes(elements);
+  array.elements_ = InlineBytes(elements);
   return array;
 }
 
@@ -73,7 +73,7 @@ std::span<const std::uint8_t> ShapedBytes::TextElements() const {
   return Elements().subspan(first, count);
 }
 
-WorkingBytes ShapedBytes::TakeStorage() noexcept {
+InlineBytes ShapedBytes::TakeStorage() noexcept {
   dimensions_ = 0;
   lowerBound_ = 0;
   upperBound_ = -1;

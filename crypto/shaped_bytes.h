@@ -5,7 +5,7 @@
 #include <initializer_list>
 #include <span>
 
-#include "base/working_bytes.h"
+#include "base/wiped_buffer.h"
 #include "latchkey/byte_array.h"
 
 namespace latchkey {
@@ -31,7 +31,7 @@ class ShapedBytes {
 
   // The same made of the first `length` of the bytes, which have room for one more, in their own
   // storage.
-  static ShapedBytes WithTrailingZero(WorkingBytes&& bytes, std::size_t length);
+  static ShapedBytes WithTrailingZero(InlineBytes&& bytes, std::size_t length);
 
   static ShapedBytes WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                                std::int32_t upperBound, std::span<const std::uint8_t> elements);
@@ -43,7 +43,7 @@ class ShapedBytes {
   [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
 
   // Leaves the array unallocated and gives its storage to the caller, for new bytes.
-  [[nodiscard]] WorkingBytes TakeStorage() noexcept;
+  [[nodiscard]] InlineBytes TakeStorage() noexcept;
 
   // The array for a client. Only one with dimensions takes memory.
   [[nodiscard]] ByteArray ToByteArray() &&;
@@ -53,7 +53,7 @@ class ShapedBytes {
  private:
   // Assigned first: where there is no memory for the elements, the bounds stay those of the old
   // ones.
-  WorkingBytes elements_;
+  InlineBytes elements_;
   std::uint16_t dimensions_ = 0;
   std::int32_t lowerBound_ = 0;
   std::int32_t upperBound_ = -1;

@@ -2,39 +2,19 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <span>
 #include <utility>
 
 #include "base/secure_memory.h"
+#include "base/wiped_buffer.h"
 #include "latchkey/types.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {
 
-// Elements of a StackBuffer, few enough for the first-level cache.
+// Characters converted at a time, on the stack. Few enough for the first-level cache.
 inline constexpr std::size_t kPieceLength = 2048;
-
-// A buffer for a part of a text or its codes. The destructor wipes the elements that were used.
-template <class Element>
-class StackBuffer {
- public:
-  StackBuffer() noexcept {}  // NOLINT(modernize-use-equals-default): elements stay as they are
-  StackBuffer(const StackBuffer&) = delete;
-  StackBuffer& operator=(const StackBuffer&) = delete;
-  ~StackBuffer() { SecureWipe(elements_.data(), used_ * sizeof(Element)); }
-
-  // `length` elements, for new ones.
-  [[nodiscard]] std::span<Element> First(std::size_t length) noexcept {
-    used_ = std::max(used_, length);
-    return std::span(elements_).first(length);
-  }
-
- private:
-  std::array<Element, kPieceLength> elements_;
-  std::size_t used_ = 0;
-};
 
 // Makes `text` of `length` characters: write(from, piece) writes those from the position `from` on
 // into all of `piece`, from the first to the last, an even number at a time but for the end. The
@@ -43,13 +23,13 @@ class StackBuffer {
 template <class Write>
 void FillText(Text& text, std::size_t length, Write&& write) {
   static_assert(kPieceLength % 2 == 0);
-  StackBuffer<char16_t> characters;
+  WipedBuffer<char16_t, kPieceLength> characters(std::min(kPieceLength, length));
   Text filled;
   const WipeAtExit wipe(filled);
   filled.reserve(length);
   platform::ExpectFilling(filled.data(), length * sizeof(char16_t));
   while (filled.size() < length) {
-    const auto piece = characters.First(std::min(kPieceLength, length - filled.size()));
+    const auto piece = characters.All().first(std::min(kPieceLength, length - filled.size()));
     write(filled.size(), piece);
     filled.append(piece.data(), piece.size());
   }

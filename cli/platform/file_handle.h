@@ -12,7 +12,7 @@ namespace latchkey::cli {
 struct FileTrait {
   using Type = std::intptr_t;
   static Type None() noexcept { return -1; }
-  static void Close(Type file);
+  static void Close(Type file) noexcept;
 };
 
 using UniqueFile = UniqueHandle<FileTrait>;

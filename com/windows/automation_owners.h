@@ -1,9 +1,9 @@
-// Owners of Automation's interface pointers, strings and variants.
+// Owners of Automation's interface pointers and strings.
 #pragma once
 
-#include "base/secure_memory.h"
 #include "base/unique_handle.h"
 #include "com/windows/automation_prelude.h"
+#include "platform/windows/unique_bstr.h"
 
 namespace latchkey::com {
 
@@ -18,16 +18,6 @@ struct InterfaceTrait {
 template <class Interface>
 using UniqueInterface = UniqueHandle<InterfaceTrait<Interface>>;
 
-struct BstrTrait {
-  using Type = BSTR;
-  static Type None() noexcept { return nullptr; }
-  static void Close(Type text) noexcept {
-    SecureWipe(text, SysStringByteLen(text));
-    SysFreeString(text);
-  }
-};
-
-// Owns a string that may be secret: it is wiped before it is freed.
-using UniqueBstr = UniqueHandle<BstrTrait>;
+using platform::UniqueBstr;
 
 }  // namespace latchkey::com

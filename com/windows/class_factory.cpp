@@ -33,7 +33,7 @@ STDMETHODIMP ClassFactory::CreateInstance(IUnknown* outer, REFIID interfaceId,
   if (outer != nullptr) return CLASS_E_NOAGGREGATION;
   if (!HasInterface(description_, interfaceId)) return E_NOINTERFACE;
   UniqueInterface<IUnknown> created;
-  const HRESULT made = RunMethod(description_, [&] { created.Reset(description_.create()); });
+  const HRESULT made = RunMethod(description_, [&] { created = description_.create(); });
   return FAILED(made) ? made : created.Get()->QueryInterface(interfaceId, object);
 }
 

@@ -10,8 +10,8 @@ namespace latchkey::com {
 namespace {
 
 template <class Object>
-IUnknown* Create() {
-  return static_cast<IDispatch*>(new Object);  // owned by its reference count
+UniqueInterface<IUnknown> Create() {
+  return UniqueInterface<IUnknown>(static_cast<IDispatch*>(new Object));
 }
 
 constexpr std::array kAllClasses = {&kMainClass, &kCryptoApiClass, &kTimerClass};

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <span>
 
+#include "com/windows/automation_owners.h"
 #include "com/windows/automation_prelude.h"
 
 namespace latchkey::com {
@@ -14,8 +15,8 @@ struct ClassDescription {
   const IID& interfaceId;      // the dual default interface
   const wchar_t* progId;       // without version; also the source in error information
   const wchar_t* description;  // shown by registry viewers
-  // A new object with one reference, which the caller owns. Raises OutOfMemory or bad_alloc.
-  IUnknown* (*create)();
+  // A new object. Raises OutOfMemory or bad_alloc.
+  UniqueInterface<IUnknown> (*create)();
 };
 
 extern const ClassDescription kMainClass;

@@ -23,11 +23,10 @@ int KindsWanted(WORD flags) {
 // The error information that a failed method left on this thread, for a late-bound caller.
 HRESULT ToException(HRESULT failure, EXCEPINFO& exception) {
   exception.scode = failure;
-  IErrorInfo* found = nullptr;
-  if (GetErrorInfo(0, &found) == S_OK) {
-    const UniqueInterface<IErrorInfo> information(found);
-    found->GetSource(&exception.bstrSource);
-    found->GetDescription(&exception.bstrDescription);
+  UniqueInterface<IErrorInfo> information;
+  if (GetErrorInfo(0, information.Put()) == S_OK) {
+    information.Get()->GetSource(&exception.bstrSource);
+    information.Get()->GetDescription(&exception.bstrDescription);
   }
   return DISP_E_EXCEPTION;
 }

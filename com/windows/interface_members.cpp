@@ -99,12 +99,11 @@ HRESULT MembersOf(const ClassDescription& description, const InterfaceMembers** 
   std::atomic<const InterfaceMembers*>& own = MembersFor(description);
   *members = own.load();
   if (*members != nullptr) return S_OK;
-  ITypeInfo* slots = nullptr;
-  const HRESULT described = SlotInfoOf(description.interfaceId, &slots);
+  UniqueInterface<ITypeInfo> slots;
+  const HRESULT described = SlotInfoOf(description.interfaceId, slots.Put());
   if (FAILED(described)) return described;
-  UniqueInterface<ITypeInfo> owner(slots);
   auto fresh = std::make_unique<InterfaceMembers>();
-  const HRESULT read = fresh->Read(std::move(owner));
+  const HRESULT read = fresh->Read(std::move(slots));
   if (FAILED(read)) return read;
   // Two threads may read at once; the second one's members are dropped.
   if (own.compare_exchange_strong(*members, fresh.get())) *members = fresh.release();

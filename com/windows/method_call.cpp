@@ -18,20 +18,19 @@ TextView DescriptionForClient(const Fault& fault) noexcept {
 
 void SetErrorInformation(const ClassDescription& source, const Fault& fault) noexcept {
   SetErrorInfo(0, nullptr);  // leaves no stale information if making a new one fails
-  ICreateErrorInfo* created = nullptr;
-  if (FAILED(CreateErrorInfo(&created))) return;
-  const UniqueInterface<ICreateErrorInfo> information(created);
+  UniqueInterface<ICreateErrorInfo> created;
+  if (FAILED(CreateErrorInfo(created.Put()))) return;
   const TextView text = DescriptionForClient(fault);
   const UniqueBstr description(SysAllocStringLen(reinterpret_cast<const OLECHAR*>(text.data()),
                                                  static_cast<UINT>(text.size())));
   const UniqueBstr sourceName(SysAllocString(source.progId));
-  created->SetGUID(source.interfaceId);
-  created->SetSource(sourceName.Get());
-  created->SetDescription(description.Get());
-  IErrorInfo* readable = nullptr;
-  if (FAILED(created->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&readable)))) return;
-  const UniqueInterface<IErrorInfo> owner(readable);
-  SetErrorInfo(0, readable);
+  created.Get()->SetGUID(source.interfaceId);
+  created.Get()->SetSource(sourceName.Get());
+  created.Get()->SetDescription(description.Get());
+  UniqueInterface<IErrorInfo> readable;
+  const HRESULT found =
+      created.Get()->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(readable.Put()));
+  if (SUCCEEDED(found)) SetErrorInfo(0, readable.Get());
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ bool EndUseOrReleaseLibrary() noexcept {
   MembersOfClasses members;
   const UsesLock lock;  // released first
   if (moduleUses == 1) {
-    library.Reset(TakeTypeLibrary());
+    library = TakeTypeLibrary();
     members = TakeMembers();
   }
   if (library) return false;

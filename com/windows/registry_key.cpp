@@ -13,14 +13,13 @@ std::wstring ClassesPath(const std::wstring& path) { return L"Software\\Classes\
 
 HRESULT WriteRegistryText(RegistryScope scope, const std::wstring& path, const wchar_t* name,
                           const std::wstring& text) {
-  HKEY opened = nullptr;
+  RegistryKey key;
   LSTATUS status = RegCreateKeyExW(RootOf(scope), ClassesPath(path).c_str(), 0, nullptr, 0,
-                                   KEY_SET_VALUE, nullptr, &opened, nullptr);
+                                   KEY_SET_VALUE, nullptr, key.Put(), nullptr);
   if (status != ERROR_SUCCESS) return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
-  const RegistryKey key(opened);
   const auto* const bytes = reinterpret_cast<const BYTE*>(text.c_str());
   const auto size = static_cast<DWORD>((text.size() + 1) * sizeof(wchar_t));
-  status = RegSetValueExW(opened, name, 0, REG_SZ, bytes, size);
+  status = RegSetValueExW(key.Get(), name, 0, REG_SZ, bytes, size);
   return HRESULT_FROM_WIN32(static_cast<DWORD>(status));
 }
 
@@ -30,11 +29,9 @@ HRESULT DeleteRegistryTree(RegistryScope scope, const std::wstring& path) {
 }
 
 bool RegistryKeyExists(RegistryScope scope, const std::wstring& path, REGSAM view) {
-  HKEY opened = nullptr;
-  const LSTATUS status =
-      RegOpenKeyExW(RootOf(scope), ClassesPath(path).c_str(), 0, KEY_QUERY_VALUE | view, &opened);
-  const RegistryKey key(opened);
-  return status == ERROR_SUCCESS;
+  RegistryKey key;
+  return RegOpenKeyExW(RootOf(scope), ClassesPath(path).c_str(), 0, KEY_QUERY_VALUE | view,
+                       key.Put()) == ERROR_SUCCESS;
 }
 
 }  // namespace latchkey::com

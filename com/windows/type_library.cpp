@@ -2,7 +2,6 @@
 
 #include <atomic>
 
-#include "com/windows/automation_owners.h"
 #include "com/windows/module.h"
 
 namespace latchkey::com {
@@ -16,16 +15,11 @@ std::atomic<ITypeLib*> ownLibrary{nullptr};
 HRESULT OwnTypeLibrary(ITypeLib** library) {
   *library = ownLibrary.load();
   if (*library != nullptr) return S_OK;
-  ITypeLib* fresh = nullptr;
-  const HRESULT loaded = LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, &fresh);
+  UniqueInterface<ITypeLib> fresh;
+  const HRESULT loaded = LoadTypeLibEx(ModulePath().c_str(), REGKIND_NONE, fresh.Put());
   if (FAILED(loaded)) return loaded;
   // Two threads may load at once; the second one's library is released unused.
-  const bool first = ownLibrary.compare_exchange_strong(*library, fresh);
-  if (first) {
-    *library = fresh;
-  } else {
-    fresh->Release();
-  }
+  if (ownLibrary.compare_exchange_strong(*library, fresh.Get())) *library = fresh.Release();
   return S_OK;
 }
 
@@ -37,15 +31,16 @@ HRESULT TypeInfoOf(REFGUID id, ITypeInfo** typeInfo) {
 
 HRESULT SlotInfoOf(REFIID interfaceId, ITypeInfo** typeInfo) {
   constexpr auto kOtherHalf = static_cast<UINT>(-1);  // of a dual interface
-  ITypeInfo* late = nullptr;
-  const HRESULT found = TypeInfoOf(interfaceId, &late);
+  UniqueInterface<ITypeInfo> late;
+  const HRESULT found = TypeInfoOf(interfaceId, late.Put());
   if (FAILED(found)) return found;
-  const UniqueInterface<ITypeInfo> owner(late);
   HREFTYPE reference = 0;
-  const HRESULT referred = late->GetRefTypeOfImplType(kOtherHalf, &reference);
-  return FAILED(referred) ? referred : late->GetRefTypeInfo(reference, typeInfo);
+  const HRESULT referred = late.Get()->GetRefTypeOfImplType(kOtherHalf, &reference);
+  return FAILED(referred) ? referred : late.Get()->GetRefTypeInfo(reference, typeInfo);
 }
 
-ITypeLib* TakeTypeLibrary() noexcept { return ownLibrary.exchange(nullptr); }
+UniqueInterface<ITypeLib> TakeTypeLibrary() noexcept {
+  return UniqueInterface<ITypeLib>(ownLibrary.exchange(nullptr));
+}
 
 }  // namespace latchkey::com

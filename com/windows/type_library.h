@@ -2,6 +2,7 @@
 // without registration too.
 #pragma once
 
+#include "com/windows/automation_owners.h"
 #include "com/windows/automation_prelude.h"
 
 namespace latchkey::com {
@@ -20,6 +21,6 @@ namespace latchkey::com {
 [[nodiscard]] HRESULT SlotInfoOf(REFIID interfaceId, ITypeInfo** typeInfo);
 
 // Takes the kept type library away, null if none: for the last use of the module.
-[[nodiscard]] ITypeLib* TakeTypeLibrary() noexcept;
+[[nodiscard]] UniqueInterface<ITypeLib> TakeTypeLibrary() noexcept;
 
 }  // namespace latchkey::com

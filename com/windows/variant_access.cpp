@@ -23,7 +23,8 @@ bool IsNullReference(const VARIANT& value) {
 
 OwnedVariant::~OwnedVariant() {
   if (V_VT(&value_) == VT_BSTR) {
-    SecureWipe(V_BSTR(&value_), SysStringByteLen(V_BSTR(&value_)));
+    const VARIANT text = Release();
+    static_cast<void>(UniqueBstr(V_BSTR(&text)));
   }
   if (V_VT(&value_) == (VT_ARRAY | VT_UI1)) WipeSafeArray(V_ARRAY(&value_));
   VariantClear(&value_);

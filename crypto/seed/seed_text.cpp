@@ -17,13 +17,8 @@ namespace {
 
 constexpr std::int32_t kVolumeShift = 3;
 
-// What one seed is made from. Nothing of it is left behind.
+// What one seed is made from.
 struct Readings {
-  Readings() = default;
-  Readings(const Readings&) = delete;
-  Readings& operator=(const Readings&) = delete;
-  ~Readings() { SecureWipe(this, sizeof *this); }
-
   double pi = std::atan(1.0) * 4.0;
   std::int32_t ticks = 0;
   double windowCount = 0;
@@ -135,6 +130,7 @@ std::int32_t ShiftLeft(std::int32_t value, std::int32_t bitCount) noexcept {
 
 Text BuildSeedText() {
   Readings readings;
+  const WipeAtExit wipeReadings(readings);
   readings.ticks = SignedTicks();
   const std::int32_t digit = GetTickDigit();
   CountWindows(readings.windowCount, readings.handleSum);

@@ -9,20 +9,17 @@
 
 #include <cstdint>
 #include <optional>
-#include <vector>
 
 #include "base/secure_memory.h"
 #include "latchkey/types.h"
 
 namespace latchkey::platform {
 
-// Wiped on growth and on destruction, since they may be digits of a seed.
-using NumberDigits = std::vector<char, WipingAllocator<char>>;
-
 struct ScannedNumber {
   bool negative = false;
-  unsigned radix = 10;     // 10, 16 or 8
-  NumberDigits digits;     // significant digits, without leading and trailing zeros
+  unsigned radix = 10;  // 10, 16 or 8
+  // Significant digits, without leading and trailing zeros. They may be a seed's.
+  WipedVector<char> digits;
   std::int64_t scale = 0;  // the value is digits * 10^scale; 0 for other radixes
 };
 

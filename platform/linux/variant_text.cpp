@@ -75,7 +75,7 @@ NumberFromText RadixValue(const ScannedNumber& number) {
 // The value nearest to the digits; 0 if it is too small for a Double.
 NumberFromText DecimalValue(const ScannedNumber& number) {
   const std::string exponent = 'e' + std::to_string(number.scale);
-  NumberDigits text(1, '0');
+  WipedVector<char> text(1, '0');
   text.insert(text.end(), number.digits.begin(), number.digits.end());
   text.insert(text.end(), exponent.begin(), exponent.end());
   double value = 0;

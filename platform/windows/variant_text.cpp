@@ -6,7 +6,6 @@
 
 #include <array>
 #include <cmath>
-#include <memory>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -14,26 +13,19 @@
 #include <utility>
 
 #include "base/secure_memory.h"
+#include "platform/windows/unique_bstr.h"
 
 namespace latchkey::platform {
 namespace {
-
-struct FreeBstr {
-  void operator()(OLECHAR* text) const noexcept {
-    SecureWipe(text, SysStringByteLen(text));  // it may be a seed
-    SysFreeString(text);
-  }
-};
-using OwnedBstr = std::unique_ptr<OLECHAR, FreeBstr>;
 
 void ThrowUnlessDone(HRESULT result) {
   if (result == E_OUTOFMEMORY) throw std::bad_alloc();
   if (FAILED(result)) throw std::invalid_argument("the value has no text");
 }
 
-Text TextOf(const OwnedBstr& bstr) {
-  const UINT length = SysStringLen(bstr.get());
-  return length > 0 ? Text(bstr.get(), bstr.get() + length) : Text();
+Text TextOf(const UniqueBstr& bstr) {
+  const UINT length = SysStringLen(bstr.Get());
+  return length > 0 ? Text(bstr.Get(), bstr.Get() + length) : Text();
 }
 
 VARIANT VariantOf(const Variant& value) {
@@ -72,9 +64,9 @@ std::wstring WideText(TextView text) { return {text.begin(), text.end()}; }
 }  // namespace
 
 Text TextOfDouble(double value) {
-  BSTR text = nullptr;
-  ThrowUnlessDone(VarBstrFromR8(value, LOCALE_USER_DEFAULT, 0, &text));
-  return TextOf(OwnedBstr(text));
+  UniqueBstr text;
+  ThrowUnlessDone(VarBstrFromR8(value, LOCALE_USER_DEFAULT, 0, text.Put()));
+  return TextOf(text);
 }
 
 Text TextOfVariant(const Variant& value) {
@@ -83,7 +75,7 @@ Text TextOfVariant(const Variant& value) {
   VARIANT to;
   VariantInit(&to);
   ThrowUnlessDone(VariantChangeType(&to, &from, VARIANT_ALPHABOOL, VT_BSTR));
-  return TextOf(OwnedBstr(to.bstrVal));
+  return TextOf(UniqueBstr(to.bstrVal));
 }
 
 NumberFromText ReadNumber(TextView text) {

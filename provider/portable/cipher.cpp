@@ -17,34 +17,19 @@
 namespace latchkey::provider {
 namespace {
 
-// A structure with key material, wiped on destruction.
-template <class Content>
-class Wiped {
- public:
-  Wiped() = default;
-  Wiped(const Wiped&) = delete;
-  Wiped& operator=(const Wiped&) = delete;
-  ~Wiped() { SecureWipe(&content_, sizeof content_); }
-
-  [[nodiscard]] Content& operator*() noexcept { return content_; }
-  [[nodiscard]] const Content& operator*() const noexcept { return content_; }
-
- private:
-  Content content_{};
-};
-
 class StreamCipher final : public Cipher {
  public:
   explicit StreamCipher(WipedBytes key) : key_(std::move(key)) { StreamCipher::Restart(); }
 
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return false; }
-  void Encrypt(std::span<std::uint8_t> data) noexcept override { AddRc4KeyStream(*state_, data); }
+  void Encrypt(std::span<std::uint8_t> data) noexcept override { AddRc4KeyStream(state_, data); }
   void Decrypt(std::span<std::uint8_t> data) noexcept override { Encrypt(data); }
-  void Restart() noexcept override { arcfour_set_key(&*state_, key_.size(), key_.data()); }
+  void Restart() noexcept override { arcfour_set_key(&state_, key_.size(), key_.data()); }
 
  private:
   WipedBytes key_;
-  Wiped<arcfour_ctx> state_;
+  arcfour_ctx state_{};
+  const WipeAtExit<arcfour_ctx> wipeState_{state_};
 };
 
 // Processes `length` bytes in place, whole blocks, and updates the feedback.
@@ -68,25 +53,25 @@ class BlockCipher : public Cipher {
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
 
   void Encrypt(std::span<std::uint8_t> data) noexcept override {
-    kernels_.encrypt(*key_, data.data(), data.size(), feedback_.data());
+    kernels_.encrypt(key_, data.data(), data.size(), feedback_.data());
   }
 
   void Decrypt(std::span<std::uint8_t> data) noexcept override {
     const BulkDecryption<Key>& bulk = kernels_.bulk;
     const std::size_t batches = data.size() / bulk.batchBytes;
-    if (batches > 0) bulk.decrypt(*key_, data.data(), batches, feedback_.data());
+    if (batches > 0) bulk.decrypt(key_, data.data(), batches, feedback_.data());
     const auto rest = data.subspan(batches * bulk.batchBytes);
     if (rest.size() >= bulk.worthBytes) {
       DecryptPartOfBatch(rest);
     } else {
-      kernels_.decrypt(*key_, rest.data(), rest.size(), feedback_.data());
+      kernels_.decrypt(key_, rest.data(), rest.size(), feedback_.data());
     }
   }
 
   void Restart() noexcept override { feedback_.fill(0); }
 
  protected:
-  [[nodiscard]] Key& KeyToSet() noexcept { return *key_; }
+  [[nodiscard]] Key& KeyToSet() noexcept { return key_; }
 
  private:
   // The rest of the batch, after the data, is ignored and its result dropped.
@@ -94,7 +79,7 @@ class BlockCipher : public Cipher {
     std::array<std::uint8_t, kCipherBlockSize> last{};
     std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());
     std::copy(data.begin(), data.end(), batch_.begin());
-    kernels_.bulk.decrypt(*key_, batch_.data(), 1, feedback_.data());
+    kernels_.bulk.decrypt(key_, batch_.data(), 1, feedback_.data());
     std::copy_n(batch_.begin(), data.size(), data.begin());
     SecureWipe(batch_.data(), kernels_.bulk.batchBytes);
     feedback_ = last;
@@ -103,7 +88,8 @@ class BlockCipher : public Cipher {
   const BlockKernels<Key>& kernels_;
   // A partly filled batch; a member, since a thread's stack may be small.
   std::array<std::uint8_t, kLargestBatch> batch_;
-  Wiped<Key> key_;
+  Key key_{};
+  const WipeAtExit<Key> wipeKey_{key_};
   std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext, not secret
 };
 
@@ -115,9 +101,10 @@ class Rc2Cipher final : public BlockCipher<Rc2Key> {
 
   [[nodiscard]] bool HasEffectiveBits() const noexcept override { return true; }
   void SetEffectiveBits(unsigned bits) noexcept override {
-    Wiped<arctwo_ctx> expanded;
-    arctwo_set_key_ekb(&*expanded, key_.size(), key_.data(), bits);
-    std::copy(std::begin((*expanded).S), std::end((*expanded).S), KeyToSet().words.begin());
+    arctwo_ctx expanded{};
+    const WipeAtExit wipeExpanded(expanded);
+    arctwo_set_key_ekb(&expanded, key_.size(), key_.data(), bits);
+    std::copy(std::begin(expanded.S), std::end(expanded.S), KeyToSet().words.begin());
     Restart();
   }
 

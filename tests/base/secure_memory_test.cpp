@@ -74,5 +74,15 @@ TEST(WipeAtExitTest, WipesTheWholeCapacityHoweverTheScopeEnds) {
   EXPECT_EQ(text.Storage(), expected);
 }
 
+TEST(WipeAtExitTest, WipesAllBytesOfAPlainValue) {
+  struct Value {
+    std::uint8_t byte = 1;
+    double number = 2;
+  } value;
+  { const WipeAtExit wiper(value); }
+  EXPECT_EQ(value.byte, 0);
+  EXPECT_EQ(value.number, 0);
+}
+
 }  // namespace
 }  // namespace latchkey::test

@@ -93,6 +93,29 @@ TEST_F(UniqueHandleTest, ReleaseGivesTheHandleAwayUnclosed) {
   EXPECT_EQ(closed, Closed{});
 }
 
+// As functions of operating systems give handles.
+void Open(int* handle) { *handle = 7; }
+
+TEST_F(UniqueHandleTest, PutOwnsWhatIsWrittenToItsAddress) {
+  {
+    Handle handle;
+    Open(handle.Put());
+    EXPECT_EQ(handle.Get(), 7);
+    EXPECT_EQ(closed, Closed{});
+  }
+  EXPECT_EQ(closed, Closed{7});
+}
+
+TEST_F(UniqueHandleTest, PutClosesWhatItHeldAndIsNoHandleUntilOneIsWritten) {
+  {
+    Handle handle(1);
+    EXPECT_EQ(*handle.Put(), -1);
+    EXPECT_EQ(closed, Closed{1});
+    EXPECT_FALSE(handle);
+  }
+  EXPECT_EQ(closed, Closed{1});
+}
+
 TEST_F(UniqueHandleTest, CannotBeCopied) {
   EXPECT_FALSE(std::is_copy_constructible_v<Handle>);
   EXPECT_FALSE(std::is_copy_assignable_v<Handle>);

@@ -23,6 +23,9 @@ class ByteArrayTextTest : public testing::Test {
 TEST_F(ByteArrayTextTest, LeavesOutTheLastElementAndTrailingSpaces) {
   EXPECT_EQ(TextOf({65, 66, 67}), BytesOf("AB"));
   EXPECT_EQ(TextOf({32, 65, 32, 32, 0}), BytesOf(" A"));
+  EXPECT_EQ(TextOf({32, 32, 32, 0}), Bytes());
+  EXPECT_EQ(TextOf({65, 9, 0}), BytesOf("A\t"));
+  EXPECT_EQ(TextOf({65, 32, 0, 0}), (Bytes{65, 32, 0}));
   EXPECT_EQ(TextOf({0}), Bytes());
 }
 

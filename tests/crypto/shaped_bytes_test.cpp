@@ -23,7 +23,7 @@ TEST(ShapedBytesTest, FewElementsNeedNoMemory) {
 TEST(ShapedBytesTest, GiveTheirStorageAway) {
   ShapedBytes array(SampleBytes(1001));
   const std::uint8_t* const memory = array.Elements().data();
-  WorkingBytes storage = array.TakeStorage();
+  InlineBytes storage = array.TakeStorage();
   EXPECT_EQ(array, ShapedBytes());
   EXPECT_EQ(storage.size(), 1001U);
   storage.Renew(500);

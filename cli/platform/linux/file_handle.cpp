@@ -4,6 +4,6 @@
 
 namespace latchkey::cli {
 
-void FileTrait::Close(Type file) { ::close(static_cast<int>(file)); }
+void FileTrait::Close(Type file) noexcept { ::close(static_cast<int>(file)); }
 
 }  // namespace latchkey::cli

@@ -4,8 +4,7 @@
 
 #include <shellapi.h>
 
-#include <span>
-
+#include "cli/platform/windows/handles.h"
 #include "cli/platform/windows/wide_text.h"
 
 namespace latchkey::cli {
@@ -13,10 +12,9 @@ namespace latchkey::cli {
 // The arguments of main were converted to the code page and lost characters that it lacks.
 std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*arguments*/) {
   int count = 0;
-  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
+  const UniqueLocal<wchar_t**> wide(CommandLineToArgvW(GetCommandLineW(), &count));
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) arguments.push_back(Narrowed(wide[i]));
-  LocalFree(wide);
+  for (int i = 1; i < count; ++i) arguments.push_back(Narrowed(wide.Get()[i]));
   return arguments;
 }
 

@@ -9,8 +9,6 @@
 
 namespace latchkey::cli {
 
-using WipedWide = std::vector<wchar_t, WipingAllocator<wchar_t>>;
-
 // Raises FileError under `name` for a character that the code page lacks: a question mark instead
 // would be another password.
 [[nodiscard]] WipedBytes CodePageBytes(std::span<const wchar_t> text, const std::string& name);

@@ -22,7 +22,7 @@ std::optional<WipedBytes> TakeVariable(const std::string& name) {
   const std::wstring wideName = Widened(name);
   const DWORD room = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
   if (room == 0) return std::nullopt;
-  WipedWide value(room);
+  WipedVector<wchar_t> value(room);
   const DWORD length = GetEnvironmentVariableW(wideName.c_str(), value.data(), room);
   value.resize(length);
   // A value of the same length overwrites the old one in memory.

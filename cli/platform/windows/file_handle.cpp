@@ -4,6 +4,6 @@
 
 namespace latchkey::cli {
 
-void FileTrait::Close(Type file) { CloseHandle(reinterpret_cast<HANDLE>(file)); }
+void FileTrait::Close(Type file) noexcept { CloseHandle(reinterpret_cast<HANDLE>(file)); }
 
 }  // namespace latchkey::cli

@@ -1,14 +1,34 @@
-// Conversions between the portable owner of a file and Windows' handles.
+// Owners of Windows handles, and conversions between them and the portable owner of a file.
 #pragma once
 
 #include <windows.h>
 
 #include <string>
 
+#include "base/unique_handle.h"
 #include "cli/platform/file_error.h"
 #include "cli/platform/file_handle.h"
 
 namespace latchkey::cli {
+
+// A handle that is null where there is none, as those of threads and tokens are. Those of files are
+// -1 instead: see UniqueFile.
+struct ObjectTrait {
+  using Type = HANDLE;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type handle) noexcept { CloseHandle(handle); }
+};
+using UniqueObject = UniqueHandle<ObjectTrait>;
+
+// Memory that a function of the system allocated for its caller.
+template <class Pointer>
+struct LocalTrait {
+  using Type = Pointer;
+  static Type None() noexcept { return nullptr; }
+  static void Close(Type memory) noexcept { LocalFree(memory); }
+};
+template <class Pointer>
+using UniqueLocal = UniqueHandle<LocalTrait<Pointer>>;
 
 [[nodiscard]] inline HANDLE HandleOf(const UniqueFile& file) noexcept {
   return reinterpret_cast<HANDLE>(file.Get());
@@ -25,15 +45,15 @@ namespace latchkey::cli {
 
 // A new handle for the same object.
 [[nodiscard]] inline UniqueFile CopyOf(HANDLE handle, const char* action, const std::string& name) {
-  HANDLE copy = nullptr;
+  UniqueObject copy;
   const HANDLE process = GetCurrentProcess();
   if (handle == nullptr || handle == INVALID_HANDLE_VALUE) {
     throw FileError(ERROR_INVALID_HANDLE, action, name);
   }
-  if (!DuplicateHandle(process, handle, process, &copy, 0, FALSE, DUPLICATE_SAME_ACCESS)) {
+  if (!DuplicateHandle(process, handle, process, copy.Put(), 0, FALSE, DUPLICATE_SAME_ACCESS)) {
     ThrowLastError(action, name);
   }
-  return Owned(copy);
+  return Owned(copy.Release());
 }
 
 }  // namespace latchkey::cli

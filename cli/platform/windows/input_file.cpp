@@ -53,7 +53,7 @@ class InputFile::Interruption {
  public:
   // Enclose the calls that may wait. False if reading must stop.
   [[nodiscard]] bool BeginCall() {
-    UniqueFile thread = Owned(OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId()));
+    UniqueObject thread(OpenThread(THREAD_TERMINATE, FALSE, GetCurrentThreadId()));
     const std::lock_guard lock(mutex_);
     reader_ = std::move(thread);
     isReading_ = !stopped_;
@@ -74,7 +74,7 @@ class InputFile::Interruption {
     std::unique_lock lock(mutex_);
     stopped_ = true;
     while (isReading_) {
-      CancelSynchronousIo(HandleOf(reader_));
+      CancelSynchronousIo(reader_.Get());
       ended_.wait_for(lock, kInterval);
     }
   }
@@ -82,7 +82,7 @@ class InputFile::Interruption {
  private:
   std::mutex mutex_;
   std::condition_variable ended_;
-  UniqueFile reader_;
+  UniqueObject reader_;
   bool isReading_ = false;
   bool stopped_ = false;
 };

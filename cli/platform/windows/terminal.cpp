@@ -56,7 +56,7 @@ class EchoOff {
 
 std::optional<WipedBytes> ReadLine(HANDLE console) {
   constexpr wchar_t kControlZ = 0x1A;
-  WipedWide line;
+  WipedVector<wchar_t> line;
   for (;;) {
     wchar_t character = 0;
     DWORD count = 0;

@@ -30,8 +30,8 @@ class Bitslice {
   static void Decrypt(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
     Bitslice work;
+    const WipeAtExit wipeWork(work);
     work.Run(keys, data, batches, feedback);
-    SecureWipe(&work, sizeof work);
     platform::WipeStackBelowBatches();
   }
 

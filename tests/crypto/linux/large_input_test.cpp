@@ -11,8 +11,8 @@ namespace latchkey::test {
 namespace {
 
 ByteArray LargeArray(std::size_t length) {
-  WorkingBytes zeros(length + 1);
-  zeros.Touched(0);
+  InlineBytes zeros(length + 1);
+  zeros.LimitWipeTo(0);
   return ShapedBytes::WithTrailingZero(std::move(zeros), length).ToByteArray();
 }
 

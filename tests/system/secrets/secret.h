@@ -12,7 +12,7 @@
 
 namespace latchkey::test {
 
-using WipedText = std::vector<char16_t, WipingAllocator<char16_t>>;
+using WipedText = WipedVector<char16_t>;
 
 // Up to 128 bytes, kept under a mask. What the members give out is wiped when it ends.
 class Secret {

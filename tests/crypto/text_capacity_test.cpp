@@ -1,11 +1,9 @@
-#include "crypto/working_text.h"
+#include "crypto/text_capacity.h"
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <limits>
 
-#include "tests/support/bytes.h"
 #include "tests/support/fault_of.h"
 
 namespace latchkey::test {
@@ -28,21 +26,10 @@ std::size_t PiecesThatFit(std::int64_t pieceLength) {
 }
 
 std::int32_t FaultOfChecking(std::size_t pieces, std::int32_t pieceLength) {
-  return FaultOf([&] { WorkingText::CheckCapacity(pieces, pieceLength); });
+  return FaultOf([&] { CheckTextCapacity(pieces, pieceLength); });
 }
 
-WorkingText Holding(std::string_view text) {
-  WorkingText working(text.size(), 1);
-  std::copy(text.begin(), text.end(), working.Codes().begin());
-  return working;
-}
-
-std::string TrimmedOf(std::string_view text) {
-  const WorkingText working = Holding(text);
-  return {working.Trimmed().begin(), working.Trimmed().end()};
-}
-
-TEST(WorkingTextTest, OverflowsWhereWritingPieceByPieceDoes) {
+TEST(TextCapacityTest, OverflowsWhereWritingPieceByPieceDoes) {
   for (const std::int32_t pieceLength : {97, 100, 997, 1000, 9973, 10'000}) {
     const std::size_t most = PiecesThatFit(pieceLength);
     EXPECT_EQ(FaultOfChecking(most, pieceLength), kNoFault) << pieceLength;
@@ -50,38 +37,22 @@ TEST(WorkingTextTest, OverflowsWhereWritingPieceByPieceDoes) {
   }
 }
 
-// The capacity may grow to 2,147,480,000 characters and no further, so the position behind the last
+// The capacity may grow to 2,147,480,000 characters and no further, so the position after the last
 // piece must stay below that.
-TEST(WorkingTextTest, OverflowsAtTheEdgeForSinglesAndPairs) {
+TEST(TextCapacityTest, OverflowsAtTheEdgeForSinglesAndPairs) {
   EXPECT_EQ(FaultOfChecking(2'147'479'998, 1), kNoFault);
   EXPECT_EQ(FaultOfChecking(2'147'479'999, 1), 6);
   EXPECT_EQ(FaultOfChecking(1'073'739'999, 2), kNoFault);
   EXPECT_EQ(FaultOfChecking(1'073'740'000, 2), 6);
 }
 
-TEST(WorkingTextTest, OverflowsForMorePiecesThanALongCounts) {
+TEST(TextCapacityTest, OverflowsForMorePiecesThanALongCounts) {
   EXPECT_EQ(FaultOfChecking(2'147'483'647, 1), 6);
   EXPECT_EQ(FaultOfChecking(2'147'483'648, 1), 6);
   EXPECT_EQ(FaultOfChecking(std::numeric_limits<std::size_t>::max(), 2), 6);
 }
 
-TEST(WorkingTextTest, NoPiecesAlwaysFit) {
-  EXPECT_EQ(FaultOfChecking(0, 1), kNoFault);
-  EXPECT_TRUE(WorkingText(0, 2).Trimmed().empty());
-}
-
-TEST(WorkingTextTest, HoldsAllPieces) { EXPECT_EQ(WorkingText(5, 2).Codes().size(), 10U); }
-
-TEST(WorkingTextTest, RefusesToBeMadeTooLarge) {
-  EXPECT_EQ(FaultOf([] { WorkingText(2'147'483'647, 2); }), 6);
-}
-
-TEST(WorkingTextTest, LosesTrailingSpacesOnly) {
-  EXPECT_EQ(TrimmedOf("  a b  "), "  a b");
-  EXPECT_EQ(TrimmedOf("    "), "");
-  EXPECT_EQ(TrimmedOf("a\t"), "a\t");
-  EXPECT_EQ(TrimmedOf(std::string_view("a \0", 3)), std::string("a \0", 3));
-}
+TEST(TextCapacityTest, NoPiecesAlwaysFit) { EXPECT_EQ(FaultOfChecking(0, 1), kNoFault); }
 
 }  // namespace
 }  // namespace latchkey::test
