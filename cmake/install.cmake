@@ -17,11 +17,11 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/LatchkeyConfigVersion.cma
 install(FILES ${PROJECT_BINARY_DIR}/LatchkeyConfig.cmake ${PROJECT_BINARY_DIR}/LatchkeyConfigVersion.cmake
   DESTINATION ${cmake_folder} COMPONENT development)
 
-# pkg-config latchkey. It finds the prefix from where it stands, so that a tree may be moved.
+# pkg-config latchkey. It derives the prefix from its own path, so that a tree may be moved.
 file(RELATIVE_PATH pkgconfig_prefix /${pkgconfig_folder} /)
 string(REGEX REPLACE "/$" "" pkgconfig_prefix "${pkgconfig_prefix}")
 configure_file(${CMAKE_CURRENT_LIST_DIR}/latchkey.pc.in ${PROJECT_BINARY_DIR}/latchkey.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/latchkey.pc DESTINATION ${pkgconfig_folder} COMPONENT development)
 
-# Its manual page and completion are installed where they are made.
+# Its manual page and completion are installed by the rules that make them.
 install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)

@@ -1,5 +1,5 @@
 # Kernels: loops for one kind of CPU. Each file named after an instruction set is compiled for it, on 64-bit x86 and Linux
-# only; which of them run is chosen at run time.
+# only; the program chooses among them at run time.
 
 set(kernel_options_avx2 -mavx2)
 set(kernel_options_avx512 -mavx512f -mavx512bw)
@@ -8,7 +8,7 @@ if(NOT WIN32 AND CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$" AND CMAKE_SIZ
   set(has_x86_kernels ON)
 endif()
 
-# Takes from a list of sources the kernels that this build has no use for, and gives the others their options.
+# Removes from a list of sources the kernels that this build cannot use, and sets the options of the others.
 function(choose_kernels list)
   foreach(instruction_set avx2 avx512 sha_ni)
     set(chosen ${${list}})

@@ -1,5 +1,5 @@
-# The oldest Windows that the products run on: Windows 7, which is 6.1. The loader of an older one refuses them with a
-# message of its own. tests/com/check_imports compares the version with what the products import.
+# The oldest Windows that the products run on: Windows 7, which is 6.1. Older loaders refuse them with a message.
+# tests/com/check_imports compares the version with the products' imports.
 
 if(WIN32)
   foreach(kind os subsystem)

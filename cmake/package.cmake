@@ -49,16 +49,16 @@ declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
-# What packages of the library's clients depend on, and that the linker's cache is to be renewed.
+# The dependencies of packages that use the library, and the trigger that renews the linker's cache.
 file(WRITE ${PROJECT_BINARY_DIR}/shlibs "liblatchkey ${PROJECT_VERSION_MAJOR} ${library_package} (>= ${PROJECT_VERSION})\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/shlibs ${debian}/triggers)
 
-# gzip with -n leaves out the date, so that a package is the same whenever it is made.
+# gzip -n omits the date, so that a package does not depend on the time.
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${debian}/changelog)
 execute_process(COMMAND gzip -9nc ${debian}/changelog OUTPUT_FILE ${PROJECT_BINARY_DIR}/changelog.gz
   COMMAND_ERROR_IS_FATAL ANY)
 
-# cpack dates the packages' files by SOURCE_DATE_EPOCH, or else by the newest entry of the changelog.
+# cpack dates the packages' files by SOURCE_DATE_EPOCH, or by the newest entry of the changelog.
 file(STRINGS ${debian}/changelog release REGEX "^ -- " LIMIT_COUNT 1)
 string(REGEX REPLACE ".*>  " "" release "${release}")
 execute_process(COMMAND date --date=${release} +%s OUTPUT_VARIABLE release OUTPUT_STRIP_TRAILING_WHITESPACE

@@ -7,7 +7,7 @@ cache=${LATCHKEY_CACHE:-~/.cache/latchkey}
 wine32_root=$cache/wine32/root  # a Debian for i386 whose Wine serves where the machine has no 32-bit one
 package_root=$cache/packages/root  # a clean Debian that the project's packages are installed in, for a test
 
-# 125 tells a failure of the script itself from one of the program that it runs.
+# 125 means a failure of the script itself, not of the program that it runs.
 die() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
   exit 125

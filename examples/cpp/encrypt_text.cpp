@@ -3,9 +3,9 @@
 //   set LATCHKEY_PASSWORD=correct horse
 //   encrypt_text TEXT
 //
-// The password comes from the environment, since other users can read the arguments of a program.
-// The header is made from com/windows/latchkey.idl, in the build folder: latchkey.dll's type
-// library holds the same.
+// The password is in the environment, since other users can read the arguments of a program.
+// The header is made from com/windows/latchkey.idl, in the build folder; latchkey.dll's type
+// library has the same contents.
 #include <initguid.h>
 #include <algorithm>
 #include <array>
@@ -103,7 +103,7 @@ SAFEARRAY* Output(_clsCryptoAPI* api) {
   return output;
 }
 
-// An operation that fails says so by its result; the error record says why.
+// A failed operation returns a failure value; the error record has the reason.
 void CheckOperation(VARIANT_BOOL succeeded, _clsMain* main) {
   if (succeeded != VARIANT_FALSE) return;
   short location = 0;
@@ -117,11 +117,11 @@ void CheckOperation(VARIANT_BOOL succeeded, _clsMain* main) {
   StopWith(L"failed at location " + std::to_wstring(location) + L": " + description);
 }
 
-// The ciphertext and one more element, which the component ignores when it is given the array: the
-// whole array is stored and given back.
+// Returns the ciphertext and one extra element, which InputData ignores: store and pass the whole
+// array.
 //
-// Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its
-// digit is the first with which the ciphertext does not end in the code of a space.
+// InputData loses spaces at the end. The end mark keeps those of the text. Its digit is the first
+// with which the ciphertext does not end in the code of a space.
 SAFEARRAY* Encrypt(_clsCryptoAPI* api, _clsMain* main, const std::wstring& text) {
   for (wchar_t digit = L'0'; digit <= L'9'; ++digit) {
     const std::wstring marked = text + std::wstring(kEndMark) + digit;
@@ -139,7 +139,7 @@ SAFEARRAY* Encrypt(_clsCryptoAPI* api, _clsMain* main, const std::wstring& text)
   StopWith(L"no ciphertext that can be stored");
 }
 
-// Data stored by earlier versions has no mark and stays whole.
+// Data without a mark is returned unchanged.
 std::wstring WithoutEndMark(const std::wstring& text) {
   const std::size_t end = text.size() - std::min(text.size(), kEndMark.size() + 1);
   const bool marked = text.compare(end, kEndMark.size(), kEndMark) == 0 &&
@@ -177,7 +177,7 @@ void EncryptText(const wchar_t* text, const wchar_t* passwordText) {
   if (WithoutEndSpaces(TextOf(api, password)) != WithoutEndSpaces(passwordText)) {
     StopWith(L"a character of the password is not in the system's code page");
   }
-  Check(api->put_Password(&password), "Password");  // erases the array: it is null now
+  Check(api->put_Password(&password), "Password");  // erases the array, which is null afterwards
 
   SAFEARRAY* cipher = Encrypt(api, main, text);
   PrintHex(api, cipher);

@@ -19,7 +19,7 @@ static class EncryptText
     // one host thread and so one error record, which the release of any clsMain there would take away.
     static clsMain main;
 
-    // The component's objects belong to one thread, which must be single-threaded.
+    // The component's objects belong to one thread, which must be in a single-threaded apartment.
     [STAThread]
     static int Main(string[] arguments)
     {
@@ -52,11 +52,11 @@ static class EncryptText
         }
     }
 
-    // The result has one element more than the ciphertext: the component ignores the last element of an array that it
-    // is given. Store the whole array and give it whole to Decrypt; a ciphertext from elsewhere needs one more element.
+    // The result has one element more than the ciphertext, since InputData ignores the last element of its array. Store
+    // the whole array and pass it to Decrypt; a ciphertext from another system needs one more element.
     //
-    // Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its digit is the first
-    // with which the ciphertext does not end in the code of a space.
+    // InputData loses spaces at the end. The end mark keeps those of the text. Its digit is the first with which the
+    // ciphertext does not end in the code of a space.
     static byte[] Encrypt(clsCryptoAPI api, string text, string password)
     {
         UsePassword(api, password);
@@ -83,7 +83,7 @@ static class EncryptText
         return WithoutEndMark(api.ByteArrayToString(ref plain));
     }
 
-    // Data stored by earlier versions has no mark and stays whole.
+    // Data without a mark is returned unchanged.
     static string WithoutEndMark(string text)
     {
         int end = text.Length - EndMark.Length - 1;
@@ -92,7 +92,7 @@ static class EncryptText
         return marked ? text.Substring(0, end) : text;
     }
 
-    // The property erases the array that it is given.
+    // The property erases the caller's array.
     static void UsePassword(clsCryptoAPI api, string password)
     {
         byte[] secret = BytesOf(api, password);
@@ -107,7 +107,7 @@ static class EncryptText
         return api.StringToByteArray(ref value);
     }
 
-    // No operation throws: its result shows that it failed, and the record says why.
+    // No operation throws: its result shows the failure, and the record has the reason.
     static Exception Failure()
     {
         bool runTime = main.ErrorType == (short)LatchkeyErrorType.latchkeyErrorRunTime;

@@ -12,13 +12,13 @@ uses
   SysUtils, ActiveX, ComObj;
 
 const
-  // The numbers of the type library, which late binding does not see.
+  // The type library's numbers, whose names are not available to late binding.
   latchkeyHashMD5 = 1;
   latchkeyHashSHA1 = 4;
   latchkeyErrorRunTime = 1;
   Algorithms: array[latchkeyHashMD5..latchkeyHashSHA1] of string = ('MD5', 'MD4', 'MD2', 'SHA-1');
 
-// What the error record says: no operation raises an error by itself.
+// Prints the error record: no operation raises an error by itself.
 function Failure(const Main: OleVariant): string;
 var
   Description: string;

@@ -6,7 +6,7 @@ var main = new ActiveXObject("Latchkey.clsMain");      // first: makes the error
 var api = new ActiveXObject("Latchkey.clsCryptoAPI");
 var timer = new ActiveXObject("Latchkey.clsTimer");
 
-// The numbers of the type library, which a script does not see.
+// The type library's numbers, whose names are not available to scripts.
 var latchkeyHashMD5 = 1, latchkeyHashMD4 = 2, latchkeyHashMD2 = 3, latchkeyHashSHA1 = 4;
 var latchkeyErrorRunTime = 1;
 
@@ -14,7 +14,7 @@ var hashes = [
     ["MD5", latchkeyHashMD5], ["MD4", latchkeyHashMD4], ["MD2", latchkeyHashMD2], ["SHA-1", latchkeyHashSHA1]
 ];
 
-// No operation raises an error: an empty result means failure, and the record says why.
+// No operation raises an error: an empty result means failure, and the record has the reason.
 function failure() {
     if (!main.ErrorExists) {
         return "refused by the provider";

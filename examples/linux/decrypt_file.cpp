@@ -1,10 +1,10 @@
-// Reads what encrypt_file.vbs wrote: decrypts a file of hexadecimal text with the Linux library
+// Reads the output of encrypt_file.vbs: decrypts a file of hexadecimal text with the Linux library
 // and writes the plaintext to standard output.
 //
 //   LATCHKEY_PASSWORD=... decrypt_file FILE HASH CIPHER base|enhanced
 //
 // The password must be ASCII: the bytes of other characters depend on the system's encoding.
-// The end mark of encrypt_file.vbs is removed; content without one is written whole.
+// The end mark of encrypt_file.vbs is removed; content without one is written unchanged.
 // HASH and CIPHER are the component's numbers: 1 MD5, 2 MD4, 3 MD2, 4 SHA-1; 1 RC4, 2 RC2, 3 DES,
 // 4 3DES, 5 two-key 3DES.
 #include <algorithm>
@@ -62,7 +62,7 @@ Text ReadHex(const char* path) {
   return digits;
 }
 
-// Content without a mark stays whole.
+// Content without a mark is returned unchanged.
 std::string_view WithoutEndMark(std::string_view content) {
   for (const std::string_view mark : kEarlierMarks) {
     if (content.ends_with(mark)) return content.substr(0, content.size() - mark.size());
@@ -73,7 +73,7 @@ std::string_view WithoutEndMark(std::string_view content) {
   return marked ? content.substr(0, end) : content;
 }
 
-// What the error record says: no operation throws.
+// Prints the error record: no operation throws.
 int ReportFailure(const clsMain& main) {
   const bool runTime = main.ErrorType() == kRunTimeFailure;
   std::cerr << ToAscii(runTime ? main.RTErrorDescription() : main.AppErrorDescription())

@@ -5,11 +5,11 @@
 # Needs the registered DLL of PowerShell's bitness. Not run by this project's tests: they have no Windows PowerShell.
 param([Parameter(Mandatory = $true)][string] $Text)
 
-# The numbers of the type library, which late binding does not see.
+# The type library's numbers, whose names are not available to late binding.
 $hashes = [ordered]@{ MD5 = 1; MD4 = 2; MD2 = 3; 'SHA-1' = 4 }      # latchkeyHashMD5 and so on
 $latchkeyErrorRunTime = 1
 
-# What the error record says: no operation raises an error by itself.
+# Prints the error record: no operation raises an error by itself.
 function Get-Failure($main) {
     $description = if ($main.ErrorType -eq $latchkeyErrorRunTime) { $main.RTErrorDescription } else { $main.AppErrorDescription }
     "failed at location $($main.ErrorLocationID): $description"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Hashes, encrypts and decrypts bytes through ctypes, and reads what went wrong with a wrong password.
+"""Hashes, encrypts and decrypts bytes through ctypes, and reads the failure after a wrong password.
 
     encrypt_bytes.py [LIBRARY]      LIBRARY defaults to the installed liblatchkey.so.1
 """
@@ -67,7 +67,7 @@ class Latchkey:
                            ctypes.c_size_t(len(data)))
 
     def error(self):
-        """What the error record says about the last failure."""
+        """The error record of the last failure."""
         error = Error()
         self._call("latchkey_error_read", self._thread, ctypes.byref(error))
         run_time = error.error_type == RUN_TIME

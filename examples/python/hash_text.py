@@ -10,13 +10,13 @@ import sys
 
 import win32com.client
 
-# The numbers of the type library, which late binding does not see: latchkeyHashMD5 and so on.
+# The type library's numbers, whose names (latchkeyHashMD5 and so on) are not available to late binding.
 ALGORITHMS = {"MD5": 1, "MD4": 2, "MD2": 3, "SHA-1": 4}
 LATCHKEY_ERROR_RUN_TIME = 1
 
 
 def failure(record):
-    """What the error record says: no operation raises an error by itself."""
+    """The error record: no operation raises an error by itself."""
     run_time = record.ErrorType == LATCHKEY_ERROR_RUN_TIME
     description = record.RTErrorDescription if run_time else record.AppErrorDescription
     return f"failed at location {record.ErrorLocationID}: {description}"

@@ -2,8 +2,8 @@ Attribute VB_Name = "EncryptText"
 ' Encrypts a text and decrypts it again, from Excel, Word or Access. Needs the registered DLL of Office's bitness and a
 ' reference to it (Tools, References, "Latchkey 1.0").
 '
-' Store the whole array that Encrypted returns and give the whole array to Decrypted: its last element is no data, and
-' the component ignores it. A ciphertext from elsewhere needs one element more (ReDim Preserve).
+' Store the whole array that Encrypted returns and pass the whole array to Decrypted: its last element is not data, and
+' the component ignores it. A ciphertext from another system needs one element more (ReDim Preserve).
 '
 ' This project's tests have no Office: they run this module as VBScript, without its types.
 Option Explicit
@@ -19,8 +19,8 @@ Public Sub ShowRoundTrip()
     Debug.Print Decrypted(Ciphertext, "a secret")
 End Sub
 
-' Spaces at the end of what InputData takes are lost. The end mark keeps those of the text. Its digit is the first with
-' which the ciphertext does not end in the code of a space.
+' InputData loses spaces at the end. The end mark keeps those of the text. Its digit is the first with which the
+' ciphertext does not end in the code of a space.
 Public Function Encrypted(Text As String, Password As String) As Byte()
     Dim Digit As Integer, Marked As String, Bytes() As Byte
     Prepare Password
@@ -48,7 +48,7 @@ Public Function Decrypted(Ciphertext() As Byte, Password As String) As String
     Decrypted = WithoutEndMark(Api.ByteArrayToString(Bytes))
 End Function
 
-' Data stored by earlier versions has no mark and stays whole.
+' Data without a mark is returned unchanged.
 Private Function WithoutEndMark(Text As String) As String
     WithoutEndMark = Text
     If Left(Right(Text, 8), 7) = EndMark And InStr("0123456789", Right(Text, 1)) > 0 Then
@@ -70,7 +70,7 @@ Private Sub Prepare(Password As String)
     Api.Password = Secret                          ' erases Secret
 End Sub
 
-' No operation raises an error by itself: its result shows that it failed, and the record says why.
+' No operation raises an error by itself: its result shows the failure, and the record has the reason.
 Private Sub RaiseFailure()
     If Main.ErrorType = latchkeyErrorRunTime Then
         Err.Raise vbObjectError + Main.ErrorLocationID, "Latchkey", Main.RTErrorDescription

@@ -1,5 +1,5 @@
 ' Encrypts a file under a password, writes the ciphertext as hexadecimal text, reads it back and
-' decrypts it, and shows what the error record says after a wrong password.
+' decrypts it, and shows the error record after a wrong password.
 '
 '   set LATCHKEY_PASSWORD=correct horse
 '   cscript //nologo encrypt_file.vbs FILE [CIPHERTEXT]
@@ -8,7 +8,7 @@
 ' bitness as the registered DLL is needed: %windir%\SysWOW64\cscript.exe is the 32-bit one.
 Option Explicit
 
-' The numbers of the type library, which a script does not see.
+' The type library's numbers, whose names are not available to scripts.
 Const latchkeyHashMD5 = 1, latchkeyHashSHA1 = 4
 Const latchkeyCipher3DES = 4
 Const latchkeyErrorRunTime = 1
@@ -58,7 +58,7 @@ Function Password()
     Password = shell.Environment("PROCESS")("LATCHKEY_PASSWORD")
 End Function
 
-' The property takes a byte array and erases the variable that it comes from.
+' The property requires a byte array and erases the caller's variable.
 Sub UsePassword(text)
     Dim bytes
     bytes = api.StringToByteArray(text)
@@ -68,8 +68,8 @@ Sub UsePassword(text)
     api.Password = bytes
 End Sub
 
-' Spaces at the end of what InputData and the conversions take are lost. The end mark keeps those of
-' the content. Its digit is the first with which the ciphertext does not end in the code of a space.
+' InputData and the conversions lose spaces at the end. The end mark keeps those of the content. Its
+' digit is the first with which the ciphertext does not end in the code of a space.
 Function Encrypt(text)
     Dim digit, marked, bytes
     For digit = 0 To 9
@@ -90,7 +90,7 @@ Function Decrypt(text)
     Decrypt = WithoutEndMark(api.ByteArrayToString(api.OutputData))
 End Function
 
-' Earlier versions of this script wrote one of eight other marks. A text without a mark stays whole.
+' Earlier versions wrote one of eight other marks. A text without a mark is returned unchanged.
 Function WithoutEndMark(text)
     Dim mark
     WithoutEndMark = text
@@ -102,7 +102,7 @@ Function WithoutEndMark(text)
     End If
 End Function
 
-' A wrong password shows at the end of the last block, where about one in 256 passes unseen.
+' The padding of the last block reveals a wrong password, except about one in 256.
 Sub TryWrongPasswords(text)
     Dim wrong
     api.InputData = api.StringToByteArray(text)
@@ -117,7 +117,7 @@ Sub TryWrongPasswords(text)
     WScript.Echo "no wrong password was noticed"
 End Sub
 
-' No operation raises an error: its result shows that it failed, and the record says why.
+' No operation raises an error: its result shows the failure, and the record has the reason.
 Sub ShowErrorRecord()
     WScript.Echo "  ErrorExists          " & main.ErrorExists
     WScript.Echo "  ErrorType            " & main.ErrorType & "  (1 run-time failure, 2 found by the component)"

@@ -1,5 +1,5 @@
-; The files that are installed. What a setup finds in their places is kept in $PLUGINSDIR\before, which goes when the
-; setup ends, and put back when the installation fails. A folder that is kept there was there before.
+; The installed files. Existing files in their places are kept in $PLUGINSDIR\before, which is deleted when the setup
+; ends, and put back if the installation fails. A folder that is kept there existed before.
 
 Var FolderBefore  ; the folder to install in, or the nearest above it that there is
 
@@ -9,7 +9,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   !insertmacro ${ACTION} ${FOLDER} Latchkey.Component.manifest
 !macroend
 
-; A folder of that name is no file that could be replaced: the installation will fail there.
+; A folder of that name cannot be replaced: the installation will fail there.
 !macro KeepFile FOLDER NAME
   ${If} ${FileExists} "$INSTDIR\${FOLDER}\${NAME}"
   ${AndIfNot} ${FileExists} "$INSTDIR\${FOLDER}\${NAME}\*.*"
@@ -24,7 +24,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   ${EndIf}
 !macroend
 
-; The error flag tells whether it failed; nothing is changed so far.
+; Sets the error flag on failure; nothing is changed so far.
 !macro KeepFiles
   StrCpy $FolderBefore $INSTDIR
   ${DoUntil} ${FileExists} "$FolderBefore\*.*"
@@ -84,7 +84,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
 !macroend
 
-; Only what was installed: a folder with anything else in it stays.
+; Removes only installed files: a folder with other files stays.
 !macro RemoveFiles
   !insertmacro RemoveProducts x64
   !insertmacro RemoveProducts x86

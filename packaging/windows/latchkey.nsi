@@ -3,8 +3,8 @@
 ;   setup.exe [/S] [/AllUsers | /CurrentUser] [/D=FOLDER]     /S asks nothing; /D comes last, without quotation marks
 ;   FOLDER\uninstall.exe [/S]
 ;
-; An administrator installs for all users unless told otherwise, anyone else for himself, which takes no other rights
-; than his own. Exit status 0 is done, 1 cancelled, 2 failed; a failed installation leaves everything as it was before.
+; Administrators install for all users by default, others for themselves, which needs no further rights. The exit status
+; is 0 for success, 1 for cancelled, 2 for failed; a failed installation leaves everything as it was before.
 ;
 ; tools/make_installer compiles this file with
 ;   VERSION     1.0.0
@@ -22,7 +22,7 @@ AllowSkipFiles off  ; a file that is in use ends the installation
 !define PRODUCT Latchkey
 !include list_of_programs.nsh
 
-; "Highest" is what the user's account has: a prompt for administrators, none for others.
+; "Highest" means the rights of the user's account: a prompt for administrators, none for others.
 !define MULTIUSER_EXECUTIONLEVEL Highest
 !define MULTIUSER_MUI
 !define MULTIUSER_INSTALLMODE_COMMANDLINE
@@ -64,7 +64,7 @@ Var EntryChanged
 Var EntryBefore  ; the folder that the list of installed programs names before, or nothing
 Var FailedStep  ; what could not be done
 
-; /AllUsers without the rights for it: MultiUser's message would wait for an answer that nobody gives.
+; /AllUsers without the rights for it: MultiUser's message box would wait for an answer without a user.
 !macro RefuseSilently
   ${GetParameters} $0
   ClearErrors
@@ -107,8 +107,8 @@ Var FailedStep  ; what could not be done
   ${EndIf}
 !macroend
 
-; The uninstaller carries the DLL and puts it in its place again, in case it is missing or damaged there: without it
-; nothing is unregistered. One that is in use is whole, and stays.
+; The uninstaller contains the DLL and first puts it back, in case it is missing or damaged: unregistering requires it.
+; A DLL that is in use is complete, and stays.
 !macro UnregisterInstalled BITS FOLDER
   ${If} $Registrar${BITS} != ""
     SetOutPath "$INSTDIR\${FOLDER}"
@@ -125,7 +125,7 @@ Var FailedStep  ; what could not be done
   ${EndIf}
 !macroend
 
-; The install mode sets the folder, so a folder from the command line is put back behind it.
+; The install mode sets the folder, so a folder from the command line is set again after it.
 Function .onInit
   !insertmacro UseNativeRegistry
   !insertmacro RefuseSilently
@@ -165,13 +165,13 @@ Function Fail
   Abort "Cannot $FailedStep."
 FunctionEnd
 
-; Also where NSIS itself ends the installation, at a file that it cannot write.
+; Also runs if NSIS itself ends the installation, at a file that it cannot write.
 Function .onInstFailed
   Call Undo
 FunctionEnd
 
-; For each mode there is one entry in the list of installed programs, and in a folder one uninstaller: what a second
-; installation hides could not be removed. Here Abort keeps the page of the folder, or ends the installation.
+; Each mode has one entry in the list of installed programs, and each folder one uninstaller: an installation hidden by
+; a second one could not be removed. Here Abort keeps the page of the folder, or ends the installation.
 Function RefuseFolder
   !insertmacro ReadInstallLocation $0 SHCTX
   ${If} $MultiUser.InstallMode == CurrentUser
@@ -193,8 +193,8 @@ Function RefuseFolder
   ${EndIf}
 FunctionEnd
 
-; Registration comes after all files: a file in use, which is what mostly goes wrong, does not touch it. The list of
-; installed programs comes last: where nothing new can be written in it, nothing that was there can be lost.
+; Registration follows all files, so that a file in use, the commonest failure, does not affect it. The list of
+; installed programs is written last, so that a failure to write it loses no old entry.
 Section
   Call RefuseFolder
   !insertmacro SetForUser
@@ -221,8 +221,8 @@ Section
   !insertmacro FailIfErrors "enter ${PRODUCT} in the list of installed programs"
 SectionEnd
 
-; What is removed is what was installed in this folder: a user's own installation or the machine's. The install mode
-; takes the folder from the list of installed programs, so it is put back behind it.
+; Removes the installation in this folder: a user's or the machine's. The install mode reads the folder from the list of
+; installed programs, so the folder is set again after it.
 Function un.onInit
   !insertmacro UseNativeRegistry
   StrCpy $8 $INSTDIR
@@ -250,7 +250,7 @@ Function un.onInit
   !insertmacro FindRegistrars
 FunctionEnd
 
-; What is still registered stays whole and listed.
+; A DLL that is still registered stays, with its files and its entry.
 Section Uninstall
   !insertmacro SetForUser
   !insertmacro UnregisterInstalled 64 x64

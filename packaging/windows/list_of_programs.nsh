@@ -1,8 +1,8 @@
-; The entry in the list of installed programs, which also tells where the installation is.
+; The entry in the list of installed programs, which also has the folder of the installation.
 
 !define UNINSTALL_KEY Software\Microsoft\Windows\CurrentVersion\Uninstall\${PRODUCT}
 
-; One list of installed programs, whatever bitness the setup has.
+; Setups of both bitnesses use the same list of installed programs.
 !macro UseNativeRegistry
   !if ${NSIS_PTR_SIZE} > 4
     SetRegView 64
@@ -13,13 +13,13 @@
   !endif
 !macroend
 
-; The folder of an installation, under the one of its names that all others lead to; empty when there is no such folder.
+; The canonical name of an installation's folder; empty if the folder does not exist.
 !macro ReadInstallLocation VARIABLE HIVE
   ReadRegStr ${VARIABLE} ${HIVE} "${UNINSTALL_KEY}" InstallLocation
   GetFullPathName /SHORT ${VARIABLE} ${VARIABLE}
 !macroend
 
-; The error flag tells whether it failed.
+; Sets the error flag on failure.
 !macro WriteUninstallKey
   WriteRegStr SHCTX "${UNINSTALL_KEY}" DisplayName "${PRODUCT}"
   WriteRegStr SHCTX "${UNINSTALL_KEY}" DisplayVersion "${VERSION}"

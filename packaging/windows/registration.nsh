@@ -8,7 +8,7 @@ Var DllBefore32  ; what is registered before an installation, or nothing
 Var DllBefore64
 Var ForUser  ; the options for a registration of the user's own, or nothing
 
-; A setup sees the system folder of its own bitness under one name and the other under a special one.
+; A setup finds the system folder of its bitness under the usual name, and the other one under a special name.
 !macro FindRegistrars
   !if ${NSIS_PTR_SIZE} > 4
     StrCpy $Registrar32 "$WINDIR\SysWOW64\regsvr32.exe"
@@ -33,7 +33,7 @@ Var ForUser  ; the options for a registration of the user's own, or nothing
   ${EndIf}
 !macroend
 
-; The error flag tells whether it failed.
+; Sets the error flag on failure.
 !macro RunRegistrar BITS OPTIONS DLL
   ClearErrors
   ExecWait '"$Registrar${BITS}" /s ${OPTIONS} $ForUser "${DLL}"' $0

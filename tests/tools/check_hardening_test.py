@@ -32,7 +32,7 @@ class CheckHardeningTest(unittest.TestCase):
         flags = ("-no-pie", "-U_FORTIFY_SOURCE", "-Wl,-z,norelro,-z,lazy,-z,execstack,-rpath,/tmp")
         self.assertEqual(missing_from("g++", *flags), {
             "position independent", "RELRO", "imports bound at the start", "no executable stack", "stack protector",
-            "checked functions", "no library folder of its own", "wiping routine"})
+            "checked functions", "no run path", "wiping routine"})
 
     def test_writable_code_in_an_elf_file(self):
         self.assertIn("no writable and executable segment", missing_from("g++", "-shared", "-fPIC", "-nostdlib", "-Wl,--omagic"))

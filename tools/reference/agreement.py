@@ -1,4 +1,4 @@
-"""What must hold between the sources, so that one document can speak for all of them."""
+"""Checks that the sources agree, so that one document can describe all of them."""
 import re
 
 from reference.interface_definition import TYPES
@@ -38,7 +38,7 @@ def check_comment(member, declaration, sites):
     if len(member.arguments) > 1:
         for argument in member.arguments:
             require(re.search(rf"\b{argument.name}\b", comment),
-                    f"{member.name}: its comment does not tell what {argument.name} is")
+                    f"{member.name}: its comment does not describe {argument.name}")
     named = named_locations(comment)
     unknown = sorted(named - set(sites))
     require(not unknown, f"{member.name}: its comment names locations that do not exist: {unknown}")

@@ -1,4 +1,4 @@
-"""What goes wrong, read from diagnostics/failure_table.h and include/latchkey/fault.h and base/faults.cpp."""
+"""The failures, read from diagnostics/failure_table.h, include/latchkey/fault.h and base/faults.cpp."""
 import dataclasses
 import re
 
@@ -30,7 +30,7 @@ def parse_sites():
         require((len(numbers), len(texts)) == ((1, 1) if kind == "Trap" else (2, 2)),
                 f"failure_table.h: cannot read {values}")
         sites.append(Site(numbers[0], texts[-1], *numbers[1:], *texts[:-1]))
-    require(sites and len({site.location for site in sites}) == len(sites), "failure_table.h: no table of its own")
+    require(sites and len({site.location for site in sites}) == len(sites), "failure_table.h: no valid table")
     comment = comment_text(re.match(r"(//.*\n)+", text)[0].splitlines())
     return comment, {site.location: site for site in sorted(sites, key=lambda site: site.location)}
 

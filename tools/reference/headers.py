@@ -14,7 +14,7 @@ HEADERS = {
 
 @dataclasses.dataclass
 class Declaration:
-    """A public member function as a header tells it."""
+    """A public member function, from a header."""
     text: str
     result: str
     parameters: list  # of (type, name, has a default)
@@ -23,13 +23,13 @@ class Declaration:
 
 @dataclasses.dataclass
 class Description:
-    """What a header tells of a class: its comment, and its public members by name."""
+    """A class in a header: its comment, and its public members by name."""
     comment: str
     declarations: dict
 
 
 def parse_declaration(text):
-    """(result, name, parameters) of a member function; None for anything else."""
+    """(result, name, parameters) of a member function, otherwise None."""
     plain = " ".join(text.replace("[[nodiscard]]", "").split())
     match = re.fullmatch(r"(?:static )?([\w:&<> ]+?) (\w+)\((.*)\)(?: const)?(?: noexcept)?;", plain)
     if not match:

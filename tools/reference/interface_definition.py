@@ -1,4 +1,4 @@
-"""The classes and members that COM clients see, read from com/windows/latchkey.idl."""
+"""The classes and members for COM clients, read from com/windows/latchkey.idl."""
 import dataclasses
 import re
 
@@ -23,7 +23,7 @@ TYPES = {
 }
 
 
-# Characters that mean something in the definition, and what stands for them in a text while it is read.
+# Characters with a meaning in the definition, and their substitutes in a text while it is read.
 MASKED = str.maketrans("[]()/", "\uE000\uE001\uE002\uE003\uE004")
 PLAIN = str.maketrans("\uE000\uE001\uE002\uE003\uE004", "[]()/")
 
@@ -38,7 +38,7 @@ class Argument:
 
 @dataclasses.dataclass
 class Member:
-    """A method, or one direction of a property, as the interface definition tells it."""
+    """A method, or one direction of a property, from the interface definition."""
     name: str
     kind: str  # method, propget or propput
     id: int
@@ -86,7 +86,7 @@ def parse_arguments(text):
 
 
 def attribute(attributes, name):
-    """What stands between the parentheses of an attribute; a text without its quotation marks."""
+    """The text between the parentheses of an attribute, without quotation marks."""
     value = re.search(rf"\b{name}\(([^)]*)\)", attributes)
     return value and value[1].strip('"').translate(PLAIN)
 

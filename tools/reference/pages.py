@@ -13,33 +13,33 @@ REFERENCE_START = """\
 Every member of every class, in the order of the interfaces. This file is made by `tools/make_reference` from the
 interface definition, the headers and the failure table: change those, not this.
 
-The same names serve COM clients and C++ (namespace `latchkey`). These types stand for each other:
+The same names serve COM clients and C++ (namespace `latchkey`). These types correspond to each other:
 
-| Visual Basic | interface definition | C++ | what it holds |
+| Visual Basic | interface definition | C++ | contents |
 |---|---|---|---|
 | `Integer` | `short` | `std::int16_t` | a signed 16-bit number |
 | `Long` | `long` | `std::int32_t` | a signed 32-bit number |
-| `Boolean` | `VARIANT_BOOL` | `bool` | for COM 16 bits: -1 is True, 0 is False, any other value given counts as True |
+| `Boolean` | `VARIANT_BOOL` | `bool` | for COM 16 bits: -1 is True, 0 is False, any other value counts as True |
 | `String` | `BSTR` | `Text`, `TextView` | 16-bit characters; lengths are in characters |
 | `Byte()` | `SAFEARRAY(unsigned char)` | `ByteArray` | bytes; zero-based and of one dimension |
 | `Variant` | `VARIANT` | `Variant`, `Text` | a value of any type; as a result always a text |
 
-An optional argument that is left out has the value given for it. An argument passed by reference is only read, where
-its description does not say that it is changed.
+An optional argument that is omitted has the value given for it. An argument passed by reference is only read, unless
+its description says that it is changed.
 
 An operation *records* a failure: it returns its failure value and writes the thread's error record, which `clsMain`
 shows. The tables give the location numbers; [errors.md](errors.md) explains the record and lists them all. A member
 that *raises* a fault reports it to its caller: a COM client gets the HRESULT 800A0000 (hexadecimal) plus the fault's
-number and its description as error information, a C++ client the exception `latchkey::Fault`. A COM client that gives
+number and its description as error information, a C++ client the exception `latchkey::Fault`. A COM client that passes
 an array whose elements are not bytes gets TypeMismatch (13).
 """
 
 ENUMS_START = """\
 The type library has names for the numbers that members take and return. A client that refers to it writes
-`latchkeyHashSHA1` for 4; the members take 16-bit integers all the same.
+`latchkeyHashSHA1` for 4; the members still take 16-bit integers.
 """
 
-# The section about storing ciphertexts, as it stands.
+# The section about storing ciphertexts, included unchanged.
 STORING = pathlib.Path(__file__).with_name("storing.md")
 
 ERRORS_START = """\
@@ -49,18 +49,18 @@ Every number that the component reports. This file is made by `tools/make_refere
 and `include/latchkey/fault.h`: change those, not this.
 
 Test `ErrorExists` first: an operation clears the record when it starts, but that leaves `ErrorLocationID` and both
-error numbers of the failure before. Then `ErrorType` tells which fields belong to the last failure: 1 a run-time
+error numbers of the failure before. Then `ErrorType` says which fields belong to the last failure: 1 a run-time
 failure (`ErrorLocationID`, `RTErrorNumber`, `RTErrorDescription`), 2 an application failure (`ErrorLocationID`,
 `AppErrorNumber`, `AppErrorDescription`). The last failure wins.
 """
 
 FAULTS_START = """\
-`RTErrorNumber` and `RTErrorDescription` of a run-time failure; also what a member raises that has no trap of its own.
+`RTErrorNumber` and `RTErrorDescription` of a run-time failure, and the faults that a member without a trap raises.
 """
 
 
 def wrapped(text):
-    """Prose to 100 columns; headings and tables stay as they are."""
+    """Wraps prose to 100 columns; headings and tables are unchanged."""
     return "\n\n".join(
         part if part.startswith(("#", "|")) else
         textwrap.fill(part, 100, break_long_words=False, break_on_hyphens=False)
@@ -68,7 +68,7 @@ def wrapped(text):
 
 
 def prose(comment, names):
-    """A comment as Markdown: what stands in it is plain text, but for the names that are set as code."""
+    """A comment as Markdown: plain text, except for names set as code."""
     escaped = re.sub(r"([*<|\\])", r"\\\1", comment)
     return wrapped(re.sub(rf"\b({'|'.join(sorted(names))})\b", r"`\1`", escaped))
 
@@ -209,6 +209,6 @@ def trap_tables(sites, faults):
 
 def errors_page(interfaces, comment, sites, faults):
     names = code_names(interfaces, sites, faults)
-    rules = comment.partition("\n\n")[2]  # the first paragraph tells what the header is
+    rules = comment.partition("\n\n")[2]  # the first paragraph describes the header
     parts = [wrapped(ERRORS_START), prose(rules, names), *check_tables(sites), *trap_tables(sites, faults)]
     return "\n\n".join(parts) + "\n"
