@@ -115,7 +115,7 @@ class ChangedSources(unittest.TestCase):
 
     def test_an_argument_that_is_not_described_is_refused(self):
         self.change(SERVICE, "blnUseUppercase changes nothing", "the last argument changes nothing")
-        self.assert_refused("CreateRandom: its comment does not tell what blnUseUppercase is")
+        self.assert_refused("CreateRandom: its comment does not describe blnUseUppercase")
 
     def test_a_location_that_does_not_exist_is_refused(self):
         self.change(SERVICE, "location 727", "location 737")
