@@ -88,7 +88,7 @@ TEST(ClsMainTest, DestroyingTheLastOneEmptiesTheSlot) {
   EXPECT_EQ(ThisThread().errorRecord, nullptr);
 }
 
-TEST(ClsMainTest, AnotherOneAfterThatBringsARecordAgain) {
+TEST(ClsMainTest, AnotherOneAfterThatMakesANewRecord) {
   const ModuleScope scope;
   { const clsMain main; }
   const clsMain main;

@@ -1,5 +1,5 @@
-// What the early-bound and late-bound C++ clients share: apartments, objects, byte arrays, texts
-// and the error information of the last call.
+// Common parts of the early-bound and late-bound C++ clients: apartments, objects, byte arrays,
+// texts and the error information of the last call.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -43,7 +43,7 @@ class ScopedVariant {
   VARIANT value_{};
 };
 
-// An initialised COM apartment of the calling thread.
+// An initialized COM apartment of the calling thread.
 class Apartment {
  public:
   explicit Apartment(DWORD kind = COINIT_APARTMENTTHREADED) {
@@ -69,7 +69,7 @@ UniqueInterface<_clsTimer> CreateTimer();
 // A string with its length, so that it may hold NUL characters.
 UniqueBstr Bstr(std::wstring_view text);
 
-// The characters of a string, and the string freed.
+// Returns the characters of a string and frees the string.
 std::wstring Take(BSTR text);
 
 // A dynamic array of one dimension.
@@ -78,13 +78,13 @@ SAFEARRAY* MakeByteArray(const Bytes& bytes, LONG lowerBound = 0);
 // The elements of an array of bytes; empty for a null one.
 Bytes ElementsOf(SAFEARRAY* array);
 
-// The elements of an array of bytes, and the array destroyed.
+// Returns the elements of an array of bytes and destroys the array.
 Bytes Take(SAFEARRAY* array);
 
-// The codes of an ASCII text, and the zero element that stands behind a text.
+// The codes of an ASCII text, followed by the zero element of a text.
 Bytes TextArray(std::string_view text);
 
-// The error information of the calling thread, which is empty afterwards.
+// Takes the error information of the calling thread.
 struct ErrorSeen {
   bool present = false;
   IID interfaceId = {};
@@ -93,13 +93,13 @@ struct ErrorSeen {
 };
 ErrorSeen TakeErrorInfo();
 
-// A client on a thread of its own with the error record's owner and a service object.
+// A client on a separate thread, with the error record's owner and a service object.
 class ClientTest : public testing::Test {
  protected:
   _clsMain* Main() { return main_.Get(); }
   _clsCryptoAPI* Api() { return api_.Get(); }
 
-  // Checks that the last call failed, and what the error information says about it.
+  // Checks that the last call failed with this error information.
   void ExpectFault(HRESULT result, int number, const wchar_t* description);
 
  private:

@@ -1,4 +1,4 @@
-// Arrays of a size that only their descriptors have.
+// Arrays whose size exists only in their descriptors.
 #include "com/windows/safe_array.h"
 
 #include <gtest/gtest.h>

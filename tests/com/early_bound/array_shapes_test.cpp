@@ -1,4 +1,4 @@
-// Arrays of every shape and ownership that a client may hand over.
+// Arrays of every shape and ownership that a client may pass.
 #include <array>
 #include <cstring>
 #include <limits>
@@ -10,7 +10,7 @@ namespace {
 
 class ArrayShapesTest : public ClientTest {
  protected:
-  // The result of each member that reads an array as text, given the same one; they must agree.
+  // The common result of all members that read an array as text.
   HRESULT GiveToReaders(SAFEARRAY* array) {
     BSTR text = nullptr;
     const HRESULT converted = Api()->ByteArrayToString(&array, &text);
@@ -19,7 +19,7 @@ class ArrayShapesTest : public ClientTest {
     return converted;
   }
 
-  // The same of each member that takes an array.
+  // The common result of all members that take an array.
   HRESULT GiveToAll(SAFEARRAY* array) {
     const HRESULT converted = GiveToReaders(array);
     SAFEARRAY* password = array;
@@ -37,7 +37,7 @@ class ArrayShapesTest : public ClientTest {
   }
 };
 
-// An array whose descriptor and elements its owner holds, as a fixed-size array of a program is.
+// An array whose descriptor and elements belong to its owner, as for a fixed-size array.
 struct FixedArray {
   explicit FixedArray(int features) {
     descriptor.cDims = 1;
@@ -59,7 +59,7 @@ TEST_F(ArrayShapesTest, AnArrayWithoutElementsHasNoText) {
   ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
 }
 
-TEST_F(ArrayShapesTest, AnArrayThatStartsBehindZeroHasNoText) {
+TEST_F(ArrayShapesTest, AnArrayThatStartsAboveZeroHasNoText) {
   const UniqueSafeArray array(MakeByteArray({1, 2, 3}, 1));
   ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
 }
@@ -69,7 +69,7 @@ TEST_F(ArrayShapesTest, AnArrayThatEndsBeforeZeroHasNoText) {
   ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
 }
 
-// The first is what .NET's new byte[0] becomes.
+// The first array is that of .NET's new byte[0].
 TEST_F(ArrayShapesTest, AnUpperBoundBelowOneIsNoPasswordAndStaysWithTheCaller) {
   VARIANT_BOOL useDefault = VARIANT_FALSE;
   ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
@@ -94,7 +94,7 @@ TEST_F(ArrayShapesTest, AnUpperBoundBelowOneIsNoPasswordAndStaysWithTheCaller) {
   EXPECT_GE(StoredPassword().size(), 2U);
 }
 
-TEST_F(ArrayShapesTest, APasswordBehindElementZeroIsReadBackWithItsBoundsAndFailsInUse) {
+TEST_F(ArrayShapesTest, APasswordAboveElementZeroIsReadBackWithItsBoundsAndFailsInUse) {
   SAFEARRAY* password = MakeByteArray({1, 2, 3, 4}, 1);
   EXPECT_EQ(PutPassword(password), S_OK);
   EXPECT_EQ(password, nullptr);
@@ -145,7 +145,7 @@ TEST_F(ArrayShapesTest, AnArrayOfOtherElementsIsATypeMismatch) {
   }
 }
 
-TEST_F(ArrayShapesTest, ReadingStartsAtElementZeroWhateverTheLowerBound) {
+TEST_F(ArrayShapesTest, ReadingStartsAtElementZeroWithAnyLowerBound) {
   const UniqueSafeArray array(MakeByteArray({'x', 'y', 'a', 'b', 0}, -2));
   SAFEARRAY* raw = array.Get();
   BSTR text = nullptr;
@@ -183,7 +183,7 @@ TEST_F(ArrayShapesTest, AnEmptyArrayFromTheLowestSubscriptIsNoPassword) {
 
 class RefusedPasswordTest : public ArrayShapesTest {
  protected:
-  // What is stored after a password was refused.
+  // The stored password after another was refused.
   Bytes StoredAfter(SAFEARRAY* refused, std::int32_t number, const wchar_t* description) {
     SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
     EXPECT_EQ(PutPassword(earlier), S_OK);
@@ -234,7 +234,7 @@ TEST_F(ArrayShapesTest, ALockedArrayIsReadAndKeepsItsLocks) {
   EXPECT_EQ(SafeArrayUnlock(array.Get()), S_OK);
 }
 
-TEST_F(ArrayShapesTest, ReadingLeavesTheCallersArrayAsItWas) {
+TEST_F(ArrayShapesTest, ReadingDoesNotChangeTheCallersArray) {
   const UniqueSafeArray array(MakeByteArray(TextArray("abc")));
   SAFEARRAY* raw = array.Get();
   EXPECT_EQ(Api()->put_InputData(&raw), S_OK);
@@ -295,7 +295,7 @@ TEST_F(ArrayShapesTest, ResultsAreDynamicArraysThatAClientMayResize) {
   EXPECT_EQ(SafeArrayRedim(array, &larger), S_OK);
 }
 
-TEST_F(ArrayShapesTest, ALargeArrayGoesThroughWhole) {
+TEST_F(ArrayShapesTest, ALargeArrayIsReadCompletely) {
   constexpr std::size_t kSize = 5'000'000;
   const UniqueSafeArray array(MakeByteArray(Bytes(kSize + 1, 'x')));
   SAFEARRAY* raw = array.Get();

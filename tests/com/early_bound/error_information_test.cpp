@@ -1,4 +1,4 @@
-// What an early-bound client learns when a call fails.
+// Error information for an early-bound client after a failed call.
 #include <initializer_list>
 
 #include "tests/com/com_client.h"
@@ -51,7 +51,7 @@ TEST_F(ErrorInformationTest, AResultIsClearedBeforeANullArgumentIsRefused) {
   EXPECT_EQ(text, nullptr);
 }
 
-TEST_F(ErrorInformationTest, ARefusedNullPointerIsNotToldAsTheFaultBefore) {
+TEST_F(ErrorInformationTest, ARefusedNullPointerClearsTheEarlierErrorInformation) {
   VARIANT value = NullValue();
   SAFEARRAY* array = nullptr;
   EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));

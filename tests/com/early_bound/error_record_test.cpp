@@ -1,4 +1,4 @@
-// The error record of a thread, as clsMain shows it, and threads without one.
+// The error record of a thread through clsMain, and threads without one.
 #include <thread>
 
 #include "tests/com/com_client.h"
@@ -128,7 +128,7 @@ TEST(ThreadWithoutMainTest, EveryOperationThatClearsTheRecordRaisesObjectNotSet)
   EXPECT_EQ(MakeNegativeRandom(api.Get()), FaultCode(91));
 }
 
-TEST(ThreadWithoutMainTest, WhatNeverTouchesTheRecordWorks) {
+TEST(ThreadWithoutMainTest, MembersThatDoNotUseTheRecordWork) {
   const Apartment apartment;
   const auto api = CreateCryptoApi();
   const auto timer = CreateTimer();
@@ -152,8 +152,8 @@ TEST(ThreadWithoutMainTest, ReleasingMainEmptiesTheRecordForTheWholeThread) {
   EXPECT_EQ(EncryptNothing(api.Get()), FaultCode(91));
 }
 
-// The multithreaded apartment reaches the object through a proxy, whose stub runs on a thread that
-// the system makes: all its calls see the same thread, and so the same record.
+// The multithreaded apartment reaches the object through a proxy, whose stub runs on a thread of
+// the system: all its calls have the same thread, and so the same record.
 TEST(ThreadWithoutMainTest, ObjectsWorkForAClientInTheMultithreadedApartment) {
   const Apartment apartment(COINIT_MULTITHREADED);
   const auto main = CreateMain();
@@ -166,8 +166,8 @@ TEST(ThreadWithoutMainTest, ObjectsWorkForAClientInTheMultithreadedApartment) {
   const UniqueSafeArray owner(password);
 }
 
-// So the record of one client there is everybody's, and so is the loss of it.
-TEST(ThreadWithoutMainTest, AClientOfTheMultithreadedApartmentTakesTheRecordFromAllOthers) {
+// So all clients there share one record, and lose it together.
+TEST(ThreadWithoutMainTest, AClientOfTheMultithreadedApartmentReplacesTheRecordOfAllOthers) {
   const Apartment apartment(COINIT_MULTITHREADED);
   const auto api = CreateCryptoApi();
   const auto main = CreateMain();

@@ -145,7 +145,7 @@ TEST_F(MembersTest, OutputDataIsASingleZeroAfterAFailedDecrypt) {
   EXPECT_EQ(Take(Output()), Bytes{0});
 }
 
-TEST_F(MembersTest, PasswordGivesBackWhatWasStored) {
+TEST_F(MembersTest, PasswordReturnsTheStoredArray) {
   PutPassword({'a', 'b', 0});
   SAFEARRAY* stored = nullptr;
   ASSERT_EQ(Api()->get_Password(&stored), S_OK);
@@ -166,7 +166,7 @@ TEST_F(MembersTest, UseDefaultPWDDecidesWhatAPasswordOfOneByteBecomes) {
   EXPECT_GT(Take(stored).size(), 2U);
 }
 
-TEST_F(MembersTest, CreateRandomGivesAsManyHexadecimalDigitsAsAskedFor) {
+TEST_F(MembersTest, CreateRandomReturnsTheRequestedNumberOfHexadecimalDigits) {
   BSTR random = nullptr;
   ASSERT_EQ(Api()->CreateRandom(16, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE, &random), S_OK);
   const std::wstring digits = Take(random);
@@ -184,7 +184,7 @@ TEST_F(MembersTest, CreateSaltValueGivesAVariantThatHoldsText) {
             std::wstring::npos);
 }
 
-TEST_F(MembersTest, ByteArrayToStringLeavesOutTheLastElementAndTrailingSpaces) {
+TEST_F(MembersTest, ByteArrayToStringOmitsTheLastElementAndTrailingSpaces) {
   EXPECT_EQ(ToText({65, 66, 67}), L"AB");
   EXPECT_EQ(ToText({65, 32, 32, 0}), L"A");
   EXPECT_EQ(ToText({0}), L"");
@@ -239,7 +239,7 @@ TEST_F(MembersTest, HexadecimalConvertsBothWaysWithNulCharacters) {
   EXPECT_EQ(Take(text), raw);
 }
 
-TEST_F(MembersTest, AnOddByteAtTheEndOfAStringIsNotSeen) {
+TEST_F(MembersTest, AnOddByteAtTheEndOfAStringIsIgnored) {
   const UniqueBstr text(SysAllocStringByteLen("A\0B", 3));
   VARIANT_BOOL upperCase = VARIANT_TRUE;
   BSTR hex = nullptr;

@@ -1,4 +1,4 @@
-// Stands before each test script: a script host has no include of its own.
+// Prepended to each test script, since the script host has no include.
 var checksPassed = 0, checksFailed = 0;
 
 function check(name, got, wanted) {
@@ -20,7 +20,7 @@ function errorOf(body) {
     return "none";
 }
 
-// A script that breaks off never gets here, and the number tells of checks that were passed over.
+// A script that stops early does not get here, and the number reveals skipped checks.
 function finish(checks) {
     if (checksFailed === 0 && checksPassed === checks) {
         WScript.Echo("all checks passed");

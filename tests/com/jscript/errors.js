@@ -1,4 +1,4 @@
-// Errors that reach a JScript client.
+// Errors in a JScript client.
 var api = new ActiveXObject("Latchkey.clsCryptoAPI");
 var notSet = "91: Object variable or With block variable not set: no clsMain exists on this thread";
 

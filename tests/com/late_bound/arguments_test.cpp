@@ -1,4 +1,4 @@
-// Arguments of late-bound calls: by position and by name, left out, by value and by reference, of
+// Arguments of late-bound calls: by position and by name, omitted, by value and by reference, of
 // the declared type and of others.
 #include <algorithm>
 #include <string>
@@ -33,7 +33,7 @@ TEST_F(ArgumentsTest, NamesOfMembersAndArgumentsAreFoundInAnyCase) {
   EXPECT_EQ(ids[1], 1);
 }
 
-TEST_F(ArgumentsTest, UnknownNamesAreToldApart) {
+TEST_F(ArgumentsTest, UnknownMembersAndArgumentsHaveDifferentResults) {
   std::wstring member = L"CreateHash";
   std::wstring argument = L"strNothing";
   wchar_t* names[] = {member.data(), argument.data()};
@@ -55,8 +55,8 @@ TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
   EXPECT_EQ(ids[2], 2);
 }
 
-// A name is the whole name, and neither a result nor what belongs to every interface has one.
-TEST_F(ArgumentsTest, OnlyWhatCanBeCalledHasANumber) {
+// Only whole names match, and neither results nor the members of every interface have one.
+TEST_F(ArgumentsTest, OnlyCallableMembersHaveANumber) {
   for (const wchar_t* const name :
        {L"CreateHas", L"CreateHash1", L"", L"QueryInterface", L"Invoke"}) {
     EXPECT_EQ(api.IdOf(name), DISPID_UNKNOWN) << name;
@@ -69,8 +69,8 @@ TEST_F(ArgumentsTest, OnlyWhatCanBeCalledHasANumber) {
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
 }
 
-// The numbers and positions of all names are those that the type information gives.
-TEST_F(ArgumentsTest, EveryNameIsTheTypeLibrarys) {
+// The numbers and positions of all names are those of the type information.
+TEST_F(ArgumentsTest, EveryNameHasItsNumberInTheTypeLibrary) {
   ITypeInfo* found = nullptr;
   ASSERT_EQ(Api()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &found), S_OK);
   const UniqueInterface<ITypeInfo> typeInfo(found);
@@ -97,13 +97,13 @@ TEST_F(ArgumentsTest, ByNameInAnyOrder) {
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
 
-TEST_F(ArgumentsTest, ByNameBehindThoseByPosition) {
+TEST_F(ArgumentsTest, ByNameAfterThoseByPosition) {
   const Outcome outcome =
       api.CallNamed(L"CreateHash", {{2, Value(true)}, {1, Value(1)}}, {Value(abc.Get())});
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
 
-TEST_F(ArgumentsTest, LeftOutOnesGetTheirDefaults) {
+TEST_F(ArgumentsTest, OmittedOnesGetTheirDefaults) {
   // No hash number: refused by the provider, nothing recorded.
   EXPECT_EQ(api.Call(L"CreateHash").text, L"");
   EXPECT_EQ(main.Get(L"ErrorExists").number, VARIANT_FALSE);
@@ -119,7 +119,7 @@ TEST_F(ArgumentsTest, LeftOutOnesGetTheirDefaults) {
   EXPECT_EQ(api.Call(L"CreateRandom", {Value(0), Value(true)}).text, L"");
 }
 
-TEST_F(ArgumentsTest, ALeftOutBooleanByReferenceGetsItsDefault) {
+TEST_F(ArgumentsTest, AnOmittedBooleanByReferenceGetsItsDefault) {
   EXPECT_EQ(api.Call(L"ConvertStringToHex", {Value(abc.Get())}).text, L"616263");
   EXPECT_EQ(api.Call(L"ConvertStringToHex", {Value(abc.Get()), LeftOut()}).text, L"616263");
 }
@@ -133,7 +133,7 @@ TEST_F(ArgumentsTest, AWrongNumberIsRefused) {
             DISP_E_BADPARAMCOUNT);
 }
 
-TEST_F(ArgumentsTest, ARequiredOneCannotBeLeftOut) {
+TEST_F(ArgumentsTest, ARequiredOneCannotBeOmitted) {
   const Outcome outcome = api.Call(L"ConvertStringToHex", {LeftOut(), Value(true)});
   EXPECT_EQ(outcome.result, DISP_E_PARAMNOTOPTIONAL);
   EXPECT_EQ(outcome.badArgument, 1U);
@@ -214,7 +214,7 @@ TEST_F(ArgumentsTest, APropertyPutWorksWithAndWithoutItsName) {
             S_OK);
 }
 
-TEST_F(ArgumentsTest, AVariantReachesStringToByteArrayAsItStands) {
+TEST_F(ArgumentsTest, AVariantReachesStringToByteArrayUnchanged) {
   EXPECT_EQ(api.Call(L"StringToByteArray", {Value(abc.Get())}).bytes, TextArray("abc"));
   EXPECT_EQ(api.Call(L"StringToByteArray", {Value(12)}).bytes, TextArray("12"));
   EXPECT_EQ(api.Call(L"StringToByteArray", {Value(true)}).bytes, TextArray("True"));
@@ -226,7 +226,7 @@ TEST_F(ArgumentsTest, AVariantReachesStringToByteArrayAsItStands) {
 }
 
 // German writes 1,5 and 24.12.1999, English (United States) 1.5 and 12/24/1999.
-TEST_F(ArgumentsTest, TextsAreMadeInTheLocaleOfTheCaller) {
+TEST_F(ArgumentsTest, TextIsWrittenInTheCallersLocale) {
   const LCID german = MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT);
   const LCID english = MAKELCID(MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), SORT_DEFAULT);
   VARIANT date = OfType(VT_DATE);
@@ -244,7 +244,7 @@ TEST_F(ArgumentsTest, TextsAreMadeInTheLocaleOfTheCaller) {
   EXPECT_EQ(V_VT(&number), VT_R8);
 }
 
-TEST_F(ArgumentsTest, TextsAreReadInTheLocaleOfTheCaller) {
+TEST_F(ArgumentsTest, TextIsReadInTheCallersLocale) {
   const UniqueBstr four = Bstr(L"4,0");
   api.Speak(MAKELCID(MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), SORT_DEFAULT));
   EXPECT_EQ(api.Call(L"CreateHash", {Value(abc.Get()), Value(four.Get()), Value(true)}).text,

@@ -6,7 +6,7 @@ namespace {
 
 using ArrayArgumentsTest = LateClientTest;
 
-TEST_F(ArrayArgumentsTest, AnArrayByValueIsReadAndStaysAsItWas) {
+TEST_F(ArrayArgumentsTest, AnArrayByValueIsReadAndUnchanged) {
   const UniqueSafeArray array(MakeByteArray(TextArray("abc")));
   EXPECT_EQ(api.Call(L"ByteArrayToString", {Value(array.Get())}).text, L"abc");
   EXPECT_EQ(ElementsOf(array.Get()), TextArray("abc"));
@@ -58,7 +58,7 @@ TEST_F(ArrayArgumentsTest, AnArrayWithoutElementsIsNoPasswordInAnyShape) {
   EXPECT_EQ(raw, array.Get());
 }
 
-TEST_F(ArrayArgumentsTest, APasswordBehindElementZeroIsReadBackAndFailsInUse) {
+TEST_F(ArrayArgumentsTest, APasswordAboveElementZeroIsReadBackAndFailsInUse) {
   SAFEARRAY* array = MakeByteArray({1, 2, 3, 4}, 1);
   EXPECT_EQ(api.Put(L"Password", ReferenceTo(array)).result, S_OK);
   EXPECT_EQ(array, nullptr);
@@ -108,8 +108,8 @@ TEST_F(ArrayArgumentsTest, AnArrayOfOtherElementsIsATypeMismatch) {
   }
 }
 
-// Such a variant calls its array one of bytes, while the array knows better.
-TEST_F(ArrayArgumentsTest, AnArrayUnderAFalseNameIsATypeMismatch) {
+// The variant declares an array of bytes, but the array has other elements.
+TEST_F(ArrayArgumentsTest, AnArrayWithAFalseTypeIsATypeMismatch) {
   const UniqueSafeArray strings(SafeArrayCreateVector(VT_BSTR, 0, 3));
   LONG index = 1;
   ASSERT_EQ(SafeArrayPutElement(strings.Get(), &index, Bstr(L"kept").Get()), S_OK);
@@ -121,7 +121,7 @@ TEST_F(ArrayArgumentsTest, AnArrayUnderAFalseNameIsATypeMismatch) {
   EXPECT_EQ(Take(kept), L"kept");
 }
 
-TEST_F(ArrayArgumentsTest, WhatIsNoArrayIsATypeMismatch) {
+TEST_F(ArrayArgumentsTest, OtherValuesThanArraysAreATypeMismatch) {
   const UniqueBstr text = Bstr(L"abc");
   VARIANT variable = Value(text.Get());
   for (const VARIANT& shape : {Value(text.Get()), ReferenceTo(variable), Value(1), OfType(VT_NULL),
@@ -131,7 +131,7 @@ TEST_F(ArrayArgumentsTest, WhatIsNoArrayIsATypeMismatch) {
   }
 }
 
-TEST_F(ArrayArgumentsTest, ShapesThatTheOperationsRefuseComeOutAsTheirFaults) {
+TEST_F(ArrayArgumentsTest, RefusedShapesAreReportedAsFaults) {
   const UniqueSafeArray behindZero(MakeByteArray({1, 2, 3}, 1));
   SAFEARRAYBOUND bounds[] = {{3, 0}, {2, 0}};
   const UniqueSafeArray twoDimensions(SafeArrayCreate(VT_UI1, 2, bounds));
@@ -142,7 +142,7 @@ TEST_F(ArrayArgumentsTest, ShapesThatTheOperationsRefuseComeOutAsTheirFaults) {
   }
 }
 
-TEST_F(ArrayArgumentsTest, ArraysComeBackAsArraysOfBytes) {
+TEST_F(ArrayArgumentsTest, ArraysAreReturnedAsArraysOfBytes) {
   const UniqueSafeArray input(MakeByteArray({0x04, 0x09, 0x0E, 0x13, 0}));
   const UniqueSafeArray password(MakeByteArray(TextArray("correct horse battery staple")));
   EXPECT_EQ(api.Get(L"OutputData").type, VT_ARRAY | VT_UI1);

@@ -1,4 +1,4 @@
-// Calls that no honest client makes.
+// Invalid calls.
 #include "tests/com/late_bound/late_client.h"
 
 namespace latchkey::test {
@@ -11,7 +11,7 @@ class HostileCallsTest : public LateClientTest {
   }
 };
 
-TEST_F(HostileCallsTest, ListsThatAreNoneAreRefused) {
+TEST_F(HostileCallsTest, InvalidListsAreRefused) {
   VARIANT value = Value(1);
   DISPID name = 0;
   EXPECT_EQ(Invoke(nullptr), E_INVALIDARG);
@@ -37,7 +37,7 @@ TEST_F(HostileCallsTest, UnknownMembersAndWrongKindsAreNotFound) {
   EXPECT_EQ(api.Invoke(encrypt, 0, &none).result, DISP_E_MEMBERNOTFOUND);
 }
 
-// They are described in the type information, as members that the dual interface inherits.
+// The type information describes them as inherited members of the dual interface.
 TEST_F(HostileCallsTest, TheMethodsOfIDispatchItselfAreNotCalled) {
   DISPPARAMS none = {};
   for (const DISPID base : {0x60000000, 0x60010000}) {
@@ -69,7 +69,7 @@ TEST_F(HostileCallsTest, NullPointersForNamesAreRefused) {
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
 }
 
-TEST_F(HostileCallsTest, OnlyOneTypeInformationIsThere) {
+TEST_F(HostileCallsTest, OnlyOneTypeInformationExists) {
   UINT count = 0;
   EXPECT_EQ(Api()->GetTypeInfoCount(nullptr), E_POINTER);
   EXPECT_EQ(Api()->GetTypeInfoCount(&count), S_OK);
@@ -94,7 +94,7 @@ TEST_F(HostileCallsTest, ResultExceptionAndArgumentPointersMayBeNull) {
   EXPECT_EQ(invoke(L"StringToByteArray"), S_OK);
 }
 
-TEST_F(HostileCallsTest, ReferencesThatAreNullOrLeadInACircleAreRefused) {
+TEST_F(HostileCallsTest, NullAndCircularReferencesAreRefused) {
   VARIANT circle;
   circle = ReferenceTo(circle);
   VARIANT nowhere = OfType(VT_BYREF | VT_VARIANT);
@@ -106,8 +106,8 @@ TEST_F(HostileCallsTest, ReferencesThatAreNullOrLeadInACircleAreRefused) {
   }
 }
 
-// Every type there could be, with null behind it: whatever comes of it, it comes back.
-TEST_F(HostileCallsTest, NoTypeWithNothingBehindItCrashesAMember) {
+// Every VARTYPE with a null payload: the call must return, with any result.
+TEST_F(HostileCallsTest, NoTypeWithANullPayloadCrashesAMember) {
   for (int base = 0; base <= 80; ++base) {
     for (const int form :
          {0, int{VT_BYREF}, int{VT_ARRAY}, VT_BYREF | VT_ARRAY, int{VT_VECTOR}, int{VT_RESERVED}}) {

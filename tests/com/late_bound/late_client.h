@@ -22,33 +22,33 @@ VARIANT ReferenceTo(VARIANT& variable);
 VARIANT ReferenceTo(SAFEARRAY*& bytes);
 VARIANT ReferenceTo(VARIANT_BOOL& flag);
 
-// What came of a call.
+// The outcome of a call.
 struct Outcome {
   HRESULT result = S_OK;
-  HRESULT scode = S_OK;  // of the exception, with its source and description
+  HRESULT scode = S_OK;  // of the exception, like its source and description
   std::wstring source;
   std::wstring description;
   UINT badArgument = 0;
-  std::wstring text;  // of a result that is one
+  std::wstring text;  // of a text result
   Bytes bytes;        // likewise
   VARTYPE type = VT_EMPTY;
   LONG number = 0;  // of a Boolean or an integer
 };
 
-// Checks that the call ended with this fault.
+// Checks that the call failed with this fault.
 void ExpectException(const Outcome& outcome, int number, const wchar_t* description);
 
 class LateClient {
  public:
   explicit LateClient(IDispatch* object) : object_(object) {}
 
-  // The locale of the calls from now on.
+  // Sets the locale of later calls.
   void Speak(LCID locale) { locale_ = locale; }
 
-  // DISPID_UNKNOWN for a name that the object does not have.
+  // DISPID_UNKNOWN for an unknown name.
   [[nodiscard]] DISPID IdOf(const wchar_t* name) const;
 
-  // Arguments stand in the order of the member's declaration.
+  // Arguments are in the order of the member's declaration.
   [[nodiscard]] Outcome Call(const wchar_t* name, std::vector<VARIANT> arguments = {}) const;
   [[nodiscard]] Outcome Get(const wchar_t* name) const;
   [[nodiscard]] Outcome Put(const wchar_t* name, VARIANT value,
@@ -59,7 +59,7 @@ class LateClient {
                                   const std::vector<std::pair<DISPID, VARIANT>>& named,
                                   std::vector<VARIANT> arguments = {}) const;
 
-  // As it stands.
+  // Passes the arguments unchanged.
   [[nodiscard]] Outcome Invoke(DISPID member, WORD flags, DISPPARAMS* arguments) const;
 
  private:

@@ -1,4 +1,4 @@
-// What a late-bound client learns when the clsMain of its thread is missing.
+// Errors of a late-bound client without a clsMain on its thread.
 #include <thread>
 
 #include "tests/com/late_bound/late_client.h"
@@ -13,7 +13,7 @@ Outcome Hash(const UniqueInterface<_clsCryptoAPI>& api) {
   return LateClient(api.Get()).Call(L"CreateHash", {Value(Bstr(L"abc").Get()), Value(1)});
 }
 
-TEST(MissingMainTest, AnOperationOnAThreadWithoutMainSaysSo) {
+TEST(MissingMainTest, AnOperationOnAThreadWithoutMainReportsIt) {
   const Apartment apartment;
   const auto api = CreateCryptoApi();
   ExpectException(Hash(api), 91, kNoMain);
@@ -21,7 +21,7 @@ TEST(MissingMainTest, AnOperationOnAThreadWithoutMainSaysSo) {
   EXPECT_EQ(Hash(api).result, S_OK);
 }
 
-TEST(MissingMainTest, TheReleasedMainOfAnotherThreadOfTheMultithreadedApartmentIsMissedToo) {
+TEST(MissingMainTest, ReleasingTheMainOfAnotherThreadOfTheMultithreadedApartmentIsReported) {
   const Apartment apartment(COINIT_MULTITHREADED);
   const auto api = CreateCryptoApi();
   const auto main = CreateMain();

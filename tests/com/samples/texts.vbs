@@ -1,4 +1,4 @@
-' The texts that a sample is to store, from texts.txt: hexadecimal, one a line.
+' The texts for a sample, from texts.txt: hexadecimal, one per line.
 Dim converter
 Set converter = CreateObject("Latchkey.clsCryptoAPI")
 

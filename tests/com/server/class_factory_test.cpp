@@ -39,7 +39,7 @@ TEST_F(ClassFactoryTest, RefusesAnInterfaceThatTheClassDoesNotHave) {
   EXPECT_EQ(Create(CLSID_clsTimer, IID_IClassFactory), E_NOINTERFACE);
 }
 
-TEST_F(ClassFactoryTest, ARefusedEntryObjectLeavesTheErrorRecordOfItsThreadAlone) {
+TEST_F(ClassFactoryTest, ARefusedEntryObjectDoesNotChangeTheErrorRecord) {
   const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
   const auto api = server.Create<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
   VARIANT_BOOL done = VARIANT_FALSE;

@@ -1,4 +1,4 @@
-// What an object tells about its class, to tools that show an object they are handed.
+// The class information of objects, for tools that display unknown objects.
 #include "tests/com/server/loaded_server.h"
 
 namespace latchkey::test {
@@ -42,8 +42,8 @@ TEST_F(ClassInformationTest, ANullPointerIsRefused) {
   EXPECT_EQ(object.Get()->GetClassInfo(nullptr), E_POINTER);
 }
 
-// There are no events, and so no source interface that IProvideClassInfo2 could name.
-TEST_F(ClassInformationTest, NoEventsAreOffered) {
+// Without events, IProvideClassInfo2 has no source interface to name.
+TEST_F(ClassInformationTest, NoEventInterfaceIsOffered) {
   const auto object = server.Create<IUnknown>(CLSID_clsMain, IID_IUnknown);
   for (const IID& interfaceId : {IID_IProvideClassInfo2, IID_IConnectionPointContainer}) {
     void* found = nullptr;

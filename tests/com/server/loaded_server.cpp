@@ -2,7 +2,7 @@
 
 namespace latchkey::test {
 
-// The DLL stands beside the test program.
+// The DLL is in the folder of the test program.
 LoadedServer::LoadedServer() : module_(LoadLibraryW(L"latchkey.dll")) {
   EXPECT_NE(module_, nullptr);
   Find("DllGetClassObject", getClassObject_);

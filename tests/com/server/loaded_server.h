@@ -12,7 +12,7 @@ class LoadedServer {
   LoadedServer& operator=(const LoadedServer&) = delete;
   ~LoadedServer() { Unload(); }
 
-  // Lets the DLL go, whatever of it is still in use.
+  // Unloads the DLL, even if it is in use.
   void Unload();
 
   [[nodiscard]] HMODULE Module() const { return module_; }
@@ -27,10 +27,10 @@ class LoadedServer {
     return install_(install ? TRUE : FALSE, options);
   }
 
-  // The server's type library as its objects show it.
+  // The server's type library from its objects.
   [[nodiscard]] UniqueInterface<ITypeLib> TypeLibrary() const;
 
-  // Null, with a failed expectation, when it cannot be had.
+  // Null, with a failed expectation, if it is not available.
   [[nodiscard]] UniqueInterface<IClassFactory> Factory(REFCLSID classId) const;
 
   // The same for an object.
@@ -56,8 +56,8 @@ class LoadedServer {
   HRESULT(STDAPICALLTYPE* install_)(BOOL install, const wchar_t* options) = nullptr;
 };
 
-// References to a type library, the caller's included. The system gives every client that loads a
-// file the same object.
+// The number of references to a type library, including the caller's. Every client that loads a
+// file gets the same object.
 ULONG ReferencesTo(ITypeLib* library);
 
 }  // namespace latchkey::test

@@ -1,4 +1,4 @@
-// When the DLL may be unloaded, and that it survives being unloaded.
+// Conditions for unloading the DLL, and use before and after unloading.
 #include <future>
 #include <thread>
 
@@ -8,7 +8,7 @@
 namespace latchkey::test {
 namespace {
 
-// Leaves the thread's data, a type library and a provider behind in the DLL.
+// Leaves the thread's data, a type library and a provider in the DLL.
 void UseEverything(const LoadedServer& server) {
   const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
   const auto api = server.Create<_clsCryptoAPI>(CLSID_clsCryptoAPI, IID__clsCryptoAPI);
@@ -55,7 +55,7 @@ TEST(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST(ModuleLifeTest, AnUnlockTooManyIsRefusedAndChangesNothing) {
+TEST(ModuleLifeTest, AnExtraUnlockIsRefusedAndChangesNothing) {
   const Apartment apartment;
   const LoadedServer server;
   const auto factory = server.Factory(CLSID_clsTimer);
@@ -126,10 +126,10 @@ TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
   EXPECT_FALSE(IsLoaded());
 }
 
-// It is loaded when a client asks for the connection. Then neither the end of the module nor any
-// number of calls of FreeLibrary unloads it: however often the module itself is loaded, it is there
-// once.
-TEST(ModuleLifeTest, TheInternetLibraryStaysFromTheFirstQueryOn) {
+// It is loaded when a client queries the connection. Afterwards neither unloading the module nor
+// any number of calls of FreeLibrary unloads it, and it is loaded once even if the module is loaded
+// several times.
+TEST(ModuleLifeTest, TheInternetLibraryStaysAfterTheFirstQuery) {
   const Apartment apartment;
   EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
   constexpr int kRounds = 3;

@@ -1,5 +1,5 @@
-// The component used by its manifest, without registration. These tests leave the DLL beside them
-// unregistered.
+// The component used by its manifest, without registration. These tests leave the DLL of their
+// folder unregistered.
 #include <filesystem>
 #include <thread>
 
@@ -11,7 +11,7 @@ namespace {
 constexpr const wchar_t* kNames[] = {L"Latchkey.clsMain", L"Latchkey.clsCryptoAPI",
                                      L"Latchkey.clsTimer"};
 
-// What the manifest beside the DLL says, for the thread that activates it.
+// The context of the DLL's manifest, for the thread that activates it.
 class ManifestContext {
  public:
   ManifestContext() {
@@ -59,14 +59,14 @@ class RegistrationFreeTest : public testing::Test {
     EXPECT_EQ(server.Unregister(), S_OK);
     ExpectNotRegistered();
   }
-  // Nothing is left over from the context either.
+  // The context leaves no classes either.
   ~RegistrationFreeTest() override { ExpectNotRegistered(); }
 
   Apartment apartment;
   ManifestContext context;
 };
 
-// The class that an object is of, by what it tells about itself.
+// The class of an object, by its class information.
 CLSID ClassOf(IProvideClassInfo* object) {
   ITypeInfo* found = nullptr;
   EXPECT_EQ(object->GetClassInfo(&found), S_OK);
@@ -87,8 +87,7 @@ TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsIdentifier) {
   }
 }
 
-// The identifier that a name leads to may be one made up for the context; the class is the right
-// one.
+// The identifier of a name may be one that the context made; the class is the right one.
 TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsNames) {
   const Activation activation(context);
   const CLSID classes[] = {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer};

@@ -1,6 +1,6 @@
-// What registering writes, that unregistering removes all of it, and that a registration that fails
-// half-way leaves nothing, for the machine and for the user alone. These tests use the DLL beside
-// them and leave it unregistered.
+// Registering writes all keys, unregistering removes all of them, and a failed registration leaves
+// none, for the machine and for one user. These tests use the DLL of their folder and leave it
+// unregistered.
 #include <map>
 
 #include "tests/com/server/loaded_server.h"
@@ -30,7 +30,7 @@ std::vector<std::wstring> AllKeys() {
   return keys;
 }
 
-// Those of all keys that the machine has, or the user.
+// The existing keys of the machine or of the user.
 std::vector<std::wstring> KeysThatExist(HKEY root = HKEY_LOCAL_MACHINE) {
   std::vector<std::wstring> existing;
   for (const std::wstring& path : AllKeys()) {
@@ -79,7 +79,7 @@ TEST_F(RegistrationTest, RegisteringMakesAllKeys) {
   EXPECT_EQ(KeysThatExist(), AllKeys());
 }
 
-TEST_F(RegistrationTest, AClassKeyTellsServerNamesTypeLibraryAndVersion) {
+TEST_F(RegistrationTest, AClassKeyHasServerNamesTypeLibraryAndVersion) {
   ASSERT_EQ(server.Register(), S_OK);
   EXPECT_EQ(Read(kMainClass + L"\\InprocServer32"), ServerPath());
   EXPECT_EQ(Read(kMainClass + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
@@ -90,7 +90,7 @@ TEST_F(RegistrationTest, AClassKeyTellsServerNamesTypeLibraryAndVersion) {
   EXPECT_EQ(Read(kMainClass + L"\\Programmable"), L"");
 }
 
-TEST_F(RegistrationTest, EveryNameLeadsToItsClass) {
+TEST_F(RegistrationTest, EveryNameRefersToItsClass) {
   ASSERT_EQ(server.Register(), S_OK);
   const std::map<std::wstring, CLSID> classes = {{L"Latchkey.clsMain", CLSID_clsMain},
                                                  {L"Latchkey.clsCryptoAPI", CLSID_clsCryptoAPI},
@@ -112,7 +112,7 @@ TEST_F(RegistrationTest, TheTypeLibraryIsFoundByItsIdentifier) {
   library->Release();
 }
 
-// No object is there whose end would release it.
+// No object exists whose destruction would release it.
 TEST_F(RegistrationTest, RegisteringReleasesTheTypeLibrary) {
   const UniqueInterface<ITypeLib> library = server.TypeLibrary();
   EXPECT_EQ(ReferencesTo(library.Get()), 1U);
@@ -126,7 +126,7 @@ TEST_F(RegistrationTest, UnregisteringLeavesNoKey) {
   EXPECT_EQ(KeysThatExist(), Nothing());
 }
 
-TEST_F(RegistrationTest, RegisteringAndUnregisteringTwiceIsNoFailure) {
+TEST_F(RegistrationTest, RegisteringAndUnregisteringTwiceSucceeds) {
   EXPECT_EQ(server.Register(), S_OK);
   EXPECT_EQ(server.Register(), S_OK);
   EXPECT_EQ(KeysThatExist(), AllKeys());
@@ -143,7 +143,7 @@ void CreateKey(HKEY root, const wchar_t* path, DWORD options) {
   RegCloseKey(key);
 }
 
-// A volatile key takes no lasting keys below it: what is written last, fails.
+// A volatile key cannot have permanent keys below it, so the last write fails.
 void ObstructTheLastKey(HKEY root) {
   CreateKey(root, L"Software\\Classes", REG_OPTION_NON_VOLATILE);
   CreateKey(root, L"Software\\Classes\\Latchkey.clsTimer.1", REG_OPTION_VOLATILE);
@@ -164,9 +164,9 @@ std::vector<std::wstring> ClassAndNameKeys() {
   return keys;
 }
 
-// Wine enters a user's type library for the machine, so that only what the DLL writes itself is
-// looked for in its place.
-TEST_F(RegistrationTest, ForTheUserTheClassesAndNamesAreTheUsersAlone) {
+// Wine enters a user's type library for the machine, so this checks only the keys that the DLL
+// writes itself.
+TEST_F(RegistrationTest, ForTheUserTheClassesAndNamesAreOnlyTheUsers) {
   ASSERT_EQ(server.Install(true, L"user"), S_OK);
   std::vector<std::wstring> ofUser = KeysThatExist(HKEY_CURRENT_USER);
   for (const std::wstring& path : ClassAndNameKeys()) {

@@ -7,8 +7,8 @@
 namespace latchkey::test {
 namespace {
 
-// Stays registered until the process ends: COM keeps calling a spy for as long as a block lives
-// that was allocated under it.
+// Stays registered until the process ends: COM calls a spy while any block lives that was allocated
+// under it.
 class MemorySpy final : public IMallocSpy {
  public:
   std::string_view secret;

@@ -1,12 +1,11 @@
-// Watches what COM's allocator gives back while a test runs.
+// Watches the blocks that COM's allocator frees during a test.
 #pragma once
 
 #include <string_view>
 
 namespace latchkey::test {
 
-// For as long as it lives, counts the blocks that still hold `secret` at the moment they are freed.
-// One at a time.
+// During its life, counts the blocks that still hold `secret` when they are freed. One at a time.
 class SecretWatch {
  public:
   explicit SecretWatch(std::string_view secret);

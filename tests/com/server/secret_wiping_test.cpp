@@ -1,4 +1,4 @@
-// What the server frees holds nothing secret any more.
+// Memory that the server frees contains no secrets.
 #include "tests/com/late_bound/late_client.h"
 #include "tests/com/server/secret_watch.h"
 
@@ -7,8 +7,7 @@ namespace {
 
 constexpr std::string_view kSecret = "a very secret password";
 
-// Lets strings go back to the allocator as soon as they are freed. The function that does it is in
-// no header.
+// Makes freed strings return to the allocator at once. The function for this is in no header.
 void TurnOffStringCache() {
   using Function = void(WINAPI*)();
   const HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
@@ -18,7 +17,7 @@ void TurnOffStringCache() {
   turnOff();
 }
 
-// How often the process holds these bytes, in any memory that it may read and write.
+// Counts these bytes in all readable and writable memory of the process.
 int CopiesInMemory(std::string_view bytes) {
   int copies = 0;
   MEMORY_BASIC_INFORMATION region = {};
@@ -64,7 +63,7 @@ TEST_F(SecretWipingTest, TheCopyOfPlaintextByValueIsZeroBeforeItIsFreed) {
   EXPECT_EQ(watch.FreedWithSecret(), 0);
 }
 
-TEST_F(SecretWipingTest, ATextByReferenceIsNotLeftInACopy) {
+TEST_F(SecretWipingTest, ATextByReferenceLeavesNoCopy) {
   TurnOffStringCache();
   const UniqueBstr text = Bstr(L"a secret text");
   BSTR raw = text.Get();
@@ -90,8 +89,8 @@ TEST_F(SecretWipingTest, AResultThatTheCallerDoesNotTakeIsZeroBeforeItIsFreed) {
   EXPECT_EQ(watch.FreedWithSecret(), 0);
 }
 
-// The start of a block that is free may serve the heap itself; what is left of a text is its end.
-TEST_F(SecretWipingTest, ASaltStaysNowhereButInItsResult) {
+// The heap may use the start of a free block; the rest of a text would be its end.
+TEST_F(SecretWipingTest, ASaltStaysOnlyInItsResult) {
   ScopedVariant salt;
   ASSERT_EQ(Api()->CreateSaltValue(60, VARIANT_TRUE, &salt.Get()), S_OK);
   const auto* const text = reinterpret_cast<const char*>(V_BSTR(&salt.Get()));

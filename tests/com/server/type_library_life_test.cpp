@@ -1,5 +1,4 @@
-// How long the server keeps its type library: until the last of its objects is released, and not
-// until it is unloaded.
+// The server keeps its type library until its last object is released, not until it is unloaded.
 #include <atomic>
 #include <cstdio>
 #include <functional>
@@ -56,8 +55,8 @@ TEST(TypeLibraryLifeTest, IsReadAgainForALaterObject) {
   }
 }
 
-// Objects come and go on several threads, so that the last one often goes while another is made. A
-// library released too early crashes the look-up, one released too seldom stays.
+// Several threads make and release objects, so that the last one is often released while another is
+// made. A library released too early crashes the look-up; one released too seldom stays.
 TEST(TypeLibraryLifeTest, ThreadsThatMakeAndReleaseObjectsShareIt) {
   const Apartment apartment;
   const LoadedServer server;
@@ -89,7 +88,7 @@ ULONG STDMETHODCALLTYPE WatchedRelease(ITypeLib* library) {
   return realRelease(library);
 }
 
-// Puts another function in the place of the type library's Release, and gives the one before.
+// Replaces the type library's Release and returns the earlier function.
 ReleaseFunction ReplaceRelease(ITypeLib* library, ReleaseFunction function) {
   constexpr int kSlot = 2;
   void** const slot = *reinterpret_cast<void***>(library) + kSlot;
@@ -98,8 +97,8 @@ ReleaseFunction ReplaceRelease(ITypeLib* library, ReleaseFunction function) {
   return reinterpret_cast<ReleaseFunction>(std::exchange(*slot, reinterpret_cast<void*>(function)));
 }
 
-// While the last object releases the library another thread makes an object: it is not locked out,
-// finds no library that is about to go, and the module is in use throughout.
+// Another thread makes an object while the last object releases the library: it is not blocked,
+// does not get the library being released, and the module is in use throughout.
 TEST(TypeLibraryLifeTest, AnObjectMadeWhileItIsReleasedReadsItsOwn) {
   const Apartment apartment;
   const LoadedServer server;
@@ -123,7 +122,7 @@ TEST(TypeLibraryLifeTest, AnObjectMadeWhileItIsReleasedReadsItsOwn) {
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-// Ends the program: how the imported function is called is not known, so it cannot return.
+// Ends the program: the imported function's signature is unknown, so this cannot return.
 [[noreturn]] void FailUnload() {
   std::fputs("the unloading DLL called a function of COM or Automation\n", stderr);
   std::fflush(stderr);

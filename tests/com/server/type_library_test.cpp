@@ -1,5 +1,5 @@
-// What the type library tells clients: the members in the order of their slots, their arguments,
-// what may be left out, and the help texts.
+// The contents of the type library: the members in the order of their slots, their arguments and
+// defaults, and the help texts.
 #include <map>
 #include <sstream>
 
@@ -25,7 +25,7 @@ class TypeLibraryTest : public testing::Test {
     return UniqueInterface<ITypeInfo>(typeInfo);
   }
 
-  // The interface as the vtable has it.
+  // The interface with its vtable members.
   [[nodiscard]] UniqueInterface<ITypeInfo> DescribeSlots(REFIID id) const {
     const auto late = Describe(id);
     HREFTYPE reference = 0;
@@ -89,7 +89,7 @@ std::wstring Declaration(ITypeInfo* typeInfo, const FUNCDESC& function) {
     }
     text << (i > 0 ? L", " : L"") << ((flags & PARAMFLAG_FOUT) != 0 ? L"ref " : L"")
          << ((flags & PARAMFLAG_FOPT) != 0 ? L"optional " : L"") << TypeName(parameter.tdesc);
-    // The value of a property put has no name that the system would tell.
+    // The system returns no name for the value of a property put.
     if (function.invkind == INVOKE_FUNC) text << L' ' << names[i + 1];
     text << DefaultOf(parameter.paramdesc);
   }
@@ -125,7 +125,7 @@ std::vector<std::wstring> TypeLibraryTest::Constants(std::wstring name) const {
   return constants;
 }
 
-// The members behind IDispatch's own, each in its slot.
+// The members after those of IDispatch, each in its slot.
 std::vector<std::wstring> Declarations(ITypeInfo* typeInfo) {
   std::vector<std::wstring> declarations;
   TYPEATTR* attributes = nullptr;
@@ -211,7 +211,7 @@ WORD FlagsOf(ITypeInfo* typeInfo) {
   return flags;
 }
 
-// Both flags together let the system marshal the interface without a proxy of its own.
+// With both flags the system marshals the interface without a separate proxy.
 TEST_F(TypeLibraryTest, EveryInterfaceIsDualAndOfAutomationTypes) {
   constexpr WORD kExpected = TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION;
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
@@ -219,8 +219,8 @@ TEST_F(TypeLibraryTest, EveryInterfaceIsDualAndOfAutomationTypes) {
   }
 }
 
-// So Visual Basic refuses a misspelt member when it compiles, whichever half of the dual interface
-// it reads.
+// So Visual Basic refuses a misspelled member when it compiles, with either half of the dual
+// interface.
 TEST_F(TypeLibraryTest, EveryInterfaceIsNonextensible) {
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
     EXPECT_NE(FlagsOf(Describe(id).Get()) & TYPEFLAG_FNONEXTENSIBLE, 0);
@@ -266,7 +266,7 @@ TEST_F(TypeLibraryTest, TheOtherInterfacesHaveTheirMembersInOrder) {
             (std::vector<std::wstring>{L"1 Start()", L"2 GetElapsedTime() long*"}));
 }
 
-// The two halves of Password share one number, by which the system tells the text of the first.
+// The two halves of Password share one number, for which the system returns the text of the first.
 TEST_F(TypeLibraryTest, ThePropertiesOfTheServiceObjectHaveTheirHelpTexts) {
   const std::map<MEMBERID, std::wstring> expected = {
       {1, L"Input only.  Data to be Encrypted/Decrypted."},

@@ -4,7 +4,7 @@
 namespace latchkey::test {
 namespace {
 
-TEST(VersionResourceTest, TellsProductAndVersion) {
+TEST(VersionResourceTest, HasProductAndVersion) {
   const LoadedServer server;
   std::wstring path(MAX_PATH, L'\0');
   GetModuleFileNameW(server.Module(), path.data(), MAX_PATH);

@@ -1,4 +1,4 @@
-' Stands before each test script: a script host has no include of its own.
+' Prepended to each test script, since the script host has no include.
 Option Explicit
 Dim checksPassed, checksFailed
 checksPassed = 0
@@ -13,13 +13,13 @@ Sub Check(name, got, wanted)
     End If
 End Sub
 
-' What the last statement left in Err, as one text, and Err cleared.
+' Returns the contents of Err as one text, and clears it.
 Function LastError()
     LastError = Err.Number & " " & Err.Source & ": " & Err.Description
     Err.Clear
 End Function
 
-' A script that breaks off never gets here, and the number tells of checks that were passed over.
+' A script that stops early does not get here, and the number reveals skipped checks.
 Sub Finish(checks)
     If checksFailed = 0 And checksPassed = checks Then
         WScript.Echo "all checks passed"

@@ -1,4 +1,4 @@
-' The error record through clsMain, and the errors that reach a script.
+' The error record through clsMain, and errors in a script.
 On Error Resume Next
 Const NOT_SET = "91 Latchkey.clsCryptoAPI: Object variable or With block variable not set: no clsMain exists on this thread"
 Const NO_ERROR = "0 : "
@@ -59,7 +59,7 @@ result = api.Encrypt("many", 1)
 Check "no number", Err.Number, 13
 Err.Clear
 
-' A wrong password shows in the padding of a block cipher.
+' The padding of a block cipher reveals a wrong password.
 Set other = CreateObject("Latchkey.clsCryptoAPI")
 other.Password = other.StringToByteArray("right")
 other.InputData = other.StringToByteArray("attack at dawn")

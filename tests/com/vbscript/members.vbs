@@ -20,7 +20,7 @@ Check "Decrypt", api.Decrypt(1, 1), True
 Check "plaintext", api.ConvertStringToHex(api.ByteArrayToString(api.OutputData)), "04090E13"
 Check "appended password", api.CreateHash("", 1, True, True), api.CreateHash("correct horse battery staple", 1, True)
 
-' Measured likewise: enhanced provider, MD5, 3DES.
+' Measured in the same way: enhanced provider, MD5, 3DES.
 Set api = CreateObject("Latchkey.clsCryptoAPI")
 api.EnhancedProvider = True
 api.Password = api.StringToByteArray("correct horse battery staple")

@@ -1,4 +1,4 @@
-' Optional arguments that are left out, at the end and in the middle.
+' Omitted optional arguments, at the end and in the middle.
 Dim main, api
 Set main = CreateObject("Latchkey.clsMain")
 Set api = CreateObject("Latchkey.clsCryptoAPI")
