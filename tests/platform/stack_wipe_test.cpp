@@ -1,4 +1,4 @@
-// What functions that have returned left on the stack.
+// Data that returned functions left on the stack.
 #include "platform/stack_wipe.h"
 
 #include <gtest/gtest.h>
@@ -12,13 +12,13 @@ namespace {
 constexpr std::size_t kTraceLength = 64;
 constexpr std::uint8_t kTrace = 0xA5;
 
-// Leaves its trace on the stack, and tells where.
+// Leaves data on the stack and returns its address.
 [[gnu::noinline]] std::uintptr_t LeaveTrace() {
   volatile std::array<std::uint8_t, kTraceLength> trace{};
   for (std::size_t i = 0; i < kTraceLength; ++i) {
     const_cast<std::array<std::uint8_t, kTraceLength>&>(trace)[i] = kTrace;
   }
-  // By way of the assembler, since compilers warn of the address of what is gone on return.
+  // Through the assembler, since compilers warn about the address of a local variable.
   std::uintptr_t place = 0;
   asm volatile("" : "=r"(place) : "0"(&trace) : "memory");
   return place;
@@ -34,7 +34,7 @@ template <std::size_t size>
   return place;
 }
 
-// How much of the trace is there still. Reads memory that belongs to no object any more.
+// The remaining bytes of the data. Reads memory that no longer belongs to an object.
 [[gnu::noinline]] std::size_t TraceLeft(std::uintptr_t place) {
   // NOLINTNEXTLINE(performance-no-int-to-ptr): the stack of this thread
   const auto* const trace = reinterpret_cast<const volatile std::uint8_t*>(place);
@@ -43,24 +43,24 @@ template <std::size_t size>
   return left;
 }
 
-TEST(StackWipeTest, ATraceStaysUntilItIsWiped) {
+TEST(StackWipeTest, DataStaysUntilItIsWiped) {
   const std::uintptr_t place = LeaveTrace();
   EXPECT_GT(TraceLeft(place), 0U);
 }
 
-TEST(StackWipeTest, WipesWhatStandsBelow) {
+TEST(StackWipeTest, WipesBelowTheFrame) {
   const std::uintptr_t place = LeaveTrace();
   platform::WipeStackBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
-TEST(StackWipeTest, WipesWhatStandsBelowBatches) {
+TEST(StackWipeTest, WipesBelowTheFrameOfBatches) {
   const std::uintptr_t place = LeaveTraceFarBelow<7 * 1024>();
   platform::WipeStackBelowBatches();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
-TEST(StackWipeTest, WipesWhatStandsFarBelow) {
+TEST(StackWipeTest, WipesFarBelowTheFrame) {
   const std::uintptr_t place = LeaveTraceFarBelow<12 * 1024>();
   platform::WipeStackFarBelow();
   EXPECT_EQ(TraceLeft(place), 0U);

@@ -1,4 +1,4 @@
-// The machine's own answers, as far as they can be told on any machine.
+// The machine's own answers, as far as they are the same on any machine.
 #include "platform/system_probe.h"
 
 #include <gtest/gtest.h>
@@ -21,7 +21,7 @@ class SystemProbeTest : public ::testing::Test {
   SystemProbe& probe = platform::MachineProbe();
 };
 
-TEST_F(SystemProbeTest, TicksGoForwardAlsoAcrossTheirEnd) {
+TEST_F(SystemProbeTest, TicksIncreaseAlsoWhenTheyWrap) {
   const std::uint32_t start = probe.GetTickCount();
   std::uint32_t last = start;
   while (last - start < 20) {
@@ -87,8 +87,7 @@ TEST_F(SystemProbeTest, AnUnknownWindowHasNoClassAndCannotBeClosed) {
   EXPECT_FALSE(probe.CloseHandle(kNoWindow));
 }
 
-// What is true depends on the machine; flags without a connection, or a connection without flags,
-// on none.
+// The answer depends on the machine, but flags and connection must agree on all machines.
 TEST(ConnectivityTest, TheFlagsDescribeTheConnection) {
   constexpr std::uint32_t kUntouched = 0xFFFFFFFF;
   std::uint32_t flags = kUntouched;

@@ -17,7 +17,7 @@ TEST(SystemRandomTest, TwoFillsDiffer) {
   EXPECT_NE(first, second);
 }
 
-TEST(SystemRandomTest, FillsTheSpanToItsEndsAndNoFurther) {
+TEST(SystemRandomTest, FillsExactlyTheSpan) {
   std::array<std::uint8_t, 10> bytes{};
   bool firstChanged = false;
   bool lastChanged = false;
@@ -40,7 +40,7 @@ TEST(SystemRandomTest, ALargeRequestIsFilledThroughout) {
   }
 }
 
-TEST(SystemRandomTest, NothingToFillIsNoFailure) { EXPECT_TRUE(platform::FillRandom({})); }
+TEST(SystemRandomTest, AnEmptyRequestSucceeds) { EXPECT_TRUE(platform::FillRandom({})); }
 
 }  // namespace
 }  // namespace latchkey::test

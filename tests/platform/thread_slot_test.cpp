@@ -24,8 +24,8 @@ void Destroy(void* value) noexcept {
 
 constexpr platform::ThreadSlotFunctions kFunctions{Make, Destroy};
 
-// The process has one slot, which other tests use with functions of their own: it is given back
-// before and after, and only threads of the test's own use it in between.
+// The process has one slot, which other tests use with other functions: it is released before and
+// after, and only threads of the test use it in between.
 class ThreadSlotTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -51,7 +51,7 @@ TEST_F(ThreadSlotTest, AThreadKeepsItsValue) {
   EXPECT_EQ(made, 1);
 }
 
-TEST_F(ThreadSlotTest, EachThreadHasAValueOfItsOwn) {
+TEST_F(ThreadSlotTest, EachThreadHasItsOwnValue) {
   OnNewThread([] {
     void* const mine = platform::ThreadSlotValue(kFunctions);
     OnNewThread([mine] { EXPECT_NE(platform::ThreadSlotValue(kFunctions), mine); });
@@ -69,7 +69,7 @@ TEST_F(ThreadSlotTest, TheValueIsDestroyedWithItsThreadAndNotBefore) {
   EXPECT_EQ(destroyed, 2);
 }
 
-TEST_F(ThreadSlotTest, AThreadThatNeverAskedHasNothingToDestroy) {
+TEST_F(ThreadSlotTest, AThreadWithoutAValueDestroysNone) {
   OnNewThread([] {});
   EXPECT_EQ(made, 0);
   EXPECT_EQ(destroyed, 0);
@@ -91,7 +91,7 @@ TEST_F(ThreadSlotTest, AFailingMakeLeavesTheThreadWithoutAValueUntilTheNextCall)
   EXPECT_EQ(destroyed, 1);
 }
 
-TEST_F(ThreadSlotTest, AReleasedSlotIsMadeAgainByTheNextUse) {
+TEST_F(ThreadSlotTest, TheNextUseMakesAReleasedSlotAgain) {
   OnNewThread(ValueHere);
   platform::ReleaseThreadSlot();
   platform::ReleaseThreadSlot();

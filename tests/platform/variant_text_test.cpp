@@ -54,7 +54,7 @@ TEST(TextOfDoubleTest, TakesTheExponentFormBeyondFifteenDigitsAndBelowTheFourthD
   for (const auto& [value, text] : pairs) EXPECT_EQ(TextOfDouble(value), text);
 }
 
-TEST(TextOfDoubleTest, RoundsTheMiddleAwayFromZero) {
+TEST(TextOfDoubleTest, RoundsHalfwayValuesAwayFromZero) {
   const TextPairs<double> pairs{{914858601381810.5, u"914858601381811"},
                                 {914858601381811.5, u"914858601381812"},
                                 {-686256630245158.5, u"-686256630245159"},
@@ -165,7 +165,7 @@ TEST(ReadNumberTest, ReadsTheWholeText) {
   }
 }
 
-TEST(ReadNumberTest, RefusesWhatIsNoNumberAsAWhole) {
+TEST(ReadNumberTest, RefusesATextThatIsNotANumberAsAWhole) {
   for (const char* const text :
        {"",    " ",     "abc",   "12abc", "1e",  "1e+", "e5", ".",   "+",    "-",   "--5",
         "1 2", "1.5.2", "1e5e5", ",5",    "$",   "$$5", "()", "(5",  "5)",   "&",   "&H",
@@ -175,7 +175,7 @@ TEST(ReadNumberTest, RefusesWhatIsNoNumberAsAWhole) {
   }
 }
 
-TEST(ReadNumberTest, ATextWithANulInItIsNoNumber) {
+TEST(ReadNumberTest, ATextWithANulIsNotANumber) {
   for (const TextView text : {TextView(u"5\0", 2),
                               TextView(u"\0"
                                        u"5",

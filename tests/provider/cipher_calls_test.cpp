@@ -1,5 +1,5 @@
-// CryptEncrypt and CryptDecrypt of the platform's own provider: lengths, padding, and what stays
-// between calls.
+// CryptEncrypt and CryptDecrypt of the platform's own provider: lengths, padding, and state between
+// calls.
 #include <gtest/gtest.h>
 
 #include <numeric>
@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as they stand in the seam
+using namespace provider;  // NOLINT: the provider's names, as in the seam
 
 constexpr std::uint32_t kBlock = 8;
 
@@ -36,7 +36,7 @@ class CipherCallsTest : public ::testing::TestWithParam<AlgorithmId> {
     return session.KeyOf(cipher, kAlgorithmMd5, Bytes{'a', 'b', 'c'});
   }
 
-  // The whole of `plaintext` under a fresh key.
+  // Encrypts all of `plaintext` under a fresh key.
   [[nodiscard]] Bytes Ciphertext(const Bytes& plaintext) const {
     const auto room = static_cast<std::uint32_t>(plaintext.size()) + kBlock;
     return Encrypt(NewKey(), true, plaintext, room).data;
@@ -88,7 +88,7 @@ TEST_P(BlockCipherTest, OnlyWholeBlocksDecrypt) {
   }
 }
 
-TEST_P(BlockCipherTest, NothingHasNoPaddingToDecrypt) {
+TEST_P(BlockCipherTest, NoBytesHaveNoPaddingToDecrypt) {
   EXPECT_EQ(Decrypt(NewKey(), true, {}), Failed(kErrorBadData, 0));
   std::uint32_t length = 0;
   EXPECT_EQ(ErrorOf(SystemCryptoProvider().CryptDecrypt(NewKey(), 0, true, 0, nullptr, &length)),
@@ -119,7 +119,7 @@ TEST_P(BlockCipherTest, OneWrongByteOfThePaddingIsBadDataAndOneBeforeItIsNot) {
   }
 }
 
-TEST_P(BlockCipherTest, DataInPartsGivesWhatTheWholeGives) {
+TEST_P(BlockCipherTest, DataInPartsGivesTheSameBytesAsInOneCall) {
   const Bytes plaintext = Counting(40);
   const Bytes ciphertext = Ciphertext(plaintext);
   const HCRYPTKEY key = NewKey();
@@ -135,7 +135,7 @@ TEST_P(BlockCipherTest, DataInPartsGivesWhatTheWholeGives) {
   EXPECT_EQ(back, plaintext);
 }
 
-TEST_P(BlockCipherTest, LongDataSurvivesTheRoundTrip) {
+TEST_P(BlockCipherTest, LongDataIsDecryptedUnchanged) {
   const Bytes plaintext = Counting(5003);
   EXPECT_EQ(Decrypt(NewKey(), true, Ciphertext(plaintext)).data, plaintext);
 }
@@ -146,7 +146,7 @@ TEST_P(BlockCipherTest, OnlyWholeBlocksEncryptBeforeTheFinalCall) {
   EXPECT_EQ(Encrypt(NewKey(), false, Counting(16), 8), Failed(kErrorMoreData, 16));
 }
 
-TEST_P(BlockCipherTest, AFinalCallStartsTheKeyAfresh) {
+TEST_P(BlockCipherTest, AFinalCallResetsTheKey) {
   const Bytes plaintext = Counting(16);
   const Bytes ciphertext = Ciphertext(plaintext);
   const HCRYPTKEY key = NewKey();
@@ -156,7 +156,7 @@ TEST_P(BlockCipherTest, AFinalCallStartsTheKeyAfresh) {
   EXPECT_EQ(Decrypt(key, true, ciphertext).data, plaintext);
 }
 
-TEST_P(BlockCipherTest, ADecryptionThatEndsInBadPaddingStartsTheKeyAfresh) {
+TEST_P(BlockCipherTest, ADecryptionWithBadPaddingResetsTheKey) {
   const Bytes ciphertext = Ciphertext(Counting(16));
   const HCRYPTKEY key = NewKey();
   EXPECT_EQ(Decrypt(key, true, Part(ciphertext, 0, 8)), Failed(kErrorBadData, 8));
@@ -177,7 +177,7 @@ class StreamCipherTest : public CipherCallsTest {
 
 INSTANTIATE_TEST_SUITE_P(Rc4, StreamCipherTest, ::testing::Values(kAlgorithmRc4));
 
-TEST_P(StreamCipherTest, AnyLengthStaysAsItIs) {
+TEST_P(StreamCipherTest, AnyLengthIsKept) {
   for (std::uint32_t n = 0; n <= 20; ++n) {
     const CipherResult result = Encrypt(NewStream(), true, Counting(n), n);
     EXPECT_EQ(result.error, 0U) << n;
@@ -186,14 +186,14 @@ TEST_P(StreamCipherTest, AnyLengthStaysAsItIs) {
   }
 }
 
-TEST_P(StreamCipherTest, NothingNeedsNoBuffer) {
+TEST_P(StreamCipherTest, NoBytesNeedNoBuffer) {
   std::uint32_t length = 0;
   EXPECT_TRUE(SystemCryptoProvider().CryptEncrypt(NewStream(), 0, true, 0, nullptr, &length, 0));
   EXPECT_TRUE(SystemCryptoProvider().CryptDecrypt(NewStream(), 0, true, 0, nullptr, &length));
   EXPECT_EQ(length, 0U);
 }
 
-TEST_P(StreamCipherTest, TheKeyStreamGoesOnUntilTheFinalCallInWhateverDirection) {
+TEST_P(StreamCipherTest, TheKeyStreamContinuesUntilTheFinalCallInBothDirections) {
   const Bytes zeros(15);
   const Bytes stream = Encrypt(NewStream(), true, zeros, 15).data;
   const HCRYPTKEY key = NewStream();

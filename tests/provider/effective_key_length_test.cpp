@@ -1,5 +1,5 @@
 // CryptSetKeyParam of the platform's own provider, for RC2's effective key length. The codes are
-// those of Windows' interface as Wine gives them; a Linux body has to give the same.
+// those of Wine; the Linux body must return the same.
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as they stand in the seam
+using namespace provider;  // NOLINT: the provider's names, as in the seam
 
 class EffectiveKeyLengthTest : public testing::Test {
  protected:
@@ -23,7 +23,7 @@ class EffectiveKeyLengthTest : public testing::Test {
     return session.KeyOf(cipher, kAlgorithmMd5, Bytes{'a', 'b', 'c'});
   }
 
-  // What the key makes of a block of zeros as its first.
+  // The encryption of a first block of zeros.
   static Bytes FirstBlock(HCRYPTKEY key) { return Encrypt(key, false, Bytes(8), 8).data; }
 
   ProviderSession base{kBaseProviderName};
@@ -67,7 +67,7 @@ TEST_F(EffectiveKeyLengthTest, TheBitsChangeTheCipher) {
   }
 }
 
-TEST_F(EffectiveKeyLengthTest, SettingThemStartsTheKeyAfresh) {
+TEST_F(EffectiveKeyLengthTest, SettingThemResetsTheKey) {
   const HCRYPTKEY fresh = KeyOf(enhanced, kAlgorithmRc2);
   EXPECT_EQ(Set(fresh, 40), 0U);
   const HCRYPTKEY used = KeyOf(enhanced, kAlgorithmRc2);

@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as they stand in the seam
+using namespace provider;  // NOLINT: the provider's names, as in the seam
 
 constexpr HCRYPTPROV kUntouched = 0x5555;
 const Bytes kPassword{'a', 'b', 'c'};
@@ -43,13 +43,13 @@ TEST_F(HashCallsTest, AHashNeedsAKnownAlgorithm) {
   }
 }
 
-TEST_F(HashCallsTest, HashingNothingIsNoFailure) {
+TEST_F(HashCallsTest, HashingNoBytesSucceeds) {
   const HCRYPTHASH hash = base.HashOf(kAlgorithmMd5, kPassword);
   EXPECT_EQ(ErrorOf(provider.CryptHashData(hash, nullptr, 0, 0)), 0U);
   EXPECT_EQ(ValueOf(hash), ValueOf(base.HashOf(kAlgorithmMd5, kPassword)));
 }
 
-TEST_F(HashCallsTest, ATooShortBufferForAHashValueTellsTheLengthNeeded) {
+TEST_F(HashCallsTest, ATooShortBufferForAHashValueReturnsTheNeededLength) {
   const HCRYPTHASH hash = base.HashOf(kAlgorithmSha1, kPassword);
   std::array<std::uint8_t, 19> buffer{};
   std::uint32_t length = buffer.size();
@@ -64,7 +64,7 @@ TEST_F(HashCallsTest, ATooShortBufferForAHashValueTellsTheLengthNeeded) {
   EXPECT_EQ(AddTo(hash, kPassword), kErrorBadHashState);
 }
 
-TEST_F(HashCallsTest, AHashTakesNothingMoreOnceItsValueWasRead) {
+TEST_F(HashCallsTest, AHashRefusesDataAfterItsValueWasRead) {
   const HCRYPTHASH hash = base.HashOf(kAlgorithmMd5, kPassword);
   const Bytes value = ValueOf(hash);
   EXPECT_EQ(AddTo(hash, kPassword), kErrorBadHashState);
@@ -72,7 +72,7 @@ TEST_F(HashCallsTest, AHashTakesNothingMoreOnceItsValueWasRead) {
   EXPECT_EQ(ValueOf(hash), value);
 }
 
-TEST_F(HashCallsTest, AHashTakesNothingMoreOnceAKeyWasDerived) {
+TEST_F(HashCallsTest, AHashRefusesDataAfterAKeyWasDerived) {
   const HCRYPTHASH hash = base.HashOf(kAlgorithmMd5, kPassword);
   HCRYPTKEY key = 0;
   ASSERT_TRUE(provider.CryptDeriveKey(base.Handle(), kAlgorithmRc4, hash, 0, &key));

@@ -1,5 +1,5 @@
-// How the platform's own provider behaves call by call: CryptoAPI on Windows, and on Linux the same
-// by other means.
+// Single calls of the platform's own provider, which must behave the same on Windows (CryptoAPI)
+// and on Linux.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as they stand in the seam
+using namespace provider;  // NOLINT: the provider's names, as in the seam
 
 constexpr HCRYPTPROV kUntouched = 0x5555;
 const Bytes kPassword{'a', 'b', 'c'};
@@ -32,7 +32,7 @@ class ProviderTest : public ::testing::Test {
   ProviderSession enhanced{kEnhancedProviderName};
 };
 
-TEST_F(ProviderTest, AnUnknownProviderNameIsRefusedAndTheHandleLeftAsItWas) {
+TEST_F(ProviderTest, AnUnknownProviderNameIsRefusedAndTheHandleUnchanged) {
   HCRYPTPROV handle = kUntouched;
   EXPECT_EQ(Acquire("No Such Provider", kVerifyContext, &handle), kErrorKeysetNotDefined);
   EXPECT_EQ(handle, kUntouched);
@@ -56,7 +56,8 @@ TEST_F(ProviderTest, TheDefaultProviderHasTheCiphersOfTheEnhancedOne) {
 
 TEST_F(ProviderTest, TheDefaultKeySetIsMadeOnceAndFoundUntilItIsDeleted) {
   HCRYPTPROV handle = 0;
-  static_cast<void>(Acquire("", kDeleteKeySet, &handle));  // what an interrupted run left behind
+  static_cast<void>(
+      Acquire("", kDeleteKeySet, &handle));  // remove the leftover of an interrupted run
   EXPECT_EQ(Acquire("", kDeleteKeySet, &handle), kErrorBadKeySet);
 
   EXPECT_EQ(Acquire("", kNewKeySet, &handle), 0U);
@@ -96,7 +97,7 @@ TEST_F(ProviderTest, HashesAndKeysEndWithTheirProvider) {
   EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(key)), kErrorInvalidParameter);
 }
 
-TEST_F(ProviderTest, NoHandleIsAnInvalidOne) {
+TEST_F(ProviderTest, AZeroHandleIsInvalid) {
   EXPECT_EQ(ErrorOf(provider.CryptReleaseContext(0, 0)), kErrorInvalidParameter);
   EXPECT_EQ(ErrorOf(provider.CryptDestroyHash(0)), kErrorInvalidParameter);
   EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(0)), kErrorInvalidParameter);
@@ -106,7 +107,7 @@ TEST_F(ProviderTest, NoHandleIsAnInvalidOne) {
   EXPECT_EQ(Decrypt(0, true, {}).error, kErrorInvalidParameter);
 }
 
-TEST_F(ProviderTest, AHandleOfTheWrongKindIsAnInvalidOne) {
+TEST_F(ProviderTest, AHandleOfTheWrongKindIsInvalid) {
   const HCRYPTHASH hash = enhanced.HashOf(kAlgorithmMd5, kPassword);
   const HCRYPTKEY key = enhanced.KeyOf(kAlgorithmDes, kAlgorithmMd5, kPassword);
   EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(hash)), kErrorInvalidParameter);
@@ -137,7 +138,7 @@ TEST_F(ProviderTest, RandomBytesFillTheBufferAndNoMore) {
   EXPECT_EQ(first.front() | first.back() | second.front() | second.back(), 0);
 }
 
-TEST_F(ProviderTest, NoRandomBytesAtAllIsNoFailure) {
+TEST_F(ProviderTest, ZeroRandomBytesSucceed) {
   std::uint8_t byte = 7;
   EXPECT_EQ(ErrorOf(provider.CryptGenRandom(base.Handle(), 0, &byte)), 0U);
   EXPECT_EQ(ErrorOf(provider.CryptGenRandom(base.Handle(), 0, nullptr)), 0U);

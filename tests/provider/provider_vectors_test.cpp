@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as they stand in the seam
+using namespace provider;  // NOLINT: the provider's names, as in the seam
 
 const std::map<std::string, AlgorithmId> kHashNames{{"MD2", kAlgorithmMd2},
                                                     {"MD4", kAlgorithmMd4},
@@ -68,7 +68,7 @@ TEST_F(ProviderVectorsTest, PublishedHashValuesInBothProviders) {
   }
 }
 
-TEST_F(ProviderVectorsTest, HashValueDoesNotDependOnHowTheDataIsCutUp) {
+TEST_F(ProviderVectorsTest, HashValueDoesNotDependOnTheLengthsOfTheParts) {
   for (const VectorLine& line : ReadVectors("hashes.txt", 5)) {
     if (NumberOfField(line.fields[1]) > 100)
       continue;  // a million letters one by one take too long

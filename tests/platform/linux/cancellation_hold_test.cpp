@@ -8,7 +8,7 @@
 namespace latchkey::test {
 namespace {
 
-// Asks by setting it twice: there is no other way.
+// Reads the state by setting it twice, the only way.
 int CancellationState() {
   int state = 0;
   int ignored = 0;
@@ -17,7 +17,7 @@ int CancellationState() {
   return state;
 }
 
-TEST(CancellationHoldTest, HoldsForItsScopeAndRestoresWhatWas) {
+TEST(CancellationHoldTest, HoldsForItsScopeAndRestoresTheEarlierState) {
   EXPECT_EQ(CancellationState(), PTHREAD_CANCEL_ENABLE);
   {
     const platform::CancellationHold hold;

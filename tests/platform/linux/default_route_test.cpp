@@ -16,7 +16,7 @@ const std::string kIpv4Default =
     "eth0\t00000000\t0100A8C0\t0003\t0\t0\t100\t00000000\t0\t0\t0    \n";
 const std::string kIpv4Local = "eth0\t0000A8C0\t00000000\t0001\t0\t0\t100\t00FFFFFF\t0\t0\t0    \n";
 
-// The line of an IPv4 route to everywhere.
+// The line of an IPv4 default route.
 std::string Ipv4Route(const std::string& interface, const std::string& flags) {
   return interface + "\t00000000\t0100A8C0\t" + flags + "\t0\t0\t0\t00000000\t0\t0\t0\n";
 }
@@ -31,36 +31,36 @@ std::string Ipv6Route(const std::string& prefix, const std::string& length,
 
 const std::string kEverywhere(32, '0');
 
-TEST(DefaultRouteTest, AnIpv4RouteToEverywhereIsFoundWhereverItStands) {
+TEST(DefaultRouteTest, AnIpv4DefaultRouteIsFoundInAnyLine) {
   EXPECT_TRUE(HasDefaultIpv4Route(kIpv4Heading + kIpv4Default + kIpv4Local));
   EXPECT_TRUE(HasDefaultIpv4Route(kIpv4Heading + kIpv4Local + kIpv4Default));
   EXPECT_TRUE(HasDefaultIpv4Route(kIpv4Default.substr(0, kIpv4Default.size() - 1)));
 }
 
-TEST(DefaultRouteTest, ARouteToTheLocalNetworkLeadsNowhereElse) {
+TEST(DefaultRouteTest, ARouteToTheLocalNetworkIsNoDefaultRoute) {
   EXPECT_FALSE(HasDefaultIpv4Route(kIpv4Heading + kIpv4Local));
   EXPECT_FALSE(HasDefaultIpv4Route(kIpv4Heading));
   EXPECT_FALSE(HasDefaultIpv4Route(""));
 }
 
-TEST(DefaultRouteTest, HalfOfAllIpv4AddressesIsNotEverywhere) {
+TEST(DefaultRouteTest, ARouteToHalfOfAllIpv4AddressesIsNoDefaultRoute) {
   EXPECT_FALSE(HasDefaultIpv4Route("tun0\t00000000\t0100A8C0\t0003\t0\t0\t0\t00000080\t0\t0\t0\n"));
 }
 
-TEST(DefaultRouteTest, AnIpv4RouteMustBeUpAndLetThrough) {
+TEST(DefaultRouteTest, AnIpv4RouteMustBeUpAndNotReject) {
   EXPECT_TRUE(HasDefaultIpv4Route(Ipv4Route("ppp0", "0001")));
   EXPECT_FALSE(HasDefaultIpv4Route(Ipv4Route("ppp0", "0002")));
   EXPECT_FALSE(HasDefaultIpv4Route(Ipv4Route("ppp0", "0201")));
   EXPECT_FALSE(HasDefaultIpv4Route(Ipv4Route("lo", "0001")));
 }
 
-TEST(DefaultRouteTest, AnIpv6RouteToEverywhereIsFound) {
+TEST(DefaultRouteTest, AnIpv6DefaultRouteIsFound) {
   EXPECT_TRUE(HasDefaultIpv6Route(Ipv6Route("fe80000000000000", "40", "00000001", "eth0") +
                                   Ipv6Route(kEverywhere, "00", "00450003", "eth0")));
 }
 
-TEST(DefaultRouteTest, AnIpv6RouteMustBeUpAndLeadOutOfTheMachine) {
-  // What the kernel shows without any connection.
+TEST(DefaultRouteTest, AnIpv6RouteMustBeUpAndLeaveTheMachine) {
+  // The kernel's lines without any connection.
   EXPECT_FALSE(HasDefaultIpv6Route(Ipv6Route(kEverywhere, "00", "00200200", "lo")));
   EXPECT_FALSE(HasDefaultIpv6Route(Ipv6Route(kEverywhere, "00", "00000001", "lo")));
   EXPECT_FALSE(HasDefaultIpv6Route(Ipv6Route(kEverywhere, "00", "00000201", "eth0")));
@@ -69,7 +69,7 @@ TEST(DefaultRouteTest, AnIpv6RouteMustBeUpAndLeadOutOfTheMachine) {
   EXPECT_FALSE(HasDefaultIpv6Route(""));
 }
 
-TEST(DefaultRouteTest, LinesThatAreNoRoutesArePassedOver) {
+TEST(DefaultRouteTest, OtherLinesAreSkipped) {
   for (const char* const line :
        {"\n", "eth0\n", "eth0 00000000 00000000 zz 0 0 0 00000000\n",
         "eth0 00000000 00000000 0001x 0 0 0 00000000\n", "eth0 00000000 00000000 0001 0 0 0\n"}) {

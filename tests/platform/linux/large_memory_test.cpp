@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::size_t kMiB = std::size_t{1} << 20;
 
-// What the system lists about the mapping that holds the address: its flags, each between spaces.
+// The flags of the mapping that contains the address, each between spaces.
 std::string FlagsAt(const std::uint8_t* address) {
   std::ifstream mappings("/proc/self/smaps");
   bool isMapping = false;
@@ -50,7 +50,7 @@ class LargeMemoryTest : public testing::Test {
   std::uint8_t* memory = nullptr;
 };
 
-TEST_F(LargeMemoryTest, LargePagesAreAskedForInsideTheMemoryOnly) {
+TEST_F(LargeMemoryTest, OnlyWholePagesInsideTheMemoryAreMarked) {
   std::uint8_t* const begin = memory + 4 * kMiB + 5;
   platform::ExpectFilling(begin, 16 * kMiB);
   EXPECT_TRUE(IsForHugePages(begin + 8 * kMiB));
@@ -58,7 +58,7 @@ TEST_F(LargeMemoryTest, LargePagesAreAskedForInsideTheMemoryOnly) {
   EXPECT_FALSE(IsForHugePages(begin + 16 * kMiB));
 }
 
-TEST_F(LargeMemoryTest, LittleMemoryStaysAsItIs) {
+TEST_F(LargeMemoryTest, SmallMemoryIsNotMarked) {
   platform::ExpectFilling(memory, 3 * kMiB);
   EXPECT_FALSE(IsForHugePages(memory + 2 * kMiB));
 }

@@ -21,7 +21,7 @@ std::multiset<pid_t> ProcessesIn(const std::string& folder) {
   return processes;
 }
 
-// A folder that goes with the test.
+// A folder that is removed after the test.
 class ProcessFolderTest : public ::testing::Test {
  protected:
   ProcessFolderTest() {
@@ -34,14 +34,14 @@ class ProcessFolderTest : public ::testing::Test {
   std::filesystem::path folder;
 };
 
-TEST_F(ProcessFolderTest, TheNumbersAreThoseOfTheEntriesThatAreNumbers) {
+TEST_F(ProcessFolderTest, OnlyNumericEntriesAreProcesses) {
   for (const char* name : {"1", "22", "4194304", "self", "3x", "x3", "0", "-5", "99999999999"}) {
     std::filesystem::create_directory(folder / name);
   }
   EXPECT_EQ(ProcessesIn(folder), (std::multiset<pid_t>{1, 22, 4194304}));
 }
 
-TEST_F(ProcessFolderTest, WithoutTheFolderThereAreNone) {
+TEST_F(ProcessFolderTest, WithoutTheFolderNoProcessIsVisited) {
   EXPECT_TRUE(ProcessesIn(folder / "missing").empty());
 }
 
@@ -56,12 +56,12 @@ TEST_F(ProcessFolderTest, AnExceptionEndsTheWalkAndLeavesNoDescriptor) {
   EXPECT_EQ(after, before);
 }
 
-TEST(ProcessesTest, ThisProcessIsThereOnce) {
+TEST(ProcessesTest, ThisProcessIsVisitedOnce) {
   EXPECT_EQ(ProcessesIn("/proc").count(::getpid()), 1U);
 }
 
-// Other processes come and go meanwhile; this one stays.
-TEST(ProcessesTest, AreCountedInPlaceOfWindows) {
+// Other processes start and end meanwhile; this one stays.
+TEST(ProcessesTest, AreCountedInsteadOfWindows) {
   const ModuleScope scope;
   double count = 0;
   double sum = 0;

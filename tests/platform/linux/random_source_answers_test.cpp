@@ -15,7 +15,7 @@ namespace {
 
 class RandomSourceAnswersTest : public ::testing::Test {
  protected:
-  // Fills at most that many bytes, with 1, 2, 3...
+  // Fills at most that number of bytes, with 1, 2, 3...
   long Give(std::span<std::uint8_t> rest, std::size_t atMost) {
     const auto part = rest.first(std::min(rest.size(), atMost));
     for (std::uint8_t& byte : part) byte = ++last;
@@ -33,7 +33,7 @@ class RandomSourceAnswersTest : public ::testing::Test {
   int calls = 0;
 };
 
-TEST_F(RandomSourceAnswersTest, AfterAShortAnswerTheRestIsAskedFor) {
+TEST_F(RandomSourceAnswersTest, AfterAShortAnswerTheRestIsRequested) {
   for (const std::size_t part : {1U, 5U, 8U, 15U}) {
     last = 0;
     const RandomSourceScript script([&](std::span<std::uint8_t> rest) { return Give(rest, part); });

@@ -14,7 +14,7 @@ namespace {
 using platform::kLargestVolumeNumber;
 using platform::VolumeNumber;
 
-// Identification numbers of file systems, among them those of which a fold or a mask leaves 0.
+// Identification numbers of file systems, including those that a fold or a mask turns into 0.
 constexpr std::array<std::uint64_t, 9> kFileSystemIds{
     0, 1, 123, 124, 0xFF000000, 0x100000001, 0xFFFFFFFFU, 0x8000000000000000, 0xFFFFFFFFFFFFFFFF};
 
@@ -29,7 +29,7 @@ TEST(RootVolumeTest, TheIdentificationNumberIsSmallAndNeverZero) {
   }
 }
 
-TEST(RootVolumeTest, TheIdentificationNumberDependsOnBothHalvesOfTheFileSystems) {
+TEST(RootVolumeTest, TheNumberDependsOnBothHalvesOfTheFileSystemsNumber) {
   EXPECT_NE(VolumeNumber(5), VolumeNumber(6));
   EXPECT_NE(VolumeNumber(std::uint64_t{5} << 32), VolumeNumber(std::uint64_t{6} << 32));
 }
@@ -42,7 +42,7 @@ TEST(RootVolumeTest, ThisMachinesVolumeHasSuchANumberAndAFileSystem) {
   EXPECT_NE(volume->fileSystemName, "");
 }
 
-TEST(RootVolumeTest, FreeBytesAreEveryonesAndAvailableBytesTheUsers) {
+TEST(RootVolumeTest, FreeBytesAreForAllUsersAndAvailableBytesForThisOne) {
   struct statvfs status {};
   status.f_frsize = 4096;
   status.f_bsize = 65536;

@@ -1,4 +1,4 @@
-// Which files the connection is read from.
+// The files from which the connection is read.
 #include "platform/linux/route_tables.h"
 
 #include <gtest/gtest.h>
@@ -38,14 +38,14 @@ class RouteTablesTest : public testing::Test {
 
 TEST_F(RouteTablesTest, WithoutTablesThereIsNoRoute) { EXPECT_FALSE(Connected()); }
 
-TEST_F(RouteTablesTest, AnIpv4RouteAloneIsAConnection) {
+TEST_F(RouteTablesTest, OneIpv4RouteIsAConnection) {
   Write("route", kIpv4Route);
   EXPECT_TRUE(Connected());
   Write("ipv6_route", "");
   EXPECT_TRUE(Connected());
 }
 
-TEST_F(RouteTablesTest, AnIpv6RouteAloneIsAConnection) {
+TEST_F(RouteTablesTest, OneIpv6RouteIsAConnection) {
   Write("ipv6_route", kIpv6Route);
   EXPECT_TRUE(Connected());
   Write("route", "");
@@ -58,8 +58,8 @@ TEST_F(RouteTablesTest, EachTableIsReadInItsOwnForm) {
   EXPECT_FALSE(Connected());
 }
 
-// A machine without a default route cannot show which folder is read: its files show it.
-TEST_F(RouteTablesTest, TheSystemsConnectionIsThatOfTheKernelsTables) {
+// A machine without a default route cannot show the folder by its result, so this compares files.
+TEST_F(RouteTablesTest, TheSystemsConnectionComesFromTheKernelsTables) {
   EXPECT_TRUE(std::filesystem::exists(std::filesystem::path(kRouteTables) / "route"));
   std::uint32_t flags = 0;
   EXPECT_EQ(platform::SystemConnectivity().InternetGetConnectedState(&flags, 0),

@@ -1,4 +1,4 @@
-// What the Linux probe makes of the system's clocks, and where its warning appears.
+// The Linux probe's clocks and its warning.
 #include "platform/system_probe.h"
 
 #include <gtest/gtest.h>
@@ -14,7 +14,7 @@ namespace {
 
 using platform::MachineProbe;
 
-// Sets the process's time zone, and the one before when it goes.
+// Sets the process's time zone and restores the earlier one.
 class TimeZone {
  public:
   explicit TimeZone(const char* name) {
@@ -44,7 +44,7 @@ std::uint32_t MonotonicMilliseconds() {
   return static_cast<std::uint32_t>(now.tv_sec * 1000 + now.tv_nsec / 1'000'000);
 }
 
-// Between two readings of the clock, also where the count passes its end.
+// Between two readings of the clock, also when the count wraps.
 TEST(LinuxProbeTest, TicksAreMillisecondsOfTheMonotonicClock) {
   const std::uint32_t before = MonotonicMilliseconds();
   const std::uint32_t ticks = MachineProbe().GetTickCount();

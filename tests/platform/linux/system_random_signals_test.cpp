@@ -13,7 +13,7 @@ namespace {
 
 std::atomic<int> signals{0};
 
-// A signal every tenth of a millisecond while it lives.
+// Sends a signal every tenth of a millisecond during its life.
 class SignalStorm {
  public:
   SignalStorm() {
@@ -38,8 +38,8 @@ class SignalStorm {
   struct sigaction before_ {};
 };
 
-// The system cuts a request short when a signal comes.
-TEST(SystemRandomTest, SignalsLeaveNoPartUnfilled) {
+// A signal makes the system return fewer bytes.
+TEST(SystemRandomTest, SignalsDoNotShortenAFill) {
   constexpr std::ptrdiff_t kPart = 64;
   std::vector<std::uint8_t> bytes(std::size_t{1} << 25);
   {

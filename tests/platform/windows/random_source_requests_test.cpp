@@ -1,4 +1,4 @@
-// Requests larger than one call takes.
+// Requests too large for one call.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,7 +20,7 @@ struct Request {
   friend bool operator==(const Request&, const Request&) = default;
 };
 
-// Nothing is written, so the memory need not be there.
+// The call is replaced, so the memory need not exist.
 TEST(RandomSourceRequestsTest, AreSplitWithoutAGap) {
   std::array<std::uint8_t, 1> first{};
   const auto place = reinterpret_cast<std::uintptr_t>(first.data());
@@ -34,7 +34,7 @@ TEST(RandomSourceRequestsTest, AreSplitWithoutAGap) {
             (std::vector<Request>{{place, kLargestRequest}, {place + kLargestRequest, 10}}));
 }
 
-TEST(RandomSourceRequestsTest, AFailureOfTheSecondIsAFailure) {
+TEST(RandomSourceRequestsTest, AFailureOfTheSecondPartIsAFailure) {
   std::array<std::uint8_t, 1> first{};
   int calls = 0;
   const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {

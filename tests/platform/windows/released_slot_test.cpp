@@ -1,4 +1,4 @@
-// A module that is about to be unloaded: no thread may call it when it ends.
+// A module that is about to be unloaded: ending threads must not call it.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -17,7 +17,7 @@ void* Make() { return &value; }
 void Destroy(void* /*value*/) noexcept { ++destroyed; }
 
 TEST(ReleasedSlotTest, TheValueOfALivingThreadIsDestroyedAtOnce) {
-  platform::ReleaseThreadSlot();  // other tests use the slot with functions of their own
+  platform::ReleaseThreadSlot();  // other tests use the slot with other functions
   std::promise<void> ready;
   std::promise<void> finish;
   std::thread thread([&] {

@@ -1,4 +1,4 @@
-// The figures of the system volume against those of the same questions in the system's wide form.
+// The figures of the system volume, compared with those of the system's wide functions.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -10,7 +10,7 @@ namespace {
 constexpr const char* kSystemRoot = "C:\\";
 constexpr const wchar_t* kWideSystemRoot = L"C:\\";
 
-TEST(SystemVolumeTest, TheIdentificationNumberIsTheVolumes) {
+TEST(SystemVolumeTest, TheIdentificationNumberIsThatOfTheVolume) {
   DWORD serialNumber = 0;
   ASSERT_TRUE(GetVolumeInformationW(kWideSystemRoot, nullptr, 0, &serialNumber, nullptr, nullptr,
                                     nullptr, 0));
@@ -19,8 +19,8 @@ TEST(SystemVolumeTest, TheIdentificationNumberIsTheVolumes) {
   EXPECT_EQ(volume->serialNumber, serialNumber);
 }
 
-// What is free changes at any time, the rest does not.
-TEST(SystemVolumeTest, TheSizesAreTheVolumes) {
+// Free space changes at any time, total sizes do not.
+TEST(SystemVolumeTest, TheSizesAreThoseOfTheVolume) {
   ULARGE_INTEGER total{};
   ASSERT_TRUE(GetDiskFreeSpaceExW(kWideSystemRoot, nullptr, &total, nullptr));
   const auto space = platform::MachineProbe().GetDiskFreeSpaceExA(kSystemRoot);

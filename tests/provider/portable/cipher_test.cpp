@@ -11,7 +11,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: what is under test
+using namespace provider;  // NOLINT: the namespace under test
 
 constexpr std::array kCiphers{kAlgorithmRc4, kAlgorithmRc2, kAlgorithmDes, kAlgorithm3Des,
                               kAlgorithm3Des112};
@@ -34,7 +34,7 @@ class KernelCipherTest : public ::testing::TestWithParam<AlgorithmId> {
     return cipher->IsBlockCipher() ? length / 8 * 8 : length;
   }
 
-  // Works through the data in pieces at any address of memory.
+  // Processes the data in pieces at any address.
   template <class Work>
   Bytes InPieces(const Bytes& data, Work work) {
     Bytes memory(random.Below(64));
@@ -54,7 +54,7 @@ class KernelCipherTest : public ::testing::TestWithParam<AlgorithmId> {
   std::unique_ptr<Cipher> cipher;
 };
 
-TEST_P(KernelCipherTest, EncryptionInPiecesIsTheReferencesInOne) {
+TEST_P(KernelCipherTest, EncryptionInPiecesEqualsTheReferenceInOneCall) {
   for (int round = 0; round < 60; ++round) {
     const Bytes plaintext = random.Some(RandomLength());
     cipher->Restart();
@@ -85,9 +85,9 @@ TEST_P(KernelCipherTest, DecryptionOfEveryLengthGivesTheReferencesPlaintext) {
   }
 }
 
-// Both directions share one feedback block: encryption goes on from the last ciphertext that was
-// decrypted, whichever kernel decrypted it.
-TEST_P(KernelCipherTest, EncryptionGoesOnFromWhatWasDecrypted) {
+// Both directions share one feedback block: encryption continues from the last decrypted ciphertext
+// block, with any kernel.
+TEST_P(KernelCipherTest, EncryptionContinuesAfterDecryption) {
   const Bytes plaintext = random.Some(5000);
   const Bytes ciphertext = Reference(plaintext);
   for (const std::size_t length : {8U, 504U, 1024U, 4096U, 4600U, 4992U}) {

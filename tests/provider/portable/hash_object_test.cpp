@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: what is under test
+using namespace provider;  // NOLINT: the namespace under test
 
 using Pair = std::pair<AlgorithmId, const nettle_hash*>;
 
@@ -34,7 +34,7 @@ class KernelHashTest : public ::testing::TestWithParam<Pair> {
   RandomSource random{20263};
 };
 
-TEST_P(KernelHashTest, EveryLengthIsTheReferences) {
+TEST_P(KernelHashTest, EveryLengthEqualsTheReference) {
   const nettle_hash& hash = *HashAlgorithm(GetParam().first);
   for (std::size_t length = 0; length <= 300; ++length) {
     const Bytes data = random.Some(length);
@@ -43,7 +43,7 @@ TEST_P(KernelHashTest, EveryLengthIsTheReferences) {
   }
 }
 
-TEST_P(KernelHashTest, PiecesAtAnyAddressAreTheReferencesInOne) {
+TEST_P(KernelHashTest, PiecesAtAnyAddressEqualTheReferenceInOneCall) {
   for (int round = 0; round < 200; ++round) {
     const Bytes data = random.Some(random.Below(std::size_t{1} << random.Below(14)));
     HashObject hash(0, *HashAlgorithm(GetParam().first));

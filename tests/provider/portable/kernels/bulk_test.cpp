@@ -13,7 +13,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: what is under test
+using namespace provider;  // NOLINT: the namespace under test
 
 des::KeySchedule DesKeyOf(const Bytes& key) {
   des::KeySchedule schedule{};
@@ -31,8 +31,8 @@ Rc2Key Rc2KeyOf(const Bytes& key) {
 
 class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
  protected:
-  // Random keys and feedback, one to three batches at any address, in place: the plaintext must
-  // come back, the feedback go on, and nothing around the data change.
+  // Random keys and feedback, one to three batches at any address, in place: the plaintext must be
+  // right, the feedback updated, and the bytes around the data unchanged.
   template <class Key>
   void ExpectReference(AlgorithmId id, const BulkDecryption<Key>& bulk, Key (*keyOf)(const Bytes&),
                        int rounds) {
@@ -60,19 +60,19 @@ class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
   RandomSource random{20261};
 };
 
-TEST_P(KernelBulkTest, DesDecryptionIsTheReferences) {
+TEST_P(KernelBulkTest, DesDecryptionEqualsTheReference) {
   ExpectReference(kAlgorithmDes, DesBulk(GetParam()), &DesKeyOf, 40);
 }
 
-TEST_P(KernelBulkTest, TripleDesDecryptionIsTheReferences) {
+TEST_P(KernelBulkTest, TripleDesDecryptionEqualsTheReference) {
   ExpectReference(kAlgorithm3Des, DesBulk(GetParam()), &DesKeyOf, 40);
 }
 
-TEST_P(KernelBulkTest, Rc2DecryptionIsTheReferences) {
+TEST_P(KernelBulkTest, Rc2DecryptionEqualsTheReference) {
   ExpectReference(kAlgorithmRc2, Rc2Bulk(GetParam()), &Rc2KeyOf, 100);
 }
 
-TEST_P(KernelBulkTest, ABatchFitsTheRoomForOne) {
+TEST_P(KernelBulkTest, ABatchFitsIntoTheLargestBatch) {
   EXPECT_LE(DesBulk(GetParam()).batchBytes, kLargestBatch);
   EXPECT_LE(Rc2Bulk(GetParam()).batchBytes, kLargestBatch);
 }

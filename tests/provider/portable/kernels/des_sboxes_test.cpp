@@ -70,7 +70,7 @@ TEST(KernelDesSboxesTest, TheTablesAreThePublishedOnes) {
       EXPECT_EQ(seen, 0xFFFFU);
     }
   }
-  EXPECT_EQ(SboxOutput(0, 0b011011), 5U);  // the example beside the published tables
+  EXPECT_EQ(SboxOutput(0, 0b011011), 5U);  // the example next to the published tables
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-// What the ciphers' and hashes' kernels leave on the stack: nothing that depends on a key or on
-// plaintext, when the provider has wiped as much below its frame as it does after each call.
+// The stack after the ciphers' and hashes' kernels and the provider's wipe must not depend on a key
+// or on plaintext.
 #include <gtest/gtest.h>
 #include <nettle/arctwo.h>
 
@@ -20,9 +20,9 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: what is under test
+using namespace provider;  // NOLINT: the namespace under test
 
-// What the kernels work on: two sets of random keys and data, one of which is in place.
+// The input of the kernels: two sets of random keys and data, one of which is in place.
 class Work {
  public:
   static constexpr std::size_t kDataBytes = 2 * kLargestBatch;
@@ -56,7 +56,7 @@ std::size_t ResidueOf(bool withData, Operation&& operation) {
   return DifferingStackBytes([=](int which) { work.Prepare(which, withData); }, operation);
 }
 
-// With the wipe that the provider does after each call, below a frame of its own.
+// Runs the kernel and the provider's wipe, in a separate frame.
 template <class Operation>
 std::size_t ResidueAfterWipe(bool withData, Operation&& operation) {
   return ResidueOf(withData, [&] {
@@ -75,12 +75,12 @@ constexpr bool kKeysAndData = true;
   asm volatile("" ::"r"(&frame) : "memory");
 }
 
-TEST(KernelStackResidueTest, WhatAFunctionLeavesIsFound) {
+TEST(KernelStackResidueTest, AFunctionsResidueIsFound) {
   EXPECT_GT(ResidueOf(kKeysAndData, &LeaveData), 0U);
   EXPECT_EQ(ResidueAfterWipe(kKeysAndData, &LeaveData), 0U);
 }
 
-TEST(KernelStackResidueTest, TheKernelsOfSingleBlocksLeaveNothingBeyondTheProvidersWipe) {
+TEST(KernelStackResidueTest, TheKernelsOfSingleBlocksLeaveNoSecretsAfterTheProvidersWipe) {
   std::uint8_t* const data = work.data.data();
   std::uint8_t* const feedback = work.feedback.data();
   constexpr std::size_t kSize = Work::kDataBytes;
@@ -99,7 +99,7 @@ TEST(KernelStackResidueTest, TheKernelsOfSingleBlocksLeaveNothingBeyondTheProvid
   EXPECT_EQ(ResidueAfterWipe(kKeysAndData, [=] { AddRc4KeyStream(work.rc4State, work.data); }), 0U);
 }
 
-TEST(KernelStackResidueTest, TheHashesLeaveNothingBeyondTheProvidersWipe) {
+TEST(KernelStackResidueTest, TheHashesLeaveNoSecretsAfterTheProvidersWipe) {
   alignas(std::max_align_t) static std::array<std::uint8_t, 1024> context;
   static std::array<std::uint8_t, 20> digest;
   for (const nettle_hash* const hash : {&kMd4, &kMd5, &Sha1()}) {
@@ -118,8 +118,8 @@ TEST(KernelStackResidueTest, TheHashesLeaveNothingBeyondTheProvidersWipe) {
 
 using KernelBulkResidueTest = ::testing::TestWithParam<CpuLevel>;
 
-// They use more of the stack than the provider wipes, and so wipe it themselves.
-TEST_P(KernelBulkResidueTest, BulkDecryptionLeavesNothing) {
+// They use more of the stack than the provider wipes, so they wipe it themselves.
+TEST_P(KernelBulkResidueTest, BulkDecryptionLeavesNoSecrets) {
   for (const std::size_t batches : {1U, 2U}) {
     EXPECT_EQ(ResidueOf(kKeysAlone,
                         [&] {
