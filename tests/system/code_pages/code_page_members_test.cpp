@@ -1,7 +1,7 @@
 // The component on the code page of the process, which is that of LATCHKEY_TEST_CODE_PAGE: every
-// member that takes or gives text, for every byte and every character.
+// member that takes or returns text, for every byte and every character.
 //
-// Random texts have no seed: each byte value is missing from them all with a probability below
+// Random texts have no seed: the probability that a byte value is missing from all of them is below
 // 10^-130.
 #include <gtest/gtest.h>
 
@@ -71,7 +71,7 @@ class CodePageMembersTest : public testing::Test {
   }
   bool Passes(const VectorLine& line);
 
-  // The code of a character as clients see it.
+  // The code of a character for clients.
   std::uint16_t CodeOf(char16_t character, std::uint8_t lowByte) {
     const Text text(1, character);
     const std::int32_t fault = FaultOf([&] { return api->StringToByteArray(TextView(text)); });
@@ -95,7 +95,7 @@ bool CodePageMembersTest::Passes(const VectorLine& line) {
   api->UseDefaultPWD(false);
   SetPassword(BytesOfField(line.fields[3]));
   if (Encrypted(plaintext, hash, cipher) != ciphertext) return false;
-  // Text loses its trailing spaces, so such a ciphertext does not arrive whole.
+  // Text loses its trailing spaces, so such a ciphertext is damaged.
   const Bytes expected = ciphertext.back() == ' ' ? Bytes() : plaintext;
   return Decrypted(ciphertext, hash, cipher) == expected;
 }
@@ -196,7 +196,7 @@ TEST_F(CodePageMembersTest, EveryByteOfARawDigestIsACharacter) {
   EXPECT_EQ(bytes.size(), 256U);
 }
 
-// Of the draws, some fail where the volume's number and the uptime overflow (433, 434).
+// Some draws fail if the volume's number and the uptime overflow (433, 434).
 template <class Draw>
 void ExpectEveryCharacterIn(const Text& every, Draw&& draw) {
   const std::set<char16_t> expected(every.begin(), every.end());
@@ -227,7 +227,7 @@ TEST_F(CodePageMembersTest, ACharacterOfSeveralBytesIsAnOverflow) {
   EXPECT_EQ(api->Record().rtNumber, hasSeveral ? kOverflow : kNoFault);
 }
 
-// On UTF-8 they are halves of a character of four bytes, so no two texts share a digest.
+// On UTF-8 they are halves of a four-byte character, so different texts have different digests.
 TEST_F(CodePageMembersTest, ASurrogateIsAnOverflowOnUtf8AndMissingElsewhere) {
   const bool isUtf8 = Number() == 65001;
   for (const Text& text : {Text(u"\U0001F600"), Text(1, 0xD83D), Text(1, 0xDE00)}) {

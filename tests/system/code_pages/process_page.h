@@ -11,8 +11,8 @@ namespace latchkey::test {
 // std::runtime_error otherwise.
 void UsePage(unsigned number);
 
-// What clients have to see, made from the platform's own conversion; nothing where the component
-// brings the code page along.
+// The expected view of clients, from the platform's own conversion; nothing if the component
+// implements the code page itself.
 std::optional<VisiblePage> PlatformPage();
 
 }  // namespace latchkey::test

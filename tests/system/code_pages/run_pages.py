@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the tests of the code pages once for each page, and prints what passed on each.
+"""Runs the tests of the code pages once for each page, and prints the result of each.
 
   run_pages.py FOLDER PROGRAM                       on Linux
   run_pages.py FOLDER PROGRAM tools/wine ARCH DLL   under Wine, against the DLL, which it registers for that

@@ -1,5 +1,5 @@
-// The choice of the code page, from the shared library, as a client makes it. A process chooses
-// once: tests before the last one use their choice in a child.
+// The choice of the code page by a client of the shared library. A process chooses once: tests
+// before the last one use their choice in a child.
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/resource.h>
@@ -31,7 +31,7 @@ char16_t CharacterOf(std::uint8_t byte) {
   return clsCryptoAPI().ByteArrayToString({byte, 0}).at(0);
 }
 
-// Each thread chooses its page and uses the one in force. What each sees must be the same.
+// Each thread chooses its page and uses the one in force, which must be the same for all.
 std::set<char16_t> CharactersSeenByRacingThreads(std::uint8_t byte) {
   const std::vector<std::uint32_t> numbers{1251, 1253, 1255, 1256};
   std::vector<char16_t> seen(numbers.size());
@@ -48,7 +48,7 @@ std::set<char16_t> CharactersSeenByRacingThreads(std::uint8_t byte) {
   return {seen.begin(), seen.end()};
 }
 
-// In a process that has read other tables before: without any the C library gives up for good.
+// In a process that has read other tables before: without any, the C library never tries again.
 bool KeepsTheChoiceWhenTablesAreMissing() {
   return SetCodePage(932) == CodePageChoice::Accepted &&
          SetWithoutFiles(950) == CodePageChoice::Unavailable && CharacterOf(0xB1) == 0xFF71;

@@ -8,11 +8,11 @@
 namespace latchkey::test {
 namespace {
 
-// The bytes of a character without best fit; none where the code page does not have it.
+// The bytes of a character without best fit; none if the code page lacks it.
 std::string BytesOfCharacter(wchar_t character) {
   std::string bytes(8, '\0');
   const auto size = static_cast<int>(bytes.size());
-  const bool isUtf8 = GetACP() == CP_UTF8;  // which refuses the last argument and the flag
+  const bool isUtf8 = GetACP() == CP_UTF8;  // UTF-8 refuses the last argument and the flag
   BOOL replaced = FALSE;
   const int count = WideCharToMultiByte(CP_ACP, isUtf8 ? 0 : WC_NO_BEST_FIT_CHARS, &character, 1,
                                         bytes.data(), size, nullptr, isUtf8 ? nullptr : &replaced);
@@ -20,7 +20,8 @@ std::string BytesOfCharacter(wchar_t character) {
   return bytes;
 }
 
-// The character of the plain conversion where that is one-to-one, else the one of the same number.
+// The character of the plain conversion if that is one-to-one, otherwise the one of the same
+// number.
 wchar_t CharacterOfByte(unsigned byte) {
   const char narrow = static_cast<char>(byte);
   wchar_t wide[2] = {};

@@ -1,4 +1,4 @@
-// The message box that a drive's failure shows.
+// The message box after a drive's failure.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -46,7 +46,7 @@ BOOL CALLBACK SeeControl(HWND control, LPARAM) {
   return TRUE;
 }
 
-// Sees a dialog when it is complete and becomes active, and presses its only button.
+// Waits until a dialog is complete and active, and presses its only button.
 LRESULT CALLBACK SeeBox(int code, WPARAM window, LPARAM details) {
   auto* const dialog = reinterpret_cast<HWND>(window);
   if (code == HCBT_ACTIVATE && ClassOf(dialog) == L"#32770" && ++seen.boxes == 1) {

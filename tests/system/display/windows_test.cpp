@@ -34,7 +34,7 @@ void RegisterTestClass() {
   RegisterClassA(&description);
 }
 
-// A window, hidden, that is destroyed with the object; its children go with it.
+// A hidden window that is destroyed with the object, with its children.
 class TestWindow {
  public:
   explicit TestWindow(HWND parent = nullptr)
@@ -59,7 +59,7 @@ struct Figures {
   friend bool operator==(const Figures&, const Figures&) = default;
 };
 
-// What user32 itself enumerates: each window counts, with its handle as a signed number.
+// The windows that user32 itself enumerates, each with its handle as a signed number.
 BOOL CALLBACK AddWindow(HWND window, LPARAM figures) {
   auto& [count, sum] = *reinterpret_cast<Figures*>(figures);
   count += 1;
@@ -85,7 +85,7 @@ Figures CountedFigures() {
   return figures;
 }
 
-// The component's figures while the desktop stayed as it was: other programs have windows too.
+// The component's figures while the desktop did not change: other programs have windows too.
 Figures CountedOnAStillDesktop(Figures& expected) {
   Figures counted;
   do {
@@ -186,8 +186,8 @@ TEST_F(WindowsTest, TitlesAndClassNamesAreThoseOfTheWindow) {
   EXPECT_STREQ(shortBuffer.data(), "Lat");
 }
 
-// Numbers of windows are no handles of CloseHandle's, unless the process has one of the same
-// number.
+// The number of a window is not a valid argument of CloseHandle, unless the process has a handle of
+// that number.
 TEST_F(WindowsTest, AHandleOfAWindowsNumberIsClosedOnBothLevels) {
   const TestWindow top;
   const TestWindow child(top.Get());

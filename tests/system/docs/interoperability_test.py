@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""The shell lines in docs/interoperability.md do what it says: they are taken from it and run.
+"""Runs the shell lines of docs/interoperability.md and checks their results.
 
 `openssl` and `latchkey` are those that the PATH finds.
 """
@@ -32,7 +32,7 @@ def read_blocks():
 
 
 def read_vectors():
-    """What CryptoAPI made of each password and plaintext, as far as openssl has the algorithms."""
+    """CryptoAPI's ciphertext for each password and plaintext, for the algorithms that openssl has."""
     vectors = []
     for line in (PROJECT / "tests/vectors/encryption.txt").read_text(encoding="utf-8").splitlines():
         if line.startswith("#") or not line:
@@ -45,7 +45,7 @@ def read_vectors():
 
 
 def run(script, files):
-    """The files that a script leaves behind, and what it printed."""
+    """The files that a script leaves, and its output."""
     with tempfile.TemporaryDirectory() as name:
         folder = pathlib.Path(name)
         for file, content in files.items():
@@ -73,7 +73,7 @@ class DocumentedLines(unittest.TestCase):
         return value + self.blocks["checked", f"provider {vector.provider}, cipher {vector.cipher}"]
 
     def encrypting(self, script):
-        """The lines with what the document says to change for encrypting."""
+        """The lines with the document's changes for encryption."""
         script = replace_once(script, "enc -d ", "enc -e ")
         return replace_once(script, "-in secret.bin -out plain.bin", "-in plain.bin -out secret.bin")
 

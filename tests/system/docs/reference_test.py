@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""docs/reference.md and docs/errors.md say what the sources say, and tools/make_reference notices when they do not."""
+"""docs/reference.md and docs/errors.md agree with the sources, and tools/make_reference reports differences."""
 import pathlib
 import shutil
 import subprocess

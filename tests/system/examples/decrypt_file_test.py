@@ -1,4 +1,4 @@
-"""The Linux sample, decrypt_file: reads what encrypt_file.vbs writes.
+"""The Linux sample decrypt_file reads the output of encrypt_file.vbs.
 
     decrypt_file_test.py PROGRAM
 """
@@ -48,7 +48,7 @@ class DecryptFileTest(unittest.TestCase):
 
     def test_removes_the_end_mark(self):
         for content in (b"", b"a", b"ends in 20  ", b"ends in 00\0", b"ends with a mark~lkend~5", b"weekend!"):
-            # The writer takes the first digit whose ciphertext does not end in 20.
+            # The writer uses the first digit whose ciphertext does not end in 20.
             mark = next(mark for mark in (b"~lkend~0", b"~lkend~1") if not ciphertext_of(content + mark).endswith("20"))
             with self.subTest(content):
                 self.assert_content(content + mark, content)

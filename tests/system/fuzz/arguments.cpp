@@ -1,4 +1,4 @@
-// The reading of command lines: arguments that end at zero bytes. Nothing is carried out.
+// Parsing of command lines: arguments that end at zero bytes. No command is run.
 #include <string>
 
 #include "cli/command_line.h"
@@ -19,8 +19,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     }
   }
   if (!argument.empty()) arguments.push_back(argument);
-  std::reverse(arguments.begin(), arguments.end());  // as the parser wants a list of them
-  static CommandLine commandLine;  // making one takes far longer than reading a line
+  std::reverse(arguments.begin(), arguments.end());  // the order that the parser requires
+  static CommandLine commandLine;  // construction takes far longer than parsing a line
   try {
     commandLine.Parser().parse(arguments);
   } catch (const CLI::Error& error) {

@@ -1,5 +1,5 @@
-// The C interface: any calls in any order, with any numbers and lengths, with handles that are open
-// or closed, of another kind or none, and with null pointers.
+// The C interface: any calls in any order, with any numbers and lengths, with open and closed
+// handles, handles of another kind, invalid handles and null pointers.
 #include <algorithm>
 #include <array>
 
@@ -17,7 +17,7 @@ using latchkey::fuzz::Handles;
 using latchkey::fuzz::Input;
 using latchkey::fuzz::Require;
 
-// What the calls work on. The buffer has guard bytes behind the room that a call is told of.
+// The data of the calls. The buffer has guard bytes after the room that is passed to a call.
 class Session {
  public:
   explicit Session(Input& input) : input_(input), connectivity_(input) {}
@@ -41,7 +41,7 @@ class Session {
  private:
   using Call = int (Session::*)();
 
-  // The pointers that a set bit of the drawn byte makes null. kInPlace makes the input the buffer.
+  // The pointers that set bits of the drawn byte make null. kInPlace makes the input the buffer.
   using Pointer = unsigned;
   static constexpr Pointer kBuffer = 1;
   static constexpr Pointer kLength = 2;
@@ -148,13 +148,13 @@ class Session {
     piece_ = input_.TakePiece();
   }
 
-  // A handle, which is open or may be anything.
+  // A handle: open, or any number.
   template <class Handle>
   Handle* Draw(const Handles<Handle>& handles) {
     return handles.Draw(choice_, input_);
   }
 
-  // The same for a call that fails unless it is open.
+  // The same for a call that fails unless the handle is open.
   template <class Handle>
   Handle* DrawUsed(const Handles<Handle>& handles) {
     Handle* const handle = Draw(handles);
@@ -171,7 +171,7 @@ class Session {
 
   [[nodiscard]] bool IsGiven(Pointer pointer) const { return (nulls_ & pointer) == 0; }
 
-  // What may be null only where it is of no length.
+  // A pointer that may be null only if its length is 0.
   template <class Value>
   Value* OrNull(Pointer pointer, Value* value, std::size_t length) {
     if (IsGiven(pointer)) return value;
@@ -199,13 +199,13 @@ class Session {
                        [=](std::uint8_t byte) { return byte == value; });
   }
 
-  // A timer that is open has nothing to fail for.
+  // A call on an open timer cannot fail.
   [[nodiscard]] int TimerAnswer(int status) const {
     Require(dead_ || refused_ || status == LATCHKEY_OK);
     return status;
   }
 
-  // What a call with the buffer and the length has left there.
+  // The result of a call in the buffer and the length.
   [[nodiscard]] int Checked(int status) const {
     if (!IsGiven(kLength)) return status;
     if (status == LATCHKEY_OK) {
@@ -239,7 +239,7 @@ class Session {
   Handles<latchkey_timer> timers_{latchkey_timer_open, latchkey_timer_close, numbers_};
   std::array<std::uint8_t, 272> buffer_{};
 
-  // Of the call that is made: what was drawn for it, and what it must answer.
+  // The arguments drawn for the current call, and the expected answer.
   HandleChoice choice_ = HandleChoice::Newest;
   Pointer nulls_ = 0;
   std::size_t room_ = 0;

@@ -1,5 +1,5 @@
-// Decryption with every hash, cipher and provider: what decrypts encrypts back to the same bytes,
-// and the component's own Decrypt agrees on what decrypts.
+// Decryption with every hash, cipher and provider: a decrypted text encrypts to the same bytes, and
+// the component's own Decrypt agrees.
 #include <algorithm>
 
 #include "latchkey.h"
@@ -13,7 +13,7 @@ using latchkey::fuzz::Require;
 
 namespace {
 
-// Compares with clsCryptoAPI, which takes no password of fewer than two elements and loses spaces
+// Compares with clsCryptoAPI, which accepts no password of fewer than two elements and loses spaces
 // at the end of password and data.
 void RequireSameDecision(const latchkey_key& key, std::span<const std::uint8_t> ciphertext,
                          bool decrypts) {

@@ -1,4 +1,4 @@
-// Whether there is a connection, as a driver's input says.
+// A connection drawn from a driver's input.
 #pragma once
 
 #include <utility>
@@ -9,8 +9,7 @@
 
 namespace latchkey::fuzz {
 
-// Gives the thread answers that the input tells for as long as it lives: nothing is asked of the
-// machine.
+// During its life, gives the thread answers drawn from the input instead of the machine's.
 class DrawnConnectivity final : public platform::Connectivity {
  public:
   explicit DrawnConnectivity(Input& input) : input_(input) {

@@ -16,7 +16,7 @@ using HandleNumbers = std::vector<void*>;
 
 enum class HandleChoice { Newest, Earlier, OfAnyKind, Null };
 
-// The handles of one kind. Those that were closed stay among what may be drawn.
+// The handles of one kind. Closed ones may still be drawn.
 template <class Handle>
 class Handles {
  public:
@@ -44,7 +44,7 @@ class Handles {
 
   [[nodiscard]] int OpenWithoutResult() const { return openFunction_(nullptr); }
 
-  // Just an open handle can be closed, once; closing none does nothing.
+  // Only an open handle can be closed, once; closing another does nothing.
   int Close(Handle* handle) {
     const bool closes = open_.erase(handle) > 0 || handle == nullptr;
     const int status = closeFunction_(handle);
@@ -54,7 +54,7 @@ class Handles {
 
   [[nodiscard]] bool IsOpen(Handle* handle) const { return open_.contains(handle); }
 
-  // Null where there is nothing to choose from.
+  // Null if no handle was made yet.
   [[nodiscard]] Handle* Draw(HandleChoice choice, Input& input) const {
     if (choice == HandleChoice::Newest && !all_.empty()) return all_.back();
     if (choice == HandleChoice::Earlier) return DrawFrom(all_, input);

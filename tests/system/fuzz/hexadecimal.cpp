@@ -1,4 +1,4 @@
-// Hexadecimal decoding: never more bytes than pairs, and every text comes back from its digits.
+// Hexadecimal decoding: never more bytes than pairs, and every text is decoded from its digits.
 #include <algorithm>
 
 #include "latchkey/cls_crypto_api.h"

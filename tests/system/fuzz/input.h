@@ -1,4 +1,4 @@
-// The bytes that a fuzzer gives, taken apart.
+// A reader of the fuzzer's bytes.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace latchkey::fuzz {
 
-// Hands out values from the front; what is missing at the end is zero.
+// Returns values from the front; missing bytes at the end are zero.
 class Input {
  public:
   Input(const std::uint8_t* data, std::size_t size) : rest_(data, size) {}
@@ -34,12 +34,12 @@ class Input {
     return taken;
   }
 
-  // A number of bytes that the input itself tells.
+  // Bytes whose number the input itself gives.
   std::span<const std::uint8_t> TakePiece() { return TakeSpan(Take<std::uint8_t>()); }
 
   std::span<const std::uint8_t> TakeRest() { return TakeSpan(rest_.size()); }
 
-  // What is left, as characters: each of two bytes, or each of one.
+  // The rest as characters: each of two bytes, or each of one.
   Text TakeText() {
     if ((Take<std::uint8_t>() & 1U) == 0) return {rest_.begin(), rest_.end()};
     Text text(rest_.size() / sizeof(char16_t), u'\0');
@@ -51,7 +51,7 @@ class Input {
   std::span<const std::uint8_t> rest_;
 };
 
-// Ends the process, which is what a fuzzer takes for a finding.
+// Ends the process, which a fuzzer records as a finding.
 inline void Require(bool condition) {
   if (!condition) std::abort();
 }

@@ -1,4 +1,4 @@
-// Runs a driver over files: the main program where no fuzzer gives one.
+// Runs a driver over files: the main program of builds without a fuzzer.
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>

@@ -59,7 +59,7 @@ int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const auto* number = std::get_if<double>(&value);
   if (number == nullptr || !std::isfinite(*number)) return 0;
   const auto [reading, read] = platform::ReadNumber(text);
-  // Fifteen digits of the largest numbers may round to what no Double holds.
+  // Fifteen digits of the largest numbers may round to a value beyond every Double.
   if (reading == platform::NumberReading::Overflow) return 0;
   Require(reading == platform::NumberReading::Number);
   Require(std::abs(read - *number) <= std::abs(*number) * 1e-14 + 1e-320);

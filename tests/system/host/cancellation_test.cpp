@@ -56,7 +56,7 @@ pthread_t Start(void* (*body)(void*), CancelledThread& thread) {
   return id;
 }
 
-// What the thread ended with.
+// The thread's result.
 void* Join(pthread_t thread) {
   void* result = nullptr;
   if (::pthread_join(thread, &result) != 0) throw std::runtime_error("no thread");
@@ -87,7 +87,7 @@ TEST(CancellationTest, NothingIsLeftOfAThreadCancelledAtAnyMoment) {
       ASSERT_EQ(::pthread_cancel(id), 0);
       ASSERT_EQ(Join(id), PTHREAD_CANCELED);
     }
-    // The first round makes what the process keeps.
+    // The first round allocates memory that the process keeps.
     if (round == 0) {
       heap = HeapInUse();
       descriptors = OpenDescriptors();

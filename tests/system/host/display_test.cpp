@@ -1,4 +1,4 @@
-// Strangers whom the environment names: the library asks none of them.
+// Servers named in the environment: the library must not contact them.
 #include <arpa/inet.h>
 #include <gtest/gtest.h>
 #include <link.h>
@@ -19,7 +19,7 @@
 namespace latchkey::test {
 namespace {
 
-// A display that accepts a client and then stays silent, named in DISPLAY.
+// A display, named in DISPLAY, that accepts a client and never answers.
 class SilentDisplay {
  public:
   SilentDisplay() {
@@ -40,7 +40,7 @@ class SilentDisplay {
   SilentDisplay& operator=(const SilentDisplay&) = delete;
   ~SilentDisplay() { ::close(socket_); }
 
-  // Whether a client has come.
+  // Whether a client has connected.
   [[nodiscard]] bool WasAsked() const {
     const int client = ::accept4(socket_, nullptr, nullptr, SOCK_NONBLOCK);
     return client != -1 || errno != EAGAIN;
@@ -54,7 +54,7 @@ void RunEachThatAsksTheSystem() {
   for (const Operation& operation : OperationsThatAskTheSystem()) operation.run();
 }
 
-// A library that waited for the display would be ended by the alarm.
+// The alarm would end a process that waited for the display.
 TEST(DisplayDeathTest, ASilentDisplayIsNotAsked) {
   const SilentDisplay display;
   EXPECT_EXIT(

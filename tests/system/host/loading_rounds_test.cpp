@@ -1,4 +1,4 @@
-// A process that loads, uses and unloads the library again and again keeps nothing of it.
+// A process that loads, uses and unloads the library repeatedly keeps no memory of it.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <latchkey.h>
@@ -90,7 +90,7 @@ void UseOnThisThread() {
   Use(library);
 }
 
-// What a process has of the system. The caches of the C library's allocator are off
+// The resources of a process. The caches of the C library's allocator are off
 // (CMakeLists.txt).
 struct Holdings {
   std::size_t heap = 0;
@@ -115,7 +115,7 @@ Holdings Now() {
   return now;
 }
 
-// What the process has after the first rounds, and after many more.
+// The resources of the process after the first rounds, and after many more.
 template <class Round>
 std::array<Holdings, 2> HoldingsAround(Round&& round) {
   for (int i = 0; i < 10; ++i) round();
@@ -130,20 +130,20 @@ TEST(LoadingRoundsTest, NothingIsLeftOfALibraryUsedOnAnotherThread) {
   EXPECT_EQ(after, before);
 }
 
-// What it needs itself goes too: a library that is never used leaves nothing either.
+// Its own data is freed too: a library that is never used leaves none either.
 TEST(LoadingRoundsTest, NothingIsLeftOfALibraryNotUsed) {
   const auto [before, after] = HoldingsAround([] { const Library library; });
   EXPECT_FALSE(Library::IsLoaded());
   EXPECT_EQ(after, before);
 }
 
-// It stays loaded as long as the thread lives, and so does the thread's data, once.
+// The library stays loaded while the thread lives, and so does the thread's data, once.
 TEST(LoadingRoundsTest, RoundsOnOneThreadKeepNoMoreThanOne) {
   const auto [before, after] = HoldingsAround(UseOnThisThread);
   EXPECT_EQ(after, before);
 }
 
-// Blocks that stay show.
+// The test detects remaining blocks.
 TEST(LoadingRoundsTest, WhatARoundKeepsIsFound) {
   const auto [before, after] = HoldingsAround([] {
     static std::array<void* volatile, 1000> kept{};

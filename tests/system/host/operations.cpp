@@ -232,7 +232,7 @@ std::vector<Operation> AllOperations() {
   AddCiphers(operations);
   AddConversions(operations);
   AddFailures(operations);
-  // Reads the C library's tables where it comes first in the process; refused where it is too late.
+  // Reads the C library's tables if it is the first use in the process; otherwise refused.
   operations.push_back({"SetCodePage", [] { static_cast<void>(SetCodePage(936)); }});
   return operations;
 }

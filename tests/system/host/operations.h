@@ -9,13 +9,13 @@ namespace latchkey::test {
 
 struct Operation {
   std::string name;
-  // Makes its objects, calls, and lets the objects go. Throws std::runtime_error when the call does
-  // not end as it should.
+  // Makes its objects, calls, and releases the objects. Throws std::runtime_error if the call has
+  // an unexpected result.
   std::function<void()> run;
 };
 
-// Each operation with each hash and cipher that it takes, ciphers with little and with much data;
-// and failures of each kind, since those raise exceptions inside.
+// Each operation with each hash and cipher that it accepts, ciphers with short and long data; and
+// failures of each kind, since those raise exceptions inside.
 [[nodiscard]] std::vector<Operation> AllOperations();
 
 // Those that read files or random bytes, where a thread can be cancelled.

@@ -1,4 +1,4 @@
-// A random source of the system that fails, as the library's clients see it.
+// Clients of the library when the system's random source fails.
 #include <gtest/gtest.h>
 #include <latchkey.h>
 #include <latchkey/cls_crypto_api.h>
@@ -16,7 +16,7 @@
 namespace latchkey::test {
 namespace {
 
-// Ends the process with status 0 when each of the operations reports its failure.
+// Exits with 0 if each of the operations reports its failure.
 void ExitWithTheClasssFailures(int error) {
   clsMain main;
   clsCryptoAPI api;
@@ -58,7 +58,7 @@ TEST_P(RandomSourceDeathTest, AFailureOfTheSystemCallIsTheCInterfaces) {
   EXPECT_EXIT(ExitWithTheCInterfacesFailures(GetParam()), ::testing::ExitedWithCode(0), "");
 }
 
-// 0 is no error: the call says that it gave no bytes.
+// 0 is not an error: the call returns no bytes.
 INSTANTIATE_TEST_SUITE_P(Errors, RandomSourceDeathTest,
                          ::testing::Values(ENOSYS, EPERM, EFAULT, EAGAIN, 0));
 

@@ -1,4 +1,4 @@
-// How much of a thread's stack the library needs.
+// The library's need of a thread's stack.
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/mman.h>
@@ -21,12 +21,12 @@ namespace {
 
 constexpr std::size_t kPage = 4096;
 constexpr std::size_t kAmple = 256 * 1024;
-// What a thread's stack may take altogether: also what the C library keeps at its top for the
-// thread (descriptor, thread-local variables, about 4 KiB), and the frames that call the operation.
+// The limit for a whole thread stack, including the C library's data at its top (descriptor,
+// thread-local variables, about 4 KiB) and the frames that call the operation.
 constexpr std::size_t kEnough = 32 * 1024;
 constexpr std::uint8_t kPaint = 0xA5;
 
-// Painted memory for a stack, above a page that nothing may touch.
+// Painted memory for a stack, above an inaccessible page.
 class PaintedStack {
  public:
   explicit PaintedStack(std::size_t size) : size_(size + kPage) {
@@ -61,7 +61,7 @@ void* Run(void* operation) {
   return nullptr;
 }
 
-// Runs the operation as a thread on a stack of that size. Gives what was used of it.
+// Runs the operation as a thread on a stack of that size. Returns the bytes used.
 std::size_t StackUsedBy(const Operation& operation, std::size_t size) {
   const PaintedStack stack(size);
   pthread_attr_t attributes;
@@ -78,10 +78,10 @@ std::size_t StackUsedBy(const Operation& operation, std::size_t size) {
   return stack.Used();
 }
 
-// In a process that has not used the library yet: what happens once a process needs stack too. 0
-// when the process does not end well.
+// The bytes used in a process that has not used the library yet, since one-time work needs stack
+// too. 0 if the process fails.
 std::size_t StackUsedAtFirst(const Operation& operation) {
-  int ends[2] = {};  // NOLINT(*-avoid-c-arrays): as pipe wants it
+  int ends[2] = {};  // NOLINT(*-avoid-c-arrays): the argument of pipe
   if (::pipe(ends) != 0) throw std::runtime_error("no pipe");
   const pid_t child = ::fork();
   if (child == 0) {

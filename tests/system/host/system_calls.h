@@ -1,11 +1,11 @@
-// A system that refuses: what a process may be kept from by the one that starts it.
+// System calls that fail, as a parent may arrange it for a process.
 #pragma once
 
 namespace latchkey::test {
 
-// From here on the process is ended (SIGSYS) when it makes the system call of this number
-// (SYS_socket, for example). Not taken back: call it in a process that ends after the test. Throws
-// std::runtime_error when the system cannot do that.
+// Makes the system end the process (SIGSYS) at the system call of this number (SYS_socket, for
+// example). Cannot be undone: call it in a process that ends after the test. Throws
+// std::runtime_error if the system does not support it.
 void ForbidSystemCall(long number);
 
 // The same, but the call fails with this error; 0 makes it return 0.

@@ -1,4 +1,4 @@
-"""What the installer's tests share: Windows programs under Wine, what a prefix holds, and installing and removing.
+"""Common parts of the installer's tests: Windows programs under Wine, the contents of a prefix, installing and removing.
 
 The program that imports this is given BUILD_FOLDER ARCH.
 """
@@ -31,7 +31,7 @@ def run(*command):
 
 
 def setup_of(folder):
-    """The setup that this Wine can run: a 64-bit one runs no 32-bit programs."""
+    """The setup that this Wine can run: a 64-bit Wine runs no 32-bit programs."""
     return next(folder.glob("latchkey-*-setup-x64.exe" if arch == "x64" else "latchkey-*-setup.exe"))
 
 
@@ -45,7 +45,7 @@ def compile_dll(source):
 
 
 def make_setups(name, products):
-    """The folder of setups that install these products of both bitnesses: file -> bytes."""
+    """Makes setups for these products of both bitnesses (file -> bytes) and returns their folder."""
     folder = build / "installers" / name
     shutil.rmtree(folder, ignore_errors=True)
     for bitness in ("x86", "x64"):
@@ -57,7 +57,7 @@ def make_setups(name, products):
 
 
 def remake_list_of_programs(volatile):
-    """Makes the user's list anew, empty. Nothing that lasts can be written in a volatile key."""
+    """Makes the user's list anew as a volatile key, in which no permanent key can be written."""
     script, program = build / "list_of_programs.nsi", build / "list_of_programs.exe"
     script.write_text(rf"""
 Unicode true
@@ -77,12 +77,12 @@ SectionEnd
 
 
 def installed_files():
-    """Every file and folder but the copy of itself that an uninstaller runs from, which goes at the next start."""
+    """Every file and folder except an uninstaller's running copy of itself, which the next start removes."""
     return {path for path in drive.rglob("*") if "~nsu" not in str(path)}
 
 
 def plain(text):
-    """A text as it was before it was written between quotation marks; anything else as it is written."""
+    """A quoted text without its quotation marks and escapes; other values unchanged."""
     return re.sub(r"\\(.)", r"\1", text[1:-1]) if text.startswith('"') else text
 
 
@@ -117,7 +117,7 @@ def host_path(path):
 
 
 def wait_until(condition):
-    """The uninstaller's copy is not our child: its work is looked at, with a bound only for one that hangs."""
+    """Polls the result of the uninstaller's copy, which is not a child of ours; the limit is for one that hangs."""
     deadline = time.monotonic() + 300
     while not condition() and time.monotonic() < deadline:
         time.sleep(0.1)
@@ -134,7 +134,7 @@ class InstallerCase(unittest.TestCase):
 
     @classmethod
     def use_wine_once(cls):
-        """Makes what a Windows in use has: keys and folders that are not the setup's, and what the script host registers."""
+        """Makes keys and folders that do not belong to the setup, and those that the script host registers."""
         for key in (r"Classes\CLSID", r"Microsoft\Windows\CurrentVersion\Uninstall"):
             run("reg", "add", rf"HKCU\Software\{key}", "/f")
         for profile in drive.glob("users/*/AppData/Local"):
@@ -143,7 +143,7 @@ class InstallerCase(unittest.TestCase):
 
     @staticmethod
     def run_script(text):
-        """What a script prints."""
+        """The output of a script."""
         script = build / "installer_client.vbs"
         script.write_text(text)
         return run("cscript", "//nologo", script.name)[1].strip()
@@ -153,7 +153,7 @@ class InstallerCase(unittest.TestCase):
 
     @classmethod
     def remove_leftovers(cls):
-        """What a test that failed or was stopped has installed."""
+        """Removes the installation of a failed or stopped test."""
         for scope in HIVES:
             if values := cls.listed(scope):
                 run(values["UninstallString"].strip('"'), "/S")
@@ -165,7 +165,7 @@ class InstallerCase(unittest.TestCase):
         return status
 
     def uninstall(self, scope):
-        """The uninstaller goes on in a copy of itself after it has returned."""
+        """Runs the uninstaller, which continues in a copy of itself after it has returned."""
         values = self.listed(scope)
         self.assertEqual(values["QuietUninstallString"], values["UninstallString"] + " /S")
         status, _ = run(values["UninstallString"].strip('"'), "/S")

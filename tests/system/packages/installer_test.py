@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Installs with the Windows setup under Wine, uses what was installed, and removes it.
+"""Installs with the Windows setup under Wine, uses the installation, and removes it.
 
     installer_test.py BUILD_FOLDER ARCH [OPTION OF UNITTEST...]
 
@@ -131,7 +131,7 @@ class InstallerTest(installer_case.InstallerCase):
 
 
 class UninstallationTest(installer_case.InstallerCase):
-    """Whatever became of the installed DLL, its registration goes with it, or nothing goes."""
+    """The uninstaller removes a damaged or missing DLL's registration too, or leaves everything."""
 
     def expect_removal_after(self, change):
         for scope in HIVES:
@@ -168,7 +168,7 @@ class FailedInstallationTest(installer_case.InstallerCase):
         cls.broken = installer_case.make_setups("broken", {name: b"no program" for name in PRODUCTS})
 
     def make_folder(self, name):
-        """A folder of the drive that goes with the test."""
+        """A folder of the drive that is removed after the test."""
         folder = drive / name
         self.addCleanup(shutil.rmtree, drive / pathlib.Path(name).parts[0])
         folder.mkdir(parents=True)
@@ -214,8 +214,8 @@ class FailedInstallationTest(installer_case.InstallerCase):
 
 
 def options():
-    """The setups of both bitnesses are made of one text: how they fail is tried with one of them, with LATCHKEY_LONG
-    with both."""
+    """The setups of both bitnesses are made from one script, so failures are tried with one of them, and with
+    LATCHKEY_LONG with both."""
     if sys.argv[3:] or arch == "x86" or os.environ.get("LATCHKEY_LONG"):
         return sys.argv[3:]
     return ["SetupFilesTest", "InstallerTest"]

@@ -1,4 +1,4 @@
-// The C interface as the searches use it: nothing of what passes through stays behind.
+// The C interface for the searches, without copies of the passed data.
 #pragma once
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-// What is left of secrets after the conversions, which hold nothing, and after the C interface,
-// whose clients hold everything themselves.
+// Search for secrets after the conversions and after the C interface, which keep no data of their
+// clients.
 #include "tests/system/secrets/c_interface.h"
 #include "tests/system/secrets/searched_service.h"
 
@@ -11,8 +11,8 @@ using OtherSecretsTest = SearchedService;
 // Only the password, which the object of the fixture has.
 constexpr auto kPasswordAlone = [](bool) { return Copies{1}; };
 
-// Out of memory, a client's own copy may be what fails. What the conversions raise ends as it does
-// in the interfaces.
+// Without memory, a client's own copy may fail. Exceptions of the conversions are handled as in the
+// interfaces.
 template <class Body>
 bool SucceedsInMemory(Body&& body) {
   return Guarded([&] { return body() ? LATCHKEY_OK : LATCHKEY_FAULT; }) == LATCHKEY_OK;
@@ -56,7 +56,7 @@ bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& pl
                           &lengthAgain) == LATCHKEY_OK;
 }
 
-// The digest of the password is what its keys are made from.
+// Keys are derived from the digest of the password.
 TEST_F(OtherSecretsTest, AfterEncryptionInCNeitherTextNorPasswordNorItsDigestIsLeft) {
   const Secret other = Secret::Random(16);
   search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
@@ -122,7 +122,7 @@ int Salt(latchkey_crypto* crypto, std::uint8_t* bytes, std::size_t* length) {
   return latchkey_create_salt(crypto, 0, 48, bytes, length);
 }
 
-// Random data is known when the provider gives it, and then searched for, as are its digits.
+// Random data is known when the provider returns it, and then searched for with its digits.
 TEST_F(OtherSecretsTest, AfterRandomDataInCNothingOfItIsLeft) {
   const Secret other = Secret::Random(16);
   const Secret random = Secret::Random(48);
@@ -144,7 +144,7 @@ TEST_F(OtherSecretsTest, AfterRandomDataInCNothingOfItIsLeft) {
   }
 }
 
-// Letters come from the system; they are searched for once they are known.
+// The letters are searched for once they are known.
 TEST_F(OtherSecretsTest, AfterASaltOfLettersInCNothingOfItIsLeft) {
   const Secret letters = [&] {
     const OpenCrypto crypto;

@@ -9,7 +9,7 @@
 
 namespace latchkey::test {
 
-// Cuts ranges of memory into pieces and leaves the buffer itself out of them.
+// Cuts ranges of memory into pieces, without the buffer itself.
 class PieceBuffer {
  public:
   // `read(address, target, size)` copies memory and gives the number of bytes copied.

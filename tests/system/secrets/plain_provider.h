@@ -1,4 +1,4 @@
-// A provider that keeps nothing of what it is given.
+// A provider that keeps no copies of its arguments.
 #pragma once
 
 #include "provider/crypto_provider.h"
@@ -6,8 +6,8 @@
 
 namespace latchkey::test {
 
-// Stands in for a system's provider, which leaves what it leaves in memory of its own. Ciphers
-// turn every bit over; each digest is the same random one.
+// Replaces the system's provider, which may leave data in its own memory. Ciphers invert every bit;
+// all digests are the same random one.
 class PlainProvider final : public provider::CryptoProvider {
  public:
   using HCRYPTPROV = provider::HCRYPTPROV;

@@ -1,4 +1,4 @@
-// All memory of the process, as a search sees it.
+// All memory of the process, for a search.
 #pragma once
 
 #include <cstdint>
@@ -6,7 +6,7 @@
 
 namespace latchkey::test {
 
-// What looks at a piece of memory.
+// A visitor of pieces of memory.
 class MemoryVisitor {
  public:
   MemoryVisitor() = default;
@@ -14,22 +14,21 @@ class MemoryVisitor {
   MemoryVisitor& operator=(const MemoryVisitor&) = delete;
   virtual ~MemoryVisitor() = default;
 
-  // `address` is where the copied piece stands. `owned` of its bytes belong to it; those behind
-  // them come again with the next one, so that nothing of up to kPieceOverlap bytes falls between
-  // two pieces.
+  // `address` is the original address of the copied piece. The first `owned` bytes belong to it;
+  // the bytes after them are repeated in the next piece, so that no pattern of up to kPieceOverlap
+  // bytes is split between two pieces.
   virtual void Visit(std::uintptr_t address, std::span<const std::uint8_t> piece,
                      std::size_t owned) = 0;
 };
 
 inline constexpr std::size_t kPieceOverlap = 64;
 
-// Clears what the test's own last copy left in registers, where the system would save those in the
-// process's memory: Windows does at each exception, Wine at each call.
+// Clears the registers of data from the test's own last copy, since the system saves them in the
+// process's memory: Windows at each exception, Wine at each call.
 void ForgetRegisters() noexcept;
 
-// Shows the visitor everything that the process can read (on Windows: write): heap, freed blocks,
-// all stacks, data. Copied piece by piece into one buffer, which itself is left out. Allocates
-// nothing.
+// Visits all memory that the process can read (on Windows: write): heap, freed blocks, all stacks,
+// data. Copies it piece by piece into one buffer, which is excluded. Allocates nothing.
 void VisitProcessMemory(MemoryVisitor& visitor);
 
 }  // namespace latchkey::test

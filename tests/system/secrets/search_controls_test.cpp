@@ -1,5 +1,5 @@
-// What the search must find: a copy that is left on purpose, of each kind of secret, in each form
-// and in each place where an operation could forget one.
+// The search must find a copy left on purpose, of each kind of secret, in each form and in each
+// place where an operation could leave one.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -37,7 +37,7 @@ Secret NewSecret(const Kind& kind) {
   return Secret(bytes);
 }
 
-// At the end of what is given: a block that is freed loses its beginning to the allocator.
+// At the end of the block: the allocator overwrites the beginning of a freed block.
 template <class Element>
 void Leave(const Secret& secret, std::span<Element> room) {
   secret.CopyTo(room.last(secret.Size()));
@@ -67,7 +67,7 @@ void OnTheStack(const Secret& secret, const Look& look) {
   look();
 }
 
-// Far enough down that what runs later does not reach it.
+// Far enough down that later calls do not overwrite it.
 template <class Element>
 void BelowTheStack(const Secret& secret, const Look& look) {
   const Look leave = [&] {
@@ -101,7 +101,7 @@ void InStaticData(const Secret& secret, const Look& look) {
   look();
 }
 
-// Each copy is of a new secret: the earlier ones are left where they are.
+// Each copy is of a new secret, since the earlier ones remain.
 template <class Element>
 void ExpectFoundInEveryPlace(const Kind& kind, std::size_t index) {
   using Place = void (*)(const Secret&, const Look&);
@@ -123,7 +123,7 @@ void ExpectFoundInEveryPlace(const Kind& kind, std::size_t index) {
   }
 }
 
-TEST(SearchControlsTest, ACopyThatIsLeftIsFoundWhateverItIsAndWhereverItStands) {
+TEST(SearchControlsTest, ALeftCopyOfEveryKindIsFoundInEveryPlace) {
   for (std::size_t index = 0; index < kKinds.size(); ++index) {
     const Kind& kind = kKinds.at(index);
     SCOPED_TRACE(kind.name);

@@ -1,4 +1,4 @@
-// The fixture of tests that search the process after each ending of what they run.
+// The fixture of tests that search the process after each ending of an operation.
 #pragma once
 
 #include "tests/system/secrets/secret_search.h"
@@ -29,14 +29,14 @@ inline constexpr std::size_t kRandom = 3;
 using Copies = SecretSearch::Copies;
 inline constexpr Copies kNone{};
 
-// Gives random bytes of the test's, when it has some, and knows what was hashed behind a text.
+// Returns the test's random bytes, if it has some, and records the bytes hashed after a text.
 class GivingProvider final : public FaultyProvider {
  public:
   using FaultyProvider::FaultyProvider;
 
   void GiveRandom(const Secret& random) noexcept { random_ = &random; }
 
-  // What stood behind the first `length` bytes of what a hash was last given since this call.
+  // The bytes after the first `length` bytes of a hash's last data since this call.
   void WatchHashedBehind(std::size_t length) {
     watchedFrom_ = length;
     hashedBehind_ = Secret();
@@ -62,7 +62,7 @@ class GivingProvider final : public FaultyProvider {
   Secret hashedBehind_;
 };
 
-// A service with secrets of its own, and a search that knows them.
+// A service with its own secrets, and a search for them.
 class SearchedService : public testing::Test {
  protected:
   SearchedService() {
@@ -97,8 +97,8 @@ class SearchedService : public testing::Test {
     ForgetRegisters();
   }
 
-  // Encrypts with MD5. A ciphertext loses trailing spaces on its way through InputData: the text's
-  // last byte is changed to a letter whose ciphertext has none.
+  // Encrypts with MD5. InputData would lose trailing spaces of the ciphertext, so the text's last
+  // byte is changed to a letter whose ciphertext has none.
   Bytes EncryptWithoutTrailingSpace(std::span<std::uint8_t> text, std::int16_t cipher) const {
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
       text.back() = static_cast<std::uint8_t>(letter);
@@ -113,9 +113,9 @@ class SearchedService : public testing::Test {
     throw std::logic_error("every ciphertext ends in a space");
   }
 
-  // Runs an operation (true when it succeeded) on new objects: well, then with each call of the
-  // provider and each allocation failing. `right` is what may be found while the object lives,
-  // by whether the operation succeeded.
+  // Runs an operation (which returns success) on new objects: without failures, then with each call
+  // of the provider and each allocation failing. `right` are the copies allowed while the object
+  // lives, by the operation's success.
   template <class Operation, class Right>
   void SearchAfterEveryEnding(const Secret& input, Operation&& operation, Right&& right) {
     Attempt(input, operation, right, "well");
@@ -163,7 +163,7 @@ class SearchedService : public testing::Test {
 
   ModuleScope scope;
 #ifdef _WIN32
-  // Windows' own provider is not the component's, nor is what it leaves in memory.
+  // Data that Windows' own provider leaves in memory is not the component's.
   PlainProvider plain;
   GivingProvider provider{plain};
 #else

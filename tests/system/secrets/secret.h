@@ -1,4 +1,4 @@
-// A secret that a test knows without having it in memory.
+// A secret that a test knows without a plain copy in memory.
 #pragma once
 
 #include <array>
@@ -14,7 +14,7 @@ namespace latchkey::test {
 
 using WipedText = WipedVector<char16_t>;
 
-// Up to 128 bytes, kept under a mask. What the members give out is wiped when it ends.
+// Up to 128 bytes, kept under a mask. Results of the members are wiped on destruction.
 class Secret {
  public:
   static constexpr std::size_t kMostBytes = 128;
@@ -35,7 +35,7 @@ class Secret {
   // In 16-bit characters.
   [[nodiscard]] WipedText Characters() const;
 
-  // To `target`, which has no more elements than the secret: bytes, or 16-bit characters.
+  // Copies to `target`, which has no more elements than the secret: bytes, or 16-bit characters.
   void CopyTo(std::span<std::uint8_t> target) const;
   void CopyTo(std::span<char16_t> target) const;
 

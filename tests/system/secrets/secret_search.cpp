@@ -13,8 +13,8 @@ constexpr std::size_t kStep = 8;
 constexpr std::uint8_t kMask = Secret::kMask;
 constexpr std::size_t kBeginning = 4;
 
-// Of the first four bytes: the first two alone are zeros for many a text of 16-bit characters, and
-// for most of the memory.
+// A hash of the first four bytes: the first two alone are zeros in many texts of 16-bit characters
+// and in most of the memory.
 std::size_t KeyOf(const std::uint8_t* beginning, std::uint32_t mask) {
   std::uint32_t all = 0;
   std::memcpy(&all, beginning, kBeginning);
@@ -87,7 +87,7 @@ SecretSearch::Copies SecretSearch::Count() {
   for (Part& part : parts_) part.found = 0;
   Comparison comparison(*this);
   VisitProcessMemory(comparison);
-  // Of the parts of one form the most frequent tells; the two forms are different copies.
+  // The most frequent part of a form counts; the two forms are different copies.
   std::array<Copies, 2> most{};
   for (const Part& part : std::span(parts_).first(partCount_)) {
     int& form = most.at(part.wide ? 1 : 0).at(part.secret);

@@ -1,4 +1,4 @@
-// Where in the process's memory copies of secrets stand.
+// A search for copies of secrets in the process's memory.
 #pragma once
 
 #include <array>
@@ -10,27 +10,27 @@
 
 namespace latchkey::test {
 
-// Looks for secrets as bytes and as 16-bit characters, in parts that start at every eighth
-// character: a freed block has lost its beginning to the allocator, and would not be found as a
-// whole. It keeps no plain copy of what it looks for.
+// Searches for secrets as bytes and as 16-bit characters, in parts that start at every eighth
+// character, since the allocator overwrites the beginning of a freed block. Keeps no plain copy of
+// the secrets.
 class SecretSearch {
  public:
   // Each secret has at least as many characters as a part. `index`, below kMostSecrets, names it in
   // the result.
   void Add(std::size_t index, const Secret& secret, std::size_t partCharacters = 8);
-  // Letters that differ in each run need longer parts: 12 of 52 letters are somewhere in 100 MB by
-  // chance with a probability below 1e-12.
+  // Letters that differ in each run need longer parts: 12 of 52 letters occur in 100 MB by chance
+  // with a probability below 1e-12.
   static constexpr std::size_t kLongPart = 12;
 
   static constexpr std::size_t kMostSecrets = 4;
-  // How many copies there are of each secret: the largest number of any one part, of either form.
+  // The number of copies of each secret: the largest number of any one part, of either form.
   using Copies = std::array<int, kMostSecrets>;
   [[nodiscard]] Copies Count();
 
-  // Writes to standard output where the last Count found each part last.
+  // Prints the last address at which the latest Count found each part.
   void PrintPlaces() const;
 
-  // How many bytes the last Count looked at.
+  // The number of bytes that the latest Count searched.
   [[nodiscard]] std::size_t BytesSearched() const noexcept { return bytesSearched_; }
 
  private:

@@ -1,5 +1,5 @@
-// What is left of secrets anywhere in the process after each operation, successful or not: only
-// what the caller and the object hold by right.
+// After each operation, successful or not, the process contains only those copies of secrets that
+// the caller and the object hold by right.
 #include "tests/system/secrets/c_interface.h"
 #include "tests/system/secrets/searched_service.h"
 
@@ -7,7 +7,7 @@ namespace latchkey::test {
 namespace {
 
 #ifdef _WIN32
-// The provider of the test takes every number for the same cipher and hash.
+// The provider of the test uses the same cipher and hash for every number.
 constexpr std::int16_t kCiphers = 1;
 constexpr std::int16_t kHashes = 1;
 #else
@@ -17,7 +17,7 @@ constexpr std::int16_t kHashes = 4;
 
 class SecretSearchTest : public SearchedService {
  protected:
-  // The digest of the password is what its keys are made from.
+  // Keys are derived from the digest of the password.
   void AddDigestsOfPassword() {
     for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
       search.Add(kResult, DigestOf(hash, password));
@@ -74,7 +74,7 @@ TEST_F(SecretSearchTest, AfterCreateHashNeitherTextNorPasswordNorDigestIsLeft) {
           return false;  // the caller's own text
         }
       };
-      // The digest is known from a first run, and searched for in all that follow.
+      // The digest is known from a first run, and searched for in all later ones.
       const Secret digest = [&] {
         clsCryptoAPI object;
         Prepare(object, other);
@@ -93,9 +93,8 @@ TEST_F(SecretSearchTest, AfterCreateHashNeitherTextNorPasswordNorDigestIsLeft) {
   }
 }
 
-// Without a password of its own, and told not to use the built-in one, an object takes 20 random
-// letters, which nobody knows but the provider that hashes them. They are searched for after every
-// ending from there on.
+// Without a password and with UseDefaultPWD False, an object uses 20 random letters, which only the
+// provider that hashes them knows. They are searched for after every later ending.
 class RandomPasswordSearchTest : public SecretSearchTest {
  protected:
   void Hash() {
@@ -146,7 +145,7 @@ TEST_F(RandomPasswordSearchTest, AfterCreateHashNothingOfItIsLeft) {
   EXPECT_GT(endings, 5);
 }
 
-// Random data is known when the provider gives it, and then searched for.
+// Random data is known when the provider returns it, and then searched for.
 TEST_F(SecretSearchTest, AfterRandomDataNothingOfItIsLeft) {
   const Secret other = Secret::Random(16);
   for (const bool salt : {false, true}) {
@@ -164,8 +163,8 @@ TEST_F(SecretSearchTest, AfterRandomDataNothingOfItIsLeft) {
   }
 }
 
-// The letters of a salt come from the system; each salt is searched for once it is known, which is
-// when it was made well.
+// The letters of a salt are random; each salt is searched for once it is known, after it was made
+// successfully.
 TEST_F(SecretSearchTest, AfterASaltOfLettersNothingOfItIsLeft) {
   for (int round = 0; round < 3; ++round) {
     clsCryptoAPI object;

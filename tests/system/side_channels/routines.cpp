@@ -1,7 +1,7 @@
-// Runs one routine on secrets that valgrind's memcheck takes for undefined: it then reports every
+// Runs one routine on secrets that valgrind's memcheck treats as undefined: it then reports every
 // branch and every address that depends on them.
 //   routines padding | encode_hex | encode_text | decode_hex | branch | table
-// The last two depend on their secret; memcheck must report them, or it would report nothing.
+// The last two depend on their secret, so memcheck must report them.
 #include <valgrind/memcheck.h>
 
 #include <array>
@@ -20,7 +20,7 @@ void MakeSecret(Values& values) {
   VALGRIND_MAKE_MEM_UNDEFINED(values.data(), values.size() * sizeof(values[0]));
 }
 
-// Results are for everyone to see.
+// Results are public.
 template <class Values>
 void MakePublic(Values& values) {
   VALGRIND_MAKE_MEM_DEFINED(values.data(), values.size() * sizeof(values[0]));
@@ -44,8 +44,8 @@ void EncodeBytes() {
   std::printf("%zu digits, the last %c\n", text.size(), static_cast<char>(text.back()));
 }
 
-// Whole steps of text that is known to be ASCII, and nothing more of it: what is not, and what is
-// left behind the last step, goes through the code page's table.
+// Only whole steps of text that is known to be ASCII: other text, and the rest after the last step,
+// is looked up in the code page's table.
 void EncodeAscii() {
   constexpr std::uint16_t kSecretBits = 0x7F;
   Text characters(2 * AsciiText::kStep, u'\0');
@@ -70,7 +70,7 @@ void DecodeText() {
   std::printf("%zu bytes, the first %u\n", decoded.size(), unsigned{bytes[0]});
 }
 
-// Volatile, so that no compiler finds a way around the branch or the table.
+// Volatile, so that no compiler can remove the branch or the table.
 void Branch() {
   std::array<std::uint8_t, 1> secret{7};
   MakeSecret(secret);

@@ -1,4 +1,4 @@
-"""No branch and no address depends on a secret in the routines that promise so, as valgrind's memcheck sees it.
+"""Under valgrind's memcheck, no branch and no address of the constant-time routines depends on a secret.
 
     side_channels_test.py PROGRAM
 """
@@ -21,7 +21,7 @@ class SideChannelTest(unittest.TestCase):
     def test_the_routines_depend_on_no_secret(self):
         # Valgrind runs no AVX-512; those kernels follow the same method without a branch or an address.
         both = itertools.product(("padding", "encode_hex", "decode_hex"), ("portable", "avx2"))
-        # The portable check for ASCII compares a number, in which memcheck does not tell known bits from secret ones.
+        # The portable check for ASCII compares a number in which memcheck cannot distinguish known bits from secret ones.
         for routine, level in [*both, ("encode_text", "avx2")]:
             with self.subTest(routine, level=level):
                 result = memcheck(routine, level)

@@ -1,4 +1,4 @@
-// The least that a client of the library can be.
+// A minimal client of the library.
 #include <latchkey/cls_crypto_api.h>
 #include <latchkey/cls_main.h>
 

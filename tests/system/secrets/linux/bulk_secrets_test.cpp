@@ -1,6 +1,5 @@
-// What is left of plaintext of a size for which the kernels of bulk decryption run: neither it nor
-// the blocks before they are chained, which are the plaintext with public ciphertext added. Under
-// the kernels that LATCHKEY_CPU names.
+// After bulk decryption, with the kernels of LATCHKEY_CPU, memory contains neither the plaintext
+// nor the unchained blocks, which are the plaintext with public ciphertext added.
 #include "tests/system/secrets/searched_service.h"
 
 namespace latchkey::test {
@@ -10,7 +9,7 @@ constexpr std::size_t kBlock = 8;
 constexpr std::size_t kUnchained = kRandom;
 constexpr std::int16_t kMd5 = 1;
 
-// So much of the end is searched for.
+// Length of the end that is searched for.
 constexpr std::size_t kSearched = 1536;
 
 class BulkSecretsTest : public SearchedService {
@@ -39,7 +38,7 @@ class BulkSecretsTest : public SearchedService {
     }
   }
 
-  // For every kernel both sizes end with a part of a batch that is worth being decrypted as one,
+  // For every kernel, both sizes end with a partly filled batch that is long enough for the kernel,
   // and the second begins with a whole batch.
   void ExpectNothingLeft(std::int16_t cipher) {
     const SecretSearch passwordAlone = search;

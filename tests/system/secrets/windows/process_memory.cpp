@@ -9,7 +9,7 @@ namespace {
 
 PieceBuffer pieces;
 
-// What cannot be written holds no copy. Leaving it out spares most of the search: the system's own
+// Read-only memory contains no copies. Omitting it saves most of the search: the system's own
 // images.
 bool IsWritable(const MEMORY_BASIC_INFORMATION& region) {
   constexpr DWORD kWritable =
@@ -20,8 +20,8 @@ bool IsWritable(const MEMORY_BASIC_INFORMATION& region) {
 
 }  // namespace
 
-// All ones: zeros are a register's first state, which the processor does not save over what it
-// saved before.
+// All ones: zeros are a register's initial state, which the processor does not save over earlier
+// data.
 void ForgetRegisters() noexcept {
   asm volatile(
       "pcmpeqd %%xmm0, %%xmm0\n\tpcmpeqd %%xmm1, %%xmm1\n\tpcmpeqd %%xmm2, %%xmm2\n\t"
