@@ -78,7 +78,7 @@ class FailureTest(CommandTest):
                 result = self.run_command(*arguments)
                 self.assertEqual(result.status, 2, result)
                 self.assertTrue(result.lines[0].startswith("latchkey: "), result)
-                self.assertRegex(result.lines[1], "^hint: latchkey .*--help")
+                self.assertRegex(result.lines[1], "^hint: run 'latchkey .*--help'")
                 self.assertEqual(result.out, b"")
 
     def test_contradicting_options_are_wrong_usage(self):

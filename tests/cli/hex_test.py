@@ -34,7 +34,7 @@ class HexTest(CommandTest):
         result = self.run_command("hex", "-d", "-o", "out", "odd")
         self.assertEqual(result.status, 1)
         self.assertEqual(result.lines[0], "latchkey: Error converting data (location 727, number 123): odd")
-        self.assertEqual(result.lines[1], "hint: each byte takes two hexadecimal digits; one is missing")
+        self.assertEqual(result.lines[1], "hint: each byte needs two hexadecimal digits; one is missing")
         self.assertEqual(self.names(), ["odd"])
 
     def test_other_characters_are_reported_with_their_position(self):

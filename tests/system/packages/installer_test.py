@@ -35,7 +35,7 @@ __declspec(dllexport) HRESULT __stdcall DllRegisterServer(void) {{
   return E_FAIL;
 }}
 """
-TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all, whoever registers it
+TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one for all users
 
 
 class SetupFilesTest(unittest.TestCase):

@@ -13,7 +13,7 @@ constexpr std::size_t kLongestPassword = 4096;
 constexpr std::size_t kLongestData = 2000;
 constexpr std::size_t kLongestText = 1000;
 
-// Runs a call and gives its outcome: what it returned, or the fault that passed to the client.
+// Runs a call and returns its outcome: its result, or the fault that passed to the client.
 template <class Call>
 std::string OutcomeOf(Call&& call) {
   try {
@@ -174,7 +174,7 @@ std::string CasePlayer::CreateHash() {
       append && !usesDefaultPassword_ && component_.Password().Elements().size() < 2;
   const Text digest = component_.CreateHash(text, hash, hex, append, caseSensitive);
   if (!letters) return "  " + Shown(digest);
-  // Raw digests lose their last bytes where these are spaces.
+  // Raw digests lose trailing bytes that are spaces.
   return "  random, " + ShapeOf(digest, 0, false) +
          (hex ? " " + std::to_string(digest.size()) : "");
 }

@@ -1,4 +1,4 @@
-// Plays random sequences of calls on a component and writes down everything that a client sees.
+// Plays random sequences of calls on a component and records everything that a client sees.
 #pragma once
 
 #include <string>
@@ -9,23 +9,23 @@
 
 namespace latchkey::test {
 
-// Behind each call stand its outcome, OutputData, Password and the whole record. What is random by
-// design (random data, salts, a hash over random letters) is written down by its shape only.
-// The calls depend on the random source, and on what earlier calls gave back, alone: two components
-// that answer alike write the same transcript.
+// After each call the transcript has its outcome, OutputData, Password and the whole record. Random
+// results (random data, salts, a hash over random letters) are recorded by their shape only. The
+// calls depend only on the random source and on the results of earlier calls: two components with
+// the same results write the same transcript.
 class CasePlayer {
  public:
   CasePlayer(Component& component, RandomSource random, Transcript& transcript)
       : component_(component), random_(random), transcript_(transcript) {}
 
-  // A case: a fresh service object and a few calls, in between at times another service object or
-  // entry object, or none of the latter. Gives the number of calls.
+  // A case: a fresh service object and a few calls, sometimes with another service object or entry
+  // object in between, or without an entry object. Returns the number of calls.
   std::uint64_t Play();
 
-  // One call. There must be a service object.
+  // One call. Requires a service object.
   void Step();
 
-  // A fresh service object and, when there is none, an entry object.
+  // Makes a fresh service object and, if missing, an entry object.
   void Begin();
 
  private:
@@ -36,7 +36,7 @@ class CasePlayer {
   };
   static const Weighted kSteps[];
 
-  // Each draws its arguments, makes one call and gives the outcome in readable form.
+  // Each draws its arguments, makes one call and returns the outcome in readable form.
   std::string PutInputData();
   std::string ReturnOutput();
   std::string PutPassword();

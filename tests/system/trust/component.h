@@ -1,5 +1,5 @@
-// The component as a client of either kind meets it: the classes of the library, or the registered
-// server through COM.
+// The component for clients of both kinds: the classes of the library, or the registered server
+// through COM.
 #pragma once
 
 #include <cstdint>
@@ -11,7 +11,7 @@
 
 namespace latchkey::test {
 
-// What clsMain's properties show.
+// The properties of clsMain.
 struct SeenRecord {
   std::int16_t location = 0;
   std::int16_t type = 0;
@@ -23,9 +23,9 @@ struct SeenRecord {
   std::int16_t machineState = 0;
 };
 
-// One service object on the calling thread, and any number of entry objects beside it. Members have
-// the names and meanings of the component's own. A fault that passes to the client is thrown as a
-// Fault; anything else that goes wrong is a std::runtime_error.
+// One service object on the calling thread, and any number of entry objects. Members have the names
+// and meanings of the component's own. A fault that passes to the client is thrown as a Fault;
+// other failures throw std::runtime_error.
 class Component {
  public:
   Component() = default;
@@ -34,13 +34,13 @@ class Component {
   virtual ~Component() = default;
 
   virtual void CreateMain() = 0;
-  // Destroys the entry object that was made first. There must be one.
+  // Destroys the oldest entry object, which must exist.
   virtual void DropMain() = 0;
   [[nodiscard]] virtual bool HasMain() const = 0;
-  // Read through the entry object that was made last. There must be one.
+  // Reads the record through the newest entry object, which must exist.
   virtual SeenRecord Record() = 0;
 
-  // A new service object instead of the one there was.
+  // Replaces the service object by a new one.
   virtual void CreateService() = 0;
 
   virtual void InputData(const ByteArray& data) = 0;

@@ -1,4 +1,4 @@
-// Prints what random cases come to on this target, for a comparison with the others.
+// Prints the results of random cases on this target, for comparison with other targets.
 //   differential SEED COUNT         a line for each of the cases 0 to COUNT - 1: its number and a
 //                                   digest of all that a client sees of it
 //   differential SEED case NUMBER   that one case in full

@@ -1,5 +1,5 @@
-// Mixed operations in great number, half of them on one service object that lives all the time and
-// half on fresh ones: what the process holds does not grow.
+// Many mixed operations, half of them on one service object that lives all the time and half on
+// fresh ones: the resources of the process must not grow.
 //   long_use            20,000 operations; a million with LATCHKEY_LONG
 //   long_use COUNT      that many
 #include <cstdio>
@@ -18,9 +18,9 @@ constexpr std::uint64_t kSeed = 6;
 constexpr std::uint64_t kStretches = 10;
 constexpr std::uint64_t kFirstStretches = 2;  // fill caches and heaps to their working size
 
-// What may come and go beside the component. In the short form a leak of one byte in each operation
-// is as much as the heap's, in the long form one in every fiftieth; the system's caches have to be
-// off for that, as the test turns them off.
+// The bounds for growth outside the component. In the short form a leak of one byte in each
+// operation reaches the heap's bound, in the long form one in every fiftieth. This requires that
+// the system's caches are off, as in the test.
 constexpr std::int64_t kResidentSlack = 1 << 20;
 constexpr std::int64_t kHeapSlack = 16 << 10;
 
@@ -34,10 +34,10 @@ class MixedUse {
     lasting_->CreateService();
   }
 
-  // Goes on to this number of operations. Gives what the process holds then, the objects alive.
+  // Continues to this number of operations. Returns the resources in use then, with objects alive.
   ResourceUsage PlayTo(std::uint64_t operations) {
     while (onFresh_ < operations / 2) onFresh_ += freshPlayer_.Play();
-    // The last of the others' entry objects may have taken the thread's record with it.
+    // Destroying another entry object may have destroyed the thread's record.
     lasting_->DropMain();
     lasting_->CreateMain();
     for (; onFresh_ + onLasting_ < operations; ++onLasting_) lastingPlayer_.Step();
@@ -63,7 +63,7 @@ void Print(const char* when, const ResourceUsage& usage) {
               static_cast<long>(usage.providerHandles));
 }
 
-// How much more there is now, and whether that is within the bound.
+// Prints the growth and returns whether it is within the bound.
 bool Judge(const char* what, std::uint64_t before, std::uint64_t now, std::int64_t most) {
   const auto more = static_cast<std::int64_t>(now - before);
   std::printf("%s: %ld bytes more, %ld allowed\n", what, static_cast<long>(more),

@@ -5,8 +5,8 @@
 
 namespace latchkey::test {
 
-// What GoogleTest does for its programs. check takes a failed one that has printed nothing for one
-// that Wine never started, so this comes first.
+// Prints a first line as GoogleTest does: check treats a failed program without output as one
+// that Wine never started.
 inline void SayThatItBegins(const char* program) {
   std::printf("%s begins\n", program);
   std::fflush(stdout);

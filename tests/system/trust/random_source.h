@@ -1,4 +1,4 @@
-// Random choices that a seed repeats, on every target alike.
+// Random choices that a seed repeats, the same on every target.
 #pragma once
 
 #include <cstddef>
@@ -8,11 +8,11 @@
 
 namespace latchkey::test {
 
-// The generator is the standard's, whose numbers are fixed; its distributions, which each library
-// makes in a way of its own, are not used.
+// The generator is the standard's, whose numbers are fixed. The standard's distributions, which
+// differ between libraries, are not used.
 class RandomSource {
  public:
-  // Every pair is a sequence of its own.
+  // Every pair has its own sequence.
   RandomSource(std::uint64_t seed, std::uint64_t sequence)
       : engine_(seed * 0x9E3779B97F4A7C15U + sequence) {}
 

@@ -6,7 +6,7 @@
 namespace latchkey::test {
 namespace {
 
-// Bytes 80 to 9F (hexadecimal) of code page 1252; the five that have no character stay themselves.
+// Bytes 80 to 9F (hexadecimal) of code page 1252; the five undefined bytes map to themselves.
 constexpr std::array<char16_t, 32> kUpperControls{
     0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -34,7 +34,7 @@ ByteArray OddArray(RandomSource& random, const Bytes& bytes) {
     case 0:
       return {};
     case 1:
-      return ByteArray(bytes);  // its last element is ignored, whatever it is
+      return ByteArray(bytes);  // the last element is ignored
     case 2:
       return bytes.empty() ? ByteArray() : ByteArray::WithShape(2, 0, LastIndex(bytes), bytes);
     default:

@@ -1,4 +1,4 @@
-// Arguments of every kind that a client may hand over.
+// Arguments of every kind that a client may pass.
 #pragma once
 
 #include "latchkey/byte_array.h"
@@ -9,12 +9,12 @@
 
 namespace latchkey::test {
 
-// Mostly short, at times up to `most`.
+// Mostly short, sometimes up to `most`.
 [[nodiscard]] std::size_t RandomSize(RandomSource& random, std::size_t most);
 
 [[nodiscard]] Bytes RandomBytes(RandomSource& random, std::size_t size);
 
-// Up to `most` bytes, mostly with a zero element behind them; at times of a shape that operations
+// Up to `most` bytes, mostly followed by a zero element; sometimes of a shape that operations
 // refuse: unallocated, of two dimensions, or with another lower bound.
 [[nodiscard]] ByteArray RandomArray(RandomSource& random, std::size_t most);
 
@@ -25,7 +25,7 @@ namespace latchkey::test {
 // Pairs of hexadecimal digits in either case, at times of an odd length or with other characters.
 [[nodiscard]] Text RandomHex(RandomSource& random, std::size_t most);
 
-// Any kind of value; `text` is what it refers to when it is one.
+// Any kind of value; a text value refers to `text`.
 [[nodiscard]] Variant RandomVariant(RandomSource& random, const Text& text);
 
 }  // namespace latchkey::test

@@ -1,4 +1,4 @@
-// What this process holds at the moment.
+// The resources that this process uses.
 #pragma once
 
 #include <cstdint>
@@ -12,8 +12,8 @@ struct ResourceUsage {
   std::int64_t providerHandles = 0;  // contexts, hashes and keys that the component has open
 };
 
-// Lets the provider's handles be counted from now on; none may be open. The component must be
-// loaded. On Linux for the calling thread.
+// Starts counting the provider's handles; none may be open. The component must be loaded. On Linux
+// for the calling thread.
 void CountProviderHandles();
 
 [[nodiscard]] ResourceUsage CurrentUsage();

@@ -1,6 +1,6 @@
-// Many threads at work at once, each with an entry object and service objects of its own, and one
-// thread without an entry object among them. Each thread plays its cases as if it were alone:
-// whatever it sees of another's data or record changes its transcript.
+// Many threads run at the same time, each with its own entry object and service objects, and one
+// thread without an entry object. Each thread plays its cases as if it were alone: any influence of
+// another's data or record changes its transcript.
 //   thread_isolation         64 threads of 20 cases; of 1,000 with LATCHKEY_LONG
 //   thread_isolation COUNT   of that many
 #include <algorithm>
@@ -23,7 +23,7 @@ namespace {
 constexpr std::size_t kThreads = 64;
 constexpr std::uint64_t kSeed = 5;
 
-// What the cases of one thread come to.
+// The results of one thread's cases.
 std::uint64_t PlayCases(std::size_t thread, std::uint64_t cases) {
   Transcript transcript;
   const auto component = MakeComponent();
@@ -32,8 +32,8 @@ std::uint64_t PlayCases(std::size_t thread, std::uint64_t cases) {
   return transcript.Digest();
 }
 
-// Calls on a thread without an entry object until the others are done; the calls that did not say
-// so.
+// Calls on a thread without an entry object until the others are done. Returns the number of calls
+// that did not report it.
 int CallsThatMissedTheFault(const std::atomic<bool>& done) {
   const auto component = MakeComponent();
   component->CreateService();

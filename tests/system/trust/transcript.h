@@ -1,4 +1,4 @@
-// What a case did, line by line, and a number that stands for all of it.
+// The events of a case, line by line, and a digest of all lines.
 #pragma once
 
 #include <cstdint>
@@ -27,8 +27,8 @@ class Transcript {
   std::uint64_t digest_ = 14695981039346656037U;
 };
 
-// Readable forms: short values in hexadecimal, long ones as their length and a number that stands
-// for them; of an array also its shape.
+// Readable forms: short values in hexadecimal, long ones as their length and a digest; of an array
+// also its shape.
 [[nodiscard]] std::string Shown(const ByteArray& array);
 [[nodiscard]] std::string Shown(TextView text);
 [[nodiscard]] inline std::string Shown(bool value) { return value ? "True" : "False"; }

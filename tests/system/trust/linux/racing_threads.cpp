@@ -1,4 +1,4 @@
-// Two threads that write one number without agreement: ThreadSanitizer has to say so.
+// Two threads that write one number without synchronization: ThreadSanitizer must report it.
 #include <cstdio>
 #include <thread>
 

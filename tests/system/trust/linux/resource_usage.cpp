@@ -19,7 +19,7 @@ using provider::HCRYPTHASH;
 using provider::HCRYPTKEY;
 using provider::HCRYPTPROV;
 
-// The platform's provider, with a count of what is open.
+// The platform's provider, with a count of open handles.
 class CountingProvider final : public CryptoProvider {
  public:
   [[nodiscard]] std::int64_t Open() const { return open_; }

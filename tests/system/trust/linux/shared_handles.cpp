@@ -1,6 +1,6 @@
-// Many threads at work with the C interface, whose tables of handles they share: each opens, uses
-// and closes handles of its own, works with timers that another thread opened, is refused others'
-// handles where they belong to their thread, and closes those that it may.
+// Many threads use the C interface and share its tables of handles: each opens, uses and closes its
+// own handles, uses timers that another thread opened, is refused handles that belong to other
+// threads, and closes those that any thread may close.
 //   shared_handles         16 threads of 200 rounds; of 10,000 with LATCHKEY_LONG
 //   shared_handles COUNT   of that many
 #include <array>
@@ -30,7 +30,7 @@ struct Handles {
 // The handles of all threads, each set by its own and read by all between two barriers.
 class SharedHandles {
  public:
-  // The calls that ended with another status than they should.
+  // The number of calls with an unexpected status.
   int Play(std::uint64_t rounds) {
     std::vector<std::thread> threads;
     for (std::size_t i = 0; i < kThreads; ++i) {
@@ -55,7 +55,7 @@ class SharedHandles {
     UseOwn(own, static_cast<std::uint8_t>(self));
     UseOthers(handles_[other]);
     together_.arrive_and_wait();
-    // Each handle of cryptography and each timer is closed by another thread than opened it.
+    // Each cryptographic handle and each timer is closed by a thread that did not open it.
     Expect(latchkey_crypto_close(handles_[other].crypto), LATCHKEY_OK);
     Expect(latchkey_timer_close(handles_[other].timer), LATCHKEY_OK);
     Expect(latchkey_thread_close(own.thread), LATCHKEY_OK);
@@ -82,7 +82,7 @@ class SharedHandles {
     wrong_ += same ? 0 : 1;
   }
 
-  // A timer is used by one thread at a time: here by the one that is not its opener.
+  // A timer is used by one thread at a time, here by one that did not open it.
   void UseOthers(const Handles& others) {
     latchkey_error error{};
     std::int32_t elapsed = 0;

@@ -1,5 +1,5 @@
-// Strings and arrays that cannot be allocated, in every member that makes one: the client gets the
-// fault for failed memory and nothing else, nothing leaks, and the object works afterwards.
+// Failed allocations of strings and arrays, in every member that makes one: the client gets the
+// fault for failed memory and no other result, no memory leaks, and the object works afterwards.
 #include <cstdio>
 #include <functional>
 
@@ -23,10 +23,10 @@ class AutomationFailuresTest : public LateClientTest {
     EXPECT_EQ(Api()->Encrypt(1, 1, &done), S_OK);
   }
 
-  // Makes each allocation of a call fail in turn. `call` gives whether it succeeded, and checks how
-  // it failed. The number of calls that failed.
+  // Makes each allocation of a call fail in turn. `call` returns whether it succeeded, and checks
+  // how it failed. Returns the number of failed calls.
   int FailEveryAllocation(const std::function<bool()>& call) {
-    EXPECT_TRUE(call());  // whatever is made once, is made now
+    EXPECT_TRUE(call());  // makes objects that are made only once
     SetErrorInfo(0, nullptr);
     const long before = LiveAutomationBlocks();
     for (int nth = 1; nth < kMostAllocations; ++nth) {
@@ -47,8 +47,7 @@ class AutomationFailuresTest : public LateClientTest {
     return kMostAllocations;
   }
 
-  // Whether the operation itself has met the failure: it then succeeds for COM, and the record
-  // tells.
+  // Whether the operation itself had the failure: it then succeeds for COM and records the failure.
   bool IsRecorded() {
     VARIANT_BOOL exists = VARIANT_FALSE;
     LONG number = 0;
@@ -58,7 +57,7 @@ class AutomationFailuresTest : public LateClientTest {
     return exists == VARIANT_TRUE;
   }
 
-  // A member that gives a string or an array, bound early.
+  // A member that returns a string or an array, bound early.
   template <class Result, class Call>
   int FailEarly(Call&& call) {
     return FailEveryAllocation([&] {
@@ -72,7 +71,7 @@ class AutomationFailuresTest : public LateClientTest {
     });
   }
 
-  // The same bound late. Inside the system's own part of the call memory may fail, too.
+  // The same bound late. Memory may also fail inside the system's own part of the call.
   int FailLate(const wchar_t* member, std::vector<VARIANT> arguments, WORD kind = DISPATCH_METHOD) {
     return FailLate(Api(), member, std::move(arguments), kind);
   }
@@ -109,7 +108,7 @@ class AutomationFailuresTest : public LateClientTest {
   int failed_ = 0;
 };
 
-TEST_F(AutomationFailuresTest, EveryMemberThatGivesAString) {
+TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAString) {
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) {
               return Api()->CreateHash(text.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE,
                                        result);
@@ -146,7 +145,7 @@ TEST_F(AutomationFailuresTest, EveryMemberThatGivesAString) {
             1);
 }
 
-TEST_F(AutomationFailuresTest, EveryMemberThatGivesAnArray) {
+TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAnArray) {
   EXPECT_GE(
       FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) { return Api()->get_OutputData(result); }), 2);
   EXPECT_GE(FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) { return Api()->get_Password(result); }),

@@ -8,8 +8,8 @@
 namespace latchkey::test {
 namespace {
 
-// Stays registered until the process ends: COM keeps calling a spy for as long as a block lives
-// that was allocated under it.
+// Stays registered until the process ends: COM calls a spy while any block lives that was allocated
+// under it.
 class AllocationSpy final : public IMallocSpy {
  public:
   std::atomic<int> left{0};
@@ -25,7 +25,7 @@ class AllocationSpy final : public IMallocSpy {
   STDMETHODIMP_(ULONG) AddRef() override { return 2; }
   STDMETHODIMP_(ULONG) Release() override { return 1; }
 
-  // An allocation of no bytes is one that fails.
+  // A size of 0 makes the allocation fail.
   STDMETHODIMP_(SIZE_T) PreAlloc(SIZE_T size) override { return Fails() ? 0 : size; }
   STDMETHODIMP_(void*) PostAlloc(void* block) override {
     if (block != nullptr) ++live;
@@ -55,8 +55,7 @@ class AllocationSpy final : public IMallocSpy {
   bool Fails() { return left > 0 && thread == GetCurrentThreadId() && --left == 0; }
 };
 
-// Lets strings go back to the allocator as soon as they are freed. The function that does it is in
-// no header.
+// Makes freed strings return to the allocator at once. The function for this is in no header.
 void TurnOffStringCache() {
   const HMODULE automation = LoadLibraryW(L"oleaut32.dll");
   const auto turnOff = reinterpret_cast<void(WINAPI*)()>(

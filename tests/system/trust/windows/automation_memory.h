@@ -1,16 +1,16 @@
-// COM's allocator, from which strings and arrays of Automation come, running out on demand.
+// COM's allocator, which makes Automation's strings and arrays, failing on demand.
 #pragma once
 
 namespace latchkey::test {
 
-// Lets the nth allocation of the calling thread from now (the first is 1) give nothing; those after
-// it succeed again. 0 calls it off. Strings are not kept by the system's cache from then on.
+// Makes the nth allocation of the calling thread from now (the first is 1) fail; later ones succeed
+// again. 0 cancels it. From the first call on the system does not cache strings.
 void FailAutomationAllocation(int nth);
 
-// Whether an allocation that was to fail is still to come.
+// Whether the allocation to fail has not happened yet.
 [[nodiscard]] bool AutomationFailurePending();
 
-// The blocks that were allocated since the first call of either function and are not freed.
+// The number of blocks allocated since the first call of either function and not freed.
 [[nodiscard]] long LiveAutomationBlocks();
 
 }  // namespace latchkey::test

@@ -1,4 +1,4 @@
-// The component as a client meets it through COM: the registered server, bound early.
+// The component through COM: the registered server, bound early.
 #include <algorithm>
 #include <stdexcept>
 #include <vector>
@@ -75,14 +75,14 @@ struct VariantMaker {
   }
 };
 
-// What the error information says of a fault.
+// The error information of a fault.
 Text DescriptionForClients(FaultNumber fault) {
   Text description(DescriptionOf(fault));
   if (fault == FaultNumber::ObjectNotSet) description += u": no clsMain exists on this thread";
   return description;
 }
 
-// A failed call as the fault that it reports. The error information has to describe that fault.
+// The fault that a failed call reports. The error information must describe that fault.
 void Check(HRESULT result) {
   if (result == S_OK) return;
   const ULONG number = static_cast<ULONG>(result) - kAutomationErrors;
@@ -98,8 +98,8 @@ void Check(HRESULT result) {
   throw Fault(*known);
 }
 
-// Keeps the provider's library loaded, which would otherwise be loaded and unloaded with every
-// context; that takes longer than all the rest.
+// Keeps the provider's library loaded. Loading and unloading it with every context would take most
+// of the time.
 void KeepProviderLoaded() {
   static const HMODULE library = LoadLibraryW(L"rsaenh.dll");
   static_cast<void>(library);

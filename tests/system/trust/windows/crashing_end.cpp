@@ -1,4 +1,4 @@
-// Loads the crashing library and comes to an end of it.
+// Loads the crashing library and ends it.
 //   crashing_end module|thread|process   the library crashes in this one
 //   crashing_end quietly                 in none
 #include <cstdlib>

@@ -1,5 +1,5 @@
-// A library that writes through a null pointer when it is told of the end that the function Crash
-// has named.
+// A library that writes through a null pointer at the end (of module, thread or process) that was
+// named in a call of its function Crash.
 #include <windows.h>
 
 namespace {

@@ -1,6 +1,5 @@
 // Ends a thread that used the DLL, the DLL and the process in the order that the argument names,
-// with objects released in time or late. The process's exit status tells: 0 when it came to its end
-// as it should.
+// with objects released in time or late. The exit status is 0 if the process ended normally.
 //   ending_order ORDER   one of the names in kOrders
 #include <cstdio>
 #include <cstdlib>
@@ -98,7 +97,7 @@ void ModuleThreadProcess() {
 
 void ThreadProcess() { Worker().End(); }
 
-// The thread is stopped where it stands.
+// The thread is stopped at its current instruction.
 void ModuleProcess() {
   Worker();
   Unload(Server());
@@ -106,7 +105,7 @@ void ModuleProcess() {
 
 void ProcessAlone() { Worker(); }
 
-// The process ends on the very thread that used the DLL.
+// The process ends on the thread that used the DLL.
 void ProcessOnTheThread() {
   std::thread([] {
     const Apartment apartment;
@@ -115,7 +114,7 @@ void ProcessOnTheThread() {
   }).join();
 }
 
-// Made on a thread that is gone.
+// Made on a thread that has ended.
 void ReleasedAfterTheirThread() {
   Objects objects;
   std::thread([&] {

@@ -1,6 +1,6 @@
-// A program that includes this ends with a status of its own at the first exception of the
-// processor or the system, wherever it is raised. Without it, Wine handles what is raised while a
-// DLL ends or is unloaded, and the program's status does not tell.
+// Ends the program with a special status at the first exception of the processor or the system,
+// wherever it is raised. Otherwise Wine handles exceptions during the end or unloading of a DLL,
+// and the program's status does not show them.
 #pragma once
 
 #include <windows.h>
@@ -9,9 +9,9 @@
 
 namespace latchkey::test {
 
-constexpr UINT kFatalExceptionStatus = 70;  // of no other end of a test program
+constexpr UINT kFatalExceptionStatus = 70;  // not used by any other exit of a test program
 
-// Errors of the system only: the exceptions of compilers and what the run-time tells debuggers have
+// Errors of the system only: exceptions of compilers and the run-time's messages to debuggers have
 // codes of other kinds.
 inline LONG CALLBACK EndAtFatalException(EXCEPTION_POINTERS* raised) {
   constexpr DWORD kSystemError = 0xC;

@@ -64,7 +64,7 @@ HRESULT ExpectedOf(const Member& member, Takes takes, const Shape& shape, bool o
   }
 }
 
-// One kind of property put stands for the other.
+// The two kinds of property put are interchangeable.
 const Member* FindMember(std::span<const Member> members, const LateCall& call) {
   constexpr int kPuts = DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF;
   const int kinds = (call.flags & kPuts) != 0 ? call.flags | kPuts : call.flags;
@@ -100,7 +100,7 @@ HRESULT Bind(const Member& member, const LateCall& call, Bound& bound) {
   return S_OK;
 }
 
-// What the first argument that does not fit asks for.
+// The failure that the first unsuitable argument requires.
 HRESULT ExpectedResult(const Member& member, const LateCall& call) {
   Bound bound;
   const HRESULT matched = Bind(member, call, bound);
@@ -191,7 +191,7 @@ LateCall CallMaker::Make(ShapeMaker& shapes) {
   return call;
 }
 
-// Those with a meaning of their own, those beside the members', and those of the members that every
+// Numbers with a special meaning, numbers next to the members', and those of the members that every
 // dual interface inherits.
 DISPID CallMaker::DrawWrongNumber() {
   constexpr std::array<DISPID, 10> kNumbers{DISPID_VALUE,
@@ -222,7 +222,7 @@ std::size_t CallMaker::DrawCount(const Member& member) {
   return member.required + static_cast<std::size_t>(random_.Below(optional + 1));
 }
 
-// Of the positions behind those that are given by position, in either direction.
+// The positions after those given by position, in either direction.
 void CallMaker::DrawNames(const Member& member, LateCall& call) {
   constexpr std::array<DISPID, 8> kStrange{DISPID_UNKNOWN,
                                            DISPID_PROPERTYPUT,

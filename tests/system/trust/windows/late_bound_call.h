@@ -1,4 +1,4 @@
-// Late-bound calls of the component's members, and what each is to end with.
+// Late-bound calls of the component's members, and their expected results.
 #pragma once
 
 #include <span>
@@ -8,7 +8,7 @@
 
 namespace latchkey::test {
 
-// What a member makes of an argument.
+// A member's reading of an argument.
 enum class Takes { Array, Text, Integer, Long, Flag, FlagByReference, Any };
 
 struct Member {
@@ -17,7 +17,7 @@ struct Member {
   VARTYPE result;
   std::vector<Takes> arguments = {};
   std::size_t required = 0;
-  DISPID id = DISPID_UNKNOWN;  // as the object tells it
+  DISPID id = DISPID_UNKNOWN;  // from the object
 };
 
 // All members of a class, in the order of their declaration; their numbers are the object's.
@@ -25,7 +25,7 @@ struct Member {
 [[nodiscard]] std::vector<Member> MembersOfCryptoApi(const LateClient& object);
 [[nodiscard]] std::vector<Member> MembersOfTimer(const LateClient& object);
 
-// A call as it is sent, whether an honest client would or not.
+// A call as it is sent, valid or not.
 struct LateCall {
   DISPID member = DISPID_UNKNOWN;
   WORD flags = 0;
@@ -46,17 +46,17 @@ struct Ending {
 
 [[nodiscard]] Ending ExpectedEnding(std::span<const Member> members, const LateCall& call);
 
-// Whether the call would ask for random data of a length that takes its time or its memory.
+// Whether the call would request random data of a length that takes too long or too much memory.
 [[nodiscard]] bool AsksForTooMuch(std::span<const Member> members, const LateCall& call);
 
-// Draws calls of the members of one class: most of them whole, some with a wrong number, wrong
-// flags, too many or too few arguments, names that there are not, or a list that is none.
+// Draws calls of the members of one class: most of them valid, some with a wrong number, wrong
+// flags, too many or too few arguments, names that do not exist, or an invalid list.
 class CallMaker {
  public:
   CallMaker(RandomSource& random, std::span<const Member> members)
       : random_(random), members_(members) {}
 
-  // `shapes` owns what the arguments refer to.
+  // `shapes` owns the values that the arguments refer to.
   [[nodiscard]] LateCall Make(ShapeMaker& shapes);
 
  private:

@@ -1,7 +1,8 @@
-// Arguments of random shapes for every member of every class, bound late: each call ends with the
-// HRESULT that its shapes ask for, and nothing leaks.
-//   late_bound_shapes              10,000 calls of a fixed seed; with LATCHKEY_LONG 100,000, and as
-//                                  many of a fresh seed
+// Arguments of random shapes for every member of every class, bound late: each call returns the
+// HRESULT that its shapes require, and no memory leaks.
+//   late_bound_shapes              10,000 calls of a fixed seed; with LATCHKEY_LONG 100,000, and
+//   the
+//                                  same number of a fresh seed
 //   late_bound_shapes COUNT SEED   that many of that seed
 #include <algorithm>
 #include <array>
@@ -18,7 +19,7 @@
 namespace latchkey::test {
 namespace {
 
-// An exception ends with its fault's number.
+// The low part of an exception's HRESULT is its fault's number.
 Ending EndingOf(const Outcome& outcome) {
   return {outcome.result == DISP_E_EXCEPTION ? outcome.scode : outcome.result, outcome.type};
 }
@@ -34,7 +35,7 @@ class ShapeThrower {
   ShapeThrower(std::array<Target, 3> targets, std::uint64_t seed)
       : targets_(std::move(targets)), random_(seed, 0) {}
 
-  // Calls members; the calls that ended other than expected, or that left something locked.
+  // Calls members. Returns the number of calls with an unexpected result or a remaining lock.
   int Throw(int calls) {
     int wrong = 0;
     for (int i = 0; i < calls; ++i) wrong += ThrowOne(i) ? 0 : 1;
@@ -43,7 +44,7 @@ class ShapeThrower {
 
   [[nodiscard]] bool ObjectIsFree() const { return object_.References() == 1; }
 
-  // How many calls succeeded.
+  // The number of successful calls.
   [[nodiscard]] int Succeeded() const { return succeeded_; }
 
  private:
@@ -90,14 +91,13 @@ class ShapeThrower {
   int succeeded_ = 0;
 };
 
-// What a run holds that its calls may have left behind.
+// The resources that the calls of a run may have leaked.
 struct Held {
   long blocks = LiveAutomationBlocks();
   ResourceUsage usage = CurrentUsage();
 };
 
-// The heap's slack is less than what one member would leak that lost a pointer in each of its
-// calls.
+// The heap's slack is less than the leak of one member that lost a pointer in each of its calls.
 bool IsFlat(const Held& before, const Held& now) {
   constexpr long kBlockSlack = 8;
   constexpr std::uint64_t kHeapSlack = 256;
@@ -150,7 +150,7 @@ int main(int count, char** arguments) {
   const int calls = count > 1 ? std::atoi(arguments[1]) : usual;
   const std::uint64_t seed = count > 2 ? std::strtoull(arguments[2], nullptr, 10) : kSeed;
   const latchkey::test::Apartment apartment;
-  latchkey::test::FailAutomationAllocation(0);  // from now on blocks are counted
+  latchkey::test::FailAutomationAllocation(0);  // starts the count of blocks
   bool done = latchkey::test::Run(calls, seed);
   if (isLong && count == 1) {
     done = latchkey::test::Run(calls, static_cast<std::uint64_t>(std::time(nullptr))) && done;

@@ -1,6 +1,7 @@
 // Loads one library.
-//   load_library NAME                    as it is named
-//   load_library NAME system [FUNCTION]  from the system folder alone, and finds a function of it
+//   load_library NAME                    by this name
+//   load_library NAME system [FUNCTION]  only from the system folder, and finds one of its
+//   functions
 #include <windows.h>
 
 #include <cstdlib>

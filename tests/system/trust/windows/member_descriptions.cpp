@@ -65,7 +65,7 @@ bool HasName(ITypeInfo* typeInfo, const Member& member) {
          Take(name) == member.name;
 }
 
-// The functions behind those that every dual interface inherits.
+// The functions after those that every dual interface inherits.
 std::vector<UniqueFunction> FunctionsOf(ITypeInfo* typeInfo) {
   std::vector<UniqueFunction> functions;
   for (UINT i = 0;; ++i) {

@@ -1,5 +1,5 @@
-// Cryptographic providers whose entries are taken out of the registry: every operation that needs
-// one reports it, and works as soon as they are back. No other program may use the prefix
+// Cryptographic providers whose entries are removed from the registry: every operation that needs
+// one reports it, and works as soon as they are restored. No other program may use the prefix
 // meanwhile.
 #include <map>
 
@@ -29,7 +29,7 @@ LSTATUS Rename(const std::wstring& from, const std::wstring& to) {
                                  : status;
 }
 
-// All providers that are registered.
+// All registered providers.
 std::vector<std::wstring> Providers() {
   std::vector<std::wstring> names;
   HKEY key = nullptr;
@@ -44,7 +44,7 @@ std::vector<std::wstring> Providers() {
   return names;
 }
 
-// Puts back what is set aside, by this run or by one that did not come to its end.
+// Restores the removed entries, of this run or an interrupted one.
 void RestoreEntries() {
   const std::wstring suffix = kAside;
   for (const std::wstring& name : Providers()) {
@@ -132,7 +132,7 @@ class MissingProviderTest : public ClientTest {
   }
 };
 
-TEST_F(MissingProviderTest, WithoutTheEnhancedProviderThereIsNoOther) {
+TEST_F(MissingProviderTest, WithoutTheEnhancedProviderNoOtherIsUsed) {
   VARIANT_BOOL enhanced = VARIANT_TRUE;
   ASSERT_EQ(Api()->put_EnhancedProvider(&enhanced), S_OK);
   SetAside(kEnhanced);
@@ -141,14 +141,14 @@ TEST_F(MissingProviderTest, WithoutTheEnhancedProviderThereIsNoOther) {
   ExpectEverythingWorks();
 }
 
-TEST_F(MissingProviderTest, WithoutAnyProviderTheBaseOneIsMissedToo) {
+TEST_F(MissingProviderTest, WithoutAnyProviderTheBaseOneIsReportedToo) {
   for (const std::wstring& provider : Providers()) SetAside(provider);
   ExpectEveryOperationReportsIt();
   RestoreEntries();
   ExpectEverythingWorks();
 }
 
-// The default provider then makes the default-named key set, which it refuses when there is one.
+// The default provider then makes the default-named key set, which fails if it exists.
 TEST_F(MissingProviderTest, WithoutTheBaseProviderTheDefaultOneMakesItsKeySet) {
   const auto deleteKeySet = [] {
     HCRYPTPROV none = 0;

@@ -1,4 +1,4 @@
-// The DLL loaded, used and unloaded over and over in one process.
+// The DLL loaded, used and unloaded repeatedly in one process.
 #include "tests/com/server/loaded_server.h"
 #include "tests/system/trust/resource_usage.h"
 #include "tests/system/trust/windows/fatal_exceptions.h"
@@ -6,10 +6,10 @@
 namespace latchkey::test {
 namespace {
 
-// A process has 1,088 thread-local slots: one that is kept in each round shows.
+// A process has 1,088 thread-local slots, so losing one in each round fails.
 constexpr int kRounds = 1200;
-// What mingw-w64's thread library remembers of a thread, which nobody can free: as much in every
-// round. Beside it a leak of 4 bytes a round is too much.
+// The memory that mingw-w64's thread library keeps for a thread and that cannot be freed, the same
+// in every round. A leak of 4 more bytes a round is too much.
 constexpr std::uint64_t kKeptByRunTime = sizeof(void*) == 8 ? 528 : 244;
 constexpr std::uint64_t kHeapSlack = 4U << 10;
 constexpr int kFirstRounds = 50;  // fill the system's caches
@@ -34,7 +34,7 @@ void PlayRound() {
   EXPECT_EQ(GetModuleHandleW(L"latchkey.dll"), nullptr);
 }
 
-TEST(ModuleRoundsTest, MoreRoundsThanAProcessHasSlotsLeaveNothingBehind) {
+TEST(ModuleRoundsTest, MoreRoundsThanAProcessHasSlotsLeakNothing) {
   const Apartment apartment;
   // The provider would otherwise be loaded and unloaded as well.
   const HMODULE provider = LoadLibraryW(L"rsaenh.dll");

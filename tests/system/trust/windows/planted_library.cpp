@@ -1,5 +1,4 @@
-// A library that leaves a mark beside itself when it is loaded: a file of its own name and
-// ".loaded".
+// A library that leaves a mark in its folder when it is loaded: a file with its name and ".loaded".
 #include <windows.h>
 
 #include <string>

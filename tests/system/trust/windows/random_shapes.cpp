@@ -118,7 +118,7 @@ SAFEARRAY* ShapeMaker::NewArray(VARTYPE type) {
   return array;
 }
 
-// At times under the name of another element type.
+// Sometimes declared with another element type.
 Shape ShapeMaker::MakeArray() {
   Shape shape;
   const VARTYPE type = random_.Of(std::span(kElements));
@@ -137,7 +137,7 @@ Shape ShapeMaker::MakeArray() {
   return shape;
 }
 
-// A null reference, a circle, or a type that there is not.
+// A null reference, a circular one, or a type that does not exist.
 Shape ShapeMaker::MakeUnreadable() {
   Shape shape;
   shape.readable = false;
@@ -158,7 +158,8 @@ Shape ShapeMaker::MakeUnreadable() {
   return shape;
 }
 
-// A plain value goes by itself, as a reference to its own type, or behind one or two variables.
+// A plain value is passed by value, as a reference to its own type, or through one or two
+// variables.
 Shape ShapeMaker::BehindReferences(Shape shape) {
   const VARTYPE type = V_VT(&shape.value);
   const bool mayBeReferred = type != VT_EMPTY && type != VT_NULL && (type & VT_BYREF) == 0 &&

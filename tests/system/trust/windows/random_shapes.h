@@ -1,4 +1,4 @@
-// Variants of every shape that a late-bound client could send, each with what it is to be read as.
+// Variants of every shape that a late-bound client could send, each with its expected value.
 #pragma once
 
 #include <deque>
@@ -9,15 +9,14 @@
 
 namespace latchkey::test {
 
-// What an array is to a member that takes bytes.
-// NoElementZero: one dimension of bytes whose bounds leave out element 0, or no element at all.
+// The shape of an array for a member that takes bytes.
+// NoElementZero: one dimension of bytes whose bounds exclude element 0, or without any element.
 enum class ArrayKind { Readable, NoElementZero, WrongShape, NoBytes };
 
 struct Shape {
-  VARIANT value = {};  // to be sent
-  VARIANT plain = {};  // the value that it stands for, itself no reference; owned by the maker
-  bool readable =
-      true;  // whether it stands for a value at all: no null behind, no circle, a known type
+  VARIANT value = {};    // to be sent
+  VARIANT plain = {};    // the value it refers to, itself not a reference; owned by the maker
+  bool readable = true;  // whether it has a value: no null or circular reference, a known type
   bool leftOut = false;
   ArrayKind array = ArrayKind::NoBytes;
 };
@@ -42,7 +41,7 @@ class CountedObject final : public IDispatch {
   ULONG references_ = 1;
 };
 
-// Makes shapes and owns everything that they refer to.
+// Makes shapes and owns all values that they refer to.
 class ShapeMaker {
  public:
   ShapeMaker(RandomSource& random, CountedObject& object) : random_(random), object_(object) {}
@@ -52,7 +51,7 @@ class ShapeMaker {
 
   Shape Make();
 
-  // Whether every array that is left is unlocked but for the locks it was made with.
+  // Whether every remaining array has only the locks it was made with.
   [[nodiscard]] bool LocksAreAsMade() const;
 
  private:

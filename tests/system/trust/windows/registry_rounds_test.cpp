@@ -1,5 +1,5 @@
-// Registering and unregistering over and over leaves the registry as it was: every key and every
-// value of the machine's and the user's software, where all classes are.
+// Registering and unregistering repeatedly does not change the registry: every key and every value
+// of the machine's and the user's software, which includes all classes.
 #include <map>
 
 #include "tests/com/server/loaded_server.h"
@@ -58,7 +58,7 @@ Registry ReadSoftware() {
   return registry;
 }
 
-// The keys that are in one only or differ, narrow enough to be printed.
+// The keys that are in one only or differ, converted for printing.
 std::vector<std::string> Differences(const Registry& before, const Registry& after) {
   std::vector<std::string> paths;
   const auto add = [&](const std::wstring& path) { paths.emplace_back(path.begin(), path.end()); };
@@ -72,7 +72,7 @@ std::vector<std::string> Differences(const Registry& before, const Registry& aft
   return paths;
 }
 
-TEST(RegistryRoundsTest, TenRoundsLeaveEveryKeyAndValueAsTheyWere) {
+TEST(RegistryRoundsTest, TenRoundsChangeNoKeyOrValue) {
   const Apartment apartment;
   const LoadedServer server;
   EXPECT_EQ(server.Unregister(), S_OK);
@@ -84,7 +84,7 @@ TEST(RegistryRoundsTest, TenRoundsLeaveEveryKeyAndValueAsTheyWere) {
   EXPECT_EQ(Differences(before, ReadSoftware()), std::vector<std::string>());
   EXPECT_GT(before.size(), 1000U);
 
-  // The comparison sees a registration.
+  // Checks that the comparison detects a registration.
   EXPECT_EQ(server.Register(), S_OK);
   EXPECT_NE(Differences(before, ReadSoftware()), std::vector<std::string>());
   EXPECT_EQ(server.Unregister(), S_OK);

@@ -67,8 +67,8 @@ void Write(void** slot, void* value) {
   VirtualProtect(slot, sizeof(value), before, &before);
 }
 
-// Puts a function of this program in the place of one that a module imports. The module's calls of
-// it go through its table of imports alone.
+// Replaces a function that a module imports by one of this program. The module calls it only
+// through its import table.
 void ReplaceImport(HMODULE module, const Replacement& replacement) {
   for (const auto* from = ImportsOf(module); from->Name != 0; ++from) {
     const auto* names = At<IMAGE_THUNK_DATA>(module, from->OriginalFirstThunk);
@@ -101,7 +101,7 @@ std::uint64_t HeapBytes() {
   return bytes;
 }
 
-// Handles of the kernel's objects are multiples of 4, and the lowest that is free is given out.
+// Handles of kernel objects are multiples of 4, and the lowest free one is used next.
 std::uint64_t CountHandles() {
   constexpr std::uintptr_t kHighest = 0x8000;
   std::uint64_t handles = 0;
@@ -115,11 +115,11 @@ std::uint64_t CountHandles() {
   return handles;
 }
 
-// Wine 8 says 0, and there each is asked for.
+// Wine 8 returns 0, so each handle is queried.
 std::uint64_t SystemHandles() {
   DWORD handles = 0;
-  const BOOL told = GetProcessHandleCount(GetCurrentProcess(), &handles);
-  return told && handles > 0 ? handles : CountHandles();
+  const BOOL isKnown = GetProcessHandleCount(GetCurrentProcess(), &handles);
+  return isKnown && handles > 0 ? handles : CountHandles();
 }
 
 template <class Function>
@@ -146,7 +146,7 @@ void CountProviderHandles() {
 ResourceUsage CurrentUsage() {
   PROCESS_MEMORY_COUNTERS memory = {};
   if (!GetProcessMemoryInfo(GetCurrentProcess(), &memory, sizeof(memory))) {
-    throw std::runtime_error("the system does not tell what the process uses");
+    throw std::runtime_error("the system does not report the process's resources");
   }
   return {memory.WorkingSetSize, HeapBytes(), SystemHandles(), openHandles};
 }
