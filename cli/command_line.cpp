@@ -84,13 +84,13 @@ ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
     parser_.parse(std::move(arguments));
   } catch (const CLI::ParseError& error) {
     options_.json = wantsJson;  // the parser may not have reached it
-    return TellParseError(error, first);
+    return ReportParseError(error, first);
   }
   return RunChosen();
 }
 
 // The parser throws help and version as errors too.
-ExitStatus CommandLine::TellParseError(const CLI::ParseError& error, const std::string& first) {
+ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std::string& first) {
   std::ostringstream help;
   std::ostringstream complaint;
   const MemoryWatch watch;

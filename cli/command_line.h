@@ -30,7 +30,7 @@ class CommandLine {
   [[nodiscard]] ExitStatus Run(std::vector<std::string> arguments);
 
  private:
-  [[nodiscard]] ExitStatus TellParseError(const CLI::ParseError& error, const std::string& first);
+  [[nodiscard]] ExitStatus ReportParseError(const CLI::ParseError& error, const std::string& first);
   [[nodiscard]] ExitStatus RunChosen();
 
   CLI::App parser_;

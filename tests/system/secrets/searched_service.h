@@ -37,16 +37,16 @@ class GivingProvider final : public FaultyProvider {
   void GiveRandom(const Secret& random) noexcept { random_ = &random; }
 
   // The bytes after the first `length` bytes of a hash's last data since this call.
-  void WatchHashedBehind(std::size_t length) {
+  void WatchHashedAfter(std::size_t length) {
     watchedFrom_ = length;
-    hashedBehind_ = Secret();
+    hashedAfter_ = Secret();
   }
-  [[nodiscard]] const Secret& HashedBehind() const noexcept { return hashedBehind_; }
+  [[nodiscard]] const Secret& HashedAfter() const noexcept { return hashedAfter_; }
 
   bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
                      std::uint32_t dwFlags) override {
     const std::span data(pbData, dwDataLen);
-    if (data.size() > watchedFrom_) hashedBehind_ = Secret(data.subspan(watchedFrom_));
+    if (data.size() > watchedFrom_) hashedAfter_ = Secret(data.subspan(watchedFrom_));
     return FaultyProvider::CryptHashData(hHash, pbData, dwDataLen, dwFlags);
   }
 
@@ -59,7 +59,7 @@ class GivingProvider final : public FaultyProvider {
  private:
   const Secret* random_ = nullptr;
   std::size_t watchedFrom_ = std::numeric_limits<std::size_t>::max();
-  Secret hashedBehind_;
+  Secret hashedAfter_;
 };
 
 // A service with its own secrets, and a search for them.

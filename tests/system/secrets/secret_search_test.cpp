@@ -98,7 +98,7 @@ TEST_F(SecretSearchTest, AfterCreateHashNeitherTextNorPasswordNorDigestIsLeft) {
 class RandomPasswordSearchTest : public SecretSearchTest {
  protected:
   void Hash() {
-    provider.WatchHashedBehind(plaintext.Size());
+    provider.WatchHashedAfter(plaintext.Size());
     try {
       clsCryptoAPI object;
       object.UseDefaultPWD(false);
@@ -111,7 +111,7 @@ class RandomPasswordSearchTest : public SecretSearchTest {
   }
 
   void SearchForLetters() {
-    const Secret letters = provider.HashedBehind();
+    const Secret letters = provider.HashedAfter();
     if (letters.Size() == 0) return;
     ++endings;
     const SecretSearch without = search;

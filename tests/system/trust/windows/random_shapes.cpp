@@ -54,15 +54,15 @@ Shape ShapeMaker::Make() {
   switch (random_.Below(10)) {
     case 0:
     case 1:
-      return BehindReferences(MakeText());
+      return ThroughReferences(MakeText());
     case 2:
     case 3:
     case 4:
-      return BehindReferences(MakeArray());
+      return ThroughReferences(MakeArray());
     case 5:
       return MakeUnreadable();
     default:
-      return BehindReferences(MakeScalar());
+      return ThroughReferences(MakeScalar());
   }
 }
 
@@ -160,7 +160,7 @@ Shape ShapeMaker::MakeUnreadable() {
 
 // A plain value is passed by value, as a reference to its own type, or through one or two
 // variables.
-Shape ShapeMaker::BehindReferences(Shape shape) {
+Shape ShapeMaker::ThroughReferences(Shape shape) {
   const VARTYPE type = V_VT(&shape.value);
   const bool mayBeReferred = type != VT_EMPTY && type != VT_NULL && (type & VT_BYREF) == 0 &&
                              (type & VT_ARRAY) == 0 && !shape.leftOut;

@@ -64,7 +64,7 @@ class ShapeMaker {
   Shape MakeText();
   Shape MakeArray();
   Shape MakeUnreadable();
-  Shape BehindReferences(Shape shape);
+  Shape ThroughReferences(Shape shape);
   SAFEARRAY* NewArray(VARTYPE type);
 
   RandomSource& random_;
