@@ -1,6 +1,6 @@
 ; The installer: the component and the command latchkey, of both bitnesses, for all users or for one.
 ;
-;   setup.exe [/S] [/AllUsers | /CurrentUser] [/D=FOLDER]     /S asks nothing; /D comes last, without quotation marks
+;   setup.exe [/S] [/AllUsers | /CurrentUser] [/D=FOLDER]     /S runs without questions; /D must be last, without quotation marks
 ;   FOLDER\uninstall.exe [/S]
 ;
 ; Administrators install for all users by default, others for themselves, which needs no further rights. The exit status

@@ -40,7 +40,7 @@ class CheckHardeningTest(unittest.TestCase):
     def test_a_pe_file(self):
         flags = ("-Wl,--disable-dynamicbase,--disable-nxcompat,--disable-high-entropy-va,--disable-reloc-section",)
         self.assertEqual(missing_from("x86_64-w64-mingw32-g++-posix", *flags), {
-            "address randomisation", "high entropy", "data that cannot run", "relocations", "stack protector",
+            "address randomization", "high entropy", "data that cannot run", "relocations", "stack protector",
             "imports from Windows alone", "no other library by name", "wiping routine"})
 
     def test_writable_code_in_a_pe_file(self):

@@ -62,7 +62,7 @@ mode_t KeepRights(int file, const std::string& place, const struct stat& old) {
 
 }  // namespace
 
-// The mode comes last: changing the owner and the list changes it.
+// Sets the mode last, since changing the owner and the list changes it.
 void SetRights(const UniqueFile& file, const std::string& place, Readers readers) {
   const int descriptor = static_cast<int>(file.Get());
   struct stat old {};
