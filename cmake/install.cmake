@@ -24,4 +24,6 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/latchkey.pc.in ${PROJECT_BINARY_DIR}/la
 install(FILES ${PROJECT_BINARY_DIR}/latchkey.pc DESTINATION ${pkgconfig_folder} COMPONENT development)
 
 # Its manual page and completion are installed by the rules that make them.
-install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+if(LATCHKEY_BUILD_CLI)
+  install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+endif()

@@ -3,6 +3,7 @@
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME latchkey)
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
 set(CPACK_PACKAGE_CONTACT "Latchkey developers <developers@latchkey.invalid>")
 set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -45,7 +46,9 @@ endmacro()
 set(CPACK_COMPONENTS_ALL)
 declare_package(library ${library_package} libs "library")
 declare_package(development lib${CPACK_PACKAGE_NAME}-dev libdevel "development files")
-declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
+if(LATCHKEY_BUILD_CLI)
+  declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
+endif()
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)

@@ -35,6 +35,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   CreateDirectory "$PLUGINSDIR\before"
   !insertmacro KeepProducts x64
   !insertmacro KeepProducts x86
+  !insertmacro KeepFile . LICENSE.txt
   !insertmacro KeepFile . uninstall.exe
 !macroend
 
@@ -67,6 +68,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   SetOutPath "$TEMP"  ; a folder cannot be removed while it is the current one
   !insertmacro PutBackProducts x64
   !insertmacro PutBackProducts x86
+  !insertmacro PutBackFile . LICENSE.txt
   !insertmacro PutBackFile . uninstall.exe
   StrCpy $0 $INSTDIR
   ${DoUntil} $0 == $FolderBefore
@@ -88,6 +90,7 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
 !macro RemoveFiles
   !insertmacro RemoveProducts x64
   !insertmacro RemoveProducts x86
+  !insertmacro RemoveFile . LICENSE.txt
   !insertmacro RemoveFile . uninstall.exe
   RMDir /REBOOTOK "$INSTDIR"
 !macroend

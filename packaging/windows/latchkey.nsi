@@ -9,7 +9,7 @@
 ; tools/make_installer compiles this file with
 ;   VERSION     1.0.0
 ;   TARGET      x86-unicode, a setup for every Windows, or amd64-unicode for those that run no 32-bit programs
-;   PRODUCTS    folder of x86 and x64, each with the files of one bitness
+;   PRODUCTS    folder of LICENSE.txt and of x86 and x64, each with the files of one bitness
 ;   OUTPUT      file to write
 
 Unicode true
@@ -45,7 +45,7 @@ VIAddVersionKey ProductVersion ${VERSION}
 VIAddVersionKey FileVersion ${VERSION}
 VIAddVersionKey FileDescription "${PRODUCT} setup"
 VIAddVersionKey CompanyName ${PRODUCT}
-VIAddVersionKey LegalCopyright ""
+VIAddVersionKey LegalCopyright "Copyright 2026 the Latchkey authors. MIT License."
 
 !insertmacro MULTIUSER_PAGE_INSTALLMODE
 !define MUI_PAGE_CUSTOMFUNCTION_LEAVE RefuseFolder
@@ -207,6 +207,8 @@ Section
   StrCpy $FilesChanged yes
   !insertmacro WriteBitness 64 x64
   !insertmacro WriteBitness 32 x86
+  SetOutPath "$INSTDIR"
+  !insertmacro WriteFile . LICENSE.txt
   ClearErrors
   WriteUninstaller "$INSTDIR\uninstall.exe"
   !insertmacro FailIfErrors "write $INSTDIR\uninstall.exe"

@@ -198,7 +198,8 @@ class InstallerCase(unittest.TestCase):
         self.assertEqual(values["DisplayName"], "Latchkey")
         self.assertRegex(values["DisplayVersion"], r"^\d+\.\d+\.\d+$")
         folder = host_path(values["InstallLocation"])
-        self.assertEqual({path.name for path in folder.iterdir()}, {arch, "uninstall.exe"})
+        self.assertEqual({path.name for path in folder.iterdir()}, {arch, "uninstall.exe", "LICENSE.txt"})
+        self.assertEqual((folder / "LICENSE.txt").read_text(), (PROJECT / "LICENSE").read_text())
         self.assertEqual({path.name for path in (folder / arch).iterdir()}, PRODUCTS)
         self.assertEqual(run(folder / arch / "latchkey.exe", "hash", "--help")[0], 0)
         key = rf"{HIVES[scope]}\Software\Classes\CLSID\{MAIN_CLASS}\InprocServer32"

@@ -19,9 +19,7 @@ bool LoadsFromSystem(std::string_view name, const char* function) {
     const UniqueLibrary library = LoadSystemLibrary(std::wstring(name.begin(), name.end()).c_str());
     if (function != nullptr) static_cast<void>(FunctionOf(library.Get(), function));
     return true;
-  } catch (const MissingLibrary&) {
-    return false;
-  } catch (const MissingFunction&) {
+  } catch (const latchkey::Fault&) {
     return false;
   }
 }
