@@ -46,11 +46,12 @@ class Trial {
   // What the key makes of sixteen zero bytes, which tells keys of one cipher apart. Empty when the
   // provider does not make the key.
   [[nodiscard]] WipedBytes Fingerprint(const CipherSettings& settings) const {
-    std::optional<PasswordCipher> cipher;
-    if (!MakeKey(settings, cipher)) return {};
+    std::optional<PasswordKey> key = MakeKey(settings);
+    if (!key) return {};
     WipedBytes zeros(std::size_t{2} * kBlock);
     auto length = static_cast<std::uint32_t>(zeros.size());
-    return cipher->Encrypt(zeros, length, false) == CipherStep::Done ? zeros : WipedBytes();
+    const CipherStep step = key->Transform(CipherDirection::Encrypt, zeros, length, false);
+    return step == CipherStep::Done ? zeros : WipedBytes();
   }
 
   // Nothing when the settings do not fit. Settings and probability are still to be filled in.
@@ -59,27 +60,29 @@ class Trial {
   }
 
  private:
-  bool MakeKey(const CipherSettings& settings, std::optional<PasswordCipher>& cipher) const {
+  [[nodiscard]] std::optional<PasswordKey> MakeKey(const CipherSettings& settings) const {
     const UniqueContext& context = settings.enhanced ? enhanced_ : base_;
-    if (!context) return false;
-    cipher.emplace(context);
-    return cipher->DeriveKey(FindHashAlgorithm(settings.hash).id,
-                             FindCipherAlgorithm(settings.cipher, settings.enhanced), password_,
-                             settings.rc2EffectiveBits) == CipherStep::Done;
+    std::optional<PasswordKey> key(std::in_place);
+    const bool made =
+        context && key->Derive(context, RequestOf(settings, password_)) == CipherStep::Done;
+    return made ? std::move(key) : std::nullopt;
   }
 
-  // Decrypts in place and cuts `bytes` to the result.
-  static bool Decrypt(PasswordCipher& cipher, WipedBytes& bytes, bool final) {
+  // Decrypts in place and cuts `bytes` to the result. False when the settings do not fit.
+  bool Decrypt(const CipherSettings& settings, WipedBytes& bytes, bool final) const {
+    std::optional<PasswordKey> key = MakeKey(settings);
     auto length = static_cast<std::uint32_t>(bytes.size());
-    if (cipher.Decrypt(bytes, length, final) != CipherStep::Done) return false;
+    if (!key ||
+        key->Transform(CipherDirection::Decrypt, bytes, length, final) != CipherStep::Done) {
+      return false;
+    }
     bytes.resize(length);
     return true;
   }
 
   [[nodiscard]] std::optional<Candidate> TryStream(const CipherSettings& settings) const {
-    std::optional<PasswordCipher> cipher;
     WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, true)) return std::nullopt;
+    if (!Decrypt(settings, plaintext, true)) return std::nullopt;
     Candidate candidate;
     candidate.evidenceBits = TextEvidence(plaintext);
     return candidate.evidenceBits > 0 ? std::optional(candidate) : std::nullopt;
@@ -89,12 +92,11 @@ class Trial {
   // In a chain a block decrypts with nothing but the block before it.
   [[nodiscard]] std::optional<unsigned> PaddingOf(const CipherSettings& settings) const {
     if (sample_.length == 0 || sample_.length % kBlock != 0) return std::nullopt;
-    std::optional<PasswordCipher> cipher;
     const auto start = sample_.tail.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(
                                                 sample_.tail.size(), std::size_t{2} * kBlock));
     WipedBytes end(start, sample_.tail.end());
     const std::size_t before = end.size();
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, end, true)) return std::nullopt;
+    if (!Decrypt(settings, end, true)) return std::nullopt;
     return static_cast<unsigned>(before - end.size());
   }
 
@@ -102,11 +104,8 @@ class Trial {
     Candidate candidate;
     candidate.padding = PaddingOf(settings);
     if (!candidate.padding) return std::nullopt;
-    std::optional<PasswordCipher> cipher;
     WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, sample_.IsWhole())) {
-      return std::nullopt;
-    }
+    if (!Decrypt(settings, plaintext, sample_.IsWhole())) return std::nullopt;
     candidate.evidenceBits = TextEvidence(plaintext) + 8.0 * *candidate.padding - 3;
     return candidate;
   }

@@ -1,4 +1,4 @@
-// Which provider, hash and cipher make a key, and the cipher made ready with it.
+// Which provider, hash and cipher make a key, and the key made with them.
 #pragma once
 
 #include <cstdint>
@@ -23,10 +23,14 @@ struct CipherSettings {
 // provider lets RC2's effective bits be set, so it serves where they are given.
 [[nodiscard]] bool NeedsEnhancedProvider(std::int16_t cipher, std::uint32_t rc2EffectiveBits);
 
-// Derives the key. Raises CommandError with the site of the step that failed; `file` is what the
-// failure is about. `context` is the provider that the settings ask for.
-void DeriveKey(PasswordCipher& cipher, const CipherSettings& settings, const CipherSites& sites,
-               std::span<const std::uint8_t> password, const std::string& file);
+// The key that the settings make of the password. The algorithms must be ones of the provider.
+[[nodiscard]] KeyRequest RequestOf(const CipherSettings& settings,
+                                   std::span<const std::uint8_t> password);
+
+// Derives a key. Raises CommandError with the site of the step that failed; `file` is what the
+// failure is about. `context` is the provider that the settings name.
+[[nodiscard]] PasswordKey DeriveKey(const UniqueContext& context, const KeyRequest& request,
+                                    const CipherSites& sites, const std::string& file);
 
 // The provider that the settings ask for; raises CommandError when the settings' cipher is not
 // allowed there or it cannot be opened.

@@ -18,11 +18,11 @@ constexpr std::size_t kBlock = 8;  // of every block cipher here
 // shows that the piece is not the last.
 class CipherStages final : public PieceStages {
  public:
-  CipherStages(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
+  CipherStages(CipherWork& work, const ByteStreams& streams, std::size_t pieceSize)
       : work_(work), streams_(streams), pieceSize_(pieceSize) {}
   ~CipherStages() override { SecureWipe(border_.data(), border_.size()); }
 
-  [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.ciphers.size() == 1; }
+  [[nodiscard]] bool WorksInOrder() const noexcept override { return work_.keys.size() == 1; }
   void Read(Piece& piece) override;
   void Work(Piece& piece, std::size_t worker) override;
   void Write(const Piece& piece) override;
@@ -31,7 +31,7 @@ class CipherStages final : public PieceStages {
   [[nodiscard]] const ByteCounts& Counts() const noexcept { return counts_; }
 
  private:
-  const CipherWork& work_;
+  CipherWork& work_;
   const ByteStreams& streams_;
   const std::size_t pieceSize_;
   ByteCounts counts_;
@@ -57,11 +57,13 @@ void CipherStages::Read(Piece& piece) {
 void CipherStages::Work(Piece& piece, std::size_t worker) {
   const bool primes = !WorksInOrder() && piece.number > 0;
   const std::size_t before = primes ? kBlock : 0;
-  PasswordCipher& cipher = *work_.ciphers[WorksInOrder() ? 0 : worker];
+  PasswordKey& key = work_.keys[WorksInOrder() ? 0 : worker];
   auto length = NarrowTo<std::uint32_t>(piece.length + before);
-  const CipherStep step =
-      (cipher.*work_.apply)(piece.bytes.All().subspan(kBlock - before), length, piece.isLast);
-  if (step != CipherStep::Done) throw CommandError(FailureAt(work_.sites.SiteOf(step), work_.file));
+  const CipherStep step = key.Transform(work_.direction, piece.bytes.All().subspan(kBlock - before),
+                                        length, piece.isLast);
+  if (step != CipherStep::Done) {
+    throw CommandError(FailureAt(SitesOf(work_.direction).SiteOf(step), work_.file));
+  }
   piece.length = length - before;
 }
 
@@ -81,7 +83,7 @@ std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
   return std::min(UsableProcessors(), most);
 }
 
-ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams, std::size_t pieceSize) {
+ByteCounts RunCipher(CipherWork& work, const ByteStreams& streams, std::size_t pieceSize) {
   CipherStages stages(work, streams, pieceSize);
   PieceRelay(stages).Run(work.workers);
   return stages.Counts();

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -25,14 +24,12 @@ struct ByteStreams {
 };
 
 struct CipherWork {
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
+  CipherDirection direction = CipherDirection::Encrypt;
   // One for each worker where pieces are worked on at once: decryption in CBC mode. Otherwise one.
-  std::vector<std::unique_ptr<PasswordCipher>> ciphers;
-  // How many threads take part; the number of ciphers where there are several.
+  std::vector<PasswordKey> keys;
+  // How many threads take part; the number of keys where there are several.
   std::size_t workers = 1;
-  // What the failure of the cipher is raised with, as CommandError.
-  const CipherSites& sites;
+  // What a failure of the cipher is about.
   std::string file;
 };
 
@@ -49,8 +46,9 @@ inline constexpr std::size_t kCipherPiece = std::size_t{1} << 20;
 [[nodiscard]] std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder);
 
 // Runs the cipher over all of the input: what one call for the whole would give. `pieceSize` is a
-// multiple of 8 bytes. What the functions raise comes through, and what was written before stays.
-ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams,
+// multiple of the block size. What the functions raise comes through, and what was written before
+// stays. A failure of the cipher is raised as CommandError.
+ByteCounts RunCipher(CipherWork& work, const ByteStreams& streams,
                      std::size_t pieceSize = kCipherPiece);
 
 }  // namespace latchkey::cli

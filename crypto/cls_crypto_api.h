@@ -13,7 +13,7 @@
 
 namespace latchkey {
 
-struct CipherDirection;
+enum class CipherDirection;
 class WorkingText;
 
 // Hashes text, encrypts and decrypts byte arrays under a key derived from a password, makes random
@@ -191,9 +191,8 @@ class LATCHKEY_API clsCryptoAPI {
   // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
   static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
 
-  bool EncryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool DecryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool TransformData(const CipherDirection& direction, std::int16_t intHashType,
+  // The body of Encrypt and Decrypt.
+  bool TransformData(CipherDirection direction, std::int16_t intHashType,
                      std::int16_t intCipherType);
 
   bool blnEnhanced = false;

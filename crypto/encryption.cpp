@@ -12,30 +12,17 @@
 
 namespace latchkey {
 
-// What differs between the two directions: where each failure is reported, and the cipher call.
-struct CipherDirection {
-  const CipherSites& sites;
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
-  bool zeroOutput;  // OutputData is a single zero until the operation succeeds, not unallocated
-};
-
 namespace {
 
-constexpr CipherDirection kEncryption{kEncryptionSites, &PasswordCipher::Encrypt, false};
-constexpr CipherDirection kDecryption{kDecryptionSites, &PasswordCipher::Decrypt, true};
-
-constexpr bool kFinal = true;
 // Behind the result.
 constexpr std::size_t kTrailingZero = 1;
 
-// The first failed step of deriving the key and running the cipher over the buffer. `length` is
-// that of the data in the buffer, before and after.
-CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
-                     provider::AlgorithmId hashAlgorithm, provider::AlgorithmId cipherAlgorithm,
-                     std::span<const std::uint8_t> password, const WipedBytes& input,
-                     WorkingBytes& buffer, std::uint32_t& length) {
-  const CipherStep derived = cipher.DeriveKey(hashAlgorithm, cipherAlgorithm, password);
+// Derives the key and runs it over a copy of the input, which `buffer` then holds. Returns the
+// first step that failed. `length` becomes the number of bytes of the result.
+CipherStep RunCipher(PasswordKey& key, const UniqueContext& context, const KeyRequest& request,
+                     CipherDirection direction, const WipedBytes& input, WorkingBytes& buffer,
+                     std::uint32_t& length) {
+  const CipherStep derived = key.Derive(context, request);
   if (derived != CipherStep::Done) return derived;
 
   const std::size_t bufferLength = CipherBufferLength(input.size());
@@ -43,8 +30,7 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
   platform::ExpectFilling(buffer.data(), buffer.size());
   std::copy(input.begin(), input.end(), buffer.data());
   length = static_cast<std::uint32_t>(input.size());
-  const CipherStep applied =
-      (cipher.*direction.apply)(buffer.All().first(bufferLength), length, kFinal);
+  const CipherStep applied = key.Transform(direction, buffer.All().first(bufferLength), length);
   buffer.Touched(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
   return applied;
 }
@@ -59,17 +45,18 @@ WorkingText clsCryptoAPI::PasswordForKey() {
   return WorkingTextOf(arPassword);
 }
 
-bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t intHashType,
+bool clsCryptoAPI::TransformData(CipherDirection direction, std::int16_t intHashType,
                                  std::int16_t intCipherType) {
-  const CipherSites& sites = direction.sites;
+  const CipherSites& sites = SitesOf(direction);
   bool result = false;
   WorkingText password;
-  PasswordCipher cipher(hCryptProv);
+  PasswordKey key;
   RunTrapped(sites.trap, [&] {
     ErrorRecord().Clear();
-    // The earlier result is gone, and its memory holds the next.
+    // The earlier result is gone, and its memory holds the next. Until a Decrypt succeeds the
+    // output is a single zero; that of a failed Encrypt stays unallocated.
     WorkingBytes buffer = arOutData.TakeStorage();
-    if (direction.zeroOutput) arOutData = ByteArray{0};
+    if (direction == CipherDirection::Decrypt) arOutData = ByteArray{0};
     std::int32_t hashLength = 0;
     provider::AlgorithmId hashAlgorithm = provider::kAlgorithmNone;
     GetHashAlgorithm(intHashType, hashLength, hashAlgorithm);
@@ -85,8 +72,9 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
 
     password = PasswordForKey();
     std::uint32_t length = 0;
-    const CipherStep step = RunCipher(cipher, direction, hashAlgorithm, cipherAlgorithm,
-                                      password.Trimmed(), strInData, buffer, length);
+    const CipherStep step =
+        RunCipher(key, hCryptProv, {hashAlgorithm, cipherAlgorithm, password.Trimmed()}, direction,
+                  strInData, buffer, length);
     if (step != CipherStep::Done) return RecordApplicationFailure(sites.SiteOf(step));
 
     arOutData = ByteArray::WithTrailingZero(std::move(buffer), length);
@@ -95,19 +83,11 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
   return result;
 }
 
-bool clsCryptoAPI::EncryptData(std::int16_t intHashType, std::int16_t intCipherType) {
-  return TransformData(kEncryption, intHashType, intCipherType);
-}
-
-bool clsCryptoAPI::DecryptData(std::int16_t intHashType, std::int16_t intCipherType) {
-  return TransformData(kDecryption, intHashType, intCipherType);
-}
-
 bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kEncrypt, [&] {
     ErrorRecord().Clear();
-    result = EncryptData(intHashType, intCipherType);
+    result = TransformData(CipherDirection::Encrypt, intHashType, intCipherType);
   });
   return result;
 }
@@ -116,7 +96,7 @@ bool clsCryptoAPI::Decrypt(std::int16_t intHashType, std::int16_t intCipherType)
   bool result = false;
   RunTrapped(trap::kDecrypt, [&] {
     ErrorRecord().Clear();
-    result = DecryptData(intHashType, intCipherType);
+    result = TransformData(CipherDirection::Decrypt, intHashType, intCipherType);
   });
   return result;
 }

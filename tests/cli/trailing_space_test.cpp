@@ -27,13 +27,13 @@ constexpr std::int16_t kDes = 3;
 // The ciphertext of the text under an empty password, MD5 and DES.
 WipedBytes Encrypted(const std::string& text) {
   const UniqueContext context = OpenProvider(false);
-  PasswordCipher cipher(context);
-  EXPECT_EQ(cipher.DeriveKey(FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), {}),
+  PasswordKey key;
+  EXPECT_EQ(key.Derive(context, {FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), {}}),
             CipherStep::Done);
   WipedBytes buffer(text.begin(), text.end());
   auto length = static_cast<std::uint32_t>(buffer.size());
   buffer.resize(buffer.size() + 8);
-  EXPECT_EQ(cipher.Encrypt(buffer, length), CipherStep::Done);
+  EXPECT_EQ(key.Transform(CipherDirection::Encrypt, buffer, length), CipherStep::Done);
   buffer.resize(length);
   return buffer;
 }
