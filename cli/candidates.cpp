@@ -18,7 +18,6 @@ constexpr std::int16_t kCiphers = 5;
 constexpr std::int16_t kRc4 = 1;
 constexpr std::int16_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
-constexpr std::uint32_t kBlock = 8;
 
 std::vector<CipherSettings> AllSettings() {
   std::vector<CipherSettings> all;
@@ -48,7 +47,7 @@ class Trial {
   [[nodiscard]] WipedBytes Fingerprint(const CipherSettings& settings) const {
     std::optional<PasswordKey> key = MakeKey(settings);
     if (!key) return {};
-    WipedBytes zeros(std::size_t{2} * kBlock);
+    WipedBytes zeros(2 * provider::kBlockSize);
     auto length = static_cast<std::uint32_t>(zeros.size());
     const CipherStep step = key->Transform(CipherDirection::Encrypt, zeros, length, false);
     return step == CipherStep::Done ? zeros : WipedBytes();
@@ -91,11 +90,9 @@ class Trial {
   // The bytes of padding that the end of the ciphertext decrypts to, or nothing for bad padding.
   // In a chain a block decrypts with nothing but the block before it.
   [[nodiscard]] std::optional<unsigned> PaddingOf(const CipherSettings& settings) const {
-    if (sample_.length == 0 || sample_.length % kBlock != 0) return std::nullopt;
-    const auto start = sample_.tail.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(
-                                                sample_.tail.size(), std::size_t{2} * kBlock));
-    WipedBytes end(start, sample_.tail.end());
-    const std::size_t before = end.size();
+    if (sample_.length == 0 || sample_.length % provider::kBlockSize != 0) return std::nullopt;
+    const std::size_t before = std::min(sample_.tail.size(), CiphertextSample::kTailLength);
+    WipedBytes end(sample_.tail.end() - static_cast<std::ptrdiff_t>(before), sample_.tail.end());
     if (!Decrypt(settings, end, true)) return std::nullopt;
     return static_cast<unsigned>(before - end.size());
   }

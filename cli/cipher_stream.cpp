@@ -7,11 +7,12 @@
 #include "cli/failure.h"
 #include "cli/piece_relay.h"
 #include "cli/platform/processors.h"
+#include "provider/block_size.h"
 
 namespace latchkey::cli {
 namespace {
 
-constexpr std::size_t kBlock = 8;  // of every block cipher here
+using provider::kBlockSize;
 
 // In the buffer of a piece stand the block before it in the stream, the piece, and room for
 // padding. While a piece is read, the first byte of the next one comes with it: that it is there
@@ -36,31 +37,31 @@ class CipherStages final : public PieceStages {
   const std::size_t pieceSize_;
   ByteCounts counts_;
   // The last block of the piece read before and the first byte of the next one.
-  std::array<std::uint8_t, kBlock + 1> border_{};
+  std::array<std::uint8_t, kBlockSize + 1> border_{};
 };
 
 void CipherStages::Read(Piece& piece) {
   const std::size_t known = piece.number == 0 ? 0 : 1;
-  if (piece.bytes.size() == 0) piece.bytes.Renew(kBlock + pieceSize_ + kBlock);
+  if (piece.bytes.size() == 0) piece.bytes.Renew(kBlockSize + pieceSize_ + kBlockSize);
   std::ranges::copy(border_, piece.bytes.data());
-  const std::span room = piece.bytes.All().subspan(kBlock, pieceSize_ + 1);
+  const std::span room = piece.bytes.All().subspan(kBlockSize, pieceSize_ + 1);
   const std::size_t count = known + streams_.read(room.subspan(known));
   piece.isLast = count <= pieceSize_;
   piece.length = piece.consumed = std::min(count, pieceSize_);
   if (!piece.isLast) std::ranges::copy(room.last(border_.size()), border_.data());
   // A short input leaves the pages of the rest alone, now and when the bytes are wiped.
-  if (piece.isLast && piece.number == 0) piece.bytes.Touched(kBlock + count + kBlock);
+  if (piece.isLast && piece.number == 0) piece.bytes.Touched(kBlockSize + count + kBlockSize);
 }
 
 // In CBC mode a block depends on the ciphertext of the one before and on nothing else. Decrypted
 // first, that one makes the chain right whatever the key did before; what becomes of it is dropped.
 void CipherStages::Work(Piece& piece, std::size_t worker) {
   const bool primes = !WorksInOrder() && piece.number > 0;
-  const std::size_t before = primes ? kBlock : 0;
+  const std::size_t before = primes ? kBlockSize : 0;
   PasswordKey& key = work_.keys[WorksInOrder() ? 0 : worker];
   auto length = NarrowTo<std::uint32_t>(piece.length + before);
-  const CipherStep step = key.Transform(work_.direction, piece.bytes.All().subspan(kBlock - before),
-                                        length, piece.isLast);
+  const CipherStep step = key.Transform(
+      work_.direction, piece.bytes.All().subspan(kBlockSize - before), length, piece.isLast);
   if (step != CipherStep::Done) {
     throw CommandError(FailureAt(SitesOf(work_.direction).SiteOf(step), work_.file));
   }
@@ -68,7 +69,7 @@ void CipherStages::Work(Piece& piece, std::size_t worker) {
 }
 
 void CipherStages::Write(const Piece& piece) {
-  streams_.write(piece.bytes.All().subspan(kBlock, piece.length), piece.consumed);
+  streams_.write(piece.bytes.All().subspan(kBlockSize, piece.length), piece.consumed);
   counts_.in += piece.consumed;
   counts_.out += piece.length;
 }

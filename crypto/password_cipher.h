@@ -43,8 +43,8 @@ class PasswordKey {
   // Encrypts or decrypts the first `length` bytes of `buffer` in place, after Derive; no byte is
   // lost. `length` becomes the number of bytes of the result. A message may come in pieces, the
   // last one with `final`: together they give what one call for the whole gives. Pieces before the
-  // last are multiples of provider::kBlockSize. With `final`, encryption under a block cipher pads
-  // to the next multiple of that size above `length`, and fails when `buffer` has no room for it.
+  // last are multiples of the block size, 8 bytes. With `final`, encryption under a block cipher
+  // pads to the next multiple of it above `length`, and fails when `buffer` has no room for that.
   [[nodiscard]] CipherStep Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                      std::uint32_t& length, bool final = true);
 

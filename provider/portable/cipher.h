@@ -2,17 +2,15 @@
 // mode from a zero initialisation vector. Whole blocks only; padding is the session key's business.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
 
 #include "base/secure_memory.h"
+#include "provider/block_size.h"
 #include "provider/crypto_provider.h"
 
 namespace latchkey::provider {
-
-inline constexpr std::size_t kCipherBlockSize = 8;  // of every block cipher here
 
 // Used by one thread at a time. Key material and state are wiped when it ends.
 class Cipher {
@@ -31,7 +29,7 @@ class Cipher {
   virtual void SetEffectiveBits(unsigned /*bits*/) noexcept {}
 
   // Work in place and go on where the call before ended, whichever of the two that was: both share
-  // one key stream or one feedback block. A block cipher takes multiples of kCipherBlockSize.
+  // one key stream or one feedback block. A block cipher takes multiples of kBlockSize.
   virtual void Encrypt(std::span<std::uint8_t> data) noexcept = 0;
   virtual void Decrypt(std::span<std::uint8_t> data) noexcept = 0;
 

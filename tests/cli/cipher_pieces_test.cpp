@@ -8,6 +8,7 @@
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
+#include "provider/block_size.h"
 #include "tests/support/test_seed.h"
 
 namespace latchkey::test {
@@ -15,7 +16,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr std::uint32_t kBlock = 8;
 constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
 
 class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
@@ -33,7 +33,7 @@ class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
       const std::size_t size = final ? data.size() - done : std::min(sizes[i], data.size() - done);
       const auto start = data.begin() + static_cast<std::ptrdiff_t>(done);
       Bytes piece(start, start + static_cast<std::ptrdiff_t>(size));
-      piece.resize(size + kBlock);
+      piece.resize(size + provider::kBlockSize);
       auto length = static_cast<std::uint32_t>(size);
       EXPECT_EQ(key.Transform(direction, piece, length, final), CipherStep::Done);
       result.insert(result.end(), piece.begin(),
@@ -46,10 +46,10 @@ class CipherPiecesTest : public testing::TestWithParam<std::int16_t> {
   // Sizes of pieces, multiples of eight, that stay below `length` together.
   std::vector<std::size_t> RandomSizes(std::size_t length) {
     std::vector<std::size_t> sizes;
-    std::size_t left = length / kBlock;
+    std::size_t left = length / provider::kBlockSize;
     while (left > 0 && random() % 8 != 0) {
       const std::size_t blocks = random() % left;
-      sizes.push_back(blocks * kBlock);
+      sizes.push_back(blocks * provider::kBlockSize);
       left -= blocks;
     }
     return sizes;
@@ -68,7 +68,7 @@ TEST_P(CipherPiecesTest, RandomPiecesGiveWhatTheWholeGives) {
     const Bytes whole = Run(CipherDirection::Encrypt, data, {});
     EXPECT_EQ(Run(CipherDirection::Encrypt, data, RandomSizes(data.size())), whole) << round;
     // The last piece of a padded message has at least the block with the padding.
-    const std::size_t spare = GetParam() == 1 ? 0 : kBlock;
+    const std::size_t spare = GetParam() == 1 ? 0 : provider::kBlockSize;
     EXPECT_EQ(Run(CipherDirection::Decrypt, whole, RandomSizes(whole.size() - spare)), data)
         << round;
   }

@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
+#include "provider/block_size.h"
 #include "tests/support/test_seed.h"
 
 namespace latchkey::cli::test {
@@ -63,7 +64,7 @@ class CipherStreamTest : public testing::Test {
 
   Bytes Whole(const Bytes& data, std::int16_t cipher) {
     Bytes buffer = data;
-    buffer.resize(data.size() + 8);
+    buffer.resize(data.size() + provider::kBlockSize);
     auto length = static_cast<std::uint32_t>(data.size());
     EXPECT_EQ(MakeKey(cipher).Transform(CipherDirection::Encrypt, buffer, length),
               CipherStep::Done);

@@ -13,6 +13,7 @@
 #include "crypto/cls_crypto_api.h"
 #include "crypto/open_provider.h"
 #include "crypto/password_cipher.h"
+#include "provider/block_size.h"
 
 namespace latchkey::test {
 namespace {
@@ -32,7 +33,7 @@ WipedBytes Encrypted(const std::string& text) {
             CipherStep::Done);
   WipedBytes buffer(text.begin(), text.end());
   auto length = static_cast<std::uint32_t>(buffer.size());
-  buffer.resize(buffer.size() + 8);
+  buffer.resize(buffer.size() + provider::kBlockSize);
   EXPECT_EQ(key.Transform(CipherDirection::Encrypt, buffer, length), CipherStep::Done);
   buffer.resize(length);
   return buffer;

@@ -6,7 +6,7 @@
 
 #include <span>
 
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 
@@ -15,7 +15,7 @@ std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*ar
   int count = 0;
   wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) arguments.push_back(Narrowed(wide[i]));
+  for (int i = 1; i < count; ++i) arguments.push_back(platform::Narrowed(wide[i]));
   LocalFree(wide);
   return arguments;
 }

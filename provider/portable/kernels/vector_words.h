@@ -8,13 +8,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include "provider/block_size.h"
+
 namespace latchkey::provider::kernels {
 
 // A block's first byte stands lowest in its lane, and a word's in its part of it: where DES's
 // permutations and RC2's words find their bits when the bytes are loaded as they lie in memory.
 static_assert(std::endian::native == std::endian::little);
-
-inline constexpr std::size_t kBlockSize = 8;
 
 template <class Word>
 [[gnu::always_inline]] inline Word Load(const std::uint8_t* from) noexcept {

@@ -1,12 +1,13 @@
 // What is left of plaintext of a size for which the kernels of bulk decryption run: neither it nor
 // the blocks before they are chained, which are the plaintext with public ciphertext added. Under
 // the kernels that LATCHKEY_CPU names.
+#include "provider/block_size.h"
 #include "tests/system/secrets/searched_service.h"
 
 namespace latchkey::test {
 namespace {
 
-constexpr std::size_t kBlock = 8;
+constexpr std::size_t kBlock = provider::kBlockSize;
 constexpr std::size_t kUnchained = kRandom;
 constexpr std::int16_t kMd5 = 1;
 
