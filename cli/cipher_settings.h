@@ -15,8 +15,6 @@ struct CipherSettings {
   std::int16_t hash = 1;               // number of the component
   std::int16_t cipher = 1;             // number of the component
   std::uint32_t rc2EffectiveBits = 0;  // 0 leaves it to the provider
-
-  friend bool operator==(const CipherSettings&, const CipherSettings&) = default;
 };
 
 // The provider that allows the cipher, and the base provider where both do. Only the enhanced
