@@ -16,24 +16,18 @@ namespace latchkey {
 namespace {
 
 constexpr std::uint32_t kKeyFlags = LATCHKEY_ENHANCED | LATCHKEY_DEFAULT_PASSWORD;
-struct Direction {
-  const CipherSites& sites;
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
-};
-
-constexpr Direction kEncryption{kEncryptionSites, &PasswordCipher::Encrypt};
-constexpr Direction kDecryption{kDecryptionSites, &PasswordCipher::Decrypt};
 
 // A hash or cipher number of the component; 0, which is none, for one that it cannot have.
 std::int16_t ComponentNumber(std::int32_t number) noexcept {
   return std::in_range<std::int16_t>(number) ? static_cast<std::int16_t>(number) : std::int16_t{0};
 }
 
-CipherStep DeriveKey(PasswordCipher& cipher, provider::AlgorithmId hashAlgorithm,
-                     provider::AlgorithmId cipherAlgorithm, const latchkey_key& key) {
+CipherStep DeriveKey(PasswordKey& derived, const UniqueContext& provider,
+                     provider::AlgorithmId hashAlgorithm, provider::AlgorithmId cipherAlgorithm,
+                     const latchkey_key& key) {
   const auto derive = [&](InputBytes password) {
-    return cipher.DeriveKey(hashAlgorithm, cipherAlgorithm, password, key.rc2_effective_bits);
+    return derived.Derive(provider,
+                          {hashAlgorithm, cipherAlgorithm, password, key.rc2_effective_bits});
   };
   if ((key.flags & LATCHKEY_DEFAULT_PASSWORD) == 0) {
     return derive({key.password, key.password_length});
@@ -41,9 +35,9 @@ CipherStep DeriveKey(PasswordCipher& cipher, provider::AlgorithmId hashAlgorithm
   return derive(DefaultPassword().TextElements());
 }
 
-int Transform(CryptoObject& crypto, const Direction& direction, const latchkey_key& key,
+int Transform(CryptoObject& crypto, CipherDirection direction, const latchkey_key& key,
               InputBytes input, Output& output) {
-  const CipherSites& sites = direction.sites;
+  const CipherSites& sites = SitesOf(direction);
   const bool enhanced = (key.flags & LATCHKEY_ENHANCED) != 0;
   const HashAlgorithm hash = FindHashAlgorithm(ComponentNumber(key.hash));
   if (hash.id == provider::kAlgorithmNone) return Refuse(sites.hashType);
@@ -53,12 +47,12 @@ int Transform(CryptoObject& crypto, const Direction& direction, const latchkey_k
   if (!provider) return Refuse(sites.provider);
 
   auto length = NarrowTo<std::uint32_t>(input.size());
-  PasswordCipher cipher(provider);
-  const CipherStep derived = DeriveKey(cipher, hash.id, cipherAlgorithm, key);
+  PasswordKey passwordKey;
+  const CipherStep derived = DeriveKey(passwordKey, provider, hash.id, cipherAlgorithm, key);
   if (derived != CipherStep::Done) return Refuse(sites.SiteOf(derived));
   WipedBytes buffer(input.size() + kLargestPadding);
   std::copy(input.begin(), input.end(), buffer.begin());
-  const CipherStep applied = (cipher.*direction.apply)(buffer, length, true);
+  const CipherStep applied = passwordKey.Transform(direction, buffer, length);
   if (applied != CipherStep::Done) return Refuse(sites.SiteOf(applied));
   return output.Deliver(std::span(buffer).first(length));
 }
@@ -70,7 +64,7 @@ int CheckKey(const latchkey_key& key) noexcept {
   return twoPasswords ? LATCHKEY_BAD_ARGUMENT : LATCHKEY_OK;
 }
 
-int Run(latchkey_crypto* handle, const Direction& direction, const latchkey_key* key, Input input,
+int Run(latchkey_crypto* handle, CipherDirection direction, const latchkey_key* key, Input input,
         Output output) {
   constexpr latchkey_key kNoKey{};
   const latchkey_key& given = key == nullptr ? kNoKey : *key;
@@ -80,7 +74,7 @@ int Run(latchkey_crypto* handle, const Direction& direction, const latchkey_key*
     const int checked = CheckKey(*key);
     if (checked != LATCHKEY_OK) return checked;
     return WithObject<CryptoTable>(handle, [&](CryptoObject& crypto) {
-      return Operation(direction.sites.trap,
+      return Operation(SitesOf(direction).trap,
                        [&] { return Transform(crypto, direction, *key, input.Bytes(), output); });
     });
   });
@@ -119,12 +113,12 @@ int latchkey_crypto_close(latchkey_crypto* crypto) { return CloseObject<CryptoTa
 
 int latchkey_encrypt(latchkey_crypto* crypto, const latchkey_key* key, const uint8_t* input,
                      size_t inputLength, uint8_t* output, size_t* outputLength) {
-  return Run(crypto, kEncryption, key, {input, inputLength}, {output, outputLength});
+  return Run(crypto, CipherDirection::Encrypt, key, {input, inputLength}, {output, outputLength});
 }
 
 int latchkey_decrypt(latchkey_crypto* crypto, const latchkey_key* key, const uint8_t* input,
                      size_t inputLength, uint8_t* output, size_t* outputLength) {
-  return Run(crypto, kDecryption, key, {input, inputLength}, {output, outputLength});
+  return Run(crypto, CipherDirection::Decrypt, key, {input, inputLength}, {output, outputLength});
 }
 
 int latchkey_hash(latchkey_crypto* crypto, int32_t hash, const uint8_t* input, size_t inputLength,

@@ -18,7 +18,6 @@ constexpr std::int16_t kCiphers = 5;
 constexpr std::int16_t kRc4 = 1;
 constexpr std::int16_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
-constexpr std::uint32_t kBlock = 8;
 
 std::vector<CipherSettings> AllSettings() {
   std::vector<CipherSettings> all;
@@ -46,11 +45,12 @@ class Trial {
   // The encryption of sixteen zero bytes, which identifies a key of one cipher. Empty if the
   // provider fails to make the key.
   [[nodiscard]] WipedBytes Fingerprint(const CipherSettings& settings) const {
-    std::optional<PasswordCipher> cipher;
-    if (!MakeKey(settings, cipher)) return {};
-    WipedBytes zeros(std::size_t{2} * kBlock);
+    std::optional<PasswordKey> key = MakeKey(settings);
+    if (!key) return {};
+    WipedBytes zeros(2 * provider::kBlockSize);
     auto length = static_cast<std::uint32_t>(zeros.size());
-    return cipher->Encrypt(zeros, length, false) == CipherStep::Done ? zeros : WipedBytes();
+    const CipherStep step = key->Transform(CipherDirection::Encrypt, zeros, length, false);
+    return step == CipherStep::Done ? zeros : WipedBytes();
   }
 
   // Returns nothing if the settings do not fit. The caller sets `settings` and `probability`.
@@ -59,27 +59,29 @@ class Trial {
   }
 
  private:
-  bool MakeKey(const CipherSettings& settings, std::optional<PasswordCipher>& cipher) const {
+  [[nodiscard]] std::optional<PasswordKey> MakeKey(const CipherSettings& settings) const {
     const UniqueContext& context = settings.enhanced ? enhanced_ : base_;
-    if (!context) return false;
-    cipher.emplace(context);
-    return cipher->DeriveKey(FindHashAlgorithm(settings.hash).id,
-                             FindCipherAlgorithm(settings.cipher, settings.enhanced), password_,
-                             settings.rc2EffectiveBits) == CipherStep::Done;
+    std::optional<PasswordKey> key(std::in_place);
+    const bool made =
+        context && key->Derive(context, RequestOf(settings, password_)) == CipherStep::Done;
+    return made ? std::move(key) : std::nullopt;
   }
 
-  // Decrypts in place and cuts `bytes` to the result.
-  static bool Decrypt(PasswordCipher& cipher, WipedBytes& bytes, bool final) {
+  // Decrypts in place and cuts `bytes` to the result. False when the settings do not fit.
+  bool Decrypt(const CipherSettings& settings, WipedBytes& bytes, bool final) const {
+    std::optional<PasswordKey> key = MakeKey(settings);
     auto length = static_cast<std::uint32_t>(bytes.size());
-    if (cipher.Decrypt(bytes, length, final) != CipherStep::Done) return false;
+    if (!key ||
+        key->Transform(CipherDirection::Decrypt, bytes, length, final) != CipherStep::Done) {
+      return false;
+    }
     bytes.resize(length);
     return true;
   }
 
   [[nodiscard]] std::optional<Candidate> TryStream(const CipherSettings& settings) const {
-    std::optional<PasswordCipher> cipher;
     WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, true)) return std::nullopt;
+    if (!Decrypt(settings, plaintext, true)) return std::nullopt;
     Candidate candidate;
     candidate.evidenceBits = TextEvidence(plaintext);
     return candidate.evidenceBits > 0 ? std::optional(candidate) : std::nullopt;
@@ -88,13 +90,10 @@ class Trial {
   // The number of padding bytes at the end of the plaintext, or nothing for bad padding. In CBC
   // mode a block's decryption depends only on the block before it.
   [[nodiscard]] std::optional<unsigned> PaddingOf(const CipherSettings& settings) const {
-    if (sample_.length == 0 || sample_.length % kBlock != 0) return std::nullopt;
-    std::optional<PasswordCipher> cipher;
-    const auto start = sample_.tail.end() - static_cast<std::ptrdiff_t>(std::min<std::size_t>(
-                                                sample_.tail.size(), std::size_t{2} * kBlock));
-    WipedBytes end(start, sample_.tail.end());
-    const std::size_t before = end.size();
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, end, true)) return std::nullopt;
+    if (sample_.length == 0 || sample_.length % provider::kBlockSize != 0) return std::nullopt;
+    const std::size_t before = std::min(sample_.tail.size(), CiphertextSample::kTailLength);
+    WipedBytes end(sample_.tail.end() - static_cast<std::ptrdiff_t>(before), sample_.tail.end());
+    if (!Decrypt(settings, end, true)) return std::nullopt;
     return static_cast<unsigned>(before - end.size());
   }
 
@@ -102,11 +101,8 @@ class Trial {
     Candidate candidate;
     candidate.padding = PaddingOf(settings);
     if (!candidate.padding) return std::nullopt;
-    std::optional<PasswordCipher> cipher;
     WipedBytes plaintext(sample_.head.begin(), sample_.head.end());
-    if (!MakeKey(settings, cipher) || !Decrypt(*cipher, plaintext, sample_.IsWhole())) {
-      return std::nullopt;
-    }
+    if (!Decrypt(settings, plaintext, sample_.IsWhole())) return std::nullopt;
     candidate.evidenceBits = TextEvidence(plaintext) + 8.0 * *candidate.padding - 3;
     return candidate;
   }

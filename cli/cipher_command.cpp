@@ -21,35 +21,28 @@ namespace latchkey::cli {
 namespace {
 
 // The differences between the two commands.
-struct Direction {
+struct CipherCommand {
   const char* name;
   const char* description;
   const char* example;
-  const CipherSites& sites;
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
-  bool piecesAreIndependent;  // of a block cipher
+  CipherDirection direction;
   Readers readers;
   Prompt prompt;
 };
 
-constexpr Direction kEncrypt{
+constexpr CipherCommand kEncrypt{
     "encrypt",
     "Encrypt exact bytes under a password",
     "latchkey encrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.lk report.pdf",
-    kEncryptionSites,
-    &PasswordCipher::Encrypt,
-    false,
+    CipherDirection::Encrypt,
     Readers::Default,
     Prompt::Twice};
 
-constexpr Direction kDecrypt{
+constexpr CipherCommand kDecrypt{
     "decrypt",
     "Decrypt exact bytes under a password",
     "latchkey decrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.pdf report.lk",
-    kDecryptionSites,
-    &PasswordCipher::Decrypt,
-    true,
+    CipherDirection::Decrypt,
     Readers::Owner,
     Prompt::Once};
 
@@ -81,25 +74,22 @@ void CheckOptions(const Options& options) {
   RequireOwnSource(options.password, options.input);
 }
 
-// The ciphers, with their keys, for input of that size. Reads the password once.
-CipherWork PrepareWork(const Direction& direction, const Options& options,
+// The keys for input of that size. Reads the password once.
+CipherWork PrepareWork(const CipherCommand& command, const Options& options,
                        const CipherSettings& settings, const UniqueContext& context,
                        const InputFile& input) {
-  const bool isStreamCipher =
-      FindCipherAlgorithm(settings.cipher, settings.enhanced) == provider::kAlgorithmRc4;
-  const bool inOrder = !direction.piecesAreIndependent || isStreamCipher;
-  const std::size_t workers = CipherWorkers(input.Size(), inOrder);
-  CipherWork work{direction.apply, {}, workers, direction.sites, input.Name()};
-  const WipedBytes password = ReadPassword(options.password, direction.prompt);
-  for (std::size_t i = 0; i < (inOrder ? 1 : workers); ++i) {
-    work.ciphers.push_back(std::make_unique<PasswordCipher>(context));
-    DeriveKey(*work.ciphers.back(), settings, direction.sites, password, input.Name());
+  const WipedBytes password = ReadPassword(options.password, command.prompt);
+  const KeyRequest request = RequestOf(settings, password);
+  const bool inOrder =
+      command.direction == CipherDirection::Encrypt || request.cipher == provider::kAlgorithmRc4;
+  CipherWork work{command.direction, {}, CipherWorkers(input.Size(), inOrder), input.Name()};
+  for (std::size_t i = 0; i < (inOrder ? 1 : work.workers); ++i) {
+    work.keys.push_back(DeriveKey(context, request, SitesOf(command.direction), input.Name()));
   }
   return work;
 }
 
-ByteCounts Transform(const CipherWork& work, InputFile& input, OutputFile& output,
-                     Progress& progress) {
+ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output, Progress& progress) {
   if (work.workers > 1) input.AllowStop();
   return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
                           [&] { input.StopReading(); },
@@ -121,14 +111,14 @@ Json Result(const Options& options, const CipherSettings& settings, const ByteCo
   return result;
 }
 
-ExitStatus RunCipherCommand(const Direction& direction, const Options& options, Report& report) {
+ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
   CheckOptions(options);
   const CipherSettings settings = SettingsOf(options);
   InputFile input(options.input);
-  const UniqueContext context = OpenFor(settings, direction.sites, input.Name());
-  const CipherWork work = PrepareWork(direction, options, settings, context, input);
-  OutputFile output(options.output.file, options.output.force, direction.readers);
+  const UniqueContext context = OpenFor(settings, SitesOf(command.direction), input.Name());
+  CipherWork work = PrepareWork(command, options, settings, context, input);
+  OutputFile output(options.output.file, options.output.force, command.readers);
   ByteCounts counts;
   {
     Progress progress(input.Size(), report.IsQuiet());
@@ -140,12 +130,13 @@ ExitStatus RunCipherCommand(const Direction& direction, const Options& options, 
   return ExitStatus::Done;
 }
 
-void AddCommand(CommandLine& commandLine, const Direction& direction) {
+void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
   const auto options = std::make_shared<Options>();
-  CLI::App& command = commandLine.Add(direction.name, direction.description, direction.example,
-                                      [options, &direction](Report& report) {
-                                        return RunCipherCommand(direction, *options, report);
-                                      });
+  CLI::App& command =
+      commandLine.Add(cipherCommand.name, cipherCommand.description, cipherCommand.example,
+                      [options, &cipherCommand](Report& report) {
+                        return RunCipherCommand(cipherCommand, *options, report);
+                      });
   command.add_option("--hash", options->hash, "Derive the key with this hash")
       ->required()
       ->check(OneOf(HashNames()))

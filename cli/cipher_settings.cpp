@@ -10,12 +10,18 @@ bool NeedsEnhancedProvider(std::int16_t cipher, std::uint32_t rc2EffectiveBits) 
   return rc2EffectiveBits != 0 || FindCipherAlgorithm(cipher, false) == provider::kAlgorithmNone;
 }
 
-void DeriveKey(PasswordCipher& cipher, const CipherSettings& settings, const CipherSites& sites,
-               std::span<const std::uint8_t> password, const std::string& file) {
-  const CipherStep step = cipher.DeriveKey(FindHashAlgorithm(settings.hash).id,
-                                           FindCipherAlgorithm(settings.cipher, settings.enhanced),
-                                           password, settings.rc2EffectiveBits);
+KeyRequest RequestOf(const CipherSettings& settings, std::span<const std::uint8_t> password) {
+  return {FindHashAlgorithm(settings.hash).id,
+          FindCipherAlgorithm(settings.cipher, settings.enhanced), password,
+          settings.rc2EffectiveBits};
+}
+
+PasswordKey DeriveKey(const UniqueContext& context, const KeyRequest& request,
+                      const CipherSites& sites, const std::string& file) {
+  PasswordKey key;
+  const CipherStep step = key.Derive(context, request);
   if (step != CipherStep::Done) throw CommandError(FailureAt(sites.SiteOf(step), file));
+  return key;
 }
 
 UniqueContext OpenFor(const CipherSettings& settings, const CipherSites& sites,

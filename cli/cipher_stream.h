@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -25,14 +24,11 @@ struct ByteStreams {
 };
 
 struct CipherWork {
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
+  CipherDirection direction = CipherDirection::Encrypt;
   // One for each worker if pieces are independent (decryption in CBC mode), otherwise one.
-  std::vector<std::unique_ptr<PasswordCipher>> ciphers;
-  // The number of threads; with several ciphers, their number.
+  std::vector<PasswordKey> keys;
+  // The number of threads; with several keys, their number.
   std::size_t workers = 1;
-  // The sites and the file of the CommandError that a failure of the cipher raises.
-  const CipherSites& sites;
   std::string file;
 };
 
@@ -49,8 +45,9 @@ inline constexpr std::size_t kCipherPiece = std::size_t{1} << 20;
 [[nodiscard]] std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder);
 
 // Runs the cipher over the whole input, with the result of a single call. `pieceSize` is a multiple
-// of 8 bytes. Exceptions of the functions pass through; bytes written before stay written.
-ByteCounts RunCipher(const CipherWork& work, const ByteStreams& streams,
+// of the block size. Exceptions of the functions pass through; bytes written before stay written.
+// A failure of the cipher is raised as CommandError.
+ByteCounts RunCipher(CipherWork& work, const ByteStreams& streams,
                      std::size_t pieceSize = kCipherPiece);
 
 }  // namespace latchkey::cli

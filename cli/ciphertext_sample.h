@@ -5,12 +5,14 @@
 #include <vector>
 
 #include "cli/platform/input_file.h"
+#include "provider/block_size.h"
 
 namespace latchkey::cli {
 
 struct CiphertextSample {
   static constexpr std::size_t kHeadLength = std::size_t{1} << 16;
-  static constexpr std::size_t kTailLength = 16;  // the last block and the one it is chained to
+  // The last block and the one it is chained to.
+  static constexpr std::size_t kTailLength = 2 * provider::kBlockSize;
 
   std::vector<std::uint8_t> head;  // the beginning; everything when IsWhole
   std::vector<std::uint8_t> tail;  // the last bytes, when there is more than the head

@@ -18,7 +18,7 @@ class CommandLine {
  public:
   CommandLine();
 
-  // The parser with all commands, for the manual.
+  // The parser with all commands, for parsing without running one.
   [[nodiscard]] CLI::App& Parser() noexcept { return parser_; }
 
   // Adds a command with --json and --quiet; `example` ends its help.

@@ -5,11 +5,12 @@
 #include <cstdint>
 
 #include "base/checked_arithmetic.h"
+#include "provider/block_size.h"
 
 namespace latchkey {
 
 // The most bytes that a cipher adds.
-inline constexpr std::size_t kLargestPadding = 8;
+inline constexpr std::size_t kLargestPadding = provider::kBlockSize;
 
 // Its length in bytes for that much input: twice as much, which leaves room for the padding. Raises
 // Overflow where that is no signed 32-bit number.

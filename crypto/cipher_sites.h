@@ -42,4 +42,8 @@ inline constexpr CipherSites kDecryptionSites{trap::kDecryptData,        check::
                                               check::kDecryptHash,       check::kDecryptHashData,
                                               check::kDecryptKey,        check::kDecryptCipher};
 
+[[nodiscard]] constexpr const CipherSites& SitesOf(CipherDirection direction) noexcept {
+  return direction == CipherDirection::Encrypt ? kEncryptionSites : kDecryptionSites;
+}
+
 }  // namespace latchkey

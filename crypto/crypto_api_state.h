@@ -6,13 +6,12 @@
 
 #include "base/secure_memory.h"
 #include "base/wiped_buffer.h"
+#include "crypto/password_cipher.h"
 #include "crypto/provider_handles.h"
 #include "crypto/shaped_bytes.h"
 #include "latchkey/cls_crypto_api.h"
 
 namespace latchkey {
-
-struct CipherDirection;
 
 struct CryptoApiState {
   // Opens the provider that blnEnhanced asks for. False when it cannot: location 728 or 729, 442
@@ -44,9 +43,7 @@ struct CryptoApiState {
   // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
   static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
 
-  bool EncryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool DecryptData(std::int16_t intHashType, std::int16_t intCipherType);
-  bool TransformData(const CipherDirection& direction, std::int16_t intHashType,
+  bool TransformData(CipherDirection direction, std::int16_t intHashType,
                      std::int16_t intCipherType);
 
   bool blnEnhanced = false;

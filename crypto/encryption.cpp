@@ -13,30 +13,17 @@
 
 namespace latchkey {
 
-// What differs between the two directions: where each failure is reported, and the cipher call.
-struct CipherDirection {
-  const CipherSites& sites;
-  CipherStep (PasswordCipher::*apply)(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                      bool final);
-  bool zeroOutput;  // OutputData is a single zero until the operation succeeds, not unallocated
-};
-
 namespace {
 
-constexpr CipherDirection kEncryption{kEncryptionSites, &PasswordCipher::Encrypt, false};
-constexpr CipherDirection kDecryption{kDecryptionSites, &PasswordCipher::Decrypt, true};
-
-constexpr bool kFinal = true;
 // Behind the result.
 constexpr std::size_t kTrailingZero = 1;
 
-// The first failed step of deriving the key and running the cipher over the buffer. `length` is
-// that of the data in the buffer, before and after.
-CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
-                     provider::AlgorithmId hashAlgorithm, provider::AlgorithmId cipherAlgorithm,
-                     std::span<const std::uint8_t> password, std::span<const std::uint8_t> input,
+// Derives the key and runs it over a copy of the input in `buffer`. Returns the first step that
+// failed. `length` becomes the number of bytes of the result.
+CipherStep RunCipher(PasswordKey& key, const UniqueContext& context, const KeyRequest& request,
+                     CipherDirection direction, std::span<const std::uint8_t> input,
                      InlineBytes& buffer, std::uint32_t& length) {
-  const CipherStep derived = cipher.DeriveKey(hashAlgorithm, cipherAlgorithm, password);
+  const CipherStep derived = key.Derive(context, request);
   if (derived != CipherStep::Done) return derived;
 
   const std::size_t bufferLength = CipherBufferLength(input.size());
@@ -44,8 +31,7 @@ CipherStep RunCipher(PasswordCipher& cipher, const CipherDirection& direction,
   platform::ExpectFilling(buffer.data(), buffer.size());
   std::copy(input.begin(), input.end(), buffer.data());
   length = static_cast<std::uint32_t>(input.size());
-  const CipherStep applied =
-      (cipher.*direction.apply)(buffer.All().first(bufferLength), length, kFinal);
+  const CipherStep applied = key.Transform(direction, buffer.All().first(bufferLength), length);
   buffer.LimitWipeTo(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
   return applied;
 }
@@ -60,17 +46,18 @@ InlineBytes CryptoApiState::PasswordForKey() {
   return InlineBytes(TextBytesOf(arPassword.TextElements()));
 }
 
-bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_t intHashType,
+bool CryptoApiState::TransformData(CipherDirection direction, std::int16_t intHashType,
                                    std::int16_t intCipherType) {
-  const CipherSites& sites = direction.sites;
+  const CipherSites& sites = SitesOf(direction);
   bool result = false;
   InlineBytes password;
-  PasswordCipher cipher(hCryptProv);
+  PasswordKey key;
   RunTrapped(sites.trap, [&] {
     ErrorRecord().Clear();
-    // The earlier result is gone, and its memory holds the next.
+    // The earlier result is gone, and its memory holds the next. Until a Decrypt succeeds the
+    // output is a single zero; after a failed Encrypt it is unallocated.
     InlineBytes buffer = arOutData.TakeStorage();
-    if (direction.zeroOutput) arOutData = ShapedBytes{0};
+    if (direction == CipherDirection::Decrypt) arOutData = ShapedBytes{0};
     std::int32_t hashLength = 0;
     provider::AlgorithmId hashAlgorithm = provider::kAlgorithmNone;
     GetHashAlgorithm(intHashType, hashLength, hashAlgorithm);
@@ -86,8 +73,9 @@ bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_
 
     password = PasswordForKey();
     std::uint32_t length = 0;
-    const CipherStep step = RunCipher(cipher, direction, hashAlgorithm, cipherAlgorithm,
-                                      password.All(), strInData.All(), buffer, length);
+    const CipherStep step =
+        RunCipher(key, hCryptProv, {hashAlgorithm, cipherAlgorithm, password.All()}, direction,
+                  strInData.All(), buffer, length);
     if (step != CipherStep::Done) return RecordApplicationFailure(sites.SiteOf(step));
 
     arOutData = ShapedBytes::WithTrailingZero(std::move(buffer), length);
@@ -96,19 +84,11 @@ bool CryptoApiState::TransformData(const CipherDirection& direction, std::int16_
   return result;
 }
 
-bool CryptoApiState::EncryptData(std::int16_t intHashType, std::int16_t intCipherType) {
-  return TransformData(kEncryption, intHashType, intCipherType);
-}
-
-bool CryptoApiState::DecryptData(std::int16_t intHashType, std::int16_t intCipherType) {
-  return TransformData(kDecryption, intHashType, intCipherType);
-}
-
 bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kEncrypt, [&] {
     ErrorRecord().Clear();
-    result = state_->EncryptData(intHashType, intCipherType);
+    result = state_->TransformData(CipherDirection::Encrypt, intHashType, intCipherType);
   });
   return result;
 }
@@ -117,7 +97,7 @@ bool clsCryptoAPI::Decrypt(std::int16_t intHashType, std::int16_t intCipherType)
   bool result = false;
   RunTrapped(trap::kDecrypt, [&] {
     ErrorRecord().Clear();
-    result = state_->DecryptData(intHashType, intCipherType);
+    result = state_->TransformData(CipherDirection::Decrypt, intHashType, intCipherType);
   });
   return result;
 }

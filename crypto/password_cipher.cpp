@@ -14,43 +14,35 @@ bool SetEffectiveBits(const KeyTrait::Type& key, std::uint32_t bits) {
 
 }  // namespace
 
-CipherStep PasswordCipher::DeriveKey(provider::AlgorithmId hashAlgorithm,
-                                     provider::AlgorithmId cipherAlgorithm,
-                                     std::span<const std::uint8_t> password,
-                                     std::uint32_t rc2EffectiveBits) {
-  hash_ = MakeHash(context_, hashAlgorithm);
+CipherStep PasswordKey::Derive(const UniqueContext& context, const KeyRequest& request) {
+  hash_ = MakeHash(context, request.hash);
   if (!hash_) return CipherStep::CreateHash;
 
-  provider::CryptoProvider& provider = *context_.Get().provider;
-  const auto passwordLength = NarrowTo<std::uint32_t>(password.size());
-  if (!provider.CryptHashData(hash_.Get().value, password.data(), passwordLength, 0)) {
+  provider::CryptoProvider& provider = *context.Get().provider;
+  const auto passwordLength = NarrowTo<std::uint32_t>(request.password.size());
+  if (!provider.CryptHashData(hash_.Get().value, request.password.data(), passwordLength, 0)) {
     return CipherStep::HashData;
   }
   KeyTrait::Type key{&provider};
-  if (!provider.CryptDeriveKey(context_.Get().value, cipherAlgorithm, hash_.Get().value, 0,
+  if (!provider.CryptDeriveKey(context.Get().value, request.cipher, hash_.Get().value, 0,
                                &key.value)) {
     return CipherStep::DeriveKey;
   }
   key_.Reset(key);
   // Part of the work, not of the clean-up: a fault here is the operation's.
-  hash_.Get().provider->CryptDestroyHash(hash_.Get().value);
+  provider.CryptDestroyHash(hash_.Get().value);
   static_cast<void>(hash_.Release());
-  return SetEffectiveBits(key, rc2EffectiveBits) ? CipherStep::Done : CipherStep::DeriveKey;
+  return SetEffectiveBits(key, request.rc2EffectiveBits) ? CipherStep::Done : CipherStep::DeriveKey;
 }
 
-CipherStep PasswordCipher::Encrypt(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                   bool final) {
-  const bool encrypted =
-      key_.Get().provider->CryptEncrypt(key_.Get().value, 0, final, 0, buffer.data(), &length,
-                                        NarrowTo<std::uint32_t>(buffer.size()));
-  return encrypted ? CipherStep::Done : CipherStep::Cipher;
-}
-
-CipherStep PasswordCipher::Decrypt(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                   bool final) {
-  const bool decrypted =
-      key_.Get().provider->CryptDecrypt(key_.Get().value, 0, final, 0, buffer.data(), &length);
-  return decrypted ? CipherStep::Done : CipherStep::Cipher;
+CipherStep PasswordKey::Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
+                                  std::uint32_t& length, bool final) {
+  const auto& [provider, key] = key_.Get();
+  const bool done = direction == CipherDirection::Encrypt
+                        ? provider->CryptEncrypt(key, 0, final, 0, buffer.data(), &length,
+                                                 NarrowTo<std::uint32_t>(buffer.size()))
+                        : provider->CryptDecrypt(key, 0, final, 0, buffer.data(), &length);
+  return done ? CipherStep::Done : CipherStep::Cipher;
 }
 
 }  // namespace latchkey

@@ -9,39 +9,46 @@
 
 namespace latchkey {
 
-// The step of a password cipher that failed; Done when none did.
+enum class CipherDirection { Encrypt, Decrypt };
+
+// The step of a password cipher that failed; Done when all succeeded.
 enum class CipherStep { Done, CreateHash, HashData, DeriveKey, Cipher };
 
-// One key and what made it, for one message. The key is what CryptDeriveKey makes, with flags 0,
-// from the hash of the password: no salt and no initialisation vector are involved, so the same
-// password and algorithms always give the same key. No member changes a byte of the password or
-// loses one of the data, and no handle outlives the object: the key goes first, then the hash.
-// Used by one thread. The context must outlive the object.
-class PasswordCipher {
+// What a key is derived from. The password must live until Derive returns; nothing changes it.
+struct KeyRequest {
+  provider::AlgorithmId hash = provider::kAlgorithmNone;
+  provider::AlgorithmId cipher = provider::kAlgorithmNone;
+  std::span<const std::uint8_t> password;
+  // 1 to 1024, for RC2 with the enhanced provider; 0 leaves the number to the provider. Data of
+  // Windows 2000 and before has keys of 16 bytes with 40 effective bits.
+  std::uint32_t rc2EffectiveBits = 0;
+};
+
+// A key derived from a password. It is what CryptDeriveKey makes, with flags 0, from the hash of
+// the password: no salt and no initialization vector are involved, so the same request always gives
+// the same key.
+//
+// The key serves any number of messages, one after another, in either direction: the final call of
+// a message sets it back to its first state. After a call that failed, or a message that was
+// abandoned, derive a new key.
+//
+// Used by one thread at a time. The provider's context must outlive the object, which owns the
+// handles: on destruction the key is destroyed first, then the hash of a derivation that failed.
+class PasswordKey {
  public:
-  explicit PasswordCipher(const UniqueContext& context) noexcept : context_(context) {}
+  // Hashes the password, derives the key and destroys the hash. Call it once. Effective bits that
+  // the provider refuses fail as DeriveKey.
+  [[nodiscard]] CipherStep Derive(const UniqueContext& context, const KeyRequest& request);
 
-  // Hashes the password and derives the key; the hash is destroyed at once. Call it once.
-  // `rc2EffectiveBits` (1 to 1024; 0 leaves it to the provider) is for RC2 with the enhanced
-  // provider: data of Windows 2000 and before has keys of 16 bytes with 40 effective bits. A
-  // number that the provider refuses fails as DeriveKey.
-  [[nodiscard]] CipherStep DeriveKey(provider::AlgorithmId hashAlgorithm,
-                                     provider::AlgorithmId cipherAlgorithm,
-                                     std::span<const std::uint8_t> password,
-                                     std::uint32_t rc2EffectiveBits = 0);
-
-  // Process the first `length` bytes of `buffer` in place, after DeriveKey. `length` becomes the
-  // number of bytes of the result. A message may come in pieces, the last one with `final`: they
-  // give what the whole gives in one call. Pieces before the last are multiples of 8 bytes.
-  // With `final` a block cipher pads to the next multiple of 8 above `length`; when `buffer` has
-  // no room for that, Encrypt fails.
-  [[nodiscard]] CipherStep Encrypt(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                   bool final = true);
-  [[nodiscard]] CipherStep Decrypt(std::span<std::uint8_t> buffer, std::uint32_t& length,
-                                   bool final = true);
+  // Encrypts or decrypts the first `length` bytes of `buffer` in place, after Derive; no byte is
+  // lost. `length` becomes the number of bytes of the result. A message may come in pieces, the
+  // last one with `final`: together they give what one call for the whole gives. Pieces before the
+  // last are multiples of the block size, 8 bytes. With `final`, encryption under a block cipher
+  // pads to the next multiple of it above `length`, and fails when `buffer` has no room for that.
+  [[nodiscard]] CipherStep Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
+                                     std::uint32_t& length, bool final = true);
 
  private:
-  const UniqueContext& context_;
   UniqueHash hash_;
   UniqueKey key_;
 };

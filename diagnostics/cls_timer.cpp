@@ -4,26 +4,19 @@
 #include "diagnostics/thread_state.h"
 
 namespace latchkey {
-namespace {
-
-std::int32_t SignedTick() {
-  return static_cast<std::int32_t>(ThisThread().services.probe->GetTickCount());
-}
-
-}  // namespace
 
 clsTimer::clsTimer() { Start(); }
 
 void clsTimer::Start() noexcept {
   try {
-    startTick_ = SignedTick();
+    startTick_ = ThisThread().services.probe->SignedTickCount();
   } catch (...) {  // NOLINT(bugprone-empty-catch): the timer reports nothing
   }
 }
 
 std::int32_t clsTimer::GetElapsedTime() noexcept {
   try {
-    endTick_ = SignedTick();
+    endTick_ = ThisThread().services.probe->SignedTickCount();
     return CheckedSubtract(endTick_, startTick_);
   } catch (...) {
     return 0;

@@ -45,6 +45,9 @@ class SystemProbe {
   // Milliseconds of a counter that wraps at 2^32.
   virtual std::uint32_t GetTickCount() = 0;
 
+  // The same bits as a signed number.
+  [[nodiscard]] std::int32_t SignedTickCount() { return static_cast<std::int32_t>(GetTickCount()); }
+
   // The local date and time in the Automation form: days since 30 December 1899, the time of day
   // as the fraction.
   virtual double Now() = 0;

@@ -10,12 +10,13 @@
 #include "bench/component/raw_provider.h"
 #include "latchkey/cls_crypto_api.h"
 #include "latchkey/cls_main.h"
+#include "provider/block_size.h"
 
 namespace latchkey::bench {
 namespace {
 
 constexpr std::int16_t kHash = RawProvider::kMd5;
-constexpr std::size_t kBlock = 8;
+constexpr std::size_t kBlock = provider::kBlockSize;
 
 using Bytes = std::vector<std::uint8_t>;
 

@@ -33,8 +33,6 @@ platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
 
 double Now() { return Probe().Now(); }
 
-std::int32_t SignedTicks() { return static_cast<std::int32_t>(Probe().GetTickCount()); }
-
 Text DecimalText(std::int32_t value) {
   const std::string digits = std::to_string(value);
   return {digits.begin(), digits.end()};
@@ -112,7 +110,7 @@ double Seed(std::int32_t digit, const Readings& r) {
 
 std::int32_t GetTickDigit() {
   constexpr std::size_t kTextLength = 5;
-  const std::string text = std::to_string(SignedTicks());
+  const std::string text = std::to_string(Probe().SignedTickCount());
   const std::size_t start = text.size() > kTextLength ? text.size() - kTextLength : 0;
   std::int32_t value = std::stoi(text.substr(start));
   while (value > 9) {
@@ -131,7 +129,7 @@ std::int32_t ShiftLeft(std::int32_t value, std::int32_t bitCount) noexcept {
 Text BuildSeedText() {
   Readings readings;
   const WipeAtExit wipeReadings(readings);
-  readings.ticks = SignedTicks();
+  readings.ticks = Probe().SignedTickCount();
   const std::int32_t digit = GetTickDigit();
   CountWindows(readings.windowCount, readings.handleSum);
   ReadVolume(readings);

@@ -8,6 +8,8 @@
 #include <exception>
 #include <limits>
 
+#include "platform/windows/wide_text.h"
+
 namespace latchkey::platform {
 namespace {
 
@@ -108,8 +110,7 @@ class WindowsProbe final : public SystemProbe {
   }
 
   void ShowWarning(TextView message) override {
-    const std::wstring text(message.begin(), message.end());
-    MessageBoxW(nullptr, text.c_str(), nullptr, MB_OK | MB_ICONEXCLAMATION);
+    MessageBoxW(nullptr, Widened(message).c_str(), nullptr, MB_OK | MB_ICONEXCLAMATION);
   }
 };
 

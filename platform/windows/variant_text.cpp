@@ -14,6 +14,7 @@
 
 #include "base/secure_memory.h"
 #include "platform/windows/unique_bstr.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::platform {
 namespace {
@@ -58,9 +59,6 @@ VARIANT VariantOf(const Variant& value) {
 // Automation reads texts up to their first NUL; a text with a NUL is not a number.
 bool HoldsNul(TextView text) { return text.find(u'\0') != TextView::npos; }
 
-// A copy, since the readers require writable text. Callers wipe it, since it may be a seed.
-std::wstring WideText(TextView text) { return {text.begin(), text.end()}; }
-
 }  // namespace
 
 Text TextOfDouble(double value) {
@@ -80,7 +78,7 @@ Text TextOfVariant(const Variant& value) {
 
 NumberFromText ReadNumber(TextView text) {
   if (HoldsNul(text)) return {};
-  std::wstring wide = WideText(text);
+  std::wstring wide = Widened(text);  // the reader takes writable text; wiped, as it may be a seed
   const WipeAtExit wipeWide(wide);
   double value = 0;
   const HRESULT result = VarR8FromStr(wide.data(), LOCALE_USER_DEFAULT, 0, &value);
@@ -92,7 +90,7 @@ NumberFromText ReadNumber(TextView text) {
 
 bool IsNumericText(TextView text) {
   if (HoldsNul(text)) return false;
-  std::wstring wide = WideText(text);
+  std::wstring wide = Widened(text);  // the reader takes writable text; wiped, as it may be a seed
   const WipeAtExit wipeWide(wide);
   std::array<BYTE, 30> digits{};
   NUMPARSE parse{};

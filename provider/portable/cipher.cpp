@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "provider/block_size.h"
 #include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/rc2_words.h"
@@ -76,8 +77,8 @@ class BlockCipher : public Cipher {
  private:
   // The rest of the batch, after the data, is ignored and its result dropped.
   void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
-    std::array<std::uint8_t, kCipherBlockSize> last{};
-    std::copy_n(data.end() - kCipherBlockSize, kCipherBlockSize, last.begin());
+    std::array<std::uint8_t, kBlockSize> last{};
+    std::copy_n(data.end() - kBlockSize, kBlockSize, last.begin());
     std::copy(data.begin(), data.end(), batch_.begin());
     kernels_.bulk.decrypt(key_, batch_.data(), 1, feedback_.data());
     std::copy_n(batch_.begin(), data.size(), data.begin());
@@ -90,7 +91,7 @@ class BlockCipher : public Cipher {
   std::array<std::uint8_t, kLargestBatch> batch_;
   Key key_{};
   const WipeAtExit<Key> wipeKey_{key_};
-  std::array<std::uint8_t, kCipherBlockSize> feedback_{};  // ciphertext, not secret
+  std::array<std::uint8_t, kBlockSize> feedback_{};  // ciphertext, not secret
 };
 
 class Rc2Cipher final : public BlockCipher<Rc2Key> {

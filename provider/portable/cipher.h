@@ -2,17 +2,15 @@
 // from a zero initialization vector. Whole blocks only; the session key does the padding.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <span>
 
 #include "base/secure_memory.h"
+#include "provider/block_size.h"
 #include "provider/crypto_provider.h"
 
 namespace latchkey::provider {
-
-inline constexpr std::size_t kCipherBlockSize = 8;  // bytes, for every block cipher here
 
 // Used by one thread at a time. Key material and state are wiped on destruction.
 class Cipher {
@@ -31,7 +29,7 @@ class Cipher {
   virtual void SetEffectiveBits(unsigned /*bits*/) noexcept {}
 
   // Work in place and continue from the call before, which may be either: both share one key stream
-  // or one feedback block. A block cipher requires multiples of kCipherBlockSize.
+  // or one feedback block. A block cipher requires multiples of kBlockSize.
   virtual void Encrypt(std::span<std::uint8_t> data) noexcept = 0;
   virtual void Decrypt(std::span<std::uint8_t> data) noexcept = 0;
 

@@ -4,12 +4,13 @@
 #include <span>
 #include <utility>
 
+#include "provider/block_size.h"
 #include "provider/portable/padding.h"
 
 namespace latchkey::provider {
 namespace {
 
-bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kCipherBlockSize == 0; }
+bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kBlockSize == 0; }
 
 }  // namespace
 
@@ -20,9 +21,8 @@ std::uint32_t SessionKey::Encrypt(bool final, std::uint8_t* data, std::uint32_t&
                                   std::uint32_t room) noexcept {
   const bool pads = final && cipher_->IsBlockCipher();
   if (cipher_->IsBlockCipher() && !final && !IsWholeBlocks(length)) return kErrorBadData;
-  const auto padding = pads
-                           ? static_cast<std::uint8_t>(kCipherBlockSize - length % kCipherBlockSize)
-                           : std::uint8_t{0};
+  const auto padding =
+      pads ? static_cast<std::uint8_t>(kBlockSize - length % kBlockSize) : std::uint8_t{0};
   const std::uint64_t needed = std::uint64_t{length} + padding;
   if (needed > room) {
     length = static_cast<std::uint32_t>(needed);
@@ -42,7 +42,7 @@ std::uint32_t SessionKey::Decrypt(bool final, std::uint8_t* data, std::uint32_t&
   cipher_->Decrypt(std::span(data, length));
   if (final) cipher_->Restart();
   if (!pads) return 0;
-  const std::uint32_t padding = PaddingLength(data + length - kCipherBlockSize);
+  const std::uint32_t padding = PaddingLength(data + length - kBlockSize);
   if (padding == 0) return kErrorBadData;
   length -= padding;
   return 0;

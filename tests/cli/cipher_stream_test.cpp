@@ -12,6 +12,7 @@
 #include "cli/failure.h"
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
+#include "provider/block_size.h"
 #include "tests/support/test_seed.h"
 
 namespace latchkey::cli::test {
@@ -27,23 +28,19 @@ constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
 
 class CipherStreamTest : public testing::Test {
  protected:
-  std::unique_ptr<PasswordCipher> MakeCipher(std::int16_t cipher) {
-    auto made = std::make_unique<PasswordCipher>(context);
-    EXPECT_EQ(
-        made->DeriveKey(FindHashAlgorithm(1).id, FindCipherAlgorithm(cipher, true), kPassword),
-        CipherStep::Done);
-    return made;
+  PasswordKey MakeKey(std::int16_t cipher) {
+    PasswordKey key;
+    EXPECT_EQ(key.Derive(context,
+                         {FindHashAlgorithm(1).id, FindCipherAlgorithm(cipher, true), kPassword}),
+              CipherStep::Done);
+    return key;
   }
 
   CipherWork Work(std::int16_t cipher, bool decrypts, std::size_t workers) {
     const bool inOrder = !decrypts || cipher == kRc4;
-    CipherWork work{decrypts ? &PasswordCipher::Decrypt : &PasswordCipher::Encrypt,
-                    {},
-                    workers,
-                    decrypts ? kDecryptionSites : kEncryptionSites,
-                    "file"};
-    while (work.ciphers.size() < (inOrder ? 1 : workers))
-      work.ciphers.push_back(MakeCipher(cipher));
+    CipherWork work{
+        decrypts ? CipherDirection::Decrypt : CipherDirection::Encrypt, {}, workers, "file"};
+    while (work.keys.size() < (inOrder ? 1 : workers)) work.keys.push_back(MakeKey(cipher));
     return work;
   }
 
@@ -67,9 +64,10 @@ class CipherStreamTest : public testing::Test {
 
   Bytes Whole(const Bytes& data, std::int16_t cipher) {
     Bytes buffer = data;
-    buffer.resize(data.size() + 8);
+    buffer.resize(data.size() + provider::kBlockSize);
     auto length = static_cast<std::uint32_t>(data.size());
-    EXPECT_EQ(MakeCipher(cipher)->Encrypt(buffer, length), CipherStep::Done);
+    EXPECT_EQ(MakeKey(cipher).Transform(CipherDirection::Encrypt, buffer, length),
+              CipherStep::Done);
     buffer.resize(length);
     return buffer;
   }
@@ -100,11 +98,13 @@ TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveTheSameBytesAsOneCall) {
       for (const std::size_t workers : kWorkers) {
         SCOPED_TRACE(testing::Message()
                      << length << " bytes, cipher " << cipher << ", " << workers);
-        const ByteCounts there = RunCipher(Work(cipher, false, workers), Streams(plain), kPiece);
+        CipherWork encryption = Work(cipher, false, workers);
+        const ByteCounts there = RunCipher(encryption, Streams(plain), kPiece);
         EXPECT_EQ(result, whole);
         EXPECT_EQ(there.in, length);
         EXPECT_EQ(there.out, whole.size());
-        const ByteCounts back = RunCipher(Work(cipher, true, workers), Streams(whole), kPiece);
+        CipherWork decryption = Work(cipher, true, workers);
+        const ByteCounts back = RunCipher(decryption, Streams(whole), kPiece);
         EXPECT_EQ(result, plain);
         EXPECT_EQ(back.in, whole.size());
         EXPECT_EQ(back.out, length);
@@ -118,8 +118,9 @@ TEST_F(CipherStreamTest, BadPaddingIsFoundOnlyInTheLastPiece) {
   Bytes whole = Whole(Random(10 * kPiece + 20), kDes);
   whole[whole.size() - 9] ^= 0x80;  // changes the last byte of the padding
   for (const std::size_t workers : kWorkers) {
+    CipherWork work = Work(kDes, true, workers);
     try {
-      RunCipher(Work(kDes, true, workers), Streams(whole), kPiece);
+      RunCipher(work, Streams(whole), kPiece);
       ADD_FAILURE();
     } catch (const CommandError& error) {
       EXPECT_EQ(error.Get().location, 717);
@@ -132,13 +133,14 @@ TEST_F(CipherStreamTest, BadPaddingIsFoundOnlyInTheLastPiece) {
 TEST_F(CipherStreamTest, ExceptionsOfTheStreamsPassThrough) {
   const Bytes plain(50 * kPiece);
   for (const std::size_t workers : kWorkers) {
+    CipherWork work = Work(kDes, false, workers);
     ByteStreams streams = Streams(plain);
     const auto read = streams.read;
     streams.read = [&](std::span<std::uint8_t> bytes) {
       if (position > 20 * kPiece) throw std::runtime_error("read");
       return read(bytes);
     };
-    EXPECT_THROW(RunCipher(Work(kDes, false, workers), streams, kPiece), std::runtime_error);
+    EXPECT_THROW(RunCipher(work, streams, kPiece), std::runtime_error);
     EXPECT_EQ(result.size(), 21 * kPiece - kPiece);
 
     streams = Streams(plain);
@@ -147,7 +149,7 @@ TEST_F(CipherStreamTest, ExceptionsOfTheStreamsPassThrough) {
       if (consumed == 20 * kPiece) throw std::length_error("write");
       write(bytes, count);
     };
-    EXPECT_THROW(RunCipher(Work(kDes, false, workers), streams, kPiece), std::length_error);
+    EXPECT_THROW(RunCipher(work, streams, kPiece), std::length_error);
     EXPECT_EQ(result.size(), 20 * kPiece);
   }
 }

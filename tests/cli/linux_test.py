@@ -322,6 +322,7 @@ class PiecesTest(CommandTest):
 
 class DocumentTest(CommandTest):
     PAGE = BUILD / "man" / "man1" / "latchkey.1"
+    COMPLETION = pathlib.Path(__file__).resolve().parents[2] / "cli" / "manual" / "latchkey.bash"
 
     def shown(self):
         process = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", str(self.PAGE)], capture_output=True,
@@ -341,8 +342,8 @@ class DocumentTest(CommandTest):
     def complete(self, *words):
         script = 'source "$1"; shift; COMP_WORDS=(latchkey "$@"); COMP_CWORD=$#; _latchkey; printf "%s\\n" ' \
                  '"${COMPREPLY[@]}"'
-        process = subprocess.run(["bash", "-c", script, "bash", BUILD / "completions" / "latchkey", *words],
-                                 capture_output=True, check=True, cwd=self.folder)
+        process = subprocess.run(["bash", "-c", script, "bash", self.COMPLETION, *words], capture_output=True, check=True,
+                                 cwd=self.folder, env={**os.environ, "PATH": f"{BUILD}:{os.environ['PATH']}"})
         self.assertEqual(process.stderr, b"")
         return process.stdout.decode().splitlines()
 

@@ -11,6 +11,7 @@
 #include "crypto/password_cipher.h"
 #include "latchkey/cls_crypto_api.h"
 #include "latchkey/cls_main.h"
+#include "provider/block_size.h"
 
 namespace latchkey::test {
 namespace {
@@ -23,14 +24,14 @@ WipedBytes TextBytes() { return {kText.begin(), kText.end()}; }
 
 WipedBytes EncryptedUnder(const WipedBytes& password) {
   const UniqueContext context = OpenProvider(false);
-  PasswordCipher cipher(context);
+  PasswordKey key;
   EXPECT_EQ(
-      cipher.DeriveKey(FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), password),
+      key.Derive(context, {FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), password}),
       CipherStep::Done);
   WipedBytes buffer = TextBytes();
   auto length = static_cast<std::uint32_t>(buffer.size());
-  buffer.resize(buffer.size() + 8);
-  EXPECT_EQ(cipher.Encrypt(buffer, length), CipherStep::Done);
+  buffer.resize(buffer.size() + provider::kBlockSize);
+  EXPECT_EQ(key.Transform(CipherDirection::Encrypt, buffer, length), CipherStep::Done);
   buffer.resize(length);
   return buffer;
 }

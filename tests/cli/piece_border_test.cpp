@@ -24,7 +24,7 @@ std::uint8_t MaskedByte(std::size_t position) {
   return static_cast<std::uint8_t>((position * 37 + 11) ^ (position >> 3U));
 }
 
-[[gnu::noinline]] void RunFarBelow(const CipherWork& work, const ByteStreams& streams) {
+[[gnu::noinline]] void RunFarBelow(CipherWork& work, const ByteStreams& streams) {
   std::array<volatile std::uint8_t, kFarBelow> below;
   below.front() = 0;
   RunCipher(work, streams, kPiece);
@@ -46,11 +46,10 @@ std::uint8_t MaskedByte(std::size_t position) {
 
 TEST(PieceBorderTest, NoPlaintextAtABorderStaysOnTheStack) {
   const UniqueContext context = OpenProvider(true);
-  CipherWork work{&PasswordCipher::Encrypt, {}, 1, kEncryptionSites, "file"};
-  work.ciphers.push_back(std::make_unique<PasswordCipher>(context));
+  CipherWork work{CipherDirection::Encrypt, std::vector<PasswordKey>(1), 1, "file"};
   constexpr std::array<std::uint8_t, 6> kPassword{'s', 'e', 'c', 'r', 'e', 't'};
-  ASSERT_EQ(work.ciphers.front()->DeriveKey(FindHashAlgorithm(1).id, FindCipherAlgorithm(1, true),
-                                            kPassword),
+  ASSERT_EQ(work.keys.front().Derive(
+                context, {FindHashAlgorithm(1).id, FindCipherAlgorithm(1, true), kPassword}),
             CipherStep::Done);
   std::size_t position = 0;
   std::size_t written = 0;

@@ -13,6 +13,7 @@
 #include "crypto/password_cipher.h"
 #include "latchkey/cls_crypto_api.h"
 #include "latchkey/cls_main.h"
+#include "provider/block_size.h"
 
 namespace latchkey::test {
 namespace {
@@ -27,13 +28,13 @@ constexpr std::int16_t kDes = 3;
 // The ciphertext of the text under an empty password, MD5 and DES.
 WipedBytes Encrypted(const std::string& text) {
   const UniqueContext context = OpenProvider(false);
-  PasswordCipher cipher(context);
-  EXPECT_EQ(cipher.DeriveKey(FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), {}),
+  PasswordKey key;
+  EXPECT_EQ(key.Derive(context, {FindHashAlgorithm(kMd5).id, FindCipherAlgorithm(kDes, false), {}}),
             CipherStep::Done);
   WipedBytes buffer(text.begin(), text.end());
   auto length = static_cast<std::uint32_t>(buffer.size());
-  buffer.resize(buffer.size() + 8);
-  EXPECT_EQ(cipher.Encrypt(buffer, length), CipherStep::Done);
+  buffer.resize(buffer.size() + provider::kBlockSize);
+  EXPECT_EQ(key.Transform(CipherDirection::Encrypt, buffer, length), CipherStep::Done);
   buffer.resize(length);
   return buffer;
 }

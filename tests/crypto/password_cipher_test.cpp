@@ -32,39 +32,42 @@ class PasswordCipherTest : public testing::Test {
     journal.Clear();
   }
 
-  using Apply = CipherStep (PasswordCipher::*)(std::span<std::uint8_t>, std::uint32_t&, bool);
+  // A key of MD5.
+  PasswordKey DerivedKey(provider::AlgorithmId cipher, std::string_view password = "pw") {
+    PasswordKey key;
+    EXPECT_EQ(key.Derive(context, {kAlgorithmMd5, cipher, BytesOf(password)}), CipherStep::Done);
+    return key;
+  }
 
-  // Runs a fresh cipher over the bytes; nothing when it fails.
-  Bytes Run(Apply apply, provider::AlgorithmId algorithm, std::string_view password, Bytes data,
-            std::size_t room) {
-    PasswordCipher cipher(context);
-    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, algorithm, BytesOf(password)), CipherStep::Done);
+  // Runs the key over the bytes; nothing when it fails.
+  static Bytes Run(PasswordKey& key, CipherDirection direction, Bytes data, std::size_t room) {
     auto length = static_cast<std::uint32_t>(data.size());
     data.resize(room);
-    if ((cipher.*apply)(data, length, true) != CipherStep::Done) return {};
+    if (key.Transform(direction, data, length) != CipherStep::Done) return {};
     data.resize(length);
     return data;
   }
   Bytes Encrypted(provider::AlgorithmId algorithm, std::string_view password, const Bytes& data,
                   std::size_t room) {
-    return Run(&PasswordCipher::Encrypt, algorithm, password, data, room);
+    PasswordKey key = DerivedKey(algorithm, password);
+    return Run(key, CipherDirection::Encrypt, data, room);
   }
   Bytes Decrypted(provider::AlgorithmId algorithm, std::string_view password, const Bytes& data) {
-    return Run(&PasswordCipher::Decrypt, algorithm, password, data, data.size());
+    PasswordKey key = DerivedKey(algorithm, password);
+    return Run(key, CipherDirection::Decrypt, data, data.size());
   }
 
   // Encrypts 24 bytes and 3 more in two pieces.
   Bytes EncryptedInPieces(provider::AlgorithmId algorithm, const Bytes& data) {
-    PasswordCipher cipher(context);
-    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, algorithm, BytesOf("pw")), CipherStep::Done);
+    PasswordKey key = DerivedKey(algorithm);
     Bytes first(data.begin(), data.begin() + 24);
     std::uint32_t firstLength = 24;
-    EXPECT_EQ(cipher.Encrypt(first, firstLength, false), CipherStep::Done);
+    EXPECT_EQ(key.Transform(CipherDirection::Encrypt, first, firstLength, false), CipherStep::Done);
     EXPECT_EQ(firstLength, 24U);
     Bytes last(data.begin() + 24, data.end());
     auto lastLength = static_cast<std::uint32_t>(last.size());
     last.resize(8);
-    EXPECT_EQ(cipher.Encrypt(last, lastLength), CipherStep::Done);
+    EXPECT_EQ(key.Transform(CipherDirection::Encrypt, last, lastLength), CipherStep::Done);
     last.resize(lastLength);
     first.insert(first.end(), last.begin(), last.end());
     return first;
@@ -97,28 +100,29 @@ TEST_F(PasswordCipherTest, PiecesGiveWhatTheWholeGives) {
 }
 
 TEST_F(PasswordCipherTest, EffectiveBitsAreSetOnlyWhenAskedFor) {
-  PasswordCipher plain(context);
-  EXPECT_EQ(plain.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw")), CipherStep::Done);
+  PasswordKey plain = DerivedKey(kAlgorithmRc2);
   EXPECT_EQ(journal.Count("CryptSetKeyParam"), 0U);
 
-  PasswordCipher old(context);
-  EXPECT_EQ(old.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 40), CipherStep::Done);
+  PasswordKey old;
+  EXPECT_EQ(old.Derive(context, {kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 40}),
+            CipherStep::Done);
   EXPECT_EQ(journal.Count("CryptSetKeyParam"), 1U);
 
   Bytes one = SampleBytes(8);
   Bytes other = one;
   std::uint32_t length = 8;
-  EXPECT_EQ(plain.Encrypt(one, length, false), CipherStep::Done);
-  EXPECT_EQ(old.Encrypt(other, length, false), CipherStep::Done);
+  EXPECT_EQ(plain.Transform(CipherDirection::Encrypt, one, length, false), CipherStep::Done);
+  EXPECT_EQ(old.Transform(CipherDirection::Encrypt, other, length, false), CipherStep::Done);
   EXPECT_NE(one, other);
 }
 
 TEST_F(PasswordCipherTest, EffectiveBitsThatAreRefusedFailTheDerivation) {
   {
-    PasswordCipher cipher(context);
-    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 2000),
+    PasswordKey tooMany;
+    EXPECT_EQ(tooMany.Derive(context, {kAlgorithmMd5, kAlgorithmRc2, BytesOf("pw"), 2000}),
               CipherStep::DeriveKey);
-    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmDes, BytesOf("pw"), 40),
+    PasswordKey otherCipher;
+    EXPECT_EQ(otherCipher.Derive(context, {kAlgorithmMd5, kAlgorithmDes, BytesOf("pw"), 40}),
               CipherStep::DeriveKey);
   }
   EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
@@ -131,8 +135,7 @@ TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
 }
 
 TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
-  PasswordCipher cipher(context);
-  EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), CipherStep::Done);
+  const PasswordKey key = DerivedKey(kAlgorithmRc4);
   EXPECT_THAT(journal.All(), ElementsAre("CryptCreateHash(context1, 8003, 0, 0) = hash1",
                                          "CryptHashData(hash1, 7077, 2, 0)",
                                          "CryptDeriveKey(context1, 6801, hash1, 0) = key1",
@@ -141,17 +144,39 @@ TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
 }
 
 TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
-  {
-    PasswordCipher cipher(context);
-    EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, {}), CipherStep::Done);
-  }
+  { const PasswordKey key = DerivedKey(kAlgorithmRc4, ""); }
   EXPECT_EQ(journal.All().back(), "CryptDestroyKey(key1)");
   EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
 }
 
-TEST_F(PasswordCipherTest, ACipherThatDerivedNoKeyClosesNothing) {
-  { const PasswordCipher cipher(context); }
+TEST_F(PasswordCipherTest, AnEmptyKeyClosesNothing) {
+  { const PasswordKey key; }
   EXPECT_THAT(journal.All(), IsEmpty());
+}
+
+TEST_F(PasswordCipherTest, AKeyServesMessageAfterMessageInBothDirections) {
+  for (const provider::AlgorithmId cipher : {kAlgorithmDes, kAlgorithmRc4}) {
+    PasswordKey key = DerivedKey(cipher);
+    for (const std::size_t size : {20U, 8U, 20U}) {
+      const Bytes data = SampleBytes(size);
+      const Bytes encrypted = Run(key, CipherDirection::Encrypt, data, size + 8);
+      EXPECT_EQ(encrypted, Encrypted(cipher, "pw", data, size + 8));
+      EXPECT_EQ(Run(key, CipherDirection::Decrypt, encrypted, encrypted.size()), data);
+    }
+  }
+}
+
+TEST_F(PasswordCipherTest, AMovedKeyIsClosedOnceByItsLastOwner) {
+  const Bytes data = SampleBytes(20);
+  {
+    PasswordKey first = DerivedKey(kAlgorithmDes);
+    PasswordKey second = std::move(first);
+    std::vector<PasswordKey> keys;
+    keys.push_back(std::move(second));
+    EXPECT_EQ(Run(keys.front(), CipherDirection::Encrypt, data, 24).size(), 24U);
+    EXPECT_EQ(journal.Count("CryptDestroyKey"), 0U);
+  }
+  EXPECT_EQ(journal.Count("CryptDestroyKey"), 1U);
 }
 
 TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
@@ -161,29 +186,28 @@ TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
   for (const auto& [call, step] : steps) {
     provider.FailAt(call, 1);
     {
-      PasswordCipher cipher(context);
-      EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), step);
+      PasswordKey key;
+      EXPECT_EQ(key.Derive(context, {kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")}), step);
     }
     EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
   }
 }
 
 TEST_F(PasswordCipherTest, TellsThatTheCipherFailed) {
-  PasswordCipher cipher(context);
-  EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmDes, BytesOf("pw")), CipherStep::Done);
+  PasswordKey key = DerivedKey(kAlgorithmDes);
   Bytes data = SampleBytes(9);
   std::uint32_t length = 9;
-  EXPECT_EQ(cipher.Decrypt(data, length), CipherStep::Cipher);
+  EXPECT_EQ(key.Transform(CipherDirection::Decrypt, data, length), CipherStep::Cipher);
   EXPECT_EQ(length, 9U);
-  EXPECT_EQ(cipher.Encrypt(data, length), CipherStep::Cipher);
+  EXPECT_EQ(key.Transform(CipherDirection::Encrypt, data, length), CipherStep::Cipher);
 }
 
 TEST_F(PasswordCipherTest, AFaultPassesOnAndLeavesNoHandle) {
   for (const char* call : {"CryptCreateHash", "CryptHashData", "CryptDeriveKey"}) {
     provider.ThrowAt(call, 1, Fault(FaultNumber::Overflow));
     const auto derive = [this] {
-      PasswordCipher cipher(context);
-      return cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw"));
+      PasswordKey key;
+      return key.Derive(context, {kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")});
     };
     EXPECT_EQ(FaultOf(derive), 6);
     EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));

@@ -4,6 +4,7 @@
 
 #include <numeric>
 
+#include "provider/block_size.h"
 #include "tests/support/provider_session.h"
 
 namespace latchkey::test {
@@ -11,7 +12,7 @@ namespace {
 
 using namespace provider;  // NOLINT: the provider's names, as in the seam
 
-constexpr std::uint32_t kBlock = 8;
+constexpr std::uint32_t kBlock = kBlockSize;
 
 Bytes Counting(std::size_t count) {
   Bytes bytes(count);

@@ -5,7 +5,7 @@
 #include <shellapi.h>
 
 #include "cli/platform/windows/handles.h"
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 
@@ -14,7 +14,7 @@ std::vector<std::string> ProgramArguments(int /*count*/, const char* const* /*ar
   int count = 0;
   const UniqueLocal<wchar_t**> wide(CommandLineToArgvW(GetCommandLineW(), &count));
   std::vector<std::string> arguments;
-  for (int i = 1; i < count; ++i) arguments.push_back(Narrowed(wide.Get()[i]));
+  for (int i = 1; i < count; ++i) arguments.push_back(platform::Narrowed(wide.Get()[i]));
   return arguments;
 }
 

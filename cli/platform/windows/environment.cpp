@@ -6,7 +6,7 @@
 #include <cstring>
 
 #include "cli/platform/windows/code_page_bytes.h"
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 namespace {
@@ -19,7 +19,7 @@ void WipeRunTimeCopy(const std::string& name) {
 }  // namespace
 
 std::optional<WipedBytes> TakeVariable(const std::string& name) {
-  const std::wstring wideName = Widened(name);
+  const std::wstring wideName = platform::Widened(name);
   const DWORD room = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
   if (room == 0) return std::nullopt;
   WipedVector<wchar_t> value(room);

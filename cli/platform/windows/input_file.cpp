@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "cli/platform/windows/handles.h"
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 namespace {
@@ -24,7 +24,7 @@ UniqueFile Open(const std::string& name) {
   if (name.find('\0') != std::string::npos) {
     throw FileError(ERROR_INVALID_NAME, "cannot open", name);
   }
-  UniqueFile file = Owned(CreateFileW(Widened(name).c_str(), GENERIC_READ,
+  UniqueFile file = Owned(CreateFileW(platform::Widened(name).c_str(), GENERIC_READ,
                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                       nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file) ThrowLastError("cannot open", name);

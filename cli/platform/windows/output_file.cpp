@@ -11,8 +11,8 @@
 #include "cli/platform/windows/file_rights.h"
 #include "cli/platform/windows/handles.h"
 #include "cli/platform/windows/owner_only.h"
-#include "cli/platform/windows/wide_text.h"
 #include "platform/system_random.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 namespace {
@@ -25,7 +25,7 @@ std::string FolderOf(const std::string& path) {
 }
 
 UniqueFile OpenUnread(const std::string& name) {
-  return Owned(CreateFileW(Widened(name).c_str(), 0,
+  return Owned(CreateFileW(platform::Widened(name).c_str(), 0,
                            FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                            OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
@@ -36,10 +36,10 @@ enum class Kind { Nothing, File, Folder, Device };
 Kind KindOf(const std::string& name) {
   const UniqueFile file = OpenUnread(name);
   if (!file) {
-    const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+    const DWORD attributes = GetFileAttributesW(platform::Widened(name).c_str());
     return attributes == INVALID_FILE_ATTRIBUTES ? Kind::Nothing : Kind::File;
   }
-  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const DWORD attributes = GetFileAttributesW(platform::Widened(name).c_str());
   const bool isFolder =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
   if (isFolder) return Kind::Folder;
@@ -48,7 +48,7 @@ Kind KindOf(const std::string& name) {
 
 // The target of a link; for other files the name itself.
 std::string Followed(const std::string& name) {
-  const DWORD attributes = GetFileAttributesW(Widened(name).c_str());
+  const DWORD attributes = GetFileAttributesW(platform::Widened(name).c_str());
   const bool isLink =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
   if (!isLink) return name;
@@ -59,7 +59,7 @@ std::string Followed(const std::string& name) {
       GetFinalPathNameByHandleW(HandleOf(target), full.data(), static_cast<DWORD>(full.size()), 0);
   if (length == 0) ThrowLastError("cannot follow the link", name);
   full.resize(std::min<std::size_t>(length, full.size()));
-  return Narrowed(full);
+  return platform::Narrowed(full);
 }
 
 std::string RandomSuffix(const std::string& name) {
@@ -81,7 +81,7 @@ bool SetRemoval(const UniqueFile& file, bool remove) {
 }
 
 std::wstring FullName(const std::string& name) {
-  const std::wstring wide = Widened(name);
+  const std::wstring wide = platform::Widened(name);
   std::wstring full(GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr), L'\0');
   const DWORD length =
       GetFullPathNameW(wide.c_str(), static_cast<DWORD>(full.size()), full.data(), nullptr);
@@ -149,8 +149,8 @@ void OutputFile::OpenAsItIs() {
     return;
   }
   file_ =
-      Owned(CreateFileW(Widened(name_).c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                        nullptr, OPEN_EXISTING, 0, nullptr));
+      Owned(CreateFileW(platform::Widened(name_).c_str(), GENERIC_WRITE,
+                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr));
   if (!file_) ThrowLastError("cannot write", name_);
 }
 
@@ -162,13 +162,13 @@ void OutputFile::OpenTemporary() {
   if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
   const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix(name_);
   constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
-  file_ = Owned(CreateFileW(Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
+  file_ = Owned(CreateFileW(platform::Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file_) ThrowLastError("cannot create", name_);
   if (!SetRemoval(file_, true)) {
     const auto reason = static_cast<int>(GetLastError());
     file_ = {};
-    DeleteFileW(Widened(temporary).c_str());
+    DeleteFileW(platform::Widened(temporary).c_str());
     throw FileError(reason, "cannot create", name_);
   }
   temporary_ = temporary;
@@ -190,7 +190,7 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
 
 void OutputFile::Commit() {
   if (temporary_.empty()) return;
-  if (readers_ == Readers::Default) CopyRights(Widened(place_), HandleOf(file_));
+  if (readers_ == Readers::Default) CopyRights(platform::Widened(place_), HandleOf(file_));
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
   Renaming renaming(place_, replace_);
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);

@@ -6,7 +6,7 @@
 
 #include "cli/platform/windows/code_page_bytes.h"
 #include "cli/platform/windows/handles.h"
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
 namespace {
@@ -73,7 +73,7 @@ std::optional<WipedBytes> ReadLine(HANDLE console) {
 }
 
 bool WriteConsole(HANDLE console, std::string_view text) noexcept {
-  const std::wstring wide = Widened(text);
+  const std::wstring wide = platform::Widened(text);
   DWORD written = 0;
   return WriteConsoleW(console, wide.data(), static_cast<DWORD>(wide.size()), &written, nullptr) !=
          FALSE;

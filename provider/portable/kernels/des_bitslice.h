@@ -15,6 +15,7 @@
 
 #include "base/secure_memory.h"
 #include "platform/stack_wipe.h"
+#include "provider/block_size.h"
 #include "provider/portable/kernels/des_key.h"
 #include "provider/portable/kernels/vector_words.h"
 
@@ -122,7 +123,7 @@ class Bitslice {
       for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(i + k) ^ 1];
       TransposeGroup<1>(rows);
       std::uint8_t* const place = data + i * sizeof(Word);
-      kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kernels::kBlockSize);
+      kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kBlockSize);
     }
   }
 
@@ -182,7 +183,7 @@ class Bitslice {
                              std::uint8_t* feedback) noexcept {
     SpreadKeys(keys);
     for (; batches > 0; --batches, data += kBatchBytes) {
-      std::uint8_t next[kernels::kBlockSize];
+      std::uint8_t next[kBlockSize];
       std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
       DecryptBatch(data, feedback);
       std::memcpy(feedback, next, sizeof next);

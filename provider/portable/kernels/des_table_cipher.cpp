@@ -12,6 +12,8 @@
 #include <cstring>
 #include <utility>
 
+#include "provider/block_size.h"
+
 namespace latchkey::provider::des {
 namespace {
 
@@ -141,7 +143,7 @@ void Decrypt(const KeySchedule& keys, Halves& state) noexcept {
 }
 
 void AddBlock(std::uint8_t* block, const std::uint8_t* other) noexcept {
-  for (std::size_t i = 0; i < 8; ++i) block[i] ^= other[i];
+  for (std::size_t i = 0; i < kBlockSize; ++i) block[i] ^= other[i];
 }
 
 }  // namespace
@@ -150,19 +152,19 @@ void EncryptCbc(const KeySchedule& keys, std::uint8_t* data, std::size_t length,
                 std::uint8_t* feedback) noexcept {
   if (length == 0) return;
   Halves chain = Permuted(feedback);
-  for (std::uint8_t* const end = data + length; data != end; data += 8) {
+  for (std::uint8_t* const end = data + length; data != end; data += kBlockSize) {
     const Halves block = Permuted(data);
     chain = {chain.left ^ block.left, chain.right ^ block.right};
     Encrypt(keys, chain);
     StorePermuted(chain, data);
   }
-  std::memcpy(feedback, data - 8, 8);
+  std::memcpy(feedback, data - kBlockSize, kBlockSize);
 }
 
 void DecryptCbc(const KeySchedule& keys, std::uint8_t* data, std::size_t length,
                 std::uint8_t* feedback) noexcept {
-  for (std::uint8_t* const end = data + length; data != end; data += 8) {
-    std::uint8_t ciphertext[8];
+  for (std::uint8_t* const end = data + length; data != end; data += kBlockSize) {
+    std::uint8_t ciphertext[kBlockSize];
     std::memcpy(ciphertext, data, sizeof ciphertext);
     Halves state = Permuted(data);
     Decrypt(keys, state);

@@ -11,6 +11,7 @@
 #include <cstring>
 
 #include "platform/stack_wipe.h"
+#include "provider/block_size.h"
 #include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/vector_words.h"
 
@@ -115,7 +116,7 @@ class Rc2Lanes {
                                     std::uint8_t* feedback) noexcept {
     const typename Vector::Table table(key.words.data());
     for (; batches > 0; --batches, data += kBatchBytes) {
-      std::uint8_t next[kernels::kBlockSize];
+      std::uint8_t next[kBlockSize];
       std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
       DecryptBatch(key, table, data, feedback);
       std::memcpy(feedback, next, sizeof next);

@@ -6,6 +6,8 @@
 #include <bit>
 #include <cstring>
 
+#include "provider/block_size.h"
+
 namespace latchkey::provider::rc2 {
 namespace {
 
@@ -100,7 +102,7 @@ void Add(State& r, const State& other) noexcept {
 void EncryptCbc(const Rc2Key& key, std::uint8_t* data, std::size_t length,
                 std::uint8_t* feedback) noexcept {
   State chain = Load(feedback);
-  for (std::uint8_t* const end = data + length; data != end; data += 8) {
+  for (std::uint8_t* const end = data + length; data != end; data += kBlockSize) {
     Add(chain, Load(data));
     EncryptBlock(key.words.data(), chain);
     Store(data, chain);
@@ -111,7 +113,7 @@ void EncryptCbc(const Rc2Key& key, std::uint8_t* data, std::size_t length,
 void DecryptCbc(const Rc2Key& key, std::uint8_t* data, std::size_t length,
                 std::uint8_t* feedback) noexcept {
   State previous = Load(feedback);
-  for (std::uint8_t* const end = data + length; data != end; data += 8) {
+  for (std::uint8_t* const end = data + length; data != end; data += kBlockSize) {
     const State ciphertext = Load(data);
     State r = ciphertext;
     DecryptBlock(key.words.data(), r);

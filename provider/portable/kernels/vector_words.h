@@ -8,13 +8,13 @@
 #include <cstdint>
 #include <cstring>
 
+#include "provider/block_size.h"
+
 namespace latchkey::provider::kernels {
 
 // A block's first byte is the lowest of its lane, and a word's the lowest of its part, as the DES
 // permutations and RC2's words expect when bytes are loaded in the order of memory.
 static_assert(std::endian::native == std::endian::little);
-
-inline constexpr std::size_t kBlockSize = 8;
 
 template <class Word>
 [[gnu::always_inline]] inline Word Load(const std::uint8_t* from) noexcept {

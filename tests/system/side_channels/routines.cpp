@@ -27,7 +27,7 @@ void MakePublic(Values& values) {
 }
 
 void CheckPadding() {
-  std::array<std::uint8_t, provider::kCipherBlockSize> block{1, 2, 3, 4, 5, 3, 3, 3};
+  std::array<std::uint8_t, provider::kBlockSize> block{1, 2, 3, 4, 5, 3, 3, 3};
   MakeSecret(block);
   std::array<std::uint32_t, 1> length{provider::PaddingLength(block.data())};
   MakePublic(length);

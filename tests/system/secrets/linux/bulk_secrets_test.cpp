@@ -1,11 +1,12 @@
 // After bulk decryption, with the kernels of LATCHKEY_CPU, memory contains neither the plaintext
 // nor the unchained blocks, which are the plaintext with public ciphertext added.
+#include "provider/block_size.h"
 #include "tests/system/secrets/searched_service.h"
 
 namespace latchkey::test {
 namespace {
 
-constexpr std::size_t kBlock = 8;
+constexpr std::size_t kBlock = provider::kBlockSize;
 constexpr std::size_t kUnchained = kRandom;
 constexpr std::int16_t kMd5 = 1;
 

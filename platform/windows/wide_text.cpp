@@ -1,8 +1,8 @@
-#include "cli/platform/windows/wide_text.h"
+#include "platform/windows/wide_text.h"
 
 #include <windows.h>
 
-namespace latchkey::cli {
+namespace latchkey::platform {
 
 std::wstring Widened(std::string_view utf8) {
   const auto length = static_cast<int>(utf8.size());
@@ -24,4 +24,4 @@ std::string Narrowed(std::wstring_view wide) {
   return utf8;
 }
 
-}  // namespace latchkey::cli
+}  // namespace latchkey::platform
