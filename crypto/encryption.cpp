@@ -7,7 +7,6 @@
 #include "crypto/cipher_sites.h"
 #include "crypto/cls_crypto_api.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {
@@ -66,7 +65,7 @@ bool clsCryptoAPI::TransformData(const CipherDirection& direction, std::int16_t 
   WorkingText password;
   PasswordCipher cipher(hCryptProv);
   RunTrapped(sites.trap, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     // The earlier result is gone, and its memory holds the next.
     WorkingBytes buffer = arOutData.TakeStorage();
     if (direction.zeroOutput) arOutData = ByteArray{0};
@@ -106,7 +105,7 @@ bool clsCryptoAPI::DecryptData(std::int16_t intHashType, std::int16_t intCipherT
 bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kEncrypt, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     result = EncryptData(intHashType, intCipherType);
   });
   return result;
@@ -115,7 +114,7 @@ bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType)
 bool clsCryptoAPI::Decrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kDecrypt, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     result = DecryptData(intHashType, intCipherType);
   });
   return result;

@@ -9,6 +9,7 @@
 #include "base/fault.h"
 #include "tests/support/bytes.h"
 #include "tests/support/fault_of.h"
+#include "tests/support/provider_calls.h"
 #include "tests/support/scripted_provider.h"
 
 namespace latchkey::test {
@@ -121,7 +122,7 @@ TEST_F(PasswordCipherTest, EffectiveBitsThatAreRefusedFailTheDerivation) {
     EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmDes, BytesOf("pw"), 40),
               CipherStep::DeriveKey);
   }
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
@@ -133,11 +134,11 @@ TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
 TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
   PasswordCipher cipher(context);
   EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), CipherStep::Done);
-  EXPECT_THAT(journal.All(), ElementsAre("CryptCreateHash(context1, 8003, 0, 0) = hash1",
-                                         "CryptHashData(hash1, 7077, 2, 0)",
-                                         "CryptDeriveKey(context1, 6801, hash1, 0) = key1",
-                                         "CryptDestroyHash(hash1)"));
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1", "key1"));
+  EXPECT_THAT(
+      journal.All(),
+      ElementsAre(calls::CreateHash(0x8003).Makes(HashNo(1)), calls::HashData(1, BytesOf("pw")),
+                  calls::DeriveKey(0x6801, 1).Makes(KeyNo(1)), calls::DestroyHash(1)));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1), KeyNo(1)));
 }
 
 TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
@@ -145,8 +146,8 @@ TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
     PasswordCipher cipher(context);
     EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, {}), CipherStep::Done);
   }
-  EXPECT_EQ(journal.All().back(), "CryptDestroyKey(key1)");
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_EQ(journal.All().back(), calls::DestroyKey(1));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(PasswordCipherTest, ACipherThatDerivedNoKeyClosesNothing) {
@@ -164,7 +165,7 @@ TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
       PasswordCipher cipher(context);
       EXPECT_EQ(cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")), step);
     }
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 }
 
@@ -186,7 +187,7 @@ TEST_F(PasswordCipherTest, AFaultPassesOnAndLeavesNoHandle) {
       return cipher.DeriveKey(kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw"));
     };
     EXPECT_EQ(FaultOf(derive), 6);
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 }
 
