@@ -57,7 +57,7 @@ int Trapped(const TrapSite& site, Body&& body) {
 template <class Body>
 int Operation(const TrapSite& site, Body&& body) {
   return Trapped(site, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     return std::forward<Body>(body)();
   });
 }

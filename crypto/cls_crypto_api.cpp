@@ -7,7 +7,6 @@
 #include "crypto/default_password.h"
 #include "crypto/open_provider.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
@@ -75,7 +74,7 @@ void CryptoApiState::GetCipherAlgorithm(std::int16_t intCipherType,
                                         provider::AlgorithmId& lngAlgorithm) {
   lngAlgorithm = provider::kAlgorithmNone;
   RunTrapped(trap::kGetCipherAlgorithm, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     blnBlockCipher = intCipherType != kRc4;
     const provider::AlgorithmId found = FindCipherAlgorithm(intCipherType, blnEnhanced);
     if (found == provider::kAlgorithmNone) {

@@ -8,7 +8,6 @@
 #include "crypto/crypto_api_state.h"
 #include "crypto/default_password.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {
@@ -53,7 +52,7 @@ bool CryptoApiState::TransformData(CipherDirection direction, std::int16_t intHa
   InlineBytes password;
   PasswordKey key;
   RunTrapped(sites.trap, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     // The earlier result is gone, and its memory holds the next. Until a Decrypt succeeds the
     // output is a single zero; after a failed Encrypt it is unallocated.
     InlineBytes buffer = arOutData.TakeStorage();
@@ -87,7 +86,7 @@ bool CryptoApiState::TransformData(CipherDirection direction, std::int16_t intHa
 bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kEncrypt, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     result = state_->TransformData(CipherDirection::Encrypt, intHashType, intCipherType);
   });
   return result;
@@ -96,7 +95,7 @@ bool clsCryptoAPI::Encrypt(std::int16_t intHashType, std::int16_t intCipherType)
 bool clsCryptoAPI::Decrypt(std::int16_t intHashType, std::int16_t intCipherType) {
   bool result = false;
   RunTrapped(trap::kDecrypt, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     result = state_->TransformData(CipherDirection::Decrypt, intHashType, intCipherType);
   });
   return result;

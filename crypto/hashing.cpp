@@ -5,7 +5,6 @@
 #include "crypto/message_digest.h"
 #include "crypto/text_codec.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
 #include "platform/large_memory.h"
 
 namespace latchkey {
@@ -48,7 +47,7 @@ Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bo
   MessageDigest hash;
   InlineBytes digest;
   RunTrapped(trap::kCreateHash, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     if (!state_->HaveProvider()) {
       RecordApplicationFailure(check::kHashProvider);
       return;

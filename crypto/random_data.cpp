@@ -7,7 +7,6 @@
 #include "crypto/seed/seed_text.h"
 #include "crypto/text_codec.h"
 #include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
@@ -65,7 +64,7 @@ Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLeng
                                 bool blnConvertToHex, bool /*blnUseUppercase*/) {
   Text result;
   RunTrapped(trap::kCreateRandom, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     if (!state_->HaveProvider()) return RecordApplicationFailure(check::kRandomProvider);
 
     WipedBytes buffer = SeededBuffer(lngDataLength);
@@ -91,7 +90,7 @@ Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLeng
 Text clsCryptoAPI::CreateSaltValue(std::int32_t lngReturnLength, bool blnLetttersOnly) {
   Text result;
   RunTrapped(trap::kCreateSaltValue, [&] {
-    ErrorRecord().Clear();
+    ClearErrorRecord();
     CheckSaltLength(lngReturnLength);
     if (blnLetttersOnly) {
       DecodeBytes(RandomLetters(lngReturnLength), result);

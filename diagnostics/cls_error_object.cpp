@@ -1,33 +1,15 @@
 #include "diagnostics/cls_error_object.h"
 
+#include "diagnostics/record_clearing.h"
+
 namespace latchkey {
-namespace {
-
-// One step of Clear: a step that cannot be carried out is skipped.
-template <class Step>
-void Attempt(Step&& step) noexcept {
-  try {
-    step();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the next step must still run
-  }
-}
-
-}  // namespace
 
 clsErrorObject::clsErrorObject() {
   appErrorDescription_.reserve(kReservedText);
   rtErrorDescription_.reserve(kReservedText);
 }
 
-clsErrorObject::~clsErrorObject() = default;
-
-void clsErrorObject::Clear() {
-  Attempt([this] { ErrorType(kApplicationFailure); });
-  Attempt([this] { RTErrorDescription({}); });
-  Attempt([this] { AppErrorDescription({}); });
-  Attempt([this] { ErrorExists(false); });
-  Attempt([this] { MachineState(0); });
-}
+void clsErrorObject::Clear() noexcept { ClearStepByStep(*this); }
 
 std::int16_t clsErrorObject::ErrorLocationID() const { return errorLocationID_; }
 void clsErrorObject::ErrorLocationID(std::int16_t vData) { errorLocationID_ = vData; }

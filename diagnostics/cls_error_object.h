@@ -16,49 +16,48 @@ namespace latchkey {
 // Test ErrorExists first: Clear leaves the location and both error numbers of the last failure in
 // place.
 //
-// Used by the thread that made it only. The members are virtual so that a test can watch the order
-// of the writes.
-class clsErrorObject {
+// Used by the thread that made it only.
+class clsErrorObject final {
  public:
   static constexpr std::size_t kReservedText = 128;
 
   clsErrorObject();
   clsErrorObject(const clsErrorObject&) = delete;
   clsErrorObject& operator=(const clsErrorObject&) = delete;
-  virtual ~clsErrorObject();
+  ~clsErrorObject() = default;
 
   // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0,
   // in this order, each step by itself: a step that fails is skipped. ErrorLocationID,
   // AppErrorNumber and RTErrorNumber keep what they hold.
-  virtual void Clear();
+  void Clear() noexcept;
 
   // The place that reported the failure; see failure_table.h.
-  [[nodiscard]] virtual std::int16_t ErrorLocationID() const;
-  virtual void ErrorLocationID(std::int16_t vData);
+  [[nodiscard]] std::int16_t ErrorLocationID() const;
+  void ErrorLocationID(std::int16_t vData);
 
   // 1 for a run-time failure, 2 for an application failure and after Clear.
-  [[nodiscard]] virtual std::int32_t ErrorType() const;
-  virtual void ErrorType(std::int32_t vData);
+  [[nodiscard]] std::int32_t ErrorType() const;
+  void ErrorType(std::int32_t vData);
 
   // The component's own message and number for an application failure.
-  [[nodiscard]] virtual Text AppErrorDescription() const;
-  virtual void AppErrorDescription(TextView vData);
-  [[nodiscard]] virtual std::int16_t AppErrorNumber() const;
-  virtual void AppErrorNumber(std::int16_t vData);
+  [[nodiscard]] Text AppErrorDescription() const;
+  void AppErrorDescription(TextView vData);
+  [[nodiscard]] std::int16_t AppErrorNumber() const;
+  void AppErrorNumber(std::int16_t vData);
 
   // The number and description of the run-time fault that was caught.
-  [[nodiscard]] virtual std::int32_t RTErrorNumber() const;
-  virtual void RTErrorNumber(std::int32_t vData);
-  [[nodiscard]] virtual Text RTErrorDescription() const;
-  virtual void RTErrorDescription(TextView vData);
+  [[nodiscard]] std::int32_t RTErrorNumber() const;
+  void RTErrorNumber(std::int32_t vData);
+  [[nodiscard]] Text RTErrorDescription() const;
+  void RTErrorDescription(TextView vData);
 
   // True once a failure has been recorded since the last Clear.
-  [[nodiscard]] virtual bool ErrorExists() const;
-  virtual void ErrorExists(bool vData);
+  [[nodiscard]] bool ErrorExists() const;
+  void ErrorExists(bool vData);
 
   // The step of a multi-step operation in which the failure happened; 0 when none was running.
-  [[nodiscard]] virtual std::int16_t MachineState() const;
-  virtual void MachineState(std::int16_t vData);
+  [[nodiscard]] std::int16_t MachineState() const;
+  void MachineState(std::int16_t vData);
 
  private:
   std::int16_t errorLocationID_ = 0;

@@ -18,6 +18,8 @@ clsErrorObject& BeginRecord(std::int32_t errorType, std::int16_t location) {
 
 }  // namespace
 
+void ClearErrorRecord() { ErrorRecord().Clear(); }
+
 void RecordApplicationFailure(const CheckSite& site) {
   clsErrorObject& record = BeginRecord(kApplicationFailure, site.location);
   record.AppErrorNumber(site.number);

@@ -10,6 +10,10 @@
 
 namespace latchkey {
 
+// Clears the record, as operations do before anything else. Raises ObjectNotSet on a thread without
+// a record.
+void ClearErrorRecord();
+
 // Writes an application failure: ErrorExists, MachineState, ErrorType 2, ErrorLocationID,
 // AppErrorNumber and AppErrorDescription, in this order. The run-time fields keep their values.
 // Raises ObjectNotSet on a thread without a record, Overflow when the current step does not fit

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "base/text.h"
+#include "latchkey/types.h"
 
 namespace latchkey::platform {
 

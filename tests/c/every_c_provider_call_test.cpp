@@ -154,8 +154,7 @@ TEST_F(EveryCProviderCallTest, OfHashIsReported) {
 }
 
 TEST_F(EveryCProviderCallTest, OfRandomDataIsReported) {
-  probe.volume = {"", 0, ""};
-  probe.space = {{"C:\\", {0, 0, 0}}};
+  probe.HoldStill();
   const std::map<std::string, Refusal> refusals{
       {kAcquire, {LATCHKEY_NO_PROVIDER, {710, 114, "Error acquiring provider"}}},
       {"CryptGenRandom", {LATCHKEY_PROVIDER_REFUSED}}};

@@ -32,7 +32,7 @@ class CipherFaultTest : public WatchedService, public testing::WithParamInterfac
   void ExpectBodyFault(std::int32_t number, const std::string& text) {
     EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(GetParam().bodyTrap, number, text));
     EXPECT_EQ(ElementsOf(api.OutputData()), GetParam().outputAfterFailure);
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 
   Bytes earlierOutput;
@@ -63,20 +63,15 @@ TEST_P(CipherFaultTest, AFaultIsRecordedBeforeTheKeyIsDestroyed) {
   ThisThread().currentStep = -7;
   provider.ThrowAt(GetParam().cipherCall, 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run());
-  const CallJournal::Entries& all = journal.All();
-  ASSERT_GE(all.size(), 7U);
-  EXPECT_EQ(
-      CallJournal::Entries(all.end() - 7, all.end()),
-      Joined(RunTimeWrites(GetParam().bodyTrap, 6, "Overflow", -7), {"CryptDestroyKey(key2)"}));
+  EXPECT_EQ(journal.Last(7), Joined({RunTimeWrites(GetParam().bodyTrap, 6, "Overflow", -7),
+                                     {calls::DestroyKey(2)}}));
 }
 
 TEST_P(CipherFaultTest, AFaultIsRecordedBeforeTheHashIsDestroyed) {
   provider.ThrowAt("CryptDeriveKey", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run());
-  const CallJournal::Entries& all = journal.All();
-  ASSERT_GE(all.size(), 7U);
-  EXPECT_EQ(CallJournal::Entries(all.end() - 7, all.end()),
-            Joined(RunTimeWrites(GetParam().bodyTrap, 6, "Overflow"), {"CryptDestroyHash(hash2)"}));
+  EXPECT_EQ(journal.Last(7),
+            Joined({RunTimeWrites(GetParam().bodyTrap, 6, "Overflow"), {calls::DestroyHash(2)}}));
 }
 
 TEST_P(CipherFaultTest, FaultsOfTheCleanUpAreSkippedOneByOne) {
@@ -90,12 +85,9 @@ TEST_P(CipherFaultTest, AFaultOfDestroyingTheUsedHashIsTheOperations) {
   provider.ThrowAt("CryptDestroyHash", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(1, 1));
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(GetParam().bodyTrap, 6, "Overflow"));
-  const CallJournal::Entries& all = journal.All();
-  ASSERT_GE(all.size(), 9U);
-  EXPECT_EQ(CallJournal::Entries(all.end() - 9, all.end()),
-            Joined(Joined({"CryptDestroyHash(hash2) threw"},
-                          RunTimeWrites(GetParam().bodyTrap, 6, "Overflow")),
-                   {"CryptDestroyKey(key2)", "CryptDestroyHash(hash2)"}));
+  EXPECT_EQ(journal.Last(9), Joined({{calls::DestroyHash(2).Throws()},
+                                     RunTimeWrites(GetParam().bodyTrap, 6, "Overflow"),
+                                     {calls::DestroyKey(2), calls::DestroyHash(2)}}));
 }
 
 TEST_P(CipherFaultTest, AFaultOfTheCleanUpDoesNotHideTheFailureBeforeIt) {
@@ -107,52 +99,52 @@ TEST_P(CipherFaultTest, AFaultOfTheCleanUpDoesNotHideTheFailureBeforeIt) {
 }
 
 TEST_P(CipherFaultTest, AFaultOfTheFirstClearIsRecordedByTheShellAndKeepsTheOutput) {
-  record.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(Run());
   EXPECT_EQ(journal.All(),
-            Joined({"Clear"}, RunTimeWrites(GetParam().shellTrap, 13, "Type mismatch")));
+            Joined({{"Clear"}, RunTimeWrites(GetParam().shellTrap, 13, "Type mismatch")}));
   EXPECT_EQ(ElementsOf(api.OutputData()), earlierOutput);
 }
 
 TEST_P(CipherFaultTest, AFaultOfTheSecondClearIsRecordedByTheBody) {
-  record.ThrowAt("Clear", 2, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 2, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(Run());
   EXPECT_EQ(journal.All(),
-            Joined({"Clear", "Clear"}, RunTimeWrites(GetParam().bodyTrap, 13, "Type mismatch")));
+            Joined({{"Clear", "Clear"}, RunTimeWrites(GetParam().bodyTrap, 13, "Type mismatch")}));
 }
 
 TEST_P(CipherFaultTest, AFaultOfTheThirdClearIsRecordedByTheMappingAndThenAsABadCipher) {
-  record.ThrowAt("Clear", 3, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 3, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(Run());
   const auto& [location, number, text] = GetParam().cipherType;
-  EXPECT_EQ(journal.All(),
-            Joined({"Clear", "Clear", "Clear"}, Joined(RunTimeWrites(439, 13, "Type mismatch"),
-                                                       ApplicationWrites(location, number, text))));
+  EXPECT_EQ(journal.All(), Joined({{"Clear", "Clear", "Clear"},
+                                   RunTimeWrites(439, 13, "Type mismatch"),
+                                   ApplicationWrites(location, number, text)}));
   EXPECT_EQ(ValuesOf(record),
             (RecordValues{location, 2, number, text, 13, "Type mismatch", true, 0}));
 }
 
 TEST_P(CipherFaultTest, AWriteThatFailsInTheMappingIsAFaultOfTheMapping) {
-  record.ThrowAt("AppErrorDescription", 1, Fault(FaultNumber::Overflow));
+  spy.ThrowAt("AppErrorDescription", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(1, 99));
   const auto& [location, number, text] = GetParam().cipherType;
-  EXPECT_EQ(FailureWritesIn(journal), Joined(ApplicationWrites(726, 121, "Bad encryption type"),
-                                             Joined(RunTimeWrites(439, 6, "Overflow"),
-                                                    ApplicationWrites(location, number, text))));
+  EXPECT_EQ(FailureWritesIn(journal),
+            Joined({ApplicationWrites(726, 121, "Bad encryption type"),
+                    RunTimeWrites(439, 6, "Overflow"), ApplicationWrites(location, number, text)}));
 }
 
 TEST_P(CipherFaultTest, AWriteThatFailsInTheBodyIsAFaultOfTheBody) {
-  record.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::Overflow));
+  spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(0, 1));
   ExpectBodyFault(6, "Overflow");
 }
 
 TEST_P(CipherFaultTest, ATrapThatCannotWriteLeavesTheFaultToTheShell) {
   provider.ThrowAt(GetParam().cipherCall, 1, Fault(FaultNumber::TypeMismatch));
-  record.ThrowAt("RTErrorNumber", 1, Fault(FaultNumber::Overflow));
+  spy.ThrowAt("RTErrorNumber", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run());
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(GetParam().shellTrap, 6, "Overflow"));
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_P(CipherFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFlag) {
@@ -163,7 +155,7 @@ TEST_P(CipherFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFlag) 
   expected.exists = true;
   EXPECT_EQ(ValuesOf(record), expected);
   EXPECT_EQ(ElementsOf(api.OutputData()), GetParam().outputAfterFailure);
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_P(CipherFaultTest, AStepThatCannotBeRecordedDoesNotDisturbSuccess) {
@@ -176,7 +168,7 @@ TEST_P(CipherFaultTest, ARecordThatVanishesWhileTheOperationRunsIsMissedByTheCal
   provider.FailAfter(GetParam().cipherCall, 1, [] { ThisThread().errorRecord.reset(); });
   EXPECT_EQ(FaultOf([this] { return Run(); }), 91);
   EXPECT_EQ(ElementsOf(api.OutputData()), GetParam().outputAfterFailure);
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_P(CipherFaultTest, APasswordOfAnyBytesIsTaken) {
@@ -184,7 +176,7 @@ TEST_P(CipherFaultTest, APasswordOfAnyBytesIsTaken) {
   api.Password(password);
   scope.Services().codePage = &DoubleBytePage();
   EXPECT_TRUE(Run(1, 1));
-  EXPECT_THAT(journal.All(), testing::Contains("CryptHashData(hash2, 82A0, 2, 0)"));
+  EXPECT_THAT(journal.All(), testing::Contains(calls::HashData(2, {0x82, 0xA0})));
 }
 
 INSTANTIATE_TEST_SUITE_P(InEachDirection, CipherFaultTest,

@@ -125,7 +125,7 @@ TEST_F(ConvertStringFromHexTest, AnOddLengthLeavesTheRunTimeFields) {
 }
 
 TEST_F(ConvertStringFromHexTest, ARecordThatRefusesTheFailureIsAFaultOfTheOperation) {
-  record.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.ConvertStringFromHex(u"414"), u"");
   EXPECT_EQ(ValuesOf(record), (RecordValues{440, 1, 0, "", 13, "Type mismatch", true, 0}));
 }

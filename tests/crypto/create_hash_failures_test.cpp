@@ -24,7 +24,7 @@ class CreateHashFailureTest : public WatchedService {
     LeaveEarlierFailure();
     EXPECT_EQ(api.CreateHash(u"abc", kMd5, true), u"");
     EXPECT_EQ(api.CreateHash(u"", kMd5), u"");
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
     return journal.All();
   }
 };
@@ -69,7 +69,7 @@ TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilent) {
     LeaveEarlierFailure();
     EXPECT_EQ(api.CreateHash(u"abc", number, true), u"");
     EXPECT_EQ(ValuesOf(record), AfterClear());
-    EXPECT_THAT(journal.All(), Contains("CryptCreateHash(context1, 0000, 0, 0) failed"));
+    EXPECT_THAT(journal.All(), Contains(calls::CreateHash(0).Fails()));
     EXPECT_EQ(journal.Count("CryptHashData"), 0U);
   }
 }
@@ -89,18 +89,18 @@ TEST_F(CreateHashFailureTest, WithoutArgumentsItIsSilent) {
 
 TEST_F(CreateHashFailureTest, AProviderThatMakesNoHashIsSilent) {
   provider.FailAt("CryptCreateHash", CallPlan::kEveryCall);
-  EXPECT_THAT(FailingHash(), ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) failed",
-                                         "Clear", "CryptCreateHash(context1, 8003, 0, 0) failed"));
+  EXPECT_THAT(FailingHash(), ElementsAre("Clear", calls::CreateHash(0x8003).Fails(), "Clear",
+                                         calls::CreateHash(0x8003).Fails()));
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
 TEST_F(CreateHashFailureTest, AProviderThatHashesNoDataIsSilent) {
   provider.FailAt("CryptHashData", CallPlan::kEveryCall);
   EXPECT_THAT(FailingHash(),
-              ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash1",
-                          "CryptHashData(hash1, 616263, 3, 0) failed", "CryptDestroyHash(hash1)",
-                          "Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash2",
-                          "CryptHashData(hash2, -, 0, 0) failed", "CryptDestroyHash(hash2)"));
+              ElementsAre("Clear", calls::CreateHash(0x8003).Makes(HashNo(1)),
+                          calls::HashData(1, BytesOf("abc")).Fails(), calls::DestroyHash(1),
+                          "Clear", calls::CreateHash(0x8003).Makes(HashNo(2)),
+                          calls::HashData(2, {}).Fails(), calls::DestroyHash(2)));
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
@@ -108,11 +108,10 @@ TEST_F(CreateHashFailureTest, AProviderThatGivesNoDigestIsSilent) {
   provider.FailAt("CryptGetHashParam", CallPlan::kEveryCall, provider::kErrorMoreData);
   EXPECT_THAT(
       FailingHash(),
-      ElementsAre("Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash1",
-                  "CryptHashData(hash1, 616263, 3, 0)", "CryptGetHashParam(hash1, 2, 16, 0) failed",
-                  "CryptDestroyHash(hash1)", "Clear",
-                  "CryptCreateHash(context1, 8003, 0, 0) = hash2", "CryptHashData(hash2, -, 0, 0)",
-                  "CryptGetHashParam(hash2, 2, 16, 0) failed", "CryptDestroyHash(hash2)"));
+      ElementsAre("Clear", calls::CreateHash(0x8003).Makes(HashNo(1)),
+                  calls::HashData(1, BytesOf("abc")), calls::GetDigest(1, 16).Fails(),
+                  calls::DestroyHash(1), "Clear", calls::CreateHash(0x8003).Makes(HashNo(2)),
+                  calls::HashData(2, {}), calls::GetDigest(2, 16).Fails(), calls::DestroyHash(2)));
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 

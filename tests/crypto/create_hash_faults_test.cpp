@@ -28,7 +28,7 @@ TEST_F(CreateHashFaultTest, AFaultOfAnyCallIsRecordedAndGoesNoFurther) {
     provider.ThrowAt(step, 1, Fault(FaultNumber::TypeMismatch));
     EXPECT_EQ(api.CreateHash(u"abc", kMd5, true), u"");
     EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(432, 13, "Type mismatch")) << step;
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 }
 
@@ -53,11 +53,11 @@ TEST_F(CreateHashFaultTest, AFaultIsRecordedBeforeTheHashIsDestroyed) {
   journal.Clear();
   provider.ThrowAt("CryptGetHashParam", 1, Fault(FaultNumber::Overflow));
   EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");
-  EXPECT_EQ(journal.All(), Joined(Joined({"Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash1",
-                                          "CryptHashData(hash1, 616263, 3, 0)",
-                                          "CryptGetHashParam(hash1, 2, 16, 0) threw"},
-                                         RunTimeWrites(432, 6, "Overflow", 9)),
-                                  {"CryptDestroyHash(hash1)"}));
+  EXPECT_EQ(journal.All(),
+            Joined({{"Clear", calls::CreateHash(0x8003).Makes(HashNo(1)),
+                     calls::HashData(1, BytesOf("abc")), calls::GetDigest(1, 16).Throws()},
+                    RunTimeWrites(432, 6, "Overflow", 9),
+                    {calls::DestroyHash(1)}}));
 }
 
 TEST_F(CreateHashFaultTest, TextThatIsNoSingleBytesIsAFault) {
@@ -67,7 +67,7 @@ TEST_F(CreateHashFaultTest, TextThatIsNoSingleBytesIsAFault) {
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(432, 6, "Overflow"));
   EXPECT_EQ(journal.Count("CryptCreateHash"), 1U);
   EXPECT_EQ(journal.Count("CryptHashData"), 0U);
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(CreateHashFaultTest, APasswordOfAnyBytesIsAppended) {
@@ -77,12 +77,12 @@ TEST_F(CreateHashFaultTest, APasswordOfAnyBytesIsAppended) {
   static_cast<void>(api.CreateHash(u"abc", kMd5, true, true));
   EXPECT_FALSE(record.ErrorExists());
   EXPECT_EQ(journal.Named({"CryptHashData"}),
-            std::vector<std::string>{"CryptHashData(hash1, 61626382A0, 5, 0)"});
+            CallJournal::Entries{calls::HashData(1, {0x61, 0x62, 0x63, 0x82, 0xA0})});
 }
 
 TEST_F(CreateHashFaultTest, AClearThatFaultsIsRecorded) {
   LeaveEarlierFailure();
-  record.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");
   EXPECT_EQ(FailureWritesIn(journal), RunTimeWrites(432, 13, "Type mismatch"));
 }
@@ -93,8 +93,8 @@ TEST_F(CreateHashFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFl
   provider.ThrowAt("CryptHashData", 1, Fault(FaultNumber::TypeMismatch));
   journal.Clear();
   EXPECT_EQ(FaultOf([this] { return api.CreateHash(u"abc", kMd5); }), 6);
-  EXPECT_THAT(FailureWritesIn(journal), ElementsAre("ErrorExists=True"));
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(FailureWritesIn(journal), ElementsAre(Call("ErrorExists", true)));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 // Memory is gone right after the digest was read: the next allocation is the hexadecimal form.
@@ -120,7 +120,7 @@ TEST_F(CreateHashFaultTest, AFaultOfTheHexadecimalConversionStaysAsTheConversion
   EXPECT_FALSE(AllocationFailurePending());
   EXPECT_EQ(FailureWritesIn(journal), RunTimeWrites(441, 7, "Out of memory"));
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(441, 7, "Out of memory"));
-  EXPECT_THAT(forgetful.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(forgetful.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(CreateHashFaultTest, AFaultWhileTheRawDigestIsHandedOverIsAFaultOfCreateHash) {

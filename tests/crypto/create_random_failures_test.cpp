@@ -22,8 +22,8 @@ TEST_F(CreateRandomFailureTest, WithoutAProvider) {
 TEST_F(CreateRandomFailureTest, WithoutAProviderItsRecordFollowsTheAcquisitions) {
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateRandom(4), u"");
-  ExpectClearAndThen(Joined(ApplicationWrites(729, 125, "Error acquiring standard provider"),
-                            ApplicationWrites(710, 114, "Error acquiring provider")));
+  ExpectClearAndThen(Joined({ApplicationWrites(729, 125, "Error acquiring standard provider"),
+                             ApplicationWrites(710, 114, "Error acquiring provider")}));
 }
 
 TEST_F(CreateRandomFailureTest, AProviderThatIsBackIsOpenedByTheNextCall) {
@@ -69,7 +69,7 @@ TEST_F(CreateRandomFailureTest, AFaultOfTheProviderIsRecorded) {
 }
 
 TEST_F(CreateRandomFailureTest, ARecordThatRefusesToBeClearedIsAFaultOfTheOperation) {
-  record.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.CreateRandom(4), u"");
   ExpectClearAndThen(RunTimeWrites(433, 13, "Type mismatch"));
 }

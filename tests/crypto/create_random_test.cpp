@@ -19,13 +19,13 @@ constexpr bool kRaw = false;
 TEST_F(CreateRandomTest, OffersTheBeginningOfTheSeedTextToTheProvider) {
   static_cast<void>(api.CreateRandom(4));
   EXPECT_EQ(journal.Named({"CryptGenRandom"}),
-            CallJournal::Entries{"CryptGenRandom(context1, 4, 31323334)"});
+            CallJournal::Entries{calls::GenRandom(BytesOf("1234"))});
 }
 
 TEST_F(CreateRandomTest, OffersSpacesBehindAShorterSeedText) {
   static_cast<void>(api.CreateRandom(16));
   EXPECT_EQ(journal.Named({"CryptGenRandom"}),
-            CallJournal::Entries{"CryptGenRandom(context1, 16, 31323334353631323334353620202020)"});
+            CallJournal::Entries{calls::GenRandom(BytesOf("123456123456    "))});
 }
 
 TEST_F(CreateRandomTest, FollowsTheRandomBytesByTheRestOfTheSeedText) {
@@ -102,8 +102,7 @@ TEST_F(CreateRandomTest, TheExactLengthCountsHexadecimalDigits) {
 
 TEST_F(CreateRandomTest, ALengthOfZeroGivesTheSeedText) {
   EXPECT_EQ(api.CreateRandom(0), kSeed);
-  EXPECT_EQ(journal.Named({"CryptGenRandom"}),
-            CallJournal::Entries{"CryptGenRandom(context1, 0, -)"});
+  EXPECT_EQ(journal.Named({"CryptGenRandom"}), CallJournal::Entries{calls::GenRandom({})});
   EXPECT_EQ(ValuesOf(record), RecordValues{});
 }
 
@@ -131,7 +130,7 @@ TEST_F(CreateRandomTest, KeepsTheProviderOpen) {
   static_cast<void>(api.CreateRandom(4));
   static_cast<void>(api.CreateRandom(4));
   EXPECT_EQ(journal.Count("CryptAcquireContextA"), 1U);
-  EXPECT_EQ(provider.OpenHandles(), std::vector<std::string>{"context1"});
+  EXPECT_EQ(provider.OpenHandles(), std::vector<HandleName>{ContextNo(1)});
 }
 
 TEST_F(CreateRandomTest, SuccessOnlyClearsTheRecord) {

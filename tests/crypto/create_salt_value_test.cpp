@@ -47,7 +47,7 @@ TEST_F(CreateSaltValueTest, RawIsRandomDataOfTheExactLength) {
   SetRandom("ABCD");
   EXPECT_EQ(api.CreateSaltValue(4), u"ABCD");
   EXPECT_EQ(journal.Named({"CryptGenRandom"}),
-            CallJournal::Entries{"CryptGenRandom(context1, 4, 31323334)"});
+            CallJournal::Entries{calls::GenRandom(BytesOf("1234"))});
 }
 
 TEST_F(CreateSaltValueTest, RawLosesTheSpacesThatRandomDataKeeps) {
@@ -104,7 +104,7 @@ TEST_F(CreateSaltValueTest, AFaultAfterSomeLettersGivesNoneOfThem) {
 }
 
 TEST_F(CreateSaltValueTest, ARecordThatRefusesToBeClearedIsAFaultOfTheOperation) {
-  record.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.CreateSaltValue(4, kLetters), u"");
   ExpectClearAndThen(RunTimeWrites(434, 13, "Type mismatch"));
 }

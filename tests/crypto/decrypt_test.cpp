@@ -46,11 +46,9 @@ TEST_F(DecryptTest, TheProviderIsAskedForEachStepOnce) {
   EXPECT_TRUE(api.Decrypt(kMd5, kRc4));
   EXPECT_THAT(
       journal.All(),
-      ElementsAre("Clear", "Clear", "Clear", "CryptCreateHash(context1, 8003, 0, 0) = hash2",
-                  "CryptHashData(hash2, 7269676874, 5, 0)",
-                  "CryptDeriveKey(context1, 6801, hash2, 0) = key2", "CryptDestroyHash(hash2)",
-                  "CryptDecrypt(key2, 0, final, 0, " + Hex(encrypted) + ", 4)",
-                  "CryptDestroyKey(key2)"));
+      ElementsAre("Clear", "Clear", "Clear", calls::CreateHash(0x8003).Makes(HashNo(2)),
+                  calls::HashData(2, BytesOf("right")), calls::DeriveKey(0x6801, 2).Makes(KeyNo(2)),
+                  calls::DestroyHash(2), calls::Decrypt(2, encrypted), calls::DestroyKey(2)));
 }
 
 TEST_F(DecryptTest, SuccessLeavesTheRecordCleared) {

@@ -29,7 +29,7 @@ TEST_F(EveryAllocationTest, OfRandomDataIsRecorded) {
     ExpectOutOfMemory(record, record.location == 441 ? 441 : 433, 710);
   };
   EXPECT_GE(SweepCall(random, checkRandom), 1);
-  EXPECT_GE(SweepSeed(random, {433, 441}), 1);
+  EXPECT_GE(SweepSeedOf(random, {433, 441}), 1);
 }
 
 TEST_F(EveryAllocationTest, OfALetterIsRecorded) {
@@ -38,7 +38,7 @@ TEST_F(EveryAllocationTest, OfALetterIsRecorded) {
   };
   const auto check = [](const RecordValues& record) { ExpectOutOfMemory(record, 434, 0); };
   EXPECT_GE(SweepCall(letter, check), 1);
-  EXPECT_GE(SweepSeed(letter, {434}), 1);
+  EXPECT_GE(SweepSeedOf(letter, {434}), 1);
 }
 
 TEST_F(EveryAllocationTest, OfASaltOfCharactersIsRecordedAtTheInnerOrTheOuterTrap) {
@@ -50,7 +50,7 @@ TEST_F(EveryAllocationTest, OfASaltOfCharactersIsRecordedAtTheInnerOrTheOuterTra
     ExpectOutOfMemory(record, record.location == 434 ? 434 : 433, 710);
   };
   EXPECT_GE(SweepCall(salt, check), 1);
-  EXPECT_GE(SweepSeed(salt, {433, 434}), 1);
+  EXPECT_GE(SweepSeedOf(salt, {433, 434}), 1);
 }
 
 TEST_F(EveryAllocationTest, OfTheHexadecimalConversionsIsRecorded) {

@@ -2,6 +2,10 @@
 // the record, the output and the password after each failure, and the operation afterwards.
 #include <gtest/gtest.h>
 
+#include <array>
+#include <string>
+#include <tuple>
+
 #include "crypto/default_password.h"
 #include "tests/support/cipher_direction.h"
 #include "tests/support/every_allocation.h"
@@ -63,10 +67,11 @@ ByteArray Operation::PasswordAfterFailure(int nth) const {
   return nth > 1 ? DefaultPassword().ToByteArray() : ByteArray{0};
 }
 
-TEST_F(EveryAllocationTest, OfEncryptAndDecryptIsRecorded) {
-  const auto sweep = [this](const Operation& operation) {
-    SCOPED_TRACE(std::string(operation.row.name) + " " + std::to_string(operation.cipher) +
-                 ", start " + std::to_string(static_cast<int>(operation.start)));
+class EveryCipherAllocationTest
+    : public EveryAllocationTest,
+      public testing::WithParamInterface<std::tuple<DirectionRow, Start>> {
+ protected:
+  int SweepCipher(const Operation& operation) {
     const ByteArray input = operation.Input();
     ByteArray wanted;
     int failuresWithProvider = 0;
@@ -89,15 +94,28 @@ TEST_F(EveryAllocationTest, OfEncryptAndDecryptIsRecorded) {
       EXPECT_EQ(object.OutputData(), wanted);
       return failed;
     });
-  };
-  for (const DirectionRow& row : {kEncryptRow, kDecryptRow}) {
-    for (std::int16_t cipher = 1; cipher <= 5; ++cipher) {
-      for (const Start start : {Start::Password, Start::NoPassword, Start::EarlierOutput}) {
-        EXPECT_GE(sweep({row, cipher, start}), 1);
-      }
-    }
+  }
+};
+
+TEST_P(EveryCipherAllocationTest, IsRecorded) {
+  const auto& [direction, start] = GetParam();
+  for (std::int16_t cipher = 1; cipher <= 5; ++cipher) {
+    SCOPED_TRACE("cipher " + std::to_string(cipher));
+    EXPECT_GE(SweepCipher({direction, cipher, start}), 1);
   }
 }
+
+std::string NameOfCase(const testing::TestParamInfo<std::tuple<DirectionRow, Start>>& test) {
+  static constexpr std::array kStarts{"WithPassword", "WithoutPassword", "WithEarlierOutput"};
+  const auto& [direction, start] = test.param;
+  return std::string(direction.name) + kStarts.at(static_cast<std::size_t>(start));
+}
+
+INSTANTIATE_TEST_SUITE_P(InEachDirection, EveryCipherAllocationTest,
+                         testing::Combine(testing::Values(kEncryptRow, kDecryptRow),
+                                          testing::Values(Start::Password, Start::NoPassword,
+                                                          Start::EarlierOutput)),
+                         NameOfCase);
 
 }  // namespace
 }  // namespace latchkey::test

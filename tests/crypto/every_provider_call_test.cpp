@@ -32,10 +32,7 @@ struct Operation {
 
 class EveryProviderCallTest : public SweptService {
  protected:
-  EveryProviderCallTest() {
-    probe.volume = {"", 0, ""};
-    probe.space = {{"C:\\", {0, 0, 0}}};
-  }
+  EveryProviderCallTest() { probe.HoldStill(); }
 
   // Every call that a good run makes, in turn and in both manners. Gives how often one went wrong.
   int Sweep(const Operation& operation, bool enhanced, const Bytes& input) {

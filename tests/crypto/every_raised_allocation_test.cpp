@@ -13,14 +13,19 @@ namespace {
 
 const Text kLongText(200, u'a');
 
-// Whether the step raises that there is no memory.
-bool RaisesOutOfMemory(const std::function<void()>& step) {
-  try {
-    step();
-    return false;
-  } catch (const std::bad_alloc&) {
-    return true;
-  }
+// Runs a step with the nth allocation failing, or none for 0. Returns whether it came to that: the
+// step then raises that there is no memory, and otherwise nothing.
+bool RaisesFailing(int nth, const std::function<void()>& step) {
+  bool raised = false;
+  const bool failed = RunFailing(nth, [&] {
+    try {
+      step();
+    } catch (const std::bad_alloc&) {
+      raised = true;
+    }
+  });
+  EXPECT_EQ(raised, failed);
+  return failed;
 }
 
 TEST_F(EveryAllocationTest, OfThePropertiesAndByteArrayConversionsIsRaised) {
@@ -42,9 +47,7 @@ TEST_F(EveryAllocationTest, OfThePropertiesAndByteArrayConversionsIsRaised) {
   for (std::size_t step = 0; step < steps.size(); ++step) {
     SCOPED_TRACE("step " + std::to_string(step));
     const int failures = Sweep([&](int nth) {
-      bool raised = false;
-      const bool failed = RunFailing(nth, [&] { raised = RaisesOutOfMemory(steps[step]); });
-      EXPECT_EQ(raised, failed);
+      const bool failed = RaisesFailing(nth, steps[step]);
       EXPECT_EQ(object.Password(), password);
       EXPECT_EQ(object.OutputData(), output);
       EXPECT_FALSE(main.ErrorExists());
@@ -66,10 +69,7 @@ TEST_F(EveryAllocationTest, OfSettingTheInputLeavesTheEarlierOne) {
   const int failures = Sweep([&](int nth) {
     clsCryptoAPI object;
     Prepare(object, earlier);
-    bool raised = false;
-    const bool failed =
-        RunFailing(nth, [&] { raised = RaisesOutOfMemory([&] { object.InputData(later); }); });
-    EXPECT_EQ(raised, failed);
+    const bool failed = RaisesFailing(nth, [&] { object.InputData(later); });
     EXPECT_TRUE(object.Encrypt(1, 1));
     EXPECT_EQ(object.OutputData(), outputOf(failed ? earlier : later));
     return failed;
@@ -83,10 +83,7 @@ TEST_F(EveryAllocationTest, OfSettingAPasswordLeavesTheCallersArray) {
     clsCryptoAPI object;
     Prepare(object, ArrayOf("data"));
     ByteArray password = wanted;
-    bool raised = false;
-    const bool failed =
-        RunFailing(nth, [&] { raised = RaisesOutOfMemory([&] { object.Password(password); }); });
-    EXPECT_EQ(raised, failed);
+    const bool failed = RaisesFailing(nth, [&] { object.Password(password); });
     EXPECT_EQ(password, failed ? wanted : ByteArray());
     EXPECT_EQ(object.Password(), failed ? ByteArray{0} : wanted);
     EXPECT_TRUE(object.Encrypt(1, 1));
@@ -95,14 +92,20 @@ TEST_F(EveryAllocationTest, OfSettingAPasswordLeavesTheCallersArray) {
   EXPECT_EQ(failures, 1) << "the copy";
 }
 
+// The old password goes first, while its successor is copied.
+TEST_F(EveryAllocationTest, OfReplacingAPasswordLeavesNone) {
+  clsCryptoAPI object;
+  Prepare(object, ArrayOf("data"));
+  ByteArray successor = ArrayOf(std::string(1000, 'x'));
+  EXPECT_TRUE(RaisesFailing(1, [&] { object.Password(successor); }));
+  EXPECT_EQ(object.Password(), ByteArray{0});
+  EXPECT_TRUE(object.Encrypt(1, 1)) << "with the built-in password";
+}
+
 TEST_F(EveryAllocationTest, OfMakingARecordIsRaised) {
   const int failures = Sweep([&](int nth) {
     const clsMain first;
-    bool raised = false;
-    const bool failed =
-        RunFailing(nth, [&] { raised = RaisesOutOfMemory([] { const clsMain second; }); });
-    EXPECT_EQ(raised, failed);
-    return failed;
+    return RaisesFailing(nth, [] { const clsMain second; });
   });
   EXPECT_GT(failures, 0);
 }

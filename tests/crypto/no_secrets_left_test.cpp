@@ -9,6 +9,8 @@ namespace {
 
 class NoSecretsLeftTest : public WatchedService {
  protected:
+  NoSecretsLeftTest() { provider.LeaveDataOut(); }
+
   // How many freed blocks hold the secret when the operation is over.
   template <class Operation>
   std::size_t BlocksLeftBy(Operation&& operation) {

@@ -11,58 +11,56 @@ namespace {
 
 class PasswordChoiceTest : public WatchedService {
  protected:
-  // What an operation hashes, in hexadecimal; "-" for zero bytes.
+  // What an operation hashes.
   template <class Operation>
-  std::string HashedBy(Operation&& operation) {
+  Bytes HashedBy(Operation&& operation) {
     journal.Clear();
     operation();
     const CallJournal::Entries calls = journal.Named({"CryptHashData"});
     EXPECT_EQ(calls.size(), 1U);
-    if (calls.empty()) return "nothing";
-    const std::size_t first = calls[0].find(", ") + 2;
-    return calls[0].substr(first, calls[0].find(", ", first) - first);
+    return std::get<Bytes>(calls.at(0).arguments.at(1));
   }
 
-  std::string HashedByEncrypt() {
+  Bytes HashedByEncrypt() {
     return HashedBy([this] { EXPECT_TRUE(api.Encrypt(1, 1)); });
   }
-  std::string HashedByDecrypt() {
+  Bytes HashedByDecrypt() {
     return HashedBy([this] { EXPECT_TRUE(api.Decrypt(1, 1)); });
   }
-  std::string HashedByCreateHash(std::string_view text) {
+  Bytes HashedByCreateHash(std::string_view text) {
     return HashedBy([&] { EXPECT_NE(api.CreateHash(Wide(text), 1, true, true), u""); });
   }
 
-  static std::string HexOf(std::string_view text) { return Hex(BytesOf(text)); }
-
-  static std::string DefaultPassword() {
+  static Bytes DefaultPassword() {
     clsCryptoAPI fresh;
     ByteArray none{0};
     fresh.Password(none);
-    return Hex(DataOf(fresh.Password()));
+    return DataOf(fresh.Password());
   }
 };
 
 TEST_F(PasswordChoiceTest, TheStoredPasswordIsAllElementsButTheLastWithoutTrailingSpaces) {
   const auto hashed = [this](ByteArray password) {
     api.Password(password);
-    std::string encrypted = HashedByEncrypt();
+    Bytes encrypted = HashedByEncrypt();
     EXPECT_EQ(HashedByDecrypt(), encrypted);
     EXPECT_EQ(HashedByCreateHash(""), encrypted);
     return encrypted;
   };
-  EXPECT_EQ(hashed(ArrayOf("secret")), HexOf("secret"));
-  EXPECT_EQ(hashed(ByteArray{65, 66}), HexOf("A"));
-  EXPECT_EQ(hashed(ArrayOf(" a b  ")), HexOf(" a b"));
-  EXPECT_EQ(hashed(ByteArray{65, 0, 0}), "4100");
-  EXPECT_EQ(hashed(ByteArray{0xFF, 0x80, 0}), "FF80");
-  EXPECT_EQ(hashed(ArrayOf("   ")), "-");
+  EXPECT_EQ(hashed(ArrayOf("secret")), BytesOf("secret"));
+  EXPECT_EQ(hashed(ByteArray{65, 66}), BytesOf("A"));
+  EXPECT_EQ(hashed(ArrayOf(" a b  ")), BytesOf(" a b"));
+  EXPECT_EQ(hashed(ByteArray{65, 0, 0}), (Bytes{65, 0}));
+  EXPECT_EQ(hashed(ByteArray{0xFF, 0x80, 0}), (Bytes{0xFF, 0x80}));
+  EXPECT_EQ(hashed(ArrayOf("   ")), Bytes());
 }
 
 TEST_F(PasswordChoiceTest, ANewObjectUsesTheDefaultPassword) {
   EXPECT_EQ(HashedByEncrypt(), DefaultPassword());
   EXPECT_EQ(HashedByDecrypt(), DefaultPassword());
-  EXPECT_EQ(HashedByCreateHash("abc"), HexOf("abc") + DefaultPassword());
+  Bytes textAndPassword = DefaultPassword();
+  textAndPassword.insert(textAndPassword.begin(), {'a', 'b', 'c'});
+  EXPECT_EQ(HashedByCreateHash("abc"), textAndPassword);
 }
 
 TEST_F(PasswordChoiceTest, TheCiphersStoreTheDefaultPasswordThatTheyUse) {
@@ -70,7 +68,7 @@ TEST_F(PasswordChoiceTest, TheCiphersStoreTheDefaultPasswordThatTheyUse) {
     clsCryptoAPI fresh;
     EXPECT_EQ(ElementsOf(fresh.Password()), Bytes{0});
     EXPECT_TRUE((fresh.*operation)(1, 1));
-    EXPECT_EQ(Hex(DataOf(fresh.Password())), DefaultPassword());
+    EXPECT_EQ(DataOf(fresh.Password()), DefaultPassword());
     EXPECT_EQ(ElementsOf(fresh.Password()).back(), 0);
   }
 }
@@ -90,17 +88,17 @@ TEST_F(PasswordChoiceTest, AStoredPasswordGoesBeforeTheDefaultFlag) {
   SetPassword("secret");
   for (const bool useDefault : {true, false}) {
     api.UseDefaultPWD(useDefault);
-    EXPECT_EQ(HashedByEncrypt(), HexOf("secret"));
-    EXPECT_EQ(HashedByDecrypt(), HexOf("secret"));
-    EXPECT_EQ(HashedByCreateHash("abc"), HexOf("abcsecret"));
+    EXPECT_EQ(HashedByEncrypt(), BytesOf("secret"));
+    EXPECT_EQ(HashedByDecrypt(), BytesOf("secret"));
+    EXPECT_EQ(HashedByCreateHash("abc"), BytesOf("abcsecret"));
   }
   EXPECT_EQ(DataOf(api.Password()), BytesOf("secret"));
 }
 
 TEST_F(PasswordChoiceTest, WithoutTheDefaultTheCiphersHashNothingAndStoreNothing) {
   api.UseDefaultPWD(false);
-  EXPECT_EQ(HashedByEncrypt(), "-");
-  EXPECT_EQ(HashedByDecrypt(), "-");
+  EXPECT_EQ(HashedByEncrypt(), Bytes());
+  EXPECT_EQ(HashedByDecrypt(), Bytes());
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
@@ -117,18 +115,18 @@ TEST_F(PasswordChoiceTest, AOneBytePasswordCountsAsNone) {
   api.UseDefaultPWD(false);
   ByteArray one{65};
   api.Password(one);
-  EXPECT_EQ(HashedByEncrypt(), "-");
+  EXPECT_EQ(HashedByEncrypt(), Bytes());
   api.UseDefaultPWD(true);
   EXPECT_EQ(HashedByEncrypt(), DefaultPassword());
 }
 
 TEST_F(PasswordChoiceTest, WithoutTheDefaultCreateHashAppendsTwentyFreshLetters) {
   api.UseDefaultPWD(false);
-  std::set<std::string> appended;
+  std::set<Bytes> appended;
   for (int i = 0; i < 4; ++i) {
-    const std::string hashed = HashedByCreateHash("abc");
-    const Bytes letters = FromHex(std::string_view(hashed).substr(6));
-    EXPECT_EQ(hashed.substr(0, 6), HexOf("abc"));
+    const Bytes hashed = HashedByCreateHash("abc");
+    const Bytes letters(hashed.begin() + 3, hashed.end());
+    EXPECT_EQ(Bytes(hashed.begin(), hashed.begin() + 3), BytesOf("abc"));
     EXPECT_EQ(letters.size(), 20U);
     EXPECT_TRUE(std::all_of(letters.begin(), letters.end(), [](std::uint8_t code) {
       return (code >= 'A' && code <= 'Z') || (code >= 'a' && code <= 'z');
@@ -143,15 +141,15 @@ TEST_F(PasswordChoiceTest, LettersThatCannotBeMadeAreLeftOutAndTheirFailureStays
   LeaveEarlierFailure();
   api.UseDefaultPWD(false);
   probe.faults["GetTickCount"] = FaultNumber::TypeMismatch;
-  EXPECT_EQ(HashedByCreateHash("abc"), HexOf("abc"));
+  EXPECT_EQ(HashedByCreateHash("abc"), BytesOf("abc"));
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(434, 13, "Type mismatch"));
 }
 
 TEST_F(PasswordChoiceTest, CreateHashLeavesThePasswordOutUnlessAsked) {
   SetPassword("secret");
-  EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1), u""); }), HexOf("abc"));
+  EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1), u""); }), BytesOf("abc"));
   api.UseDefaultPWD(false);
-  EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1, true), u""); }), HexOf("abc"));
+  EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1, true), u""); }), BytesOf("abc"));
 }
 
 // Data made with it must be read by every later build. The password itself stands nowhere.

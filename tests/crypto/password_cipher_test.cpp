@@ -9,6 +9,7 @@
 #include "latchkey/fault.h"
 #include "tests/support/bytes.h"
 #include "tests/support/fault_of.h"
+#include "tests/support/provider_calls.h"
 #include "tests/support/scripted_provider.h"
 
 namespace latchkey::test {
@@ -125,7 +126,7 @@ TEST_F(PasswordCipherTest, EffectiveBitsThatAreRefusedFailTheDerivation) {
     EXPECT_EQ(otherCipher.Derive(context, {kAlgorithmMd5, kAlgorithmDes, BytesOf("pw"), 40}),
               CipherStep::DeriveKey);
   }
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
@@ -136,17 +137,17 @@ TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
 
 TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
   const PasswordKey key = DerivedKey(kAlgorithmRc4);
-  EXPECT_THAT(journal.All(), ElementsAre("CryptCreateHash(context1, 8003, 0, 0) = hash1",
-                                         "CryptHashData(hash1, 7077, 2, 0)",
-                                         "CryptDeriveKey(context1, 6801, hash1, 0) = key1",
-                                         "CryptDestroyHash(hash1)"));
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1", "key1"));
+  EXPECT_THAT(
+      journal.All(),
+      ElementsAre(calls::CreateHash(0x8003).Makes(HashNo(1)), calls::HashData(1, BytesOf("pw")),
+                  calls::DeriveKey(0x6801, 1).Makes(KeyNo(1)), calls::DestroyHash(1)));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1), KeyNo(1)));
 }
 
 TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
   { const PasswordKey key = DerivedKey(kAlgorithmRc4, ""); }
-  EXPECT_EQ(journal.All().back(), "CryptDestroyKey(key1)");
-  EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+  EXPECT_EQ(journal.All().back(), calls::DestroyKey(1));
+  EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
 TEST_F(PasswordCipherTest, AnEmptyKeyClosesNothing) {
@@ -189,7 +190,7 @@ TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
       PasswordKey key;
       EXPECT_EQ(key.Derive(context, {kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")}), step);
     }
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 }
 
@@ -210,7 +211,7 @@ TEST_F(PasswordCipherTest, AFaultPassesOnAndLeavesNoHandle) {
       return key.Derive(context, {kAlgorithmMd5, kAlgorithmRc4, BytesOf("pw")});
     };
     EXPECT_EQ(FaultOf(derive), 6);
-    EXPECT_THAT(provider.OpenHandles(), ElementsAre("context1"));
+    EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 }
 

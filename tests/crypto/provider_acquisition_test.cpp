@@ -10,16 +10,10 @@ namespace {
 using testing::ElementsAre;
 
 constexpr const char* kAcquire = "CryptAcquireContextA";
-constexpr const char* kBaseCall =
-    R"(CryptAcquireContextA("", "Microsoft Base Cryptographic Provider v1.0", 1, F0000000))";
-constexpr const char* kDefaultCall = R"(CryptAcquireContextA("", "", 1, 0008))";
-constexpr const char* kEnhancedCall =
-    R"(CryptAcquireContextA("", "Microsoft Enhanced Cryptographic Provider v1.0", 1, F0000000))";
-
-std::string Failed(const char* call) { return std::string(call) + " failed"; }
-std::string Made(const char* call, int context) {
-  return std::string(call) + " = context" + std::to_string(context);
-}
+const Call kBaseCall(kAcquire, "", "Microsoft Base Cryptographic Provider v1.0", 1, 0xF0000000);
+const Call kDefaultCall(kAcquire, "", "", 1, 8);
+const Call kEnhancedCall(kAcquire, "", "Microsoft Enhanced Cryptographic Provider v1.0", 1,
+                         0xF0000000);
 
 class ProviderAcquisitionTest : public WatchedServiceOnPlainProvider {
  protected:
@@ -28,20 +22,20 @@ class ProviderAcquisitionTest : public WatchedServiceOnPlainProvider {
 
 TEST_F(ProviderAcquisitionTest, TheBaseProviderIsOpenedWithoutAKeySet) {
   EXPECT_TRUE(api.Encrypt(1, 1));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kBaseCall, 1)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kBaseCall.Makes(ContextNo(1))));
 }
 
 TEST_F(ProviderAcquisitionTest, TheEnhancedProviderIsOpenedWithoutAKeySet) {
   api.EnhancedProvider(true);
   EXPECT_TRUE(api.Encrypt(1, 1));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kEnhancedCall, 1)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kEnhancedCall.Makes(ContextNo(1))));
 }
 
 TEST_F(ProviderAcquisitionTest, TheDefaultProviderWithANewKeySetStandsInForTheBaseProvider) {
   LeaveEarlierFailure();
   provider.FailAt(kAcquire, 1);
   EXPECT_TRUE(api.Encrypt(1, 1));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Failed(kBaseCall), Made(kDefaultCall, 1)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kBaseCall.Fails(), kDefaultCall.Makes(ContextNo(1))));
   EXPECT_EQ(ValuesOf(record), AfterClear());
   EXPECT_EQ(journal.Count("ErrorExists"), 0U);
 }
@@ -50,7 +44,7 @@ TEST_F(ProviderAcquisitionTest, NothingStandsInForTheEnhancedProvider) {
   api.EnhancedProvider(true);
   provider.FailAt(kAcquire, 1);
   EXPECT_FALSE(api.Encrypt(1, 1));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Failed(kEnhancedCall)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kEnhancedCall.Fails()));
 }
 
 TEST_F(ProviderAcquisitionTest, EveryOperationThatNeedsAProviderOpensIt) {
@@ -80,7 +74,7 @@ TEST_F(ProviderAcquisitionTest, AfterAFailureTheNextOperationTriesAgain) {
   EXPECT_FALSE(api.Encrypt(1, 1));
   EXPECT_TRUE(api.Encrypt(1, 1));
   EXPECT_THAT(AcquireCalls(),
-              ElementsAre(Failed(kBaseCall), Failed(kDefaultCall), Made(kBaseCall, 1)));
+              ElementsAre(kBaseCall.Fails(), kDefaultCall.Fails(), kBaseCall.Makes(ContextNo(1))));
   EXPECT_FALSE(record.ErrorExists());
 }
 
@@ -91,14 +85,14 @@ TEST_F(ProviderAcquisitionTest, TheNextTryFollowsTheEnhancedFlagOfThatTime) {
   journal.Clear();
   api.EnhancedProvider(true);
   EXPECT_TRUE(api.Encrypt(1, 1));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kEnhancedCall, 1)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kEnhancedCall.Makes(ContextNo(1))));
 }
 
 TEST_F(ProviderAcquisitionTest, AProviderInUseStaysWhenTheEnhancedFlagChanges) {
   EXPECT_TRUE(api.Encrypt(1, 1));
   api.EnhancedProvider(true);
   EXPECT_TRUE(api.Encrypt(1, 4));
-  EXPECT_THAT(AcquireCalls(), ElementsAre(Made(kBaseCall, 1)));
+  EXPECT_THAT(AcquireCalls(), ElementsAre(kBaseCall.Makes(ContextNo(1))));
 }
 
 // Runs one operation on a provider that cannot be opened.
@@ -116,9 +110,10 @@ class UnavailableProviderTest : public ProviderAcquisitionTest,
 
   // The entry of the acquisition itself, in full, then that of the operation over it.
   [[nodiscard]] CallJournal::Entries Writes(int location, int number, const char* text) const {
-    return Joined(GetParam() ? ApplicationWrites(728, 124, "Error acquiring enhanced provider", 12)
-                             : ApplicationWrites(729, 125, "Error acquiring standard provider", 12),
-                  ApplicationWrites(location, number, text, 12));
+    return Joined({GetParam()
+                       ? ApplicationWrites(728, 124, "Error acquiring enhanced provider", 12)
+                       : ApplicationWrites(729, 125, "Error acquiring standard provider", 12),
+                   ApplicationWrites(location, number, text, 12)});
   }
 
   void SetUp() override { ThisThread().currentStep = 12; }

@@ -29,7 +29,7 @@ TEST(ProviderHandlesTest, AFaultOfClosingStopsNothing) {
     EXPECT_NO_THROW(hash.Reset());
     EXPECT_FALSE(hash);
   }
-  EXPECT_EQ(provider.OpenHandles(), std::vector<std::string>{});
+  EXPECT_EQ(provider.OpenHandles(), std::vector<HandleName>{});
 }
 
 }  // namespace

@@ -15,7 +15,7 @@ class RecordClearingTest : public WatchedServiceOnPlainProvider {
   std::size_t ClearsOf(Operation&& operation) {
     LeaveEarlierFailure();
     static_cast<void>(operation());
-    EXPECT_EQ(journal.All().empty() ? "" : journal.All().front(), "Clear");
+    EXPECT_EQ(journal.All().at(0), Call("Clear"));
     return journal.Count("Clear");
   }
 };

@@ -7,7 +7,6 @@
 #include "latchkey/cls_main.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/module_scope.h"
-#include "tests/support/record_spy.h"
 
 namespace latchkey::test {
 namespace {
@@ -41,23 +40,6 @@ TEST_F(RecordingWithoutMemoryTest, ClearingAllocatesNothing) {
   FailAllocation(1);
   ErrorRecord().Clear();
   EXPECT_TRUE(AllocationFailurePending());
-}
-
-// Whichever allocation of the conversion fails, the caller sees empty text and fault 7.
-TEST_F(RecordingWithoutMemoryTest, AConversionThatRunsOutOfMemoryRecordsIt) {
-  const clsCryptoAPI api;
-  const Text digits(1000, u'4');
-  int failures = 0;
-  for (int nth = 1;; ++nth) {
-    ErrorRecord().Clear();
-    FailAllocation(nth);
-    const Text decoded = api.ConvertStringFromHex(digits);
-    if (AllocationFailurePending()) break;
-    ++failures;
-    EXPECT_EQ(decoded, u"");
-    EXPECT_EQ(ValuesOf(ErrorRecord()), (RecordValues{440, 1, 0, "", 7, "Out of memory", true, 0}));
-  }
-  EXPECT_GE(failures, 1);
 }
 
 }  // namespace

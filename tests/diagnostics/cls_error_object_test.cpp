@@ -5,8 +5,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "tests/support/call_journal.h"
-#include "tests/support/record_spy.h"
+#include "diagnostics/record_clearing.h"
+#include "tests/support/watched_module.h"
 
 namespace latchkey::test {
 namespace {
@@ -35,15 +35,19 @@ TEST(ErrorRecordTest, ClearKeepsLocationAndNumbersOnly) {
   EXPECT_EQ(ValuesOf(record), (RecordValues{410, 2, 117, "", 5, "", false, 0}));
 }
 
-TEST(ErrorRecordTest, ClearTakesItsStepsInOrder) {
-  CallJournal journal;
-  RecordSpy record(journal);
-  record.LogClearSteps(true);
-  record.Clear();
-  EXPECT_EQ(journal.All(),
-            (CallJournal::Entries{"Clear", "Clear.ErrorType=2", "Clear.RTErrorDescription=",
-                                  "Clear.AppErrorDescription=", "Clear.ErrorExists=False",
-                                  "Clear.MachineState=0"}));
+// The steps of Clear, on a record whose every step can be watched and made to fail.
+class ClearStepTest : public WatchedModule {
+ protected:
+  void Clear() { ClearStepByStep(SpiedErrorRecord()); }
+};
+
+TEST_F(ClearStepTest, HappensInOrder) {
+  Clear();
+  EXPECT_EQ(journal.All(), (CallJournal::Entries{{"ErrorType", 2},
+                                                 {"RTErrorDescription", ""},
+                                                 {"AppErrorDescription", ""},
+                                                 {"ErrorExists", false},
+                                                 {"MachineState", 0}}));
 }
 
 struct FailingStep {
@@ -51,14 +55,12 @@ struct FailingStep {
   RecordValues left;  // after Clear of {410, 1, 117, "message", 5, "fault", true, 9}
 };
 
-class FailingClearTest : public testing::TestWithParam<FailingStep> {};
+class FailingClearTest : public ClearStepTest, public testing::WithParamInterface<FailingStep> {};
 
 TEST_P(FailingClearTest, SkipsTheStepAndTakesTheOthers) {
-  CallJournal journal;
-  RecordSpy record(journal);
   SetValues(record, {410, 1, 117, "message", 5, "fault", true, 9});
-  record.ThrowAt("Clear." + GetParam().member, 1, std::runtime_error("refused"));
-  EXPECT_NO_THROW(record.Clear());
+  spy.ThrowAt(GetParam().member, 1, std::runtime_error("refused"));
+  Clear();
   EXPECT_EQ(ValuesOf(record), GetParam().left);
 }
 

@@ -106,7 +106,7 @@ TEST_F(ConnectivityProbeTest, AFaultInTheStateQueryIsRecordedOnceUnderItsOwnLoca
 
 TEST_F(ConnectivityProbeTest, AFaultOfTheExistsQueryItselfHasAnotherLocation) {
   connectivity.fault = FaultNumber::InvalidProcedureCall;
-  record.ThrowAt("ErrorLocationID", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("ErrorLocationID", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(QueryConnectionExists());
   EXPECT_EQ(ValuesOf(record), (RecordValues{420, 1, 0, "", 13, "Type mismatch", true, 0}));
 }

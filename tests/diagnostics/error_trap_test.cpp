@@ -70,7 +70,7 @@ TEST_F(ErrorTrapTest, AStepThatDoesNotFitRaisesOverflowBehindTheFlag) {
     journal.Clear();
     ThisThread().currentStep = step;
     EXPECT_EQ(FaultOf([] { RecordApplicationFailure(kCheck); }), 6);
-    EXPECT_EQ(journal.All(), CallJournal::Entries{"ErrorExists=True"});
+    EXPECT_EQ(journal.All(), (CallJournal::Entries{Call("ErrorExists", true)}));
   }
 }
 
@@ -96,7 +96,7 @@ TEST_F(ErrorTrapTest, AForeignExceptionIsRecordedAsAnInvalidCall) {
 }
 
 TEST_F(ErrorTrapTest, ACallOnTheRecordThatFailsIsAFaultOfTheOperation) {
-  record.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
+  spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(RunTrapped(kTrap, [] { RecordApplicationFailure(kCheck); }));
   EXPECT_EQ(ValuesOf(record), (RecordValues{450, 1, 0, "", 13, "Type mismatch", true, 0}));
 }

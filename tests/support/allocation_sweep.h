@@ -4,15 +4,15 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
-#include <string>
+#include <initializer_list>
+#include <map>
 #include <utility>
 
 #include "crypto/crypto_state.h"
-#include "tests/support/failing_memory.h"
 #include "tests/support/fake_probe.h"
 #include "tests/support/faulty_provider.h"
 #include "tests/support/module_scope.h"
-#include "tests/support/still_probe.h"
+#include "tests/support/sweep.h"
 
 namespace latchkey::test {
 
@@ -20,71 +20,72 @@ namespace latchkey::test {
 // succeeds. The suite prints how many failed in all its tests.
 class AllocationSweep : public testing::Test {
  protected:
-  static constexpr int kMostAllocations = 1000;
-
   static void SetUpTestSuite() { failureSum = 0; }
   static void TearDownTestSuite() { std::printf("%d allocations failed in turn\n", failureSum); }
 
+  // The machine's answers take no memory.
   AllocationSweep() {
+    still_.HoldStill();
     scope.Services().probe = &still_;
     ThisThreadCrypto().provider = &provider;
   }
-  ~AllocationSweep() override { EXPECT_EQ(provider.OpenHandles(), 0); }
+  ~AllocationSweep() override {
+    EXPECT_EQ(provider.OpenHandles(), 0);
+    EXPECT_TRUE(still_.warnings.empty());
+  }
 
-  // Calls run(nth), which lets the nth allocation fail, or none for 0, and tells whether it came to
-  // that. Nothing that a run made is left behind. Gives how many runs failed.
+  // Calls run(nth), which lets the nth allocation fail, or none for 0, and returns whether it came
+  // to that: first for 0, then in turn. Nothing that a run made is left behind. Returns how many
+  // runs failed.
   template <class Run>
   int Sweep(Run&& run) {
     EXPECT_FALSE(run(0));
-    warnings_ = 0;
-    for (int nth = 1; nth < kMostAllocations; ++nth) {
-      SCOPED_TRACE("allocation " + std::to_string(nth));
+    const int failures = FailEachInTurn([&](int nth) {
       answering_.ForgetCalls();
       const long before = LiveBlocks();
       const int handles = provider.OpenHandles();
       const bool failed = run(nth);
-      warnings_ += HasWarned() ? 1 : 0;
       answering_.ForgetCalls();
       EXPECT_EQ(provider.OpenHandles(), handles);
       EXPECT_EQ(provider.ClosedTwice(), 0);
       EXPECT_EQ(LiveBlocks(), before) << "blocks left behind";
-      if (!failed) return Count(nth - 1);
-    }
-    ADD_FAILURE() << "there is no end of allocations";
-    return kMostAllocations;
-  }
-
-  // Runs `body` with the nth allocation failing, or none for 0. Tells whether it came to that.
-  template <class Body>
-  static bool RunFailing(int nth, Body&& body) {
-    FailAllocation(nth);
-    std::forward<Body>(body)();
-    const bool failed = nth > 0 && !AllocationFailurePending();
-    FailAllocation(0);
-    return failed;
-  }
-
-  // Adds to the sum of the suite.
-  static int Count(int failures) {
+      return failed;
+    });
     failureSum += failures;
     return failures;
   }
 
-  // From now on the machine's answers take memory too.
-  void AnswerWithMemory() { scope.Services().probe = &answering_; }
-
-  // Whether that machine has shown a warning in this run, and in how many runs of the last sweep.
-  [[nodiscard]] bool HasWarned() const { return !answering_.warnings.empty(); }
-  [[nodiscard]] int Warnings() const { return warnings_; }
+  // Sweeps a run that makes a seed, on a machine whose answers take memory too. What cannot be read
+  // for a seed is left out or replaced, for a drive with a warning, and a seed without digits is no
+  // number: each run succeeds (0), or ends in one of the ways of `endings`, and each of these is
+  // seen. run(nth) returns whether an allocation failed, and how the run ended.
+  template <class Run>
+  int SweepSeed(std::initializer_list<int> endings, Run&& run) {
+    scope.Services().probe = &answering_;
+    std::map<int, int> counts{{0, 0}};
+    for (const int ending : endings) counts[ending] = 0;
+    int warnings = 0;
+    const int failures = Sweep([&](int nth) {
+      const auto [failed, ending] = run(nth);
+      if (failed) ++counts.at(ending);
+      if (!answering_.warnings.empty()) {
+        ++warnings;
+        EXPECT_EQ(ending, 0) << "after a warning";
+      }
+      return failed;
+    });
+    for (const auto& [ending, count] : counts) EXPECT_GT(count, 0) << ending;
+    EXPECT_GT(warnings, 0);
+    return failures;
+  }
 
   ModuleScope scope;
   FaultyProvider provider;
 
  private:
   static inline int failureSum = 0;
-  StillProbe still_;
+  FakeProbe still_;
   FakeProbe answering_;
-  int warnings_ = 0;
 };
 
 }  // namespace latchkey::test

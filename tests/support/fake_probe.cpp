@@ -29,6 +29,15 @@ FakeProbe::FakeProbe()
       clusters{{kDriveC, {8, 512, 100, 250}}},
       windows{{0x10}} {}
 
+void FakeProbe::HoldStill() {
+  volume = {"", 0, ""};
+  space = {{kDriveC, {0, 0, 0}}};
+  clusters.clear();
+  windows.clear();
+  SetTicks({9});
+  still_ = true;
+}
+
 void FakeProbe::SetTicks(std::vector<std::uint32_t> readings) {
   ticks_ = std::move(readings);
   nextTick_ = 0;
@@ -46,8 +55,12 @@ std::size_t FakeProbe::CountCalls(const std::string& call) const {
       calls.begin(), calls.end(), [&](const std::string& made) { return made.starts_with(call); }));
 }
 
-void FakeProbe::Enter(const std::string& member, const std::string& argument) {
-  calls.push_back(argument.empty() ? member : member + " " + argument);
+template <class... Argument>
+void FakeProbe::Enter(const char* member, const Argument&... argument) {
+  if (!still_) {
+    std::string& call = calls.emplace_back(member);
+    ((call += ' ', call += argument), ...);
+  }
   const auto fault = faults.find(member);
   if (fault != faults.end()) throw Fault(fault->second);
 }

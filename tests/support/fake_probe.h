@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <span>
@@ -24,17 +25,20 @@ struct FakeWindow {
 
 // Set the answers, run the operation, read the journals. A fresh probe answers every question: one
 // window, a volume, and disk space on drive C both in bytes and in clusters.
+//
+// A still one has no windows, an empty volume and no space on drive C, from which the seed text
+// "00" is made under tick digit 9, its first. Its answers allocate nothing, so it enters no calls.
 class FakeProbe final : public platform::SystemProbe {
  public:
   double now = 40000.5;
   std::optional<platform::VolumeInformation> volume;
   // By root path; nothing for any other drive.
-  std::map<std::string, platform::DiskSpace> space;
-  std::map<std::string, platform::DiskClusters> clusters;
+  std::map<std::string, platform::DiskSpace, std::less<>> space;
+  std::map<std::string, platform::DiskClusters, std::less<>> clusters;
   std::vector<FakeWindow> windows;
 
   // The member of that name raises the fault from now on.
-  std::map<std::string, FaultNumber> faults;
+  std::map<std::string, FaultNumber, std::less<>> faults;
 
   // The calls made so far, as the member's name followed by its window or root path.
   std::vector<std::string> calls;
@@ -43,6 +47,9 @@ class FakeProbe final : public platform::SystemProbe {
   std::size_t smallestBuffer = SIZE_MAX;
 
   FakeProbe();
+
+  // The probe is a still one from now on, with other ticks if they are set afterwards.
+  void HoldStill();
 
   // The next readings of the tick counter, one after another; the last one repeats.
   void SetTicks(std::vector<std::uint32_t> readings);
@@ -66,9 +73,11 @@ class FakeProbe final : public platform::SystemProbe {
   void ShowWarning(TextView message) override;
 
  private:
-  void Enter(const std::string& member, const std::string& argument = {});
+  template <class... Argument>
+  void Enter(const char* member, const Argument&... argument);
   [[nodiscard]] const FakeWindow* Find(WindowHandle window) const;
 
+  bool still_ = false;
   std::vector<std::uint32_t> ticks_{0};
   std::size_t nextTick_ = 0;
 };

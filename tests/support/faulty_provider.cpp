@@ -1,5 +1,7 @@
 #include "tests/support/faulty_provider.h"
 
+#include <numeric>
+#include <span>
 #include <utility>
 
 #include "latchkey/fault.h"
@@ -18,15 +20,22 @@ bool FaultyProvider::Fails() {
   return true;
 }
 
-bool FaultyProvider::Opened(bool done) noexcept {
-  if (done) ++open_;
-  return done;
+template <class Work>
+bool FaultyProvider::Perform(Work&& call) {
+  return !Fails() && (real_ == nullptr || std::forward<Work>(call)());
 }
 
-template <class Close>
-bool FaultyProvider::CloseHandle(std::uintptr_t handle, Close&& close) {
+bool FaultyProvider::Opened(std::uintptr_t* handle, bool done) noexcept {
+  if (!done) return false;
+  if (real_ == nullptr) *handle = ++lastPlainHandle_;
+  ++open_;
+  return true;
+}
+
+template <class Work>
+bool FaultyProvider::Close(std::uintptr_t handle, Work&& call) {
   if (handle == std::exchange(closedByThrowing_, 0)) return true;
-  const bool closed = std::forward<Close>(close)(handle);
+  const bool closed = real_ == nullptr || std::forward<Work>(call)();
   closed ? --open_ : ++closedTwice_;
   closedByThrowing_ = handle;
   const bool refused = Fails();
@@ -34,68 +43,86 @@ bool FaultyProvider::CloseHandle(std::uintptr_t handle, Close&& close) {
   return closed && !refused;
 }
 
+bool FaultyProvider::Transformed(std::uint8_t* data, std::uint32_t length, bool done) noexcept {
+  if (done && real_ == nullptr) {
+    for (std::uint8_t& byte : std::span(data, length)) byte = static_cast<std::uint8_t>(~byte);
+  }
+  return done;
+}
+
 bool FaultyProvider::CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer,
                                           const char* szProvider, std::uint32_t dwProvType,
                                           std::uint32_t dwFlags) {
   refusesContexts_ = refusesContexts_ || Fails();
   return !refusesContexts_ &&
-         Opened(real_.CryptAcquireContextA(phProv, szContainer, szProvider, dwProvType, dwFlags));
+         Opened(phProv,
+                real_ == nullptr || real_->CryptAcquireContextA(phProv, szContainer, szProvider,
+                                                                dwProvType, dwFlags));
 }
 
 bool FaultyProvider::CryptReleaseContext(HCRYPTPROV hProv, std::uint32_t dwFlags) {
-  return CloseHandle(
-      hProv, [&](std::uintptr_t handle) { return real_.CryptReleaseContext(handle, dwFlags); });
+  return Close(hProv, [&] { return real_->CryptReleaseContext(hProv, dwFlags); });
 }
 
 bool FaultyProvider::CryptCreateHash(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTKEY hKey,
                                      std::uint32_t dwFlags, HCRYPTHASH* phHash) {
-  return !Fails() && Opened(real_.CryptCreateHash(hProv, Algid, hKey, dwFlags, phHash));
+  return Opened(
+      phHash, Perform([&] { return real_->CryptCreateHash(hProv, Algid, hKey, dwFlags, phHash); }));
 }
 
 bool FaultyProvider::CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData,
                                    std::uint32_t dwDataLen, std::uint32_t dwFlags) {
-  return !Fails() && real_.CryptHashData(hHash, pbData, dwDataLen, dwFlags);
+  return Perform([&] { return real_->CryptHashData(hHash, pbData, dwDataLen, dwFlags); });
 }
 
 bool FaultyProvider::CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam,
                                        std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                                        std::uint32_t dwFlags) {
-  return !Fails() && real_.CryptGetHashParam(hHash, dwParam, pbData, pdwDataLen, dwFlags);
+  const bool done = Perform(
+      [&] { return real_->CryptGetHashParam(hHash, dwParam, pbData, pdwDataLen, dwFlags); });
+  if (done && real_ == nullptr) std::iota(pbData, pbData + *pdwDataLen, std::uint8_t{0x5A});
+  return done;
 }
 
 bool FaultyProvider::CryptDestroyHash(HCRYPTHASH hHash) {
-  return CloseHandle(hHash,
-                     [this](std::uintptr_t handle) { return real_.CryptDestroyHash(handle); });
+  return Close(hHash, [&] { return real_->CryptDestroyHash(hHash); });
 }
 
 bool FaultyProvider::CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                                     std::uint32_t dwFlags, HCRYPTKEY* phKey) {
-  return !Fails() && Opened(real_.CryptDeriveKey(hProv, Algid, hBaseData, dwFlags, phKey));
+  return Opened(phKey, Perform([&] {
+                  return real_->CryptDeriveKey(hProv, Algid, hBaseData, dwFlags, phKey);
+                }));
 }
 
 bool FaultyProvider::CryptDestroyKey(HCRYPTKEY hKey) {
-  return CloseHandle(hKey, [this](std::uintptr_t handle) { return real_.CryptDestroyKey(handle); });
+  return Close(hKey, [&] { return real_->CryptDestroyKey(hKey); });
 }
 
 bool FaultyProvider::CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam,
                                       const std::uint8_t* pbData, std::uint32_t dwFlags) {
-  return !Fails() && real_.CryptSetKeyParam(hKey, dwParam, pbData, dwFlags);
+  return Perform([&] { return real_->CryptSetKeyParam(hKey, dwParam, pbData, dwFlags); });
 }
 
 bool FaultyProvider::CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final,
                                   std::uint32_t dwFlags, std::uint8_t* pbData,
                                   std::uint32_t* pdwDataLen, std::uint32_t dwBufLen) {
-  return !Fails() && real_.CryptEncrypt(hKey, hHash, Final, dwFlags, pbData, pdwDataLen, dwBufLen);
+  const bool done = Perform([&] {
+    return real_->CryptEncrypt(hKey, hHash, Final, dwFlags, pbData, pdwDataLen, dwBufLen);
+  });
+  return Transformed(pbData, *pdwDataLen, done);
 }
 
 bool FaultyProvider::CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final,
                                   std::uint32_t dwFlags, std::uint8_t* pbData,
                                   std::uint32_t* pdwDataLen) {
-  return !Fails() && real_.CryptDecrypt(hKey, hHash, Final, dwFlags, pbData, pdwDataLen);
+  const bool done =
+      Perform([&] { return real_->CryptDecrypt(hKey, hHash, Final, dwFlags, pbData, pdwDataLen); });
+  return Transformed(pbData, *pdwDataLen, done);
 }
 
 bool FaultyProvider::CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) {
-  return !Fails() && real_.CryptGenRandom(hProv, dwLen, pbBuffer);
+  return Perform([&] { return real_->CryptGenRandom(hProv, dwLen, pbBuffer); });
 }
 
 }  // namespace latchkey::test

@@ -7,9 +7,10 @@
 
 namespace latchkey::test {
 
-// Passes each call on to a provider and counts the calls and the open handles. For
-// tests that watch memory or make it fail; ScriptedProvider tells more, and allocates for that.
-// Used by one thread.
+// Passes each call on to a provider and counts the calls and the open handles. Without a provider
+// each call succeeds and keeps nothing of what it is given: every digest is the same, and a cipher
+// inverts each bit. For tests that watch memory or make it fail; ScriptedProvider keeps a journal,
+// and allocates for that. Used by one thread.
 class FaultyProvider : public provider::CryptoProvider {
  public:
   using HCRYPTPROV = provider::HCRYPTPROV;
@@ -19,7 +20,7 @@ class FaultyProvider : public provider::CryptoProvider {
 
   enum class Manner { Refuse, Throw };
 
-  explicit FaultyProvider(CryptoProvider& real = provider::SystemCryptoProvider()) noexcept
+  explicit FaultyProvider(CryptoProvider* real = &provider::SystemCryptoProvider()) noexcept
       : real_(real) {}
 
   // Makes the nth call from now (the first is 1) fail, by false or by a TypeMismatch fault. A
@@ -56,21 +57,28 @@ class FaultyProvider : public provider::CryptoProvider {
   bool CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
                     std::uint8_t* pbData, std::uint32_t* pdwDataLen) override;
   bool CryptGenRandom(HCRYPTPROV hProv, std::uint32_t dwLen, std::uint8_t* pbBuffer) override;
-  [[nodiscard]] std::uint32_t GetLastError() const override { return real_.GetLastError(); }
+  [[nodiscard]] std::uint32_t GetLastError() const override {
+    return real_ == nullptr ? 0 : real_->GetLastError();
+  }
 
  private:
   // True when this call is the one to be refused; throws when it is the one to throw.
   bool Fails();
-  bool Opened(bool done) noexcept;
-  template <class Close>
-  bool CloseHandle(std::uintptr_t handle, Close&& close);
+  // Carries out a call that is not to fail: `call` on the real provider, or plain success.
+  template <class Work>
+  bool Perform(Work&& call);
+  template <class Work>
+  bool Close(std::uintptr_t handle, Work&& call);
+  bool Opened(std::uintptr_t* handle, bool done) noexcept;
+  bool Transformed(std::uint8_t* data, std::uint32_t length, bool done) noexcept;
 
-  CryptoProvider& real_;
+  CryptoProvider* real_;
   int callsToFailure_ = 0;
   Manner manner_ = Manner::Refuse;
   bool refusesContexts_ = false;
   int open_ = 0;
   int closedTwice_ = 0;
+  std::uintptr_t lastPlainHandle_ = 0;
   std::uintptr_t closedByThrowing_ = 0;
 };
 

@@ -30,7 +30,7 @@ class RandomService : public WatchedServiceOnPlainProvider {
   // The operation cleared the record before anything else, and then wrote just this failure.
   void ExpectClearAndThen(const CallJournal::Entries& failure) const {
     ASSERT_FALSE(journal.All().empty());
-    EXPECT_EQ(journal.All().front(), "Clear");
+    EXPECT_EQ(journal.All().front(), Call("Clear"));
     EXPECT_EQ(FailureWritesIn(journal), failure);
   }
 };

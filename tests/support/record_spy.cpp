@@ -1,6 +1,5 @@
 #include "tests/support/record_spy.h"
 
-#include <memory>
 #include <utility>
 
 #include "diagnostics/thread_state.h"
@@ -8,9 +7,25 @@
 namespace latchkey::test {
 namespace {
 
-std::string BooleanText(bool value) { return value ? "True" : "False"; }
+thread_local RecordSpy* spy = nullptr;
 
-Text Widened(const std::string& text) { return {text.begin(), text.end()}; }
+template <class Value>
+Value Shown(Value value) {
+  return value;
+}
+std::string Shown(TextView text) { return Printable(text); }
+
+template <class Value>
+void Write(const char* member, void (clsErrorObject::*property)(Value), Value value) {
+  if (spy != nullptr) spy->Enter({member, Shown(value)});
+  (ErrorRecord().*property)(value);
+}
+
+// The writes that both kinds of failure begin with.
+CallJournal::Entries BeginningWrites(int type, int location, int state) {
+  return {Call("ErrorExists", true), Call("MachineState", state), Call("ErrorType", type),
+          Call("ErrorLocationID", location)};
+}
 
 }  // namespace
 
@@ -25,9 +40,9 @@ void SetValues(clsErrorObject& record, const RecordValues& values) {
   record.ErrorLocationID(values.location);
   record.ErrorType(values.type);
   record.AppErrorNumber(values.appNumber);
-  record.AppErrorDescription(Widened(values.appText));
+  record.AppErrorDescription(Wide(values.appText));
   record.RTErrorNumber(values.rtNumber);
-  record.RTErrorDescription(Widened(values.rtText));
+  record.RTErrorDescription(Wide(values.rtText));
   record.ErrorExists(values.exists);
   record.MachineState(values.state);
 }
@@ -35,26 +50,18 @@ void SetValues(clsErrorObject& record, const RecordValues& values) {
 void PrintTo(const RecordValues& values, std::ostream* out) {
   *out << "{location " << values.location << ", type " << values.type << ", application "
        << values.appNumber << " \"" << values.appText << "\", run-time " << values.rtNumber << " \""
-       << values.rtText << "\", exists " << BooleanText(values.exists) << ", state " << values.state
-       << "}";
+       << values.rtText << "\", exists " << (values.exists ? "True" : "False") << ", state "
+       << values.state << "}";
 }
 
-CallJournal::Entries ApplicationWrites(int location, int number, std::string_view text, int state) {
-  return {"ErrorExists=True",
-          "MachineState=" + std::to_string(state),
-          "ErrorType=2",
-          "ErrorLocationID=" + std::to_string(location),
-          "AppErrorNumber=" + std::to_string(number),
-          "AppErrorDescription=" + std::string(text)};
+CallJournal::Entries ApplicationWrites(int location, int number, std::string text, int state) {
+  return Joined({BeginningWrites(2, location, state),
+                 {Call("AppErrorNumber", number), Call("AppErrorDescription", std::move(text))}});
 }
 
-CallJournal::Entries RunTimeWrites(int location, int number, std::string_view text, int state) {
-  return {"ErrorExists=True",
-          "MachineState=" + std::to_string(state),
-          "ErrorType=1",
-          "ErrorLocationID=" + std::to_string(location),
-          "RTErrorNumber=" + std::to_string(number),
-          "RTErrorDescription=" + std::string(text)};
+CallJournal::Entries RunTimeWrites(int location, int number, std::string text, int state) {
+  return Joined({BeginningWrites(1, location, state),
+                 {Call("RTErrorNumber", number), Call("RTErrorDescription", std::move(text))}});
 }
 
 CallJournal::Entries FailureWritesIn(const CallJournal& journal) {
@@ -63,65 +70,48 @@ CallJournal::Entries FailureWritesIn(const CallJournal& journal) {
                         "RTErrorDescription"});
 }
 
-RecordSpy& InstallRecordSpy(CallJournal& journal) {
-  auto spy = std::make_unique<RecordSpy>(journal);
-  RecordSpy& installed = *spy;
-  ThisThread().errorRecord = std::move(spy);
-  return installed;
+RecordSpy::RecordSpy(CallJournal& journal) : journal_(journal) { spy = this; }
+
+RecordSpy::~RecordSpy() { spy = nullptr; }
+
+void RecordSpy::Enter(const Call& call) {
+  journal_.Add(call);
+  plan_.Take(call.name);
 }
 
-void RecordSpy::Note(std::string_view member, const std::string& value) {
-  const std::string name = (clearing_ ? "Clear." : "") + std::string(member);
-  if (!clearing_ || logClearSteps_) journal_.Add(name + "=" + value);
-  plan_.Take(name);
+SpiedRecord& SpiedErrorRecord() {
+  static_cast<void>(ErrorRecord());
+  static SpiedRecord record;
+  return record;
 }
 
-void RecordSpy::Clear() {
-  journal_.Add("Clear");
-  plan_.Take("Clear");
-  clearing_ = true;
-  clsErrorObject::Clear();
-  clearing_ = false;
+void SpiedRecord::Clear() {
+  if (spy != nullptr) spy->Enter("Clear");
+  ErrorRecord().Clear();
 }
-
-void RecordSpy::ErrorLocationID(std::int16_t vData) {
-  Note("ErrorLocationID", std::to_string(vData));
-  clsErrorObject::ErrorLocationID(vData);
+void SpiedRecord::ErrorLocationID(std::int16_t vData) {
+  Write("ErrorLocationID", &clsErrorObject::ErrorLocationID, vData);
 }
-
-void RecordSpy::ErrorType(std::int32_t vData) {
-  Note("ErrorType", std::to_string(vData));
-  clsErrorObject::ErrorType(vData);
+void SpiedRecord::ErrorType(std::int32_t vData) {
+  Write("ErrorType", &clsErrorObject::ErrorType, vData);
 }
-
-void RecordSpy::AppErrorDescription(TextView vData) {
-  Note("AppErrorDescription", Printable(vData));
-  clsErrorObject::AppErrorDescription(vData);
+void SpiedRecord::AppErrorDescription(TextView vData) {
+  Write("AppErrorDescription", &clsErrorObject::AppErrorDescription, vData);
 }
-
-void RecordSpy::AppErrorNumber(std::int16_t vData) {
-  Note("AppErrorNumber", std::to_string(vData));
-  clsErrorObject::AppErrorNumber(vData);
+void SpiedRecord::AppErrorNumber(std::int16_t vData) {
+  Write("AppErrorNumber", &clsErrorObject::AppErrorNumber, vData);
 }
-
-void RecordSpy::RTErrorNumber(std::int32_t vData) {
-  Note("RTErrorNumber", std::to_string(vData));
-  clsErrorObject::RTErrorNumber(vData);
+void SpiedRecord::RTErrorNumber(std::int32_t vData) {
+  Write("RTErrorNumber", &clsErrorObject::RTErrorNumber, vData);
 }
-
-void RecordSpy::RTErrorDescription(TextView vData) {
-  Note("RTErrorDescription", Printable(vData));
-  clsErrorObject::RTErrorDescription(vData);
+void SpiedRecord::RTErrorDescription(TextView vData) {
+  Write("RTErrorDescription", &clsErrorObject::RTErrorDescription, vData);
 }
-
-void RecordSpy::ErrorExists(bool vData) {
-  Note("ErrorExists", BooleanText(vData));
-  clsErrorObject::ErrorExists(vData);
+void SpiedRecord::ErrorExists(bool vData) {
+  Write("ErrorExists", &clsErrorObject::ErrorExists, vData);
 }
-
-void RecordSpy::MachineState(std::int16_t vData) {
-  Note("MachineState", std::to_string(vData));
-  clsErrorObject::MachineState(vData);
+void SpiedRecord::MachineState(std::int16_t vData) {
+  Write("MachineState", &clsErrorObject::MachineState, vData);
 }
 
 }  // namespace latchkey::test

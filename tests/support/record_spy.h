@@ -1,4 +1,4 @@
-// Watches the thread's error record.
+// The values of an error record, and a watch over the writes into it.
 #pragma once
 
 #include <cstdint>
@@ -30,24 +30,23 @@ struct RecordValues {
 void SetValues(clsErrorObject& record, const RecordValues& values);
 void PrintTo(const RecordValues& values, std::ostream* out);
 
-// What recording a failure writes, as the spy's entries, in the order in which it must happen.
-[[nodiscard]] CallJournal::Entries ApplicationWrites(int location, int number,
-                                                     std::string_view text, int state = 0);
-[[nodiscard]] CallJournal::Entries RunTimeWrites(int location, int number, std::string_view text,
+// The writes that record a failure, in the order in which they must happen.
+[[nodiscard]] CallJournal::Entries ApplicationWrites(int location, int number, std::string text,
+                                                     int state = 0);
+[[nodiscard]] CallJournal::Entries RunTimeWrites(int location, int number, std::string text,
                                                  int state = 0);
 
-// The writes of failures that a spy entered: everything but Clear.
+// The writes of failures in the journal: those of the record but Clear.
 [[nodiscard]] CallJournal::Entries FailureWritesIn(const CallJournal& journal);
 
-// A record that enters each write into a journal as "ErrorLocationID=709", "ErrorExists=True",
-// "AppErrorDescription=Error creating hash", and each Clear as "Clear". Any write can be made to
-// throw. The writes that Clear consists of are named "Clear.ErrorType" and so on; they are entered
-// only when asked for.
-class RecordSpy final : public clsErrorObject {
+// While it lives, enters what the calling thread's operations write into the record, and any Clear,
+// as Call("ErrorLocationID", 709), Call("Clear"). What a test writes itself is not entered.
+class RecordSpy {
  public:
-  explicit RecordSpy(CallJournal& journal) : journal_(journal) {}
-
-  void LogClearSteps(bool log) { logClearSteps_ = log; }
+  explicit RecordSpy(CallJournal& journal);
+  RecordSpy(const RecordSpy&) = delete;
+  RecordSpy& operator=(const RecordSpy&) = delete;
+  ~RecordSpy();
 
   // Makes the nth call from now on (or CallPlan::kEveryCall) throw; it is entered all the same.
   template <class Exception>
@@ -55,35 +54,29 @@ class RecordSpy final : public clsErrorObject {
     plan_.At(call, nth, [exception] { throw exception; });
   }
 
-  using clsErrorObject::AppErrorDescription;
-  using clsErrorObject::AppErrorNumber;
-  using clsErrorObject::ErrorExists;
-  using clsErrorObject::ErrorLocationID;
-  using clsErrorObject::ErrorType;
-  using clsErrorObject::MachineState;
-  using clsErrorObject::RTErrorDescription;
-  using clsErrorObject::RTErrorNumber;
-
-  void Clear() override;
-  void ErrorLocationID(std::int16_t vData) override;
-  void ErrorType(std::int32_t vData) override;
-  void AppErrorDescription(TextView vData) override;
-  void AppErrorNumber(std::int16_t vData) override;
-  void RTErrorNumber(std::int32_t vData) override;
-  void RTErrorDescription(TextView vData) override;
-  void ErrorExists(bool vData) override;
-  void MachineState(std::int16_t vData) override;
+  void Enter(const Call& call);
 
  private:
-  void Note(std::string_view member, const std::string& value);
-
   CallJournal& journal_;
   CallPlan plan_;
-  bool clearing_ = false;
-  bool logClearSteps_ = false;
 };
 
-// Makes a spy the calling thread's record. It ends when the record slot is emptied or replaced.
-RecordSpy& InstallRecordSpy(CallJournal& journal);
+// Takes the record's place in the tests' build of error_trap.cpp (watched_error_trap.cpp): passes
+// each write on to the thread's record after the spy, if any, has entered it.
+class SpiedRecord {
+ public:
+  void Clear();
+  void ErrorLocationID(std::int16_t vData);
+  void ErrorType(std::int32_t vData);
+  void AppErrorDescription(TextView vData);
+  void AppErrorNumber(std::int16_t vData);
+  void RTErrorNumber(std::int32_t vData);
+  void RTErrorDescription(TextView vData);
+  void ErrorExists(bool vData);
+  void MachineState(std::int16_t vData);
+};
+
+// Raises ObjectNotSet, as ErrorRecord does, on a thread without a record.
+SpiedRecord& SpiedErrorRecord();
 
 }  // namespace latchkey::test

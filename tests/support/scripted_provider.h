@@ -4,8 +4,6 @@
 #include <cstdint>
 #include <map>
 #include <optional>
-#include <span>
-#include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -13,16 +11,16 @@
 #include "provider/crypto_provider.h"
 #include "tests/support/call_journal.h"
 #include "tests/support/call_plan.h"
+#include "tests/support/faulty_provider.h"
 
 namespace latchkey::test {
 
-// Passes each call on to a real provider or, without one, answers with plain success: an unfilled
-// digest, data that the cipher leaves as it is. Any single call can be made to fail or throw.
+// Passes each call on to a real provider or, without one, to plain success as FaultyProvider gives
+// it. Any single call can be made to fail or throw.
 //
-// It enters every call into the journal: "CryptHashData(hash1, 616263, 3, 0)", and behind that
-// " = context1" when it made a handle, " failed" or " threw". Handles are its own numbers, given
-// out once: using a handle that is not open, closing one twice, closing a provider before its
-// hashes and keys, or leaving one open at the end fails the test.
+// It enters every call with its arguments into the journal, data of more than 64 bytes as no bytes.
+// Handles are its own numbers, given out once: using a handle that is not open, closing one twice,
+// closing a provider before its hashes and keys, or leaving one open at the end fails the test.
 class ScriptedProvider : public provider::CryptoProvider {
  public:
   using HCRYPTPROV = provider::HCRYPTPROV;
@@ -32,7 +30,7 @@ class ScriptedProvider : public provider::CryptoProvider {
 
   explicit ScriptedProvider(CallJournal& journal,
                             CryptoProvider* real = &provider::SystemCryptoProvider())
-      : journal_(journal), real_(real) {}
+      : journal_(journal), real_(real != nullptr ? *real : plain_) {}
   ~ScriptedProvider() override;
 
   // Makes the nth call from now on (or CallPlan::kEveryCall) of a function fail, throw, or do
@@ -49,13 +47,16 @@ class ScriptedProvider : public provider::CryptoProvider {
   // From now on every call works again.
   void Recover() { plan_.Forget(); }
 
-  // The digest that CryptGetHashParam gives, whatever was hashed.
-  void SetDigest(std::vector<std::uint8_t> digest) { digest_ = std::move(digest); }
-  // The bytes that CryptGenRandom writes, from the first again when they are used up.
-  void SetRandomBytes(std::vector<std::uint8_t> bytes) { randomBytes_ = std::move(bytes); }
+  // From now on data is entered as no bytes: the journal would be a copy of it.
+  void LeaveDataOut() { longestData_ = 0; }
 
-  // The names of the handles that are open, contexts first.
-  [[nodiscard]] std::vector<std::string> OpenHandles() const;
+  // The digest that CryptGetHashParam gives, whatever was hashed.
+  void SetDigest(Bytes digest) { digest_ = std::move(digest); }
+  // The bytes that CryptGenRandom writes, from the first again when they are used up.
+  void SetRandomBytes(Bytes bytes) { randomBytes_ = std::move(bytes); }
+
+  // The handles that are open, contexts first.
+  [[nodiscard]] std::vector<HandleName> OpenHandles() const;
 
   bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer, const char* szProvider,
                             std::uint32_t dwProvType, std::uint32_t dwFlags) override;
@@ -81,42 +82,39 @@ class ScriptedProvider : public provider::CryptoProvider {
   [[nodiscard]] std::uint32_t GetLastError() const override { return lastError_; }
 
  private:
-  enum class Kind { Context, Hash, Key };
+  using Kind = HandleName::Kind;
 
   struct Handle {
-    Kind kind = Kind::Context;
-    std::string name;
+    HandleName name;
     std::uintptr_t real = 0;
   };
 
-  using Arguments = std::vector<std::string>;
-
-  // Carries out a call: what is planned for it, or `work`, and enters how it ended.
+  // Carries out a call: what is planned for it, or `work` on the real provider, and enters it.
   template <class Work>
-  bool Perform(const char* call, const Arguments& arguments, Work&& work);
+  bool Perform(const Call& call, Work&& work);
   // The same for a call that closes `handle`, which is closed whatever is planned; `work` closes
-  // the real one. `arguments` are those behind the handle.
+  // the real one.
   template <class Work>
-  bool PerformClose(const char* call, Kind kind, std::uintptr_t handle, Arguments arguments,
-                    Work&& work);
+  bool PerformClose(const Call& call, Kind kind, std::uintptr_t handle, Work&& work);
   // The same for a call that makes a handle; `work` sets the real one.
   template <class Work>
-  bool PerformOpen(const char* call, Kind kind, const Arguments& arguments, std::uintptr_t* handle,
-                   Work&& work);
+  bool PerformOpen(const Call& call, Kind kind, std::uintptr_t* handle, Work&& work);
 
-  [[nodiscard]] std::string NameOf(std::uintptr_t handle) const;
+  [[nodiscard]] Bytes Data(const std::uint8_t* data, std::uint32_t length) const;
+  [[nodiscard]] HandleName NameOf(std::uintptr_t handle) const;
   [[nodiscard]] std::uintptr_t RealOf(std::uintptr_t handle, Kind kind) const;
-  bool PassOn(bool result);
 
   CallJournal& journal_;
-  CryptoProvider* real_;
+  FaultyProvider plain_{nullptr};
+  CryptoProvider& real_;
   CallPlan plan_;
   std::map<std::uintptr_t, Handle> open_;
   std::map<std::uintptr_t, Handle> closedByThrowing_;
   std::map<Kind, int> made_;
-  std::optional<std::vector<std::uint8_t>> digest_;
-  std::optional<std::vector<std::uint8_t>> randomBytes_;
+  std::optional<Bytes> digest_;
+  std::optional<Bytes> randomBytes_;
   std::uint32_t lastError_ = 0;
+  std::uint32_t longestData_ = 64;
 };
 
 }  // namespace latchkey::test

@@ -18,13 +18,16 @@ inline constexpr const char* kAcquire = "CryptAcquireContextA";
 // raised from it.
 class SweptService : public WatchedService {
  protected:
+  // Freed memory is searched for the data.
+  SweptService() { provider.LeaveDataOut(); }
+
   enum class Manner { Refused, Faulted };
 
   // The names of the calls in the journal, in their order.
   [[nodiscard]] std::vector<std::string> CallsMade() const {
     std::vector<std::string> calls;
-    for (const std::string& entry : journal.All()) {
-      if (entry.starts_with("Crypt")) calls.push_back(entry.substr(0, entry.find('(')));
+    for (const Call& call : journal.All()) {
+      if (call.name.starts_with("Crypt")) calls.push_back(call.name);
     }
     EXPECT_FALSE(calls.empty());
     return calls;

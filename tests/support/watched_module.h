@@ -28,7 +28,8 @@ class WatchedModule : public testing::Test {
   CallJournal journal;
   FakeProbe probe;
   clsMain main;
-  RecordSpy& record = InstallRecordSpy(journal);
+  RecordSpy spy{journal};
+  clsErrorObject& record = ErrorRecord();
 };
 
 }  // namespace latchkey::test

@@ -7,6 +7,7 @@
 #include "crypto/crypto_state.h"
 #include "latchkey/cls_crypto_api.h"
 #include "tests/support/bytes.h"
+#include "tests/support/provider_calls.h"
 #include "tests/support/scripted_provider.h"
 #include "tests/support/watched_module.h"
 

@@ -13,10 +13,9 @@
 #include "latchkey/cls_crypto_api.h"
 #include "latchkey/cls_main.h"
 #include "tests/support/bytes.h"
-#include "tests/support/failing_memory.h"
 #include "tests/support/faulty_provider.h"
 #include "tests/support/module_scope.h"
-#include "tests/system/secrets/plain_provider.h"
+#include "tests/support/sweep.h"
 
 namespace latchkey::test {
 
@@ -120,31 +119,24 @@ class SearchedService : public testing::Test {
   void SearchAfterEveryEnding(const Secret& input, Operation&& operation, Right&& right) {
     Attempt(input, operation, right, "well");
     for (const auto manner : {FaultyProvider::Manner::Refuse, FaultyProvider::Manner::Throw}) {
-      int nth = 0;
-      do {
-        provider.FailCall(++nth, manner);
-        SCOPED_TRACE("provider call " + std::to_string(nth));
+      FailEachInTurn([&](int nth) {
+        provider.FailCall(nth, manner);
         Attempt(input, operation, right, nullptr);
-        ASSERT_LT(nth, 100);
-      } while (!provider.FailurePending());
-      provider.FailCall(0, manner);
+        const bool failed = !provider.FailurePending();
+        provider.FailCall(0, manner);
+        return failed;
+      });
     }
-    int nth = 0;
-    bool pending = false;
-    do {
-      SCOPED_TRACE("allocation " + std::to_string(++nth));
-      Attempt(
-          input,
-          [&](clsCryptoAPI& object) {
-            FailAllocation(nth);
-            const bool done = operation(object);
-            pending = AllocationFailurePending();
-            FailAllocation(0);
-            return done;
-          },
-          right, nullptr);
-      ASSERT_LT(nth, 100);
-    } while (!pending);
+    FailEachInTurn([&](int nth) {
+      bool failed = false;
+      const auto failing = [&](clsCryptoAPI& object) {
+        bool done = false;
+        failed = RunFailing(nth, [&] { done = operation(object); });
+        return done;
+      };
+      Attempt(input, failing, right, nullptr);
+      return failed;
+    });
   }
 
   template <class Operation, class Right>
@@ -164,8 +156,7 @@ class SearchedService : public testing::Test {
   ModuleScope scope;
 #ifdef _WIN32
   // Data that Windows' own provider leaves in memory is not the component's.
-  PlainProvider plain;
-  GivingProvider provider{plain};
+  GivingProvider provider{nullptr};
 #else
   GivingProvider provider;
 #endif

@@ -1,4 +1,5 @@
 // The component as the classes of the library.
+#include <utility>
 #include <vector>
 
 #include "latchkey/cls_crypto_api.h"
