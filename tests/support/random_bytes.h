@@ -16,7 +16,9 @@ class RandomSource {
   explicit RandomSource(std::uint32_t number) : engine_(ProcessSeed() + number) {}
 
   // 0 to `limit` - 1.
-  [[nodiscard]] std::size_t Below(std::size_t limit) { return static_cast<std::size_t>(engine_() % limit); }
+  [[nodiscard]] std::size_t Below(std::size_t limit) {
+    return static_cast<std::size_t>(engine_() % limit);
+  }
 
   [[nodiscard]] Bytes Some(std::size_t size) {
     Bytes bytes(size);
