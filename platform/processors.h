@@ -3,10 +3,10 @@
 
 #include <cstddef>
 
-namespace latchkey::cli {
+namespace latchkey::platform {
 
 // Their number, at least 1, with the limits of a shell or the system (taskset, an affinity mask).
 // The standard library counts those of the machine.
 [[nodiscard]] std::size_t UsableProcessors() noexcept;
 
-}  // namespace latchkey::cli
+}  // namespace latchkey::platform

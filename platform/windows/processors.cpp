@@ -1,11 +1,11 @@
-#include "cli/platform/processors.h"
+#include "platform/processors.h"
 
 #include <windows.h>
 
 #include <algorithm>
 #include <bit>
 
-namespace latchkey::cli {
+namespace latchkey::platform {
 
 std::size_t UsableProcessors() noexcept {
   DWORD_PTR own = 0;
@@ -14,4 +14,4 @@ std::size_t UsableProcessors() noexcept {
   return static_cast<std::size_t>(std::max(std::popcount(own), 1));
 }
 
-}  // namespace latchkey::cli
+}  // namespace latchkey::platform

@@ -1,10 +1,10 @@
-#include "cli/platform/processors.h"
+#include "platform/processors.h"
 
 #include <sched.h>
 
 #include <algorithm>
 
-namespace latchkey::cli {
+namespace latchkey::platform {
 
 // The call fails on a machine with more processors than the set can hold, which counts as one.
 std::size_t UsableProcessors() noexcept {
@@ -14,4 +14,4 @@ std::size_t UsableProcessors() noexcept {
   return static_cast<std::size_t>(std::max(CPU_COUNT(&set), 1));
 }
 
-}  // namespace latchkey::cli
+}  // namespace latchkey::platform
