@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-namespace latchkey::cli {
+namespace latchkey {
 
 // The base-2 logarithm of the ratio of two probabilities of the data: as meaningful data, and as
 // the random bytes that a wrong key gives. 10 means about a thousand times. Meaningful data is
@@ -14,4 +14,4 @@ namespace latchkey::cli {
 // for no data; never below -2.
 [[nodiscard]] double TextEvidence(std::span<const std::uint8_t> data);
 
-}  // namespace latchkey::cli
+}  // namespace latchkey

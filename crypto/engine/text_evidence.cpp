@@ -1,11 +1,11 @@
-#include "cli/text_evidence.h"
+#include "crypto/engine/text_evidence.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <string_view>
 
-namespace latchkey::cli {
+namespace latchkey {
 namespace {
 
 using Weights = std::array<double, 256>;
@@ -81,4 +81,4 @@ double TextEvidence(std::span<const std::uint8_t> data) {
   return largest + std::log2(sum);
 }
 
-}  // namespace latchkey::cli
+}  // namespace latchkey
