@@ -30,27 +30,33 @@ class Hasher {
   }
 
   Outcome Add(InputBytes data) {
-    if (!Begin()) return LATCHKEY_PROVIDER_REFUSED;
+    std::optional<MessageDigest> message = TakeMessage();
+    if (!message) return LATCHKEY_PROVIDER_REFUSED;
     while (!data.empty()) {
       const auto part = data.first(std::min(data.size(), kLargestCall));
-      if (!message_->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
+      if (!message->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
       data = data.subspan(part.size());
     }
+    message_ = std::move(message);
     return LATCHKEY_OK;
   }
 
   // With too little room the message stays as it is.
   Outcome Finish(Output& output) {
-    WipedBytes digest(static_cast<std::size_t>(algorithm_.length));
-    if (output.Room().size() < digest.size()) return output.TooSmall(digest.size());
-    const bool done = Begin() && message_->Read(digest);
-    message_.reset();
-    return done ? output.Deliver(digest) : LATCHKEY_PROVIDER_REFUSED;
+    const auto length = static_cast<std::size_t>(algorithm_.length);
+    if (output.Room().size() < length) return output.TooSmall(length);
+    std::optional<MessageDigest> message = TakeMessage();
+    WipedBytes digest(length);
+    return message && message->Read(digest) ? output.Deliver(digest) : LATCHKEY_PROVIDER_REFUSED;
   }
 
  private:
-  bool Begin() {
-    return message_ || message_.emplace().Begin(context_, algorithm_.id);
+  // The message, or a new one; nothing if the provider refuses. It is put back after a success, so
+  // that a failure drops it.
+  std::optional<MessageDigest> TakeMessage() {
+    std::optional<MessageDigest> message = std::exchange(message_, std::nullopt);
+    if (!message && !message.emplace().Begin(context_, algorithm_.id)) message.reset();
+    return message;
   }
 
   HashAlgorithm algorithm_;
