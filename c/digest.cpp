@@ -88,7 +88,7 @@ int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length,
   const Memory message(input, input_length);
   Output output(digest, digest_length);
   return Call(failure, kCreateHash, [&]() -> Outcome {
-    if (!output.Prepare({message})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({message})) return LATCHKEY_BAD_ARGUMENT;
     return Digest(hash, message.Bytes(), output);
   });
 }
@@ -118,7 +118,7 @@ int32_t latchkey_hash_finish(latchkey_hash* object, uint8_t* digest, size_t* dig
                              latchkey_failure* failure) {
   Output output(digest, digest_length);
   return Call(failure, kCreateHash, [&]() -> Outcome {
-    if (!output.Prepare({})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({})) return LATCHKEY_BAD_ARGUMENT;
     if (!IsA(latchkey_mark::Hash, object)) return LATCHKEY_BAD_OBJECT;
     return object->hasher.Finish(output);
   });

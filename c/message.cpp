@@ -39,7 +39,7 @@ Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes i
 std::int32_t Run(const latchkey_key* key, CipherDirection direction, const Memory& input,
                  Output output, latchkey_failure* failure) noexcept {
   return Call(failure, SitesOf(direction).trap, [&]() -> Outcome {
-    if (!output.Prepare({input})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({input})) return LATCHKEY_BAD_ARGUMENT;
     if (!IsA(latchkey_mark::Key, key)) return LATCHKEY_BAD_OBJECT;
     return Transform(key->derived, direction, input.Bytes(), output);
   });

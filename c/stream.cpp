@@ -85,18 +85,18 @@ int32_t latchkey_stream_update(latchkey_stream* stream, const uint8_t* input, si
                                uint8_t* output, size_t* output_length, latchkey_failure* failure) {
   const Memory piece(input, input_length);
   Output result(output, output_length);
-  const bool prepared = result.Prepare({piece});
+  const bool isGood = result.IsGood({piece});
   return OnMessage(stream, failure, [&](latchkey::MessageStream& message) {
-    return prepared ? Update(message, piece.Bytes(), result) : Outcome(LATCHKEY_BAD_ARGUMENT);
+    return isGood ? Update(message, piece.Bytes(), result) : Outcome(LATCHKEY_BAD_ARGUMENT);
   });
 }
 
 int32_t latchkey_stream_finish(latchkey_stream* stream, uint8_t* output, size_t* output_length,
                                latchkey_failure* failure) {
   Output result(output, output_length);
-  const bool prepared = result.Prepare({});
+  const bool isGood = result.IsGood({});
   return OnMessage(stream, failure, [&](latchkey::MessageStream& message) {
-    return prepared ? Finish(message, result) : Outcome(LATCHKEY_BAD_ARGUMENT);
+    return isGood ? Finish(message, result) : Outcome(LATCHKEY_BAD_ARGUMENT);
   });
 }
 
