@@ -40,7 +40,7 @@ bool IsRoomGood(const latchkey_candidate* candidates, std::size_t count, const M
   if (count > PTRDIFF_MAX / sizeof *candidates) return false;
   const Memory room(candidates, count * sizeof *candidates);
   return room.IsGood() && !room.Overlaps(password) &&
-         std::ranges::none_of(MemoryOf(samples),
+         std::ranges::none_of(InputsOf(samples),
                               [&](const Memory& in) { return room.Overlaps(in); });
 }
 

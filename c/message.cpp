@@ -11,9 +11,10 @@ namespace {
 // Works in `buffer`, which begins with the message. On failure it becomes zeros.
 Outcome TransformIn(std::span<std::uint8_t> buffer, const DerivedKey& key,
                     CipherDirection direction, std::uint32_t& length) {
-  if (key.Transform(direction, buffer, length)) return LATCHKEY_OK;
-  SecureWipe(buffer.data(), buffer.size());
-  return SitesOf(direction).cipher;
+  WipeUnlessKept result(buffer);
+  if (!key.Transform(direction, buffer, length)) return SitesOf(direction).cipher;
+  result.Keep();
+  return LATCHKEY_OK;
 }
 
 Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes input,

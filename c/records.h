@@ -13,6 +13,6 @@ namespace latchkey::c {
 [[nodiscard]] bool ReadRecords(const latchkey_records* given, Records& records) noexcept;
 
 // The offsets and the data of records with a good offset size and less than SIZE_MAX records.
-[[nodiscard]] std::array<Memory, 2> MemoryOf(const latchkey_records& records) noexcept;
+[[nodiscard]] std::array<Memory, 2> InputsOf(const latchkey_records& records) noexcept;
 
 }  // namespace latchkey::c

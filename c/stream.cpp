@@ -31,6 +31,7 @@ std::optional<CipherDirection> DirectionOf(std::int32_t direction) noexcept {
 }
 
 Outcome Update(MessageStream& message, InputBytes piece, Output& output) {
+  if (!message.IsGood()) return SitesOf(message.Direction()).cipher;
   const std::size_t ready = message.ReadyLength(piece.size());
   if (ready > output.Room().size()) return output.TooSmall(ready);
   if (!message.Update(piece, output.Room().first(ready))) {
@@ -41,6 +42,7 @@ Outcome Update(MessageStream& message, InputBytes piece, Output& output) {
 
 // The rest is at most a block, and with less room than that nothing is done.
 Outcome Finish(MessageStream& message, Output& output) {
+  if (!message.IsGood()) return SitesOf(message.Direction()).cipher;
   if (output.Room().size() < MessageStream::kMostAdded) {
     return output.TooSmall(MessageStream::kMostAdded);
   }
