@@ -25,8 +25,7 @@ class Hasher {
     algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
     if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
     context_ = OpenProvider(false);
-    return context_ ? Outcome(LATCHKEY_OK)
-                    : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
+    return context_ ? Outcome(LATCHKEY_OK) : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
   }
 
   Outcome Add(InputBytes data) {
@@ -49,9 +48,7 @@ class Hasher {
   }
 
  private:
-  bool Begin() {
-    return message_ || message_.emplace().Begin(context_, algorithm_.id);
-  }
+  bool Begin() { return message_ || message_.emplace().Begin(context_, algorithm_.id); }
 
   HashAlgorithm algorithm_;
   UniqueContext context_;
@@ -74,7 +71,8 @@ struct latchkey_hash {
   latchkey::c::Hasher hasher;
 };
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
+                              // of
 using latchkey::trap::kCreateHash;
 
 int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length, uint8_t* digest,

@@ -101,9 +101,8 @@ bool FaultyProvider::CryptDestroyKey(HCRYPTKEY hKey) {
 
 bool FaultyProvider::CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved,
                                        std::uint32_t dwFlags, HCRYPTKEY* phKey) {
-  return Opened(phKey, Perform([&] {
-                  return real_->CryptDuplicateKey(hKey, pdwReserved, dwFlags, phKey);
-                }));
+  return Opened(
+      phKey, Perform([&] { return real_->CryptDuplicateKey(hKey, pdwReserved, dwFlags, phKey); }));
 }
 
 bool FaultyProvider::CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam,
