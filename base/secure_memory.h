@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <type_traits>
 #include <vector>
 
@@ -63,6 +64,20 @@ class WipeAtExit {
 
  private:
   Value& value_;
+};
+
+// Wipes bytes when the scope ends, also by an exception, unless Keep was called.
+class WipeUnlessKept {
+ public:
+  explicit WipeUnlessKept(std::span<std::uint8_t> bytes) noexcept : bytes_(bytes) {}
+  WipeUnlessKept(const WipeUnlessKept&) = delete;
+  WipeUnlessKept& operator=(const WipeUnlessKept&) = delete;
+  ~WipeUnlessKept() { SecureWipe(bytes_.data(), bytes_.size()); }
+
+  void Keep() noexcept { bytes_ = {}; }
+
+ private:
+  std::span<std::uint8_t> bytes_;
 };
 
 }  // namespace latchkey

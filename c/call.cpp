@@ -74,12 +74,9 @@ bool Memory::Overlaps(const Memory& other) const noexcept {
   return first < second ? second - first < length_ : first - second < other.length_;
 }
 
-bool Output::Prepare(std::initializer_list<Memory> inputs) noexcept {
-  if (length_ == nullptr) return false;
-  room_ = *length_;
-  *length_ = 0;
+bool Output::IsGood(std::initializer_list<Memory> inputs) const noexcept {
   const Memory buffer(data_, room_);
-  return buffer.IsGood() && std::ranges::all_of(inputs, [&](const Memory& input) {
+  return length_ != nullptr && buffer.IsGood() && std::ranges::all_of(inputs, [&](const Memory& input) {
            return input.IsGood() && !buffer.Overlaps(input);
          });
 }

@@ -63,15 +63,16 @@ class Memory {
   std::size_t length_;
 };
 
-// A caller's buffer and its length. Call Prepare first.
+// A caller's buffer and its length. Taking the room from the length makes that 0.
 class Output {
  public:
   Output(void* data, std::size_t* length) noexcept
-      : data_(static_cast<std::uint8_t*>(data)), length_(length) {}
+      : data_(static_cast<std::uint8_t*>(data)),
+        length_(length),
+        room_(length == nullptr ? 0 : std::exchange(*length, 0)) {}
 
-  // Takes the room from the length, which becomes 0. False for a missing pointer, a bad input, or
-  // one that overlaps the buffer.
-  [[nodiscard]] bool Prepare(std::initializer_list<Memory> inputs) noexcept;
+  // False for a missing pointer, a bad input, or one that overlaps the buffer. Call it first.
+  [[nodiscard]] bool IsGood(std::initializer_list<Memory> inputs) const noexcept;
 
   [[nodiscard]] std::span<std::uint8_t> Room() const noexcept { return {data_, room_}; }
 
@@ -85,7 +86,7 @@ class Output {
  private:
   std::uint8_t* data_;
   std::size_t* length_;
-  std::size_t room_ = 0;
+  std::size_t room_;
 };
 
 }  // namespace latchkey::c

@@ -25,30 +25,39 @@ class Hasher {
     algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
     if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
     context_ = OpenProvider(false);
-    return context_ ? Outcome(LATCHKEY_OK) : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
+    return context_ ? Outcome(LATCHKEY_OK)
+                    : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
   }
 
   Outcome Add(InputBytes data) {
-    if (!Begin()) return LATCHKEY_PROVIDER_REFUSED;
+    std::optional<MessageDigest> message = TakeMessage();
+    if (!message) return LATCHKEY_PROVIDER_REFUSED;
     while (!data.empty()) {
       const auto part = data.first(std::min(data.size(), kLargestCall));
-      if (!message_->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
+      if (!message->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
       data = data.subspan(part.size());
     }
+    message_ = std::move(message);
     return LATCHKEY_OK;
   }
 
   // With too little room the message stays as it is.
   Outcome Finish(Output& output) {
-    WipedBytes digest(static_cast<std::size_t>(algorithm_.length));
-    if (output.Room().size() < digest.size()) return output.TooSmall(digest.size());
-    const bool done = Begin() && message_->Read(digest);
-    message_.reset();
-    return done ? output.Deliver(digest) : LATCHKEY_PROVIDER_REFUSED;
+    const auto length = static_cast<std::size_t>(algorithm_.length);
+    if (output.Room().size() < length) return output.TooSmall(length);
+    std::optional<MessageDigest> message = TakeMessage();
+    WipedBytes digest(length);
+    return message && message->Read(digest) ? output.Deliver(digest) : LATCHKEY_PROVIDER_REFUSED;
   }
 
  private:
-  bool Begin() { return message_ || message_.emplace().Begin(context_, algorithm_.id); }
+  // The message, or a new one; nothing if the provider refuses. It is put back after a success, so
+  // that a failure drops it.
+  std::optional<MessageDigest> TakeMessage() {
+    std::optional<MessageDigest> message = std::exchange(message_, std::nullopt);
+    if (!message && !message.emplace().Begin(context_, algorithm_.id)) message.reset();
+    return message;
+  }
 
   HashAlgorithm algorithm_;
   UniqueContext context_;
@@ -71,8 +80,7 @@ struct latchkey_hash {
   latchkey::c::Hasher hasher;
 };
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
 using latchkey::trap::kCreateHash;
 
 int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length, uint8_t* digest,
@@ -80,7 +88,7 @@ int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length,
   const Memory message(input, input_length);
   Output output(digest, digest_length);
   return Call(failure, kCreateHash, [&]() -> Outcome {
-    if (!output.Prepare({message})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({message})) return LATCHKEY_BAD_ARGUMENT;
     return Digest(hash, message.Bytes(), output);
   });
 }
@@ -110,7 +118,7 @@ int32_t latchkey_hash_finish(latchkey_hash* object, uint8_t* digest, size_t* dig
                              latchkey_failure* failure) {
   Output output(digest, digest_length);
   return Call(failure, kCreateHash, [&]() -> Outcome {
-    if (!output.Prepare({})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({})) return LATCHKEY_BAD_ARGUMENT;
     if (!IsA(latchkey_mark::Hash, object)) return LATCHKEY_BAD_OBJECT;
     return object->hasher.Finish(output);
   });

@@ -43,7 +43,7 @@ int32_t latchkey_hex_encode(const uint8_t* input, size_t input_length, char* tex
   const Memory bytes(input, input_length);
   Output output(text, text_length);
   return Call(failure, latchkey::trap::kConvertStringToHex, [&]() -> Outcome {
-    if (!output.Prepare({bytes})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({bytes})) return LATCHKEY_BAD_ARGUMENT;
     return Encode(bytes.Bytes(), output);
   });
 }
@@ -53,7 +53,7 @@ int32_t latchkey_hex_decode(const char* text, size_t text_length, uint8_t* outpu
   const Memory digits(text, text_length);
   Output bytes(output, output_length);
   return Call(failure, latchkey::trap::kConvertStringFromHex, [&]() -> Outcome {
-    if (!bytes.Prepare({digits})) return LATCHKEY_BAD_ARGUMENT;
+    if (!bytes.IsGood({digits})) return LATCHKEY_BAD_ARGUMENT;
     return Decode(digits.Bytes(), bytes);
   });
 }

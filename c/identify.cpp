@@ -1,5 +1,6 @@
 // The C interface: the settings that ciphertexts were made with.
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "c/call.h"
@@ -34,6 +35,15 @@ std::vector<CiphertextSample> SamplesOf(const Records& records) {
   return samples;
 }
 
+bool IsRoomGood(const latchkey_candidate* candidates, std::size_t count, const Memory& password,
+                const latchkey_records& samples) noexcept {
+  if (count > PTRDIFF_MAX / sizeof *candidates) return false;
+  const Memory room(candidates, count * sizeof *candidates);
+  return room.IsGood() && !room.Overlaps(password) &&
+         std::ranges::none_of(InputsOf(samples),
+                              [&](const Memory& in) { return room.Overlaps(in); });
+}
+
 }  // namespace
 }  // namespace latchkey::c
 
@@ -44,13 +54,12 @@ int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* passwo
                           size_t password_length, size_t candidate_size,
                           latchkey_candidate* candidates, size_t* candidate_count,
                           latchkey_failure* failure) {
+  const std::size_t room = candidate_count == nullptr ? 0 : std::exchange(*candidate_count, 0);
   return Call(failure, latchkey::trap::kDecryptData, [&]() -> Outcome {
-    if (candidate_count == nullptr) return LATCHKEY_BAD_ARGUMENT;
-    const std::size_t room = std::exchange(*candidate_count, 0);
     const Memory given(password, password_length);
     latchkey::Records records;
-    if (candidate_size != sizeof *candidates || (candidates == nullptr && room > 0) ||
-        !given.IsGood() || !ReadRecords(samples, records)) {
+    if (candidate_count == nullptr || candidate_size != sizeof *candidates || !given.IsGood() ||
+        !ReadRecords(samples, records) || !IsRoomGood(candidates, room, given, *samples)) {
       return LATCHKEY_BAD_ARGUMENT;
     }
     const auto found = latchkey::FindCandidates(SamplesOf(records), given.Bytes()).fitting;

@@ -11,9 +11,10 @@ namespace {
 // Works in `buffer`, which begins with the message. On failure it becomes zeros.
 Outcome TransformIn(std::span<std::uint8_t> buffer, const DerivedKey& key,
                     CipherDirection direction, std::uint32_t& length) {
-  if (key.Transform(direction, buffer, length)) return LATCHKEY_OK;
-  SecureWipe(buffer.data(), buffer.size());
-  return SitesOf(direction).cipher;
+  WipeUnlessKept result(buffer);
+  if (!key.Transform(direction, buffer, length)) return SitesOf(direction).cipher;
+  result.Keep();
+  return LATCHKEY_OK;
 }
 
 Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes input,
@@ -39,7 +40,7 @@ Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes i
 std::int32_t Run(const latchkey_key* key, CipherDirection direction, const Memory& input,
                  Output output, latchkey_failure* failure) noexcept {
   return Call(failure, SitesOf(direction).trap, [&]() -> Outcome {
-    if (!output.Prepare({input})) return LATCHKEY_BAD_ARGUMENT;
+    if (!output.IsGood({input})) return LATCHKEY_BAD_ARGUMENT;
     if (!IsA(latchkey_mark::Key, key)) return LATCHKEY_BAD_OBJECT;
     return Transform(key->derived, direction, input.Bytes(), output);
   });

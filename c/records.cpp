@@ -51,8 +51,7 @@ ResultMemory MemoryOf(const latchkey_results& results, std::size_t count) noexce
 bool AreGood(const latchkey_records& records, const latchkey_results& results) noexcept {
   if (results.size != sizeof results || !IsOffsetSize(results.offset_size)) return false;
   const ResultMemory out = MemoryOf(results, records.count);
-  const std::array inputs{NumbersAt(records.offsets, records.count + 1, records.offset_size),
-                          Memory(records.data, records.data_length)};
+  const auto inputs = InputsOf(records);
   const auto overlapsInput = [&](const Memory& output) {
     return std::ranges::any_of(inputs, [&](const Memory& in) { return output.Overlaps(in); });
   };
@@ -126,10 +125,14 @@ std::int32_t Run(const latchkey_key* key, CipherDirection direction, const latch
 
 }  // namespace
 
+std::array<Memory, 2> InputsOf(const latchkey_records& records) noexcept {
+  return {NumbersAt(records.offsets, records.count + 1, records.offset_size),
+          Memory(records.data, records.data_length)};
+}
+
 bool ReadRecords(const latchkey_records* given, Records& records) noexcept {
   if (given == nullptr || given->size != sizeof *given || !IsOffsetSize(given->offset_size) ||
-      given->count == SIZE_MAX || !Memory(given->data, given->data_length).IsGood() ||
-      !NumbersAt(given->offsets, given->count + 1, given->offset_size).IsGood()) {
+      given->count == SIZE_MAX || !std::ranges::all_of(InputsOf(*given), &Memory::IsGood)) {
     return false;
   }
   records = {given->count,

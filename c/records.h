@@ -1,6 +1,9 @@
 // Records as callers of the C interface pass them.
 #pragma once
 
+#include <array>
+
+#include "c/call.h"
 #include "crypto/engine/record_batch.h"
 #include "latchkey.h"
 
@@ -8,5 +11,8 @@ namespace latchkey::c {
 
 // False for a wrong struct, missing memory, and offsets that descend or leave the data.
 [[nodiscard]] bool ReadRecords(const latchkey_records* given, Records& records) noexcept;
+
+// The offsets and the data of records with a good offset size and less than SIZE_MAX records.
+[[nodiscard]] std::array<Memory, 2> InputsOf(const latchkey_records& records) noexcept;
 
 }  // namespace latchkey::c

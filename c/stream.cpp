@@ -31,6 +31,7 @@ std::optional<CipherDirection> DirectionOf(std::int32_t direction) noexcept {
 }
 
 Outcome Update(MessageStream& message, InputBytes piece, Output& output) {
+  if (!message.IsGood()) return SitesOf(message.Direction()).cipher;
   const std::size_t ready = message.ReadyLength(piece.size());
   if (ready > output.Room().size()) return output.TooSmall(ready);
   if (!message.Update(piece, output.Room().first(ready))) {
@@ -41,6 +42,7 @@ Outcome Update(MessageStream& message, InputBytes piece, Output& output) {
 
 // The rest is at most a block, and with less room than that nothing is done.
 Outcome Finish(MessageStream& message, Output& output) {
+  if (!message.IsGood()) return SitesOf(message.Direction()).cipher;
   if (output.Room().size() < MessageStream::kMostAdded) {
     return output.TooSmall(MessageStream::kMostAdded);
   }
@@ -86,18 +88,18 @@ int32_t latchkey_stream_update(latchkey_stream* stream, const uint8_t* input, si
                                uint8_t* output, size_t* output_length, latchkey_failure* failure) {
   const Memory piece(input, input_length);
   Output result(output, output_length);
-  const bool prepared = result.Prepare({piece});
+  const bool isGood = result.IsGood({piece});
   return OnMessage(stream, failure, [&](latchkey::MessageStream& message) {
-    return prepared ? Update(message, piece.Bytes(), result) : Outcome(LATCHKEY_BAD_ARGUMENT);
+    return isGood ? Update(message, piece.Bytes(), result) : Outcome(LATCHKEY_BAD_ARGUMENT);
   });
 }
 
 int32_t latchkey_stream_finish(latchkey_stream* stream, uint8_t* output, size_t* output_length,
                                latchkey_failure* failure) {
   Output result(output, output_length);
-  const bool prepared = result.Prepare({});
+  const bool isGood = result.IsGood({});
   return OnMessage(stream, failure, [&](latchkey::MessageStream& message) {
-    return prepared ? Finish(message, result) : Outcome(LATCHKEY_BAD_ARGUMENT);
+    return isGood ? Finish(message, result) : Outcome(LATCHKEY_BAD_ARGUMENT);
   });
 }
 

@@ -265,7 +265,8 @@ LATCHKEY_C_API int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_
                                        uint8_t* digest, size_t* digest_length,
                                        latchkey_failure* failure);
 
-/* The same of a message in pieces. After _finish the next update begins a new message. Fail as
+/* The same of a message in pieces. After _finish, and after a failure other than
+ * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. Fail as
  * latchkey_digest does. */
 typedef struct latchkey_hash latchkey_hash;
 

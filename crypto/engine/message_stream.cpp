@@ -1,6 +1,7 @@
 #include "crypto/engine/message_stream.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace latchkey {
 namespace {
@@ -32,7 +33,8 @@ std::size_t MessageStream::ReadyLength(std::size_t pieceLength) const noexcept {
 }
 
 bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::uint8_t> result) {
-  if (!isGood_) return false;
+  WipeUnlessKept wipe(result);
+  if (!std::exchange(isGood_, false)) return false;
   const std::size_t total = heldLength_ + piece.size();
   const std::size_t fromHeld = std::min(heldLength_, result.size());
   const std::size_t fromPiece = result.size() - fromHeld;
@@ -43,7 +45,7 @@ bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::u
             held_.begin() + (heldLength_ - fromHeld));
   heldLength_ = total - result.size();
   isGood_ = Transform(result);
-  if (!isGood_) SecureWipe(result.data(), result.size());
+  if (isGood_) wipe.Keep();
   return isGood_;
 }
 
@@ -58,11 +60,12 @@ bool MessageStream::Transform(std::span<std::uint8_t> data) {
 }
 
 bool MessageStream::Finish(std::array<std::uint8_t, kMostAdded>& result, std::uint32_t& length) {
+  WipeUnlessKept wipe(result);
+  if (!std::exchange(isGood_, false)) return false;
   result = held_;
-  length = static_cast<std::uint32_t>(heldLength_);
-  heldLength_ = 0;
-  isGood_ = isGood_ && session_.Transform(direction_, result, length) == CipherStep::Done;
-  if (!isGood_) SecureWipe(result.data(), result.size());
+  length = static_cast<std::uint32_t>(std::exchange(heldLength_, 0));
+  isGood_ = session_.Transform(direction_, result, length) == CipherStep::Done;
+  if (isGood_) wipe.Keep();
   return isGood_;
 }
 

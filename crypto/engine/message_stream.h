@@ -27,7 +27,8 @@ class MessageStream {
   [[nodiscard]] std::size_t ReadyLength(std::size_t pieceLength) const noexcept;
 
   // Adds a piece. `result` has ReadyLength bytes and does not overlap the piece. False when the
-  // provider refuses: the result is zeros, and every later call gives false.
+  // provider refuses: the result is zeros, and every later call gives false. So it is after a fault
+  // of the provider, which passes.
   [[nodiscard]] bool Update(std::span<const std::uint8_t> piece, std::span<std::uint8_t> result);
 
   // Ends the message: the rest of its result, and its length. False for a bad message, and then as

@@ -46,11 +46,13 @@ std::size_t RecordBatch::RoomFor(std::size_t recordLength) const noexcept {
 void RecordBatch::Run(std::size_t threads, const Results& results) {
   const std::size_t wanted = threads != 0 ? threads : platform::UsableProcessors();
   std::atomic<std::size_t> next{0};
+  WipeUnlessKept wipe(results.data);
   RunOnThreads(std::min(wanted, chunks_.size()), [&] {
     for (std::size_t number = next++; number < chunks_.size(); number = next++) {
       RunChunk(number, results);
     }
   });
+  wipe.Keep();
   JoinChunks(results);
 }
 

@@ -71,7 +71,7 @@ class RecordBatch {
   [[nodiscard]] std::size_t RoomNeeded() const noexcept { return roomNeeded_; }
 
   // Runs on up to `threads` threads, 0 for one for each usable processor. Bytes of the room after
-  // the results become zeros. Call it once.
+  // the results become zeros, all of them if a fault passes. Call it once.
   void Run(std::size_t threads, const Results& results);
 
   [[nodiscard]] std::size_t FailedCount() const noexcept { return failed_; }

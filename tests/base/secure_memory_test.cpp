@@ -84,5 +84,20 @@ TEST(WipeAtExitTest, WipesAllBytesOfAPlainValue) {
   EXPECT_EQ(value.number, 0);
 }
 
+TEST(WipeUnlessKeptTest, WipesHoweverTheScopeEndsUnlessKept) {
+  std::array<std::uint8_t, 3> bytes{1, 2, 3};
+  const auto leaveEarly = [&bytes] {
+    const WipeUnlessKept wiper(bytes);
+    throw std::runtime_error("early");
+  };
+  {
+    WipeUnlessKept wiper(bytes);
+    wiper.Keep();
+  }
+  EXPECT_EQ(bytes, (std::array<std::uint8_t, 3>{1, 2, 3}));
+  EXPECT_THROW(leaveEarly(), std::runtime_error);
+  EXPECT_EQ(bytes, (std::array<std::uint8_t, 3>{}));
+}
+
 }  // namespace
 }  // namespace latchkey::test

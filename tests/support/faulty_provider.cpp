@@ -34,12 +34,15 @@ bool FaultyProvider::Opened(std::uintptr_t* handle, bool done) noexcept {
 
 template <class Work>
 bool FaultyProvider::Close(std::uintptr_t handle, Work&& call) {
-  if (handle == std::exchange(closedByThrowing_, 0)) return true;
+  if (handle == closedByThrowing_) {
+    closedByThrowing_ = 0;
+    return true;
+  }
   const bool closed = real_ == nullptr || std::forward<Work>(call)();
   closed ? --open_ : ++closedTwice_;
-  closedByThrowing_ = handle;
+  const std::uintptr_t before = std::exchange(closedByThrowing_, handle);
   const bool refused = Fails();
-  closedByThrowing_ = 0;
+  closedByThrowing_ = before;
   return closed && !refused;
 }
 
