@@ -1,4 +1,4 @@
-// How much room the input of a cipher gets.
+// The length of the cipher buffer for an input.
 #include "crypto/cipher_buffer.h"
 
 #include <gtest/gtest.h>
