@@ -14,7 +14,7 @@ namespace {
 const Text kLongText(200, u'a');
 
 // Runs a step with the nth allocation failing, or none for 0. Returns whether that allocation was
-// made. The step must raise OutOfMemory in that case, and nothing otherwise.
+// made. The step must raise std::bad_alloc in that case, and nothing otherwise.
 bool RaisesFailing(int nth, const std::function<void()>& step) {
   bool raised = false;
   const bool failed = RunFailing(nth, [&] {

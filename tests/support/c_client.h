@@ -1,4 +1,4 @@
-// A client of the C interface that looks at its outputs itself.
+// A client of the C interface that checks its outputs.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,9 +12,9 @@
 
 namespace latchkey::test {
 
-// Has a handle of the library's cryptography, and calls each function with good arguments. Each
-// call gives the function's status and fails the test when one that failed left anything in its
-// outputs but what the header promises.
+// Has a cryptographic handle, and calls each function with valid arguments. Each call returns the
+// function's status. Fails the test if a failed call leaves anything in its outputs that the header
+// does not promise.
 class CClient {
  public:
   CClient();
@@ -36,7 +36,7 @@ class CClient {
   int DescribeFailure(const latchkey_thread* thread);
   int DescribeFault(const latchkey_thread* thread);
 
-  // What the last call with a buffer wrote.
+  // The bytes that the last call with a buffer wrote.
   [[nodiscard]] Bytes Result() const { return {output_.begin(), output_.begin() + length_}; }
 
   // Opens a handle of one kind and closes it.
