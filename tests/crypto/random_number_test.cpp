@@ -42,7 +42,9 @@ TEST_F(RandomNumberTest, ReturnsEveryNumberOfItsRange) {
   EXPECT_EQ(drawn, (std::set<float>{-3, -2, -1, 0, 1, 2, 3}));
 }
 
-TEST_F(RandomNumberTest, ARangeOfOneNumberReturnsThatNumber) { EXPECT_EQ(RandomNumberInRange(7, 7), 7); }
+TEST_F(RandomNumberTest, ARangeOfOneNumberReturnsThatNumber) {
+  EXPECT_EQ(RandomNumberInRange(7, 7), 7);
+}
 
 TEST_F(RandomNumberTest, TheClockDoesNotDetermineTheResult) {
   probe.SetTicks({123'456});

@@ -34,7 +34,8 @@ TEST(KernelCpuLevelTest, AnyOtherNameChoosesTheHighestLevel) {
 TEST(KernelCpuLevelTest, TheProcessFollowsTheVariable) {
   const char* const name = std::getenv("LATCHKEY_CPU");  // NOLINT(concurrency-mt-unsafe)
   if (name != nullptr && *name != '\0') {
-    EXPECT_STREQ(NameOf(ChosenCpuLevel()), name) << "the tests would not run the kernels of that level";
+    EXPECT_STREQ(NameOf(ChosenCpuLevel()), name)
+        << "the tests would not run the kernels of that level";
   } else {
     EXPECT_EQ(ChosenCpuLevel(), HighestCpuLevel());
   }
