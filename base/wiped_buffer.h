@@ -60,7 +60,7 @@ class WipedBuffer {
   [[nodiscard]] std::span<const Element> All() const noexcept { return {data(), size_}; }
 
   // Wipes the elements and makes room for `size` new ones, in the same storage if it is large
-  // enough. Raises bad_alloc and leaves the buffer empty when there is no memory.
+  // enough. If memory runs out, raises bad_alloc and leaves the buffer empty.
   void Renew(std::size_t size) {
     Wipe();
     size_ = wipedSize_ = 0;

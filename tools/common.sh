@@ -17,7 +17,7 @@ as_root() {
   if (( EUID == 0 )); then
     "$@"
   else
-    command -v sudo >/dev/null || die 'root is needed, and there is no sudo'
+    command -v sudo >/dev/null || die 'needs root, and sudo is not installed'
     sudo "$@"
   fi
 }
