@@ -84,14 +84,17 @@ class LATCHKEY_API clsCryptoAPI {
   void UseDefaultPWD(bool blnUseDefaultPWD);
 
   // The digest of strInText, which is hashed unchanged. intHashChoice: 1 MD5 (RFC 1321), 2 MD4 (RFC
-  // 1320), 3 MD2 (RFC 1319), each of 16 bytes, 4 SHA-1 (RFC 3174) of 20 bytes. With blnConvertToHex
-  // the result is two upper-case hexadecimal digits for each byte, otherwise one character for each
-  // byte without trailing bytes of value 20 hexadecimal. With blnAppendPassword the password is
-  // hashed after the text. blnCaseSensitive changes nothing. Empty text on failure: location 709
-  // without a provider, 432 for a run-time fault, 441 for one in the conversion to hexadecimal;
-  // nothing is recorded if the provider refuses (as it does for an unknown hash number). If random
-  // letters are to be appended but cannot be made, that is recorded (434) and the text is hashed
-  // without them: also test ErrorExists if no password is stored and UseDefaultPWD is false.
+  // 1320), 3 MD2 (RFC 1319), each of 16 bytes, 4 SHA-1 (RFC 3174) of 20 bytes.
+  //
+  // With blnConvertToHex the result is two upper-case hexadecimal digits for each byte, otherwise
+  // one character for each byte without trailing bytes of value 20 hexadecimal. With
+  // blnAppendPassword the password is hashed after the text. blnCaseSensitive changes nothing.
+  //
+  // Empty text on failure: location 709 without a provider, 432 for a run-time fault, 441 for one
+  // in the conversion to hexadecimal; nothing is recorded if the provider refuses (as it does for
+  // an unknown hash number). If random letters are to be appended but cannot be made, that is
+  // recorded (434) and the text is hashed without them: also test ErrorExists if no password is
+  // stored and UseDefaultPWD is false.
   [[nodiscard]] Text CreateHash(TextView strInText = {}, std::int16_t intHashChoice = 0,
                                 bool blnConvertToHex = false, bool blnAppendPassword = false,
                                 bool blnCaseSensitive = false);
@@ -101,9 +104,11 @@ class LATCHKEY_API clsCryptoAPI {
   // clock and other readings of the machine, and is not secret. With blnConvertToHex the result is
   // two upper-case hexadecimal digits for each character; blnUseUppercase changes nothing.
   // blnRetExactLength cuts the result to lngDataLength characters (hexadecimal digits, if
-  // converted). Empty text on failure: location 710 without a provider, 433 for a run-time fault
-  // such as a negative length or the overflow that the class comment describes, 441 for one in the
-  // conversion to hexadecimal; nothing is recorded if the provider refuses.
+  // converted).
+  //
+  // Empty text on failure: location 710 without a provider, 433 for a run-time fault such as a
+  // negative length or the overflow that the class comment describes, 441 for one in the conversion
+  // to hexadecimal; nothing is recorded if the provider refuses.
   [[nodiscard]] Text CreateRandom(std::int32_t lngDataLength = 0, bool blnRetExactLength = false,
                                   bool blnConvertToHex = false, bool blnUseUppercase = false);
 
@@ -117,21 +122,25 @@ class LATCHKEY_API clsCryptoAPI {
 
   // Decrypts InputData into OutputData with the stored password. Use the same password,
   // EnhancedProvider, intHashType and intCipherType as for Encrypt. The whole input is processed in
-  // one call. True if OutputData holds the plaintext; RC4 returns true for any password. False on
-  // failure: location 711 for a bad intHashType, 712 for a bad intCipherType, 713 without a
-  // provider, 714 to 716 in deriving the key, 717 if the cipher refuses the data, and 436 or 435
+  // one call. True if OutputData holds the plaintext; RC4 returns true for any password.
+  //
+  // False on failure: location 711 for a bad intHashType, 712 for a bad intCipherType, 713 without
+  // a provider, 714 to 716 in deriving the key, 717 if the cipher refuses the data, and 436 or 435
   // for a run-time fault. If several apply, the first is recorded.
   bool Decrypt(std::int16_t intHashType = 0, std::int16_t intCipherType = 0);
 
   // Encrypts InputData into OutputData with the stored password. intHashType is the hash that makes
-  // the key from the password, numbered as in CreateHash. intCipherType: 1 RC4, 2 RC2 (RFC 2268), 3
-  // DES and, with EnhancedProvider, 4 3DES and 5 two-key 3DES (FIPS 46-3), the block ciphers in CBC
-  // mode with a zero initialization vector and PKCS #5 padding (RFC 8018). The whole input is
-  // processed in one call. True if OutputData holds the ciphertext: the length of the input for
-  // RC4, otherwise the next multiple of 8 above that. False on failure: location 718 for a bad
-  // intHashType, 719 for a bad intCipherType, 720 without a provider, 721 to 723 in deriving the
-  // key, 724 if the cipher refuses the data, as a block cipher does for fewer than 4 bytes, and 438
-  // or 437 for a run-time fault. If several apply, the first is recorded.
+  // the key from the password, numbered as in CreateHash.
+  //
+  // intCipherType: 1 RC4, 2 RC2 (RFC 2268), 3 DES and, with EnhancedProvider, 4 3DES and 5 two-key
+  // 3DES (FIPS 46-3), the block ciphers in CBC mode with a zero initialization vector and PKCS #5
+  // padding (RFC 8018). The whole input is processed in one call. True if OutputData holds the
+  // ciphertext: the length of the input for RC4, otherwise the next multiple of 8 above that.
+  //
+  // False on failure: location 718 for a bad intHashType, 719 for a bad intCipherType, 720 without
+  // a provider, 721 to 723 in deriving the key, 724 if the cipher refuses the data, as a block
+  // cipher does for fewer than 4 bytes, and 438 or 437 for a run-time fault. If several apply, the
+  // first is recorded.
   bool Encrypt(std::int16_t intHashType = 0, std::int16_t intCipherType = 0);
 
   // The characters of all elements but the last, without trailing spaces. Raises
