@@ -5,7 +5,7 @@
 namespace latchkey {
 namespace {
 
-// Read at each call, so that no optimiser knows what it does.
+// Volatile, so that the optimizer cannot know which function is called.
 void* (*volatile const fill)(void*, int, std::size_t) = std::memset;
 
 }  // namespace

@@ -39,7 +39,7 @@ macro(declare_package component name section summary)
 Encrypts and decrypts under keys derived from passwords, hashes, and makes
 random data and salts, with the same bytes and the same error numbers as the
 Windows component of this name. The algorithms are old: use them to exchange
-data with systems that already do.")
+data with systems that already use them.")
   install(FILES ${debian}/copyright ${PROJECT_BINARY_DIR}/changelog.gz DESTINATION share/doc/${name} COMPONENT ${component})
 endmacro()
 

@@ -1,4 +1,4 @@
-// The shared error record: where every operation of the component leaves what went wrong.
+// The error record, in which every operation of the component records its failures.
 #pragma once
 
 #include <cstdint>
@@ -8,15 +8,14 @@
 
 namespace latchkey {
 
-// One record per thread, made by clsMain and reached through thread_state.h. A plain data holder:
-// every value can be read and written, none is validated or changed on the way, and no member
-// fails. Writing does not allocate for texts of up to kReservedText characters, nor does Clear, so
-// that a failure of memory can be recorded too.
+// One record per thread, made by clsMain; use ErrorRecord() (thread_state.h) to get it. Only stores
+// values: every value can be read and written, none is validated or changed, and no member fails.
+// Clear, and writing texts of up to kReservedText characters, allocate nothing, so that a failed
+// allocation can be recorded too.
 //
-// Test ErrorExists first: Clear leaves the location and both error numbers of the last failure in
-// place.
+// Test ErrorExists first: Clear keeps the location and both error numbers of the last failure.
 //
-// Used by the thread that made it only.
+// Used only by the thread that made it.
 class clsErrorObject final {
  public:
   static constexpr std::size_t kReservedText = 128;
@@ -26,12 +25,12 @@ class clsErrorObject final {
   clsErrorObject& operator=(const clsErrorObject&) = delete;
   ~clsErrorObject() = default;
 
-  // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0,
-  // in this order, each step by itself: a step that fails is skipped. ErrorLocationID,
-  // AppErrorNumber and RTErrorNumber keep what they hold.
+  // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0, in
+  // this order. A step that fails is skipped. ErrorLocationID, AppErrorNumber and RTErrorNumber
+  // keep their values.
   void Clear() noexcept;
 
-  // The place that reported the failure; see failure_table.h.
+  // The location that reported the failure; see failure_table.h.
   [[nodiscard]] std::int16_t ErrorLocationID() const;
   void ErrorLocationID(std::int16_t vData);
 
@@ -55,7 +54,7 @@ class clsErrorObject final {
   [[nodiscard]] bool ErrorExists() const;
   void ErrorExists(bool vData);
 
-  // The step of a multi-step operation in which the failure happened; 0 when none was running.
+  // The step of a multi-step operation in which the failure happened; 0 if none was running.
   [[nodiscard]] std::int16_t MachineState() const;
   void MachineState(std::int16_t vData);
 

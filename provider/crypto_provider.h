@@ -1,10 +1,11 @@
-// The cryptographic provider seam: CryptoAPI's own functions under their own names and meanings.
+// The interface of the cryptographic provider: CryptoAPI's functions with their own names and
+// meanings.
 //
-// On Windows the body passes every call to advapi32. On Linux it gives the same results with GNU
-// Nettle: the same key derivation, padding, lengths and error codes. Tests replace it by a scripted
-// provider that can fail any single call.
+// The Windows implementation passes every call to advapi32. The Linux implementation gives the same
+// results with GNU Nettle: the same key derivation, padding, lengths and error codes. Tests replace
+// it with a provider in which any single call can fail.
 //
-// CryptoAPI's conventions for every body:
+// CryptoAPI's conventions for every implementation:
 // - A function returns true for success. On failure GetLastError() has the reason, and output
 //   parameters are unchanged unless the function says otherwise.
 // - A handle of 0 is invalid. A released or unknown handle gives kErrorInvalidParameter.

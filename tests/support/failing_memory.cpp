@@ -22,7 +22,8 @@ bool AllocationFailurePending() noexcept { return allocationsToFailure > 0; }
 
 long LiveBlocks() noexcept { return liveBlocks; }
 
-// Zeroed, so that no part of a block that its owner never writes shows what an earlier owner left.
+// Zeroed, so that the parts of a block that its owner never writes do not show data of an earlier
+// owner.
 static void* Allocate(std::size_t size) {
   void* const memory = FailsNow() ? nullptr : std::calloc(size > 0 ? size : 1, 1);
   if (memory == nullptr) throw std::bad_alloc();

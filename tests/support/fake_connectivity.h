@@ -1,4 +1,4 @@
-// A connection state that is the test's.
+// A connection state that a test sets.
 #pragma once
 
 #include <cstdint>
@@ -13,9 +13,9 @@ namespace latchkey::test {
 class FakeConnectivity final : public platform::Connectivity {
  public:
   bool connected = false;
-  // What the query leaves in the flags; nothing leaves them as they came.
+  // The flags that the query writes; if empty, it does not write them.
   std::optional<std::uint32_t> flags;
-  // Raised instead of an answer.
+  // Raised instead of returning an answer.
   std::optional<FaultNumber> fault;
   std::function<void()> raise;
 
