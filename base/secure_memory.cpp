@@ -6,12 +6,12 @@ namespace latchkey {
 namespace {
 
 // Volatile, so that the optimizer cannot know which function is called.
-void* (*volatile const fill)(void*, int, std::size_t) = std::memset;
+void* (*volatile const kFill)(void*, int, std::size_t) = std::memset;
 
 }  // namespace
 
 void SecureWipe(void* memory, std::size_t size) noexcept {
-  if (size > 0) fill(memory, 0, size);
+  if (size > 0) kFill(memory, 0, size);
 }
 
 }  // namespace latchkey

@@ -44,3 +44,7 @@ void operator delete(void* memory, std::size_t size) noexcept {
   latchkey::test::FreedMemory::Inspect(memory, size);
   latchkey::test::Free(memory);
 }
+// The sanitizers' own forms for arrays do not call those above.
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete[](void* memory) noexcept { operator delete(memory); }
+void operator delete[](void* memory, std::size_t size) noexcept { operator delete(memory, size); }

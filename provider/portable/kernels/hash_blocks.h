@@ -41,6 +41,7 @@ class HashBlocks {
   static constexpr std::size_t kDigestSize = 4 * Compression::kInitial.size();
 
   void Add(const std::uint8_t* data, std::size_t length) noexcept {
+    if (length == 0) return;  // `data` may be null
     const std::size_t held = length_ % kBlock;
     length_ += length;
     if (held > 0) {
