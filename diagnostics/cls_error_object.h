@@ -1,4 +1,4 @@
-// The error record, in which every operation of the component records its failures.
+// The shared error record: where every operation of the component leaves what went wrong.
 #pragma once
 
 #include <cstdint>
@@ -8,14 +8,15 @@
 
 namespace latchkey {
 
-// One record per thread, made by clsMain; use ErrorRecord() (thread_state.h) to get it. Only stores
-// values: every value can be read and written, none is validated or changed, and no member fails.
-// Clear, and writing texts of up to kReservedText characters, allocate nothing, so that a failed
-// allocation can be recorded too.
+// One record per thread, made by clsMain and reached through thread_state.h. A plain data holder:
+// every value can be read and written, none is validated or changed on the way, and no member
+// fails. Writing does not allocate for texts of up to kReservedText characters, nor does Clear, so
+// that a failure of memory can be recorded too.
 //
-// Test ErrorExists first: Clear keeps the location and both error numbers of the last failure.
+// Test ErrorExists first: Clear leaves the location and both error numbers of the last failure in
+// place.
 //
-// Used only by the thread that made it.
+// Used by the thread that made it only.
 class clsErrorObject final {
  public:
   static constexpr std::size_t kReservedText = 128;
@@ -31,32 +32,32 @@ class clsErrorObject final {
   void Clear() noexcept;
 
   // The location that reported the failure; see failure_table.h.
-  [[nodiscard]] std::int16_t ErrorLocationID() const;
-  void ErrorLocationID(std::int16_t vData);
+  [[nodiscard]] std::int16_t ErrorLocationID() const { return errorLocationID_; }
+  void ErrorLocationID(std::int16_t vData) { errorLocationID_ = vData; }
 
   // 1 for a run-time failure, 2 for an application failure and after Clear.
-  [[nodiscard]] std::int32_t ErrorType() const;
-  void ErrorType(std::int32_t vData);
+  [[nodiscard]] std::int32_t ErrorType() const { return errorType_; }
+  void ErrorType(std::int32_t vData) { errorType_ = vData; }
 
   // The component's own message and number for an application failure.
-  [[nodiscard]] Text AppErrorDescription() const;
-  void AppErrorDescription(TextView vData);
-  [[nodiscard]] std::int16_t AppErrorNumber() const;
-  void AppErrorNumber(std::int16_t vData);
+  [[nodiscard]] Text AppErrorDescription() const { return appErrorDescription_; }
+  void AppErrorDescription(TextView vData) { appErrorDescription_ = vData; }
+  [[nodiscard]] std::int16_t AppErrorNumber() const { return appErrorNumber_; }
+  void AppErrorNumber(std::int16_t vData) { appErrorNumber_ = vData; }
 
   // The number and description of the run-time fault that was caught.
-  [[nodiscard]] std::int32_t RTErrorNumber() const;
-  void RTErrorNumber(std::int32_t vData);
-  [[nodiscard]] Text RTErrorDescription() const;
-  void RTErrorDescription(TextView vData);
+  [[nodiscard]] std::int32_t RTErrorNumber() const { return rtErrorNumber_; }
+  void RTErrorNumber(std::int32_t vData) { rtErrorNumber_ = vData; }
+  [[nodiscard]] Text RTErrorDescription() const { return rtErrorDescription_; }
+  void RTErrorDescription(TextView vData) { rtErrorDescription_ = vData; }
 
   // True once a failure has been recorded since the last Clear.
-  [[nodiscard]] bool ErrorExists() const;
-  void ErrorExists(bool vData);
+  [[nodiscard]] bool ErrorExists() const { return errorExists_; }
+  void ErrorExists(bool vData) { errorExists_ = vData; }
 
   // The step of a multi-step operation in which the failure happened; 0 if none was running.
-  [[nodiscard]] std::int16_t MachineState() const;
-  void MachineState(std::int16_t vData);
+  [[nodiscard]] std::int16_t MachineState() const { return machineState_; }
+  void MachineState(std::int16_t vData) { machineState_ = vData; }
 
  private:
   std::int16_t errorLocationID_ = 0;

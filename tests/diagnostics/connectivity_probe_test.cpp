@@ -88,11 +88,11 @@ TEST_F(ConnectivityProbeTest, AFaultOfThePlatformIsRecordedAndGivesFalse) {
 }
 
 TEST_F(ConnectivityProbeTest, AMissingLibraryOrFunctionIsRecordedAndGivesFalse) {
-  connectivity.raise = [] { throw Fault(FaultNumber::FileNotFound); };
+  connectivity.fault = FaultNumber::FileNotFound;
   EXPECT_FALSE(QueryConnectionState(&flags));
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 53, "File not found"));
   journal.Clear();
-  connectivity.raise = [] { throw Fault(FaultNumber::DllFunctionNotFound); };
+  connectivity.fault = FaultNumber::DllFunctionNotFound;
   EXPECT_FALSE(QueryConnectionExists());
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 453, "Specified DLL function not found"));
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 #include "latchkey/fault.h"
@@ -17,7 +16,6 @@ class FakeConnectivity final : public platform::Connectivity {
   std::optional<std::uint32_t> flags;
   // Raised instead of returning an answer.
   std::optional<FaultNumber> fault;
-  std::function<void()> raise;
 
   int calls = 0;
   std::uint32_t flagsOnEntry = 0;
@@ -28,7 +26,6 @@ class FakeConnectivity final : public platform::Connectivity {
     flagsOnEntry = *lpdwFlags;
     reserved = dwReserved;
     if (fault) throw Fault(*fault);
-    if (raise) raise();
     if (flags) *lpdwFlags = *flags;
     return connected;
   }
