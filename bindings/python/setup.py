@@ -8,7 +8,6 @@ import re
 import shutil
 import subprocess
 
-from cffi import setuptools_ext  # noqa: F401  # fails here where cffi is missing
 from setuptools import setup
 from setuptools.command.build_ext import build_ext
 
@@ -38,6 +37,13 @@ def needed_libraries(binary):
     return {name: pathlib.Path(path) for name, path in libraries if name.startswith(BUNDLED)}
 
 
+def redirect(binary, renamed, run_path):
+    """Makes a binary load the libraries by their new names, from the folder `run_path`."""
+    for name, new_name in renamed.items():  # one option at a time: with several patchelf 0.14 confuses their values
+        printed_by("patchelf", "--replace-needed", name, new_name, str(binary))
+    printed_by("patchelf", "--set-rpath", run_path, str(binary))
+
+
 def bundle(extension):
     """Copies the libraries that the extension loads into the package, under names that no other library has."""
     folder = extension.parent / "libraries"
@@ -47,12 +53,11 @@ def bundle(extension):
         raise RuntimeError(f"found only {sorted(libraries)} of {BUNDLED}: is the library in the loader's path?")
     renamed = {name: name.replace(".so", "-python.so", 1) for name in libraries}
     for name, path in libraries.items():
-        shutil.copyfile(path, folder / renamed[name])
-        printed_by("patchelf", "--set-soname", renamed[name], str(folder / renamed[name]))
-    replacements = [word for name in renamed for word in ("--replace-needed", name, renamed[name])]
-    printed_by("patchelf", *replacements, "--set-rpath", "$ORIGIN/libraries", str(extension))
-    for name in renamed.values():
-        printed_by("patchelf", *replacements, "--set-rpath", "$ORIGIN", str(folder / name))
+        copy = folder / renamed[name]
+        shutil.copyfile(path, copy)
+        printed_by("patchelf", "--set-soname", copy.name, str(copy))
+        redirect(copy, renamed, "$ORIGIN")
+    redirect(extension, renamed, "$ORIGIN/libraries")
     for text in NETTLE_LICENSE:
         shutil.copyfile(text, folder / f"libnettle-{text.name}")
 
