@@ -31,7 +31,7 @@ def test_a_list_is_done_record_by_record(records, key, threads):
     assert key.decrypt_many(expected, threads=threads) == records
 
 
-@given(records=st.lists(st.binary(max_size=40), max_size=30), code=st.sampled_from("iq"), key=st.sampled_from([DES, RC4]))
+@given(records=st.lists(st.binary(max_size=40), max_size=30), code=st.sampled_from("ilq"), key=st.sampled_from([DES, RC4]))
 def test_a_buffer_with_offsets_is_done_record_by_record(records, code, key):
     made = key.encrypt_many(b"".join(records), offsets_of(records, code))
     assert records_of(made) == [key.encrypt(record) for record in records]

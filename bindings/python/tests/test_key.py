@@ -33,6 +33,18 @@ def test_key_bits_set_the_length_of_the_key(password):
     assert key.decrypt(bytes.fromhex("DC3D962329DD1B2F")) == bytes.fromhex("42463041433431")
 
 
+def test_40_key_bits_are_the_key_of_the_base_provider():
+    base, enhanced = (Key(b"secret", hash="md5", cipher="rc4", **settings)
+                      for settings in ({"provider": "base"}, {"provider": "enhanced", "key_bits": 40}))
+    assert base.encrypt(MESSAGE) == enhanced.encrypt(MESSAGE)
+
+
+def test_effective_bits_follow_the_key_bits_unless_given():
+    plain, same, other = (Key(b"secret", hash="md5", cipher="rc2", key_bits=80, rc2_effective_bits=bits).encrypt(MESSAGE)
+                          for bits in (None, 80, 40))
+    assert plain == same != other
+
+
 @given(data=st.binary(max_size=100), password=st.binary(max_size=20), settings=st.sampled_from(SETTINGS))
 def test_decrypt_is_the_inverse_of_encrypt(data, password, settings):
     key = Key(password, **settings)
@@ -158,6 +170,6 @@ def test_a_size_beyond_the_limit_is_an_error():
     assert (raised.value.status, raised.value.number) == (latchkey.Status.FAULT, 6)
 
 
-def test_memory_that_cannot_be_had_is_a_memory_error():
+def test_lack_of_memory_is_a_memory_error():
     with pytest.raises(MemoryError):
         latchkey.random_bytes(1 << 62)

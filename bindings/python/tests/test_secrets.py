@@ -54,7 +54,7 @@ def test_the_search_finds_a_password_that_is_kept():
 
 
 def texts_of(error):
-    """All that an exception and those that it follows show."""
+    """The texts of an exception and of the exceptions that it follows."""
     while error is not None:
         yield from (str(error), repr(error), repr(vars(error)), repr(getattr(error, "object", None)))
         error = error.__cause__ or error.__context__

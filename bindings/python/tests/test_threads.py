@@ -18,7 +18,7 @@ ENOUGH_CALLS = 1000
 
 @contextlib.contextmanager
 def threads_that_only_yield():
-    """Threads give up the interpreter's lock only when they wait or call a function that does without it."""
+    """Threads give up the interpreter's lock only when they wait or call a function that releases it."""
     interval = sys.getswitchinterval()
     sys.setswitchinterval(3600)
     try:

@@ -40,9 +40,9 @@ class Key:
     >>> enhanced.decrypt(base.encrypt(b"attack at dawn")) == b"attack at dawn"
     False
 
-    The key's memory is wiped when it is closed, as a `with` block does at its end, or is collected. A call that another
-    thread is in ends first. Text passwords are encoded into a copy that is wiped; Python's own str cannot be, so pass a
-    bytearray that you wipe where that matters. A Key cannot be pickled.
+    The key's memory is wiped when it is closed, as a `with` block does at its end, or is collected. Calls of other
+    threads finish first. A text password is encoded into a copy that is wiped. Python's own str and bytes cannot be wiped:
+    where that matters, pass a bytearray and wipe it. A Key cannot be pickled.
     """
 
     __slots__ = ("_cipher", "_hash", "_pointer", "__weakref__")

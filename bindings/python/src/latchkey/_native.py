@@ -1,6 +1,7 @@
 """Access to the C interface: buffers as it takes them."""
 from __future__ import annotations
 
+import functools
 from typing import TYPE_CHECKING, Any
 
 from ._latchkey import ffi, lib
@@ -26,9 +27,13 @@ def input_bytes(data: ReadableBuffer) -> Any:
 
 def struct(name: str) -> Any:
     """A struct of the C interface of this name, with its size set and all else 0."""
-    made = ffi.new(f"{name} *")
-    made.size = ffi.sizeof(name)
-    return made
+    return ffi.new(*_initial(name))
+
+
+@functools.cache
+def _initial(name: str) -> tuple[Any, tuple[int]]:
+    """The pointer type and the first member of a struct."""
+    return ffi.typeof(f"{name} *"), (ffi.sizeof(name),)
 
 
 def unsigned(name: str, value: int, bits: int = 32) -> int:
