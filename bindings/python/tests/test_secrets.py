@@ -10,6 +10,8 @@ from latchkey import Key
 
 PASSWORD = "Zx9-geheimes Wort-7q"
 ENCODING = "utf-16-le"
+LONG_PASSWORD = "-".join(str(number * number) for number in range(1000, 1200))
+FRAGMENT = 32  # bytes of it that are searched for: freed memory is partly overwritten
 
 # Takes the password as numbers, which are not its bytes, and waits while its memory is searched.
 CHILD = """
@@ -36,11 +38,13 @@ def memory_of(process):
 
 
 def password_is_found(mode):
-    numbers = [str(ord(character) + 1) for character in PASSWORD]
+    numbers = [str(ord(character) + 1) for character in LONG_PASSWORD]
+    encoded = LONG_PASSWORD.encode(ENCODING)
+    fragments = [encoded[start:start + FRAGMENT] for start in range(0, len(encoded) - FRAGMENT, FRAGMENT)]
     with subprocess.Popen([sys.executable, "-c", CHILD, mode, *numbers], stdin=subprocess.PIPE,
                           stdout=subprocess.PIPE) as child:
         assert child.stdout.readline() == b"ready\n"
-        found = any(PASSWORD.encode(ENCODING) in part for part in memory_of(child.pid))
+        found = any(fragment in part for part in memory_of(child.pid) for fragment in fragments)
         child.stdin.close()
     return found
 
