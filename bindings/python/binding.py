@@ -17,7 +17,7 @@ def declarations(header):
     text = re.sub(r"/\*.*?\*/", "", header, flags=re.S)
     text = re.sub(r"^#ifdef __cplusplus\n.*?^#endif$", "", text, flags=re.S | re.M)
     text = re.sub(r"^#(.*\\\n)*.*$", "", text, flags=re.M)
-    return text.replace("LATCHKEY_C_API ", "")
+    return re.sub(r"\bLATCHKEY_C_API\s+", "", text)
 
 
 include_folder = pkg_config("--variable=includedir")
