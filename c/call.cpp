@@ -1,93 +1,103 @@
 #include "c/call.h"
 
 #include <algorithm>
+#include <string_view>
 
-namespace latchkey {
+namespace latchkey::c {
 namespace {
 
-bool Overlap(InputBytes left, InputBytes right) noexcept {
-  const auto first = reinterpret_cast<std::uintptr_t>(left.data());
-  const auto second = reinterpret_cast<std::uintptr_t>(right.data());
-  if (left.empty() || right.empty()) return false;
-  return first < second ? second - first < left.size() : first - second < right.size();
-}
-
-}  // namespace
-
-int StatusOf(const Fault& fault) noexcept {
-  switch (static_cast<FaultNumber>(fault.Number())) {
-    case FaultNumber::ObjectNotSet:
-      return LATCHKEY_NO_RECORD;
-    case FaultNumber::OutOfMemory:
-      return LATCHKEY_NO_MEMORY;
-    default:
-      return LATCHKEY_FAULT;
-  }
-}
-
-int StatusOfNumber(std::int32_t number) noexcept {
-  switch (number) {
+constexpr std::int32_t StatusOf(const CheckSite& check) noexcept {
+  switch (check.number) {
     case check::kEncryptHashType.number:
       return LATCHKEY_BAD_HASH;
     case check::kEncryptCipherType.number:
     case check::kDecryptCipherType.number:
       return LATCHKEY_BAD_CIPHER;
-    case check::kEncryptHash.number:
-    case check::kEncryptHashData.number:
-    case check::kEncryptKey.number:
-      return LATCHKEY_KEY_FAILED;
+    case check::kEncryptProvider.number:
+      return LATCHKEY_NO_PROVIDER;
     case check::kEncryptCipher.number:
     case check::kDecryptCipher.number:
       return LATCHKEY_CIPHER_FAILED;
     case check::kHexLength.number:
       return LATCHKEY_BAD_HEX;
     default:
-      return LATCHKEY_NO_PROVIDER;
+      return LATCHKEY_KEY_FAILED;
   }
 }
 
-int StatusOfRecord() {
-  const clsErrorObject& record = ErrorRecord();
-  if (!record.ErrorExists()) return LATCHKEY_OK;
-  return record.ErrorType() == kRunTimeFailure
-             ? StatusOf(Fault(static_cast<FaultNumber>(record.RTErrorNumber())))
-             : StatusOfNumber(record.AppErrorNumber());
+void Fill(latchkey_failure& failure, std::int32_t status, std::int32_t type, std::int32_t location,
+          std::int32_t number, const auto& text) noexcept {
+  failure = LATCHKEY_FAILURE_INIT;
+  failure.status = status;
+  failure.type = type;
+  failure.location = location;
+  failure.number = number;
+  const std::size_t length = std::min<std::size_t>(text.size(), sizeof failure.text - 1);
+  std::transform(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(length), failure.text,
+                 [](auto character) { return static_cast<char>(character); });
 }
 
-int Refuse(const CheckSite& site) {
-  RecordApplicationFailure(site);
-  return StatusOfNumber(site.number);
+}  // namespace
+
+Outcome::Outcome(const CheckSite& failed) noexcept : Outcome(StatusOf(failed), &failed) {}
+
+std::int32_t Report(latchkey_failure* failure, const Outcome& outcome) noexcept {
+  if (failure == nullptr) return outcome.status;
+  if (outcome.status == LATCHKEY_OK) {
+    *failure = LATCHKEY_FAILURE_INIT;
+  } else if (outcome.check == nullptr) {
+    Fill(*failure, outcome.status, 0, 0, 0, std::string_view(latchkey_status_text(outcome.status)));
+  } else {
+    Fill(*failure, outcome.status, kApplicationFailure, outcome.check->location,
+         outcome.check->number, outcome.check->text);
+  }
+  return outcome.status;
 }
 
-int Output::Prepare(std::initializer_list<Input> inputs) noexcept {
-  if (length_ == nullptr) return LATCHKEY_BAD_ARGUMENT;
+std::int32_t Report(latchkey_failure* failure, const Fault& fault, const TrapSite& trap) noexcept {
+  const bool noMemory = fault.Number() == static_cast<std::int32_t>(FaultNumber::OutOfMemory);
+  const std::int32_t status = noMemory ? LATCHKEY_NO_MEMORY : LATCHKEY_FAULT;
+  if (failure != nullptr) {
+    Fill(*failure, status, kRunTimeFailure, trap.location, fault.Number(), fault.Description());
+  }
+  return status;
+}
+
+bool Memory::IsGood() const noexcept {
+  return length_ == 0 || (data_ != nullptr && length_ <= PTRDIFF_MAX);
+}
+
+bool Memory::Overlaps(const Memory& other) const noexcept {
+  if (length_ == 0 || other.length_ == 0) return false;
+  const auto first = reinterpret_cast<std::uintptr_t>(data_);
+  const auto second = reinterpret_cast<std::uintptr_t>(other.data_);
+  return first < second ? second - first < length_ : first - second < other.length_;
+}
+
+bool Output::Prepare(std::initializer_list<Memory> inputs) noexcept {
+  if (length_ == nullptr) return false;
   room_ = *length_;
   *length_ = 0;
-  if (data_ == nullptr && room_ > 0) return LATCHKEY_BAD_ARGUMENT;
-  const InputBytes buffer(data_, room_);
-  for (const Input& input : inputs) {
-    if (!input.IsGood() || Overlap(buffer, input.Bytes())) return LATCHKEY_BAD_ARGUMENT;
-  }
+  const Memory buffer(data_, room_);
+  return buffer.IsGood() && std::ranges::all_of(inputs, [&](const Memory& input) {
+           return input.IsGood() && !buffer.Overlaps(input);
+         });
+}
+
+std::int32_t Output::Finish(std::size_t length) noexcept {
+  *length_ = length;
   return LATCHKEY_OK;
 }
 
-bool Output::HasRoom(std::size_t needed) noexcept {
+std::int32_t Output::TooSmall(std::size_t needed) noexcept {
   *length_ = needed;
-  if (needed <= room_) return true;
-  std::fill_n(data_, room_, std::uint8_t{0});
-  return false;
+  return LATCHKEY_BUFFER_TOO_SMALL;
 }
 
-int Output::Deliver(InputBytes result) noexcept {
-  if (!HasRoom(result.size())) return LATCHKEY_BUFFER_TOO_SMALL;
+std::int32_t Output::Deliver(InputBytes result) noexcept {
+  if (result.size() > room_) return TooSmall(result.size());
   std::copy(result.begin(), result.end(), data_);
-  return LATCHKEY_OK;
+  return Finish(result.size());
 }
 
-int Output::DeliverText(std::string_view text) noexcept {
-  if (!HasRoom(text.size() + 1)) return LATCHKEY_BUFFER_TOO_SMALL;
-  *std::copy(text.begin(), text.end(), data_) = 0;
-  return LATCHKEY_OK;
-}
-
-}  // namespace latchkey
+}  // namespace latchkey::c

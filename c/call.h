@@ -1,74 +1,61 @@
-// What the functions of the C interface share: no exception leaves them, failures become statuses,
-// and outputs follow one rule (latchkey.h).
+// What the functions of the C interface share: no exception leaves them, failures become statuses
+// with the component's numbers, and outputs follow one rule (latchkey.h).
 #pragma once
 
 #include <cstdint>
 #include <initializer_list>
-#include <memory>
 #include <span>
-#include <string_view>
 #include <utility>
 
 #include "base/faults.h"
-#include "diagnostics/error_trap.h"
-#include "diagnostics/thread_state.h"
+#include "diagnostics/failure_table.h"
 #include "latchkey.h"
+#include "platform/cancellation_hold.h"
 #include "platform/stack_wipe.h"
 
-namespace latchkey {
+namespace latchkey::c {
 
 using InputBytes = std::span<const std::uint8_t>;
 
-[[nodiscard]] int StatusOf(const Fault& fault) noexcept;
+// A function's status, and the check that failed if one did.
+struct Outcome {
+  // NOLINTNEXTLINE(google-explicit-constructor): bodies return a plain status
+  Outcome(std::int32_t result, const CheckSite* failed = nullptr) noexcept
+      : status(result), check(failed) {}
+  // NOLINTNEXTLINE(google-explicit-constructor): or the check
+  Outcome(const CheckSite& failed) noexcept;
 
-// The status that goes with an application error number of the error record.
-[[nodiscard]] int StatusOfNumber(std::int32_t number) noexcept;
+  std::int32_t status;
+  const CheckSite* check;
+};
 
-// The status that goes with what the thread's record says; LATCHKEY_OK when it says nothing.
-[[nodiscard]] int StatusOfRecord();
+// Fill the failure, which may be null, and return the status.
+std::int32_t Report(latchkey_failure* failure, const Outcome& outcome) noexcept;
+std::int32_t Report(latchkey_failure* failure, const Fault& fault, const TrapSite& trap) noexcept;
 
-// Records a check that failed, and gives its status.
-[[nodiscard]] int Refuse(const CheckSite& site);
-
-// Runs the body of a function, which gives a status. No exception leaves it, nor what one left
-// behind.
+// Runs the body of a function, which returns an Outcome or a status. No exception leaves it, and a
+// request to cancel the thread waits. `trap` is the location of a fault.
 template <class Body>
-int Guarded(Body&& body) noexcept {
-  int status = LATCHKEY_OK;
+std::int32_t Call(latchkey_failure* failure, const TrapSite& trap, Body&& body) noexcept {
+  if (failure != nullptr && failure->size != sizeof *failure) return LATCHKEY_BAD_ARGUMENT;
+  const platform::CancellationHold hold;
   try {
-    return std::forward<Body>(body)();
+    return Report(failure, std::forward<Body>(body)());
   } catch (...) {
-    status = StatusOf(CurrentFault());
+    const std::int32_t status = Report(failure, CurrentFault(), trap);
+    platform::WipeStackFarBelow();
+    return status;
   }
-  platform::WipeStackFarBelow();
-  return status;
 }
 
-// Runs the body of an operation under its error trap, as the operation of the component that the
-// trap belongs to: a fault is recorded.
-template <class Body>
-int Trapped(const TrapSite& site, Body&& body) {
-  int status = LATCHKEY_OK;
-  const bool completed = RunTrapped(site, [&] { status = std::forward<Body>(body)(); });
-  return completed ? status : StatusOfRecord();
-}
-
-// The same, and clears the record first.
-template <class Body>
-int Operation(const TrapSite& site, Body&& body) {
-  return Trapped(site, [&] {
-    ClearErrorRecord();
-    return std::forward<Body>(body)();
-  });
-}
-
-// What a caller gives as input; a null pointer counts only with a length of 0.
-class Input {
+// Memory that a caller passes; a null pointer is good only with a length of 0.
+class Memory {
  public:
-  Input(const void* data, std::size_t length) noexcept
+  Memory(const void* data, std::size_t length) noexcept
       : data_(static_cast<const std::uint8_t*>(data)), length_(length) {}
 
-  [[nodiscard]] bool IsGood() const noexcept { return data_ != nullptr || length_ == 0; }
+  [[nodiscard]] bool IsGood() const noexcept;
+  [[nodiscard]] bool Overlaps(const Memory& other) const noexcept;
   [[nodiscard]] InputBytes Bytes() const noexcept { return {data_, length_}; }
 
  private:
@@ -76,34 +63,29 @@ class Input {
   std::size_t length_;
 };
 
-// A caller's buffer and the length beside it. Call Prepare first.
+// A caller's buffer and its length. Call Prepare first.
 class Output {
  public:
   Output(void* data, std::size_t* length) noexcept
       : data_(static_cast<std::uint8_t*>(data)), length_(length) {}
 
-  // Takes the room from the length and sets the length to 0. LATCHKEY_BAD_ARGUMENT for a missing
-  // pointer, a bad input or one that overlaps the buffer. The buffer is not touched: a length that
-  // the caller forgot to set says nothing about it.
-  [[nodiscard]] int Prepare(std::initializer_list<Input> inputs) noexcept;
+  // Takes the room from the length, which becomes 0. False for a missing pointer, a bad input, or
+  // one that overlaps the buffer.
+  [[nodiscard]] bool Prepare(std::initializer_list<Memory> inputs) noexcept;
 
-  // Hands the result over, or clears the buffer when it is too small. Text gets a zero at its end.
-  [[nodiscard]] int Deliver(InputBytes result) noexcept;
-  [[nodiscard]] int DeliverText(std::string_view text) noexcept;
+  [[nodiscard]] std::span<std::uint8_t> Room() const noexcept { return {data_, room_}; }
+
+  // Sets the length of a result that is in the buffer.
+  std::int32_t Finish(std::size_t length) noexcept;
+  // Sets the length of one that does not fit.
+  std::int32_t TooSmall(std::size_t needed) noexcept;
+  // Copies a result that is elsewhere.
+  std::int32_t Deliver(InputBytes result) noexcept;
 
  private:
-  [[nodiscard]] bool HasRoom(std::size_t needed) noexcept;
-
   std::uint8_t* data_;
   std::size_t* length_;
   std::size_t room_ = 0;
 };
 
-// Runs the body of a function with an output; `inputs` are all that it reads.
-template <class Body>
-int WithOutput(Output& output, std::initializer_list<Input> inputs, Body&& body) noexcept {
-  const int prepared = output.Prepare(inputs);
-  return prepared == LATCHKEY_OK ? Guarded(std::forward<Body>(body)) : prepared;
-}
-
-}  // namespace latchkey
+}  // namespace latchkey::c

@@ -1,46 +1,58 @@
-// The C interface: hexadecimal text of exact bytes.
+// The C interface: hexadecimal text.
+#include <algorithm>
+
 #include "base/secure_memory.h"
 #include "c/call.h"
 #include "crypto/hexadecimal.h"
 
+namespace latchkey::c {
 namespace {
 
-using namespace latchkey;  // NOLINT(google-build-using-namespace): all of it is the component's
+constexpr std::size_t kDigits = static_cast<std::size_t>(kDigitsPerByte);
 
-constexpr std::size_t kDigitsPerByte = 2;
-
-int Encode(InputBytes bytes, Output& output) {
+Outcome Encode(InputBytes bytes, Output& output) {
+  const std::size_t needed = kDigits * bytes.size() + 1;
+  if (output.Room().size() < needed) return output.TooSmall(needed);
   Text digits;
   const WipeAtExit wipeDigits(digits);
   EncodeHex(bytes, digits);
-  const WipedBytes ascii(digits.begin(), digits.end());
-  return output.DeliverText({reinterpret_cast<const char*>(ascii.data()), ascii.size()});
+  auto end = std::transform(digits.begin(), digits.end(), output.Room().begin(),
+                            [](char16_t digit) { return static_cast<std::uint8_t>(digit); });
+  *end = 0;
+  return output.Finish(needed);
 }
 
-int Decode(InputBytes text, Output& output) {
-  if (text.size() % kDigitsPerByte != 0) return Refuse(check::kHexLength);
+Outcome Decode(InputBytes text, Output& output) {
+  if (text.size() % kDigits != 0) return check::kHexLength;
+  const std::size_t needed = text.size() / kDigits;
+  if (output.Room().size() < needed) return output.TooSmall(needed);
   Text digits(text.begin(), text.end());
   const WipeAtExit wipeDigits(digits);
-  WipedBytes bytes(text.size() / kDigitsPerByte);
-  DecodeHex(digits, bytes);
-  return output.Deliver(bytes);
+  DecodeHex(digits, output.Room().first(needed));
+  return output.Finish(needed);
 }
 
 }  // namespace
+}  // namespace latchkey::c
 
-int latchkey_hex_encode(const uint8_t* input, size_t inputLength, char* text, size_t* textLength) {
-  const Input bytes(input, inputLength);
-  Output output(text, textLength);
-  return WithOutput(output, {bytes}, [&] {
-    return Trapped(trap::kConvertStringToHex, [&] { return Encode(bytes.Bytes(), output); });
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+
+int32_t latchkey_hex_encode(const uint8_t* input, size_t input_length, char* text,
+                            size_t* text_length, latchkey_failure* failure) {
+  const Memory bytes(input, input_length);
+  Output output(text, text_length);
+  return Call(failure, latchkey::trap::kConvertStringToHex, [&]() -> Outcome {
+    if (!output.Prepare({bytes})) return LATCHKEY_BAD_ARGUMENT;
+    return Encode(bytes.Bytes(), output);
   });
 }
 
-int latchkey_hex_decode(const char* text, size_t textLength, uint8_t* output,
-                        size_t* outputLength) {
-  const Input digits(text, textLength);
-  Output bytes(output, outputLength);
-  return WithOutput(bytes, {digits}, [&] {
-    return Trapped(trap::kConvertStringFromHex, [&] { return Decode(digits.Bytes(), bytes); });
+int32_t latchkey_hex_decode(const char* text, size_t text_length, uint8_t* output,
+                            size_t* output_length, latchkey_failure* failure) {
+  const Memory digits(text, text_length);
+  Output bytes(output, output_length);
+  return Call(failure, latchkey::trap::kConvertStringFromHex, [&]() -> Outcome {
+    if (!bytes.Prepare({digits})) return LATCHKEY_BAD_ARGUMENT;
+    return Decode(digits.Bytes(), bytes);
   });
 }

@@ -1,96 +1,62 @@
-// What stands behind the handles of the C interface.
+// The objects behind the pointers of the C interface.
 #pragma once
 
-#include <array>
+#include <atomic>
 #include <cstdint>
-#include <memory>
-#include <thread>
+#include <cstring>
 
-#include "base/handle_table.h"
-#include "base/never_destroyed.h"
 #include "c/call.h"
-#include "crypto/provider_handles.h"
-#include "latchkey/cls_crypto_api.h"
-#include "latchkey/cls_timer.h"
+#include "crypto/engine/derived_key.h"
 
-namespace latchkey {
-
-// The thread that an object belongs to: the one that made it.
-struct ThreadBound {
-  std::thread::id thread = std::this_thread::get_id();
+// An object begins with the mark of its kind, so that a pointer to another kind is recognized.
+enum class latchkey_mark : std::uint32_t {
+  Key = 0x4C4B6B31,
+  Stream = 0x4C4B7331,
+  Hash = 0x4C4B6831,
 };
 
-struct ThreadObject : ThreadBound {
-  ErrorRecordScope record;
+struct latchkey_key {
+  const latchkey_mark mark = latchkey_mark::Key;
+  mutable std::atomic<std::uint32_t> owners{1};
+  latchkey::DerivedKey derived;
 };
 
-struct CryptoObject : ThreadBound {
-  clsCryptoAPI api;
-  std::array<UniqueContext, 2> providers;  // for exact bytes: base, enhanced
+namespace latchkey::c {
 
-  // The provider, opened on first need and kept; no handle when it cannot be opened.
-  [[nodiscard]] const UniqueContext& Provider(bool enhanced);
-};
+// Whether `object` points to a live object of that kind. The mark is read as bytes: the object may
+// be of another type.
+[[nodiscard]] inline bool IsA(latchkey_mark kind, const void* object) noexcept {
+  if (object == nullptr) return false;
+  latchkey_mark mark{};
+  std::memcpy(&mark, object, sizeof mark);
+  return mark == kind;
+}
 
-// Owns the objects behind one kind of handle, a number in the form of a pointer. Any thread may use
-// it.
-template <class Object, class Handle>
-class ObjectTable {
+// Takes an owner off the key and destroys it with the last one.
+void ReleaseKey(const latchkey_key* key) noexcept;
+
+// An owner of a key, while another owner exists.
+class KeyOwner {
  public:
-  // The table of this kind. It lives as long as the process, also for calls after main.
-  static ObjectTable& Instance() {
-    static NeverDestroyed<ObjectTable> table;
-    return table.Get();
-  }
+  explicit KeyOwner(const latchkey_key& key) noexcept : key_(&key) { ++key.owners; }
+  KeyOwner(const KeyOwner&) = delete;
+  KeyOwner& operator=(const KeyOwner&) = delete;
+  ~KeyOwner() { ReleaseKey(key_); }
 
-  [[nodiscard]] Handle* Open() {
-    // NOLINTNEXTLINE(performance-no-int-to-ptr): nobody follows it
-    return reinterpret_cast<Handle*>(objects_.AddMade(std::make_shared<Object>));
-  }
-
-  // Nothing for what is no handle of this kind.
-  [[nodiscard]] std::shared_ptr<Object> Find(const Handle* handle) const {
-    return objects_.Find(reinterpret_cast<std::uintptr_t>(handle));
-  }
-
-  // The object, which the table lets go of, or nothing.
-  std::shared_ptr<Object> Take(const Handle* handle) {
-    return objects_.Take(reinterpret_cast<std::uintptr_t>(handle));
-  }
+  [[nodiscard]] const DerivedKey& Key() const noexcept { return key_->derived; }
 
  private:
-  HandleTable<Object> objects_;
+  const latchkey_key* key_;
 };
 
-using ThreadTable = ObjectTable<ThreadObject, latchkey_thread>;
-using CryptoTable = ObjectTable<CryptoObject, latchkey_crypto>;
-using TimerTable = ObjectTable<clsTimer, latchkey_timer>;
-
-// Runs `body` on the object of a handle that belongs to the calling thread.
-template <class Table, class Handle, class Body>
-int WithObject(const Handle* handle, Body&& body) {
-  const auto object = Table::Instance().Find(handle);
-  if (object == nullptr) return LATCHKEY_BAD_HANDLE;
-  if (object->thread != std::this_thread::get_id()) return LATCHKEY_WRONG_THREAD;
-  return std::forward<Body>(body)(*object);
+// Destroys an object of that kind; null is good.
+template <class Object>
+std::int32_t CloseObject(latchkey_mark kind, Object* object) noexcept {
+  if (object == nullptr) return LATCHKEY_OK;
+  if (!IsA(kind, object)) return LATCHKEY_BAD_OBJECT;
+  const platform::CancellationHold hold;
+  delete object;
+  return LATCHKEY_OK;
 }
 
-template <class Table, class Handle>
-int OpenObject(Handle** handle) noexcept {
-  if (handle == nullptr) return LATCHKEY_BAD_ARGUMENT;
-  *handle = nullptr;
-  return Guarded([&] {
-    *handle = Table::Instance().Open();
-    return LATCHKEY_OK;
-  });
-}
-
-template <class Table, class Handle>
-int CloseObject(Handle* handle) noexcept {
-  if (handle == nullptr) return LATCHKEY_OK;
-  return Guarded([&] {
-    return Table::Instance().Take(handle) == nullptr ? LATCHKEY_BAD_HANDLE : LATCHKEY_OK;
-  });
-}
-
-}  // namespace latchkey
+}  // namespace latchkey::c

@@ -1,79 +1,78 @@
-// The C interface: random bytes and the component's random texts.
+// The C interface: random data.
 #include <algorithm>
+#include <array>
+#include <string_view>
 
 #include "base/checked_arithmetic.h"
-#include "c/objects.h"
-#include "crypto/text_codec.h"
+#include "base/secure_memory.h"
+#include "c/call.h"
+#include "crypto/open_provider.h"
 
+namespace latchkey::c {
 namespace {
 
-using namespace latchkey;  // NOLINT(google-build-using-namespace): all of it is the component's
+constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+// The bytes below it are shared equally by the letters; the others are dropped.
+constexpr std::size_t kFairBytes = 256 - 256 % kLetters.size();
 
-// An operation of the component that gives text.
-struct TextOperation {
-  const TrapSite& trap;
-  std::uint32_t flags;  // those that it knows
+// The provider's random source. Opened with the object.
+class RandomSource {
+ public:
+  [[nodiscard]] bool IsOpen() const noexcept { return static_cast<bool>(context_); }
+
+  [[nodiscard]] bool Fill(std::span<std::uint8_t> bytes) {
+    const auto length = NarrowTo<std::uint32_t>(bytes.size());
+    return context_.Get().provider->CryptGenRandom(context_.Get().value, length, bytes.data());
+  }
+
+ private:
+  UniqueContext context_ = OpenProvider(false);
 };
 
-constexpr TextOperation kRandomText{trap::kCreateRandom, LATCHKEY_EXACT_LENGTH | LATCHKEY_AS_HEX};
-constexpr TextOperation kSalt{trap::kCreateSaltValue, LATCHKEY_LETTERS_ONLY};
-
-// What stands in the buffer is additional seed to the provider.
-int FillBytes(CryptoObject& crypto, std::span<std::uint8_t> bytes) {
-  const UniqueContext& provider = crypto.Provider(false);
-  if (!provider) return Refuse(check::kRandomProvider);
-  const auto length = NarrowTo<std::uint32_t>(bytes.size());
-  const auto& [functions, context] = provider.Get();
-  return functions->CryptGenRandom(context, length, bytes.data()) ? LATCHKEY_OK
-                                                                  : LATCHKEY_PROVIDER_REFUSED;
+Outcome FillLetters(RandomSource& source, std::span<std::uint8_t> letters) {
+  std::array<std::uint8_t, 64> pool{};
+  const WipeAtExit wipePool(pool);
+  for (auto place = letters.begin(); place != letters.end();) {
+    if (!source.Fill(pool)) return LATCHKEY_PROVIDER_REFUSED;
+    for (const std::uint8_t byte : pool) {
+      if (byte >= kFairBytes || place == letters.end()) continue;
+      *place++ = static_cast<std::uint8_t>(kLetters[byte % kLetters.size()]);
+    }
+  }
+  return LATCHKEY_OK;
 }
 
-// Runs an operation that gives text, and hands over one byte for each character. An operation
-// gives empty text for a length above 0 only when it fails; where it then records nothing, the
-// provider has refused.
-template <class Make>
-int DeliverText(latchkey_crypto* handle, const TextOperation& operation, std::uint32_t flags,
-                std::int32_t length, Output output, Make make) {
-  return WithOutput(output, {}, [&]() -> int {
-    if ((flags & ~operation.flags) != 0) return LATCHKEY_BAD_FLAGS;
-    return WithObject<CryptoTable>(handle, [&](CryptoObject& crypto) -> int {
-      Text text = make(crypto.api);
-      const WipeAtExit wipeText(text);
-      const int status = StatusOfRecord();
-      if (status != LATCHKEY_OK) return status;
-      if (text.empty() && length > 0) return LATCHKEY_PROVIDER_REFUSED;
-      return Trapped(operation.trap, [&] { return output.Deliver(EncodeText(text)); });
-    });
-  });
+Outcome FillBytes(RandomSource& source, std::span<std::uint8_t> bytes) {
+  return source.Fill(bytes) ? LATCHKEY_OK : LATCHKEY_PROVIDER_REFUSED;
 }
 
-}  // namespace
-
-int latchkey_random_bytes(latchkey_crypto* crypto, uint8_t* bytes, size_t length) {
-  std::size_t room = length;
-  Output output(bytes, &room);
-  const int status = WithOutput(output, {}, [&] {
-    return WithObject<CryptoTable>(crypto, [&](CryptoObject& object) {
-      return Operation(trap::kCreateRandom, [&] { return FillBytes(object, {bytes, length}); });
-    });
+// Fills the memory, or clears it.
+template <class Work>
+std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure,
+                  Work work) noexcept {
+  if (!Memory(memory, length).IsGood()) {
+    return Call(failure, trap::kCreateRandom, [] { return Outcome(LATCHKEY_BAD_ARGUMENT); });
+  }
+  const std::span bytes(static_cast<std::uint8_t*>(memory), length);
+  std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
+  const std::int32_t status = Call(failure, trap::kCreateRandom, [&]() -> Outcome {
+    RandomSource source;
+    if (!source.IsOpen()) return {LATCHKEY_NO_PROVIDER, &check::kRandomProvider};
+    return work(source, bytes);
   });
-  // A provider that fails may leave some bytes behind.
-  if (status != LATCHKEY_OK && bytes != nullptr) std::fill_n(bytes, length, std::uint8_t{0});
+  if (status != LATCHKEY_OK) std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
   return status;
 }
 
-int latchkey_create_random(latchkey_crypto* crypto, uint32_t flags, int32_t length, uint8_t* output,
-                           size_t* outputLength) {
-  return DeliverText(crypto, kRandomText, flags, length, {output, outputLength},
-                     [&](clsCryptoAPI& api) {
-                       return api.CreateRandom(length, (flags & LATCHKEY_EXACT_LENGTH) != 0,
-                                               (flags & LATCHKEY_AS_HEX) != 0);
-                     });
+}  // namespace
+}  // namespace latchkey::c
+
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+
+int32_t latchkey_random_bytes(uint8_t* bytes, size_t length, latchkey_failure* failure) {
+  return Fill(bytes, length, failure, FillBytes);
 }
 
-int latchkey_create_salt(latchkey_crypto* crypto, uint32_t flags, int32_t length, uint8_t* output,
-                         size_t* outputLength) {
-  return DeliverText(crypto, kSalt, flags, length, {output, outputLength}, [&](clsCryptoAPI& api) {
-    return api.CreateSaltValue(length, (flags & LATCHKEY_LETTERS_ONLY) != 0);
-  });
+int32_t latchkey_salt(char* letters, size_t length, latchkey_failure* failure) {
+  return Fill(letters, length, failure, FillLetters);
 }

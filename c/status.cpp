@@ -1,5 +1,6 @@
 // The C interface: version and status texts.
 #include <array>
+#include <cstddef>
 
 #include "latchkey.h"
 
@@ -7,11 +8,8 @@ namespace {
 
 constexpr std::array<const char*, LATCHKEY_STATUS_COUNT> kStatusTexts{
     "Done",
-    "Bad handle: none, a closed one, or one of another kind",
+    "Bad object: NULL, or an object of another kind",
     "Bad argument",
-    "Unknown flag",
-    "The handle belongs to another thread",
-    "No latchkey_thread is open on this thread",
     "The output buffer is too small",
     "Out of memory",
     "Bad hash type",
@@ -20,13 +18,13 @@ constexpr std::array<const char*, LATCHKEY_STATUS_COUNT> kStatusTexts{
     "Error deriving key",
     "Error encrypting or decrypting data",
     "Error converting data",
-    "Run-time fault",
     "The provider refused",
+    "Run-time fault",
 };
 
 }  // namespace
 
-const char* latchkey_status_text(int status) {
+const char* latchkey_status_text(int32_t status) {
   const bool known = status >= 0 && status < LATCHKEY_STATUS_COUNT;
   return known ? kStatusTexts[static_cast<std::size_t>(status)] : "Unknown status";
 }

@@ -5,7 +5,7 @@
 namespace latchkey::cli {
 namespace {
 
-const std::string& NameAt(const std::vector<std::string>& names, std::int16_t number) {
+const std::string& NameAt(const std::vector<std::string>& names, std::int32_t number) {
   return names.at(static_cast<std::size_t>(number) - 1);
 }
 
@@ -26,9 +26,9 @@ const std::vector<std::string>& ProviderNames() {
   return names;
 }
 
-const std::string& HashName(std::int16_t number) { return NameAt(HashNames(), number); }
+const std::string& HashName(std::int32_t number) { return NameAt(HashNames(), number); }
 
-const std::string& CipherName(std::int16_t number) { return NameAt(CipherNames(), number); }
+const std::string& CipherName(std::int32_t number) { return NameAt(CipherNames(), number); }
 
 const std::string& ProviderName(bool enhanced) { return ProviderNames().at(enhanced ? 1 : 0); }
 

@@ -14,8 +14,8 @@ namespace latchkey::cli {
 [[nodiscard]] const std::vector<std::string>& CipherNames();
 [[nodiscard]] const std::vector<std::string>& ProviderNames();  // base, enhanced
 
-[[nodiscard]] const std::string& HashName(std::int16_t number);
-[[nodiscard]] const std::string& CipherName(std::int16_t number);
+[[nodiscard]] const std::string& HashName(std::int32_t number);
+[[nodiscard]] const std::string& CipherName(std::int32_t number);
 [[nodiscard]] const std::string& ProviderName(bool enhanced);
 
 // `name` must be in the list; the first name has the number 1.

@@ -5,17 +5,17 @@
 
 #include "cli/algorithm_names.h"
 #include "cli/alternatives.h"
-#include "cli/cipher_settings.h"
 #include "cli/cipher_stream.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/failure.h"
 #include "cli/json.h"
 #include "cli/output_options.h"
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/output_file.h"
 #include "cli/progress.h"
-#include "crypto/algorithms.h"
+#include "crypto/engine/derived_key.h"
 
 namespace latchkey::cli {
 namespace {
@@ -56,14 +56,17 @@ struct Options {
   std::string input = "-";
 };
 
-CipherSettings SettingsOf(const Options& options) {
-  CipherSettings settings;
+ProviderChoice ChoiceOf(const std::string& provider) {
+  if (provider.empty()) return ProviderChoice::Any;
+  return provider == ProviderName(true) ? ProviderChoice::Enhanced : ProviderChoice::Base;
+}
+
+KeySettings SettingsOf(const Options& options) {
+  KeySettings settings;
   settings.hash = NumberOf(options.hash, HashNames());
   settings.cipher = NumberOf(options.cipher, CipherNames());
+  settings.provider = ChoiceOf(options.provider);
   settings.rc2EffectiveBits = options.rc2EffectiveBits;
-  settings.enhanced = options.provider.empty()
-                          ? NeedsEnhancedProvider(settings.cipher, settings.rc2EffectiveBits)
-                          : options.provider == ProviderName(true);
   return settings;
 }
 
@@ -74,17 +77,20 @@ void CheckOptions(const Options& options) {
   RequireOwnSource(options.password, options.input);
 }
 
-// The keys for input of that size. Reads the password once.
-CipherWork PrepareWork(const CipherCommand& command, const Options& options,
-                       const CipherSettings& settings, const UniqueContext& context,
+// Raises CommandError about `file` if a check failed.
+void Require(const CheckSite* failed, const std::string& file) {
+  if (failed != nullptr) throw CommandError(FailureAt(*failed, file));
+}
+
+// The sessions of the key for input of that size.
+CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
                        const InputFile& input) {
-  const WipedBytes password = ReadPassword(options.password, command.prompt);
-  const KeyRequest request = RequestOf(settings, password);
   const bool inOrder =
-      command.direction == CipherDirection::Encrypt || request.cipher == provider::kAlgorithmRc4;
+      command.direction == CipherDirection::Encrypt || !key.Settings().HasBlockCipher();
   CipherWork work{command.direction, {}, CipherWorkers(input.Size(), inOrder), input.Name()};
   for (std::size_t i = 0; i < (inOrder ? 1 : work.workers); ++i) {
-    work.keys.push_back(DeriveKey(context, request, SitesOf(command.direction), input.Name()));
+    work.keys.push_back(key.NewSession());
+    if (!work.keys.back().HasKey()) Require(&SitesOf(command.direction).key, input.Name());
   }
   return work;
 }
@@ -99,10 +105,10 @@ ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output, Pro
                           }});
 }
 
-Json Result(const Options& options, const CipherSettings& settings, const ByteCounts& counts) {
+Json Result(const Options& options, const KeySettings& settings, const ByteCounts& counts) {
   Json result{{"input", options.input},
               {"output", options.output.file},
-              {"provider", ProviderName(settings.enhanced)},
+              {"provider", ProviderName(settings.UsesEnhancedProvider())},
               {"hash", options.hash},
               {"cipher", options.cipher}};
   if (settings.rc2EffectiveBits != 0) result["rc2_effective_bits"] = settings.rc2EffectiveBits;
@@ -114,10 +120,14 @@ Json Result(const Options& options, const CipherSettings& settings, const ByteCo
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
   CheckOptions(options);
-  const CipherSettings settings = SettingsOf(options);
+  const KeySettings settings = SettingsOf(options);
   InputFile input(options.input);
-  const UniqueContext context = OpenFor(settings, SitesOf(command.direction), input.Name());
-  CipherWork work = PrepareWork(command, options, settings, context, input);
+  const CipherSites& sites = SitesOf(command.direction);
+  if (!settings.IsAllowed()) Require(&sites.cipherType, input.Name());
+  DerivedKey key;
+  Require(key.Derive(settings, ReadPassword(options.password, command.prompt), sites),
+          input.Name());
+  CipherWork work = PrepareWork(command, key, input);
   OutputFile output(options.output.file, options.output.force, command.readers);
   ByteCounts counts;
   {

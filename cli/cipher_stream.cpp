@@ -7,7 +7,7 @@
 #include "base/secure_memory.h"
 #include "cli/failure.h"
 #include "cli/piece_relay.h"
-#include "cli/platform/processors.h"
+#include "platform/processors.h"
 #include "provider/block_size.h"
 
 namespace latchkey::cli {
@@ -84,7 +84,7 @@ std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
   // than processors would wait for a turn and then for a processor.
   const std::size_t most = inOrder ? 3 : 8;
   if (size && *size <= kCipherPiece) return 1;
-  return std::min(UsableProcessors(), most);
+  return std::min(platform::UsableProcessors(), most);
 }
 
 ByteCounts RunCipher(CipherWork& work, const ByteStreams& streams, std::size_t pieceSize) {

@@ -1,28 +1,36 @@
 #include "cli/ciphertext_sample.h"
 
+#include <algorithm>
+
 #include "cli/progress.h"
 
 namespace latchkey::cli {
+namespace {
 
-CiphertextSample ReadSample(InputFile& input, bool quiet) {
+constexpr std::size_t kPiece = std::size_t{1} << 18;
+
+// Keeps the last bytes of those read so far.
+void AddToTail(std::vector<std::uint8_t>& tail, std::span<const std::uint8_t> bytes) {
+  tail.insert(tail.end(), bytes.begin(), bytes.end());
+  const std::size_t kept = std::min(tail.size(), CiphertextSample::kTailLength);
+  tail.erase(tail.begin(), tail.end() - static_cast<std::ptrdiff_t>(kept));
+}
+
+}  // namespace
+
+SampleBytes ReadSample(InputFile& input, bool quiet) {
   Progress progress(input.Size(), quiet);
-  CiphertextSample sample;
+  SampleBytes sample;
   sample.head.resize(CiphertextSample::kHeadLength);
   sample.head.resize(input.Read(sample.head));
   sample.length = sample.head.size();
-  sample.tail = sample.head;
+  AddToTail(sample.tail, sample.head);
   progress.Advance(sample.length);
-  std::vector<std::uint8_t> piece(std::size_t{1} << 18);
+  std::vector<std::uint8_t> piece(kPiece);
   while (const std::size_t count = input.Read(piece)) {
     sample.length += count;
     progress.Advance(count);
-    sample.tail.insert(sample.tail.end(), piece.begin(),
-                       piece.begin() + static_cast<std::ptrdiff_t>(count));
-    if (sample.tail.size() > CiphertextSample::kTailLength) {
-      sample.tail.erase(
-          sample.tail.begin(),
-          sample.tail.end() - static_cast<std::ptrdiff_t>(CiphertextSample::kTailLength));
-    }
+    AddToTail(sample.tail, std::span(piece).first(count));
   }
   return sample;
 }

@@ -1,27 +1,24 @@
-// The parts of a ciphertext that identifying its settings requires.
+// A ciphertext read for identifying its settings.
 #pragma once
 
 #include <cstdint>
 #include <vector>
 
 #include "cli/platform/input_file.h"
-#include "provider/block_size.h"
+#include "crypto/engine/candidates.h"
 
 namespace latchkey::cli {
 
-struct CiphertextSample {
-  static constexpr std::size_t kHeadLength = std::size_t{1} << 16;
-  // The last block and the one it is chained to.
-  static constexpr std::size_t kTailLength = 2 * provider::kBlockSize;
+// Owns the bytes of a sample.
+struct SampleBytes {
+  std::vector<std::uint8_t> head;
+  std::vector<std::uint8_t> tail;
+  std::uint64_t length = 0;
 
-  std::vector<std::uint8_t> head;  // the beginning; everything when IsWhole
-  std::vector<std::uint8_t> tail;  // the last bytes, when there is more than the head
-  std::uint64_t length = 0;        // of the ciphertext
-
-  [[nodiscard]] bool IsWhole() const noexcept { return length == head.size(); }
+  [[nodiscard]] CiphertextSample Sample() const noexcept { return {head, tail, length}; }
 };
 
 // Reads the input to its end, in constant memory. Shows progress unless `quiet`.
-[[nodiscard]] CiphertextSample ReadSample(InputFile& input, bool quiet);
+[[nodiscard]] SampleBytes ReadSample(InputFile& input, bool quiet);
 
 }  // namespace latchkey::cli

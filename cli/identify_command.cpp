@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "cli/algorithm_names.h"
-#include "cli/candidates.h"
+#include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/json.h"
@@ -34,16 +34,16 @@ std::string Percent(double probability) {
 
 std::string Providers(const Candidate& candidate, const char* separator) {
   std::string names;
-  for (const CipherSettings& settings : candidate.settings) {
-    names += (names.empty() ? "" : separator) + ProviderName(settings.enhanced);
+  for (const KeySettings& settings : candidate.settings) {
+    names += (names.empty() ? "" : separator) + ProviderName(settings.UsesEnhancedProvider());
   }
   return names;
 }
 
 // The options that decrypt with the candidate's settings.
 std::string OptionsOf(const Candidate& candidate) {
-  const CipherSettings& settings = candidate.settings.front();
-  std::string options = "--provider " + ProviderName(settings.enhanced) + " --hash " +
+  const KeySettings& settings = candidate.settings.front();
+  std::string options = "--provider " + ProviderName(settings.UsesEnhancedProvider()) + " --hash " +
                         HashName(settings.hash) + " --cipher " + CipherName(settings.cipher);
   if (settings.rc2EffectiveBits != 0) {
     options += " --rc2-effective-bits " + std::to_string(settings.rc2EffectiveBits);
@@ -57,7 +57,7 @@ std::string Padded(std::string text, std::size_t width) {
 }
 
 std::string Line(const Candidate& candidate) {
-  const CipherSettings& settings = candidate.settings.front();
+  const KeySettings& settings = candidate.settings.front();
   const std::string bits = settings.rc2EffectiveBits != 0
                                ? ", " + std::to_string(settings.rc2EffectiveBits) + " bits"
                                : std::string();
@@ -77,10 +77,10 @@ void PrintTable(const Candidates& candidates, const Report& report) {
 }
 
 Json ObjectOf(const Candidate& candidate) {
-  const CipherSettings& settings = candidate.settings.front();
+  const KeySettings& settings = candidate.settings.front();
   Json providers = Json::array();
-  for (const CipherSettings& each : candidate.settings) {
-    providers.push_back(ProviderName(each.enhanced));
+  for (const KeySettings& each : candidate.settings) {
+    providers.push_back(ProviderName(each.UsesEnhancedProvider()));
   }
   Json object{{"providers", providers},
               {"hash", HashName(settings.hash)},
@@ -93,7 +93,7 @@ Json ObjectOf(const Candidate& candidate) {
   return object;
 }
 
-Json Result(const Options& options, const CiphertextSample& sample, const Candidates& candidates) {
+Json Result(const Options& options, const SampleBytes& sample, const Candidates& candidates) {
   Json list = Json::array();
   for (const Candidate& candidate : candidates.fitting) list.push_back(ObjectOf(candidate));
   return {{"file", options.file},
@@ -115,9 +115,9 @@ CommandError NothingFits(const std::string& file) {
 ExitStatus RunIdentify(const Options& options, const Report& report) {
   RequireOwnSource(options.password, options.file);
   InputFile input(options.file);
-  const CiphertextSample sample = ReadSample(input, report.IsQuiet());
-  const Candidates candidates =
-      FindCandidates(sample, ReadPassword(options.password, Prompt::Once));
+  const SampleBytes sample = ReadSample(input, report.IsQuiet());
+  const Candidates candidates = FindCandidates(std::array{sample.Sample()},
+                                               ReadPassword(options.password, Prompt::Once));
   if (candidates.fitting.empty()) throw NothingFits(input.Name());
   PrintTable(candidates, report);
   report.Result(Result(options, sample, candidates));

@@ -5,6 +5,14 @@
 namespace latchkey {
 namespace {
 
+constexpr std::uint32_t kLongestKeyBits = 128;
+
+// Providers differ in what they do with a length for another cipher.
+bool MayHaveLength(provider::AlgorithmId cipher, std::uint32_t bits) noexcept {
+  const bool hasLengths = cipher == provider::kAlgorithmRc4 || cipher == provider::kAlgorithmRc2;
+  return bits == 0 || (hasLengths && bits <= kLongestKeyBits && bits % 8 == 0);
+}
+
 // Sets RC2's effective key length; 0 leaves it as the provider made it.
 bool SetEffectiveBits(const KeyTrait::Type& key, std::uint32_t bits) {
   return bits == 0 ||
@@ -24,8 +32,9 @@ CipherStep PasswordKey::Derive(const UniqueContext& context, const KeyRequest& r
     return CipherStep::HashData;
   }
   KeyTrait::Type key{&provider};
-  if (!provider.CryptDeriveKey(context.Get().value, request.cipher, hash_.Get().value, 0,
-                               &key.value)) {
+  if (!MayHaveLength(request.cipher, request.keyBits) ||
+      !provider.CryptDeriveKey(context.Get().value, request.cipher, hash_.Get().value,
+                               request.keyBits << provider::kKeyLengthShift, &key.value)) {
     return CipherStep::DeriveKey;
   }
   key_.Reset(key);
@@ -43,6 +52,15 @@ CipherStep PasswordKey::Transform(CipherDirection direction, std::span<std::uint
                                                  NarrowTo<std::uint32_t>(buffer.size()))
                         : provider->CryptDecrypt(key, 0, final, 0, buffer.data(), &length);
   return done ? CipherStep::Done : CipherStep::Cipher;
+}
+
+PasswordKey PasswordKey::Duplicate() const {
+  const auto& [provider, key] = key_.Get();
+  PasswordKey copy;
+  copy.key_ = Receive<KeyTrait>(*provider, [&](provider::HCRYPTKEY* made) {
+    return provider->CryptDuplicateKey(key, nullptr, 0, made);
+  });
+  return copy;
 }
 
 }  // namespace latchkey

@@ -1,37 +1,34 @@
 /* Latchkey's C interface, for every language with a foreign-function interface.
  *
- * Status. A function that can fail returns a status: LATCHKEY_OK (0) or one of the codes below.
- * No function raises an exception or ends the process.
+ * Status. A function that can fail returns a status: LATCHKEY_OK (0) or one of the codes of enum
+ * latchkey_status. No function raises an exception or ends the process. Where a function takes a
+ * latchkey_failure, it may be NULL; otherwise it is filled when the function returns.
  *
- * Handles. A handle is made by an ..._open function and ended by the ..._close function of the
- * same kind. It is a number in the form of a pointer, never an address: NULL, a handle that was
- * closed and a handle of another kind give LATCHKEY_BAD_HANDLE. Closing NULL does nothing.
+ * Objects. A function that ends in _open makes an object, and the _close function of the same kind
+ * destroys it; closing NULL does nothing. Each object carries a mark of its kind: NULL and an
+ * object of another kind are LATCHKEY_BAD_OBJECT. Passing a pointer that was closed, or that no
+ * _open function returned, is undefined. After a failed _open the pointer is NULL.
  *
- * Threads. Open one latchkey_thread on each thread that uses the library and close it there: it
- * makes the thread's error record, which every operation needs (LATCHKEY_NO_RECORD without one).
- * Another one on the same thread replaces the record with a new one; closing any of them removes
- * the record. A latchkey_crypto is used on the thread that opened it, a latchkey_timer by one
- * thread at a time; both may be closed on any thread. Elsewhere a call gives LATCHKEY_WRONG_THREAD
- * and does nothing. Nothing is shared between threads that needs a lock of yours.
+ * Threads. There is no state but the objects'. Any number of threads may use one latchkey_key at
+ * the same time; a latchkey_stream or latchkey_hash is used by one thread at a time. Every object
+ * may be closed on any thread, and used after fork() in both processes. Thread cancellation is held
+ * off inside every function.
  *
- * Failures. LATCHKEY_BAD_HASH and the codes behind it are written to the thread's error record
- * where the function gives a location number for them: read it with latchkey_error_read. The codes
- * before it tell of the call as such and write nothing, except that a failure of memory during an
- * operation is recorded as run-time fault 7. Operations on a latchkey_crypto clear the record
- * first.
+ * Bytes. Data and passwords are exact bytes: none is trimmed, added or converted. Input is a
+ * pointer and a length; the pointer may be NULL when the length is 0.
  *
- * Bytes and text. Data and passwords are exact bytes: none is trimmed, added or converted. Input
- * is a pointer and a length; the pointer may be NULL when the length is 0. Text that the library
- * writes is UTF-8 and ends with a zero.
+ * Output. An output is a buffer and a pointer to a length: on entry the room in the buffer, on
+ * return the length of the result, both in bytes. When the room is too small
+ * (LATCHKEY_BUFFER_TOO_SMALL) the length is the room that is needed; after every other failure it
+ * is 0. After a failure the buffer holds nothing of the result: it is unchanged or zeros. The
+ * buffer may be NULL when the room is 0. An output that overlaps an input or another output is
+ * LATCHKEY_BAD_ARGUMENT.
  *
- * Output. An output is a buffer and a pointer to a length in bytes, on entry the room in the
- * buffer and on return the length of the result; for text both count the zero at the end. The
- * length is always set. When the room is too small (LATCHKEY_BUFFER_TOO_SMALL) the length is the
- * room that is needed, and the buffer is cleared; with every other failure the length is 0 and the
- * buffer untouched. The buffer may be NULL when the room is 0. An output must not overlap an input
- * (LATCHKEY_BAD_ARGUMENT).
+ * Structs. Members named `size` are set by the caller to the size of the struct, as the macros
+ * ending in _INIT do. Later versions add members at the end and accept the smaller size of today.
+ * A size that this version does not know is LATCHKEY_BAD_ARGUMENT.
  *
- * Flags. An unknown flag gives LATCHKEY_BAD_FLAGS.
+ * The algorithms are old. Use them to exchange data with systems that already do.
  */
 #ifndef LATCHKEY_H
 #define LATCHKEY_H
@@ -53,82 +50,42 @@ extern "C" {
 
 enum latchkey_status {
   LATCHKEY_OK = 0,
-  LATCHKEY_BAD_HANDLE = 1,       /* no handle, a closed one, or one of another kind */
-  LATCHKEY_BAD_ARGUMENT = 2,     /* a pointer or a number that the function does not take */
-  LATCHKEY_BAD_FLAGS = 3,        /* an unknown flag */
-  LATCHKEY_WRONG_THREAD = 4,     /* the handle belongs to another thread */
-  LATCHKEY_NO_RECORD = 5,        /* no latchkey_thread is open on this thread */
-  LATCHKEY_BUFFER_TOO_SMALL = 6, /* the length tells the room that is needed */
-  LATCHKEY_NO_MEMORY = 7,
-  LATCHKEY_BAD_HASH = 8,          /* the hash number */
-  LATCHKEY_BAD_CIPHER = 9,        /* the cipher number, or the provider does not allow it */
-  LATCHKEY_NO_PROVIDER = 10,      /* the cryptographic provider cannot be opened */
-  LATCHKEY_KEY_FAILED = 11,       /* no key could be made from the password */
-  LATCHKEY_CIPHER_FAILED = 12,    /* decrypting: a wrong password or setting, or damaged data */
-  LATCHKEY_BAD_HEX = 13,          /* hexadecimal text of odd length */
-  LATCHKEY_FAULT = 14,            /* a run-time fault; the record has its number */
-  LATCHKEY_PROVIDER_REFUSED = 15, /* the provider gave no digest or no random bytes */
-  LATCHKEY_STATUS_COUNT = 16      /* no status: every status is below it */
+  LATCHKEY_BAD_OBJECT = 1,        /* NULL, or an object of another kind */
+  LATCHKEY_BAD_ARGUMENT = 2,      /* a pointer, size, number or offset that the function refuses */
+  LATCHKEY_BUFFER_TOO_SMALL = 3,  /* the length is the room that is needed */
+  LATCHKEY_NO_MEMORY = 4,
+  LATCHKEY_BAD_HASH = 5,          /* the hash number */
+  LATCHKEY_BAD_CIPHER = 6,        /* the cipher number, or the provider lacks the cipher */
+  LATCHKEY_NO_PROVIDER = 7,       /* the cryptographic provider cannot be opened */
+  LATCHKEY_KEY_FAILED = 8,        /* the provider derives no such key: bits that it refuses */
+  LATCHKEY_CIPHER_FAILED = 9,     /* decrypting: a wrong password or setting, or damaged data */
+  LATCHKEY_BAD_HEX = 10,          /* hexadecimal text of odd length */
+  LATCHKEY_PROVIDER_REFUSED = 11, /* the provider returned no digest or no random bytes */
+  LATCHKEY_FAULT = 12,            /* a run-time fault; the failure has its number */
+  LATCHKEY_STATUS_COUNT = 13      /* not a status: every status is below it */
 };
 
-/* One line in English for a status; for a number that is no status "Unknown status". Never NULL;
- * the text lives as long as the library. */
-LATCHKEY_C_API const char* latchkey_status_text(int status);
+/* One line in English for a status, "Unknown status" for another number. Never NULL; lives as long
+ * as the library. */
+LATCHKEY_C_API const char* latchkey_status_text(int32_t status);
 
 /* The library's version, as "1.0.0". Lives as long as the library. */
 LATCHKEY_C_API const char* latchkey_version(void);
 
-/* ---- A thread and its error record ---- */
+/* Why a function failed, with the numbers that the component records: `latchkey errors 717` prints
+ * what location 717 means. All members but `size` are 0 after success. */
+typedef struct latchkey_failure {
+  uint32_t size;
+  int32_t status;   /* what the function returned, or the first failed record's status */
+  int32_t type;     /* 1 run-time fault, 2 failed check, 0 neither: only `status` says more */
+  int32_t location; /* 718 to 724 encrypting, 711 to 717 decrypting, 709 and 710, 727; or 0 */
+  int32_t number;   /* 101 to 160 for a failed check, an Automation number for a fault; or 0 */
+  char text[76];    /* in English, ends with a zero */
+} latchkey_failure;
 
-typedef struct latchkey_thread latchkey_thread;
+#define LATCHKEY_FAILURE_INIT {sizeof(latchkey_failure), 0, 0, 0, 0, {0}}
 
-LATCHKEY_C_API int latchkey_thread_open(latchkey_thread** thread);
-LATCHKEY_C_API int latchkey_thread_close(latchkey_thread* thread);
-
-/* The numbers of the record. Clearing it leaves the location and both error numbers of the last
- * failure in place, so test error_exists first. */
-typedef struct latchkey_error {
-  int32_t error_exists;     /* 1 when a failure was recorded since the record was last cleared */
-  int32_t error_type;       /* 1 run-time fault, 2 failure that the operation found itself */
-  int32_t location_id;      /* 401 to 451 the operation with the fault, 700 to 761 the check */
-  int32_t app_error_number; /* of the last failure found by an operation, 101 to 160 */
-  int32_t rt_error_number;  /* of the last run-time fault, an Automation number */
-  int32_t machine_state;    /* step of a multi-step operation, 0 for none */
-} latchkey_error;
-
-/* Reads the calling thread's record; all zeros when it fails. */
-LATCHKEY_C_API int latchkey_error_read(const latchkey_thread* thread, latchkey_error* error);
-
-/* The record's descriptions of what has app_error_number and of what has rt_error_number. */
-LATCHKEY_C_API int latchkey_error_app_description(const latchkey_thread* thread, char* text,
-                                                  size_t* text_length);
-LATCHKEY_C_API int latchkey_error_rt_description(const latchkey_thread* thread, char* text,
-                                                 size_t* text_length);
-
-/* Sets *connected to 1 when the machine has an Internet connection configured, else to 0. Makes no
- * network traffic. A query that fails is recorded (location 419 or 420) and gives 0. */
-LATCHKEY_C_API int latchkey_connection_exists(const latchkey_thread* thread, int32_t* connected);
-
-/* ---- Elapsed time ---- */
-
-typedef struct latchkey_timer latchkey_timer;
-
-/* The timer measures from its opening, or from the last start. Needs no latchkey_thread. */
-LATCHKEY_C_API int latchkey_timer_open(latchkey_timer** timer);
-LATCHKEY_C_API int latchkey_timer_close(latchkey_timer* timer);
-LATCHKEY_C_API int latchkey_timer_start(latchkey_timer* timer);
-
-/* Milliseconds since the start mark; 0 once in 49.7 days, when the system's counter wraps. */
-LATCHKEY_C_API int latchkey_timer_elapsed(latchkey_timer* timer, int32_t* milliseconds);
-
-/* ---- Cryptography ----
- *
- * The algorithms are old: use them to exchange data with systems that already do. */
-
-typedef struct latchkey_crypto latchkey_crypto;
-
-LATCHKEY_C_API int latchkey_crypto_open(latchkey_crypto** crypto);
-LATCHKEY_C_API int latchkey_crypto_close(latchkey_crypto* crypto);
+/* ---- Keys ---- */
 
 enum latchkey_hash_number {
   LATCHKEY_MD5 = 1,
@@ -141,86 +98,202 @@ enum latchkey_cipher_number {
   LATCHKEY_RC4 = 1,
   LATCHKEY_RC2 = 2,
   LATCHKEY_DES = 3,
-  LATCHKEY_3DES = 4,    /* with LATCHKEY_ENHANCED only */
-  LATCHKEY_3DES_112 = 5 /* two-key 3DES, with LATCHKEY_ENHANCED only */
+  LATCHKEY_3DES = 4,    /* enhanced provider only */
+  LATCHKEY_3DES_112 = 5 /* two-key 3DES, enhanced provider only */
+};
+
+/* The provider sets the length of RC4 and RC2 keys: 40 bits (base) or 128 bits (enhanced). DES keys
+ * are the same in both. */
+enum latchkey_provider_number {
+  LATCHKEY_ANY_PROVIDER = 0, /* base, or enhanced where base lacks the cipher or the bits */
+  LATCHKEY_BASE = 1,
+  LATCHKEY_ENHANCED = 2
 };
 
 enum latchkey_key_flags {
-  LATCHKEY_ENHANCED = 1,        /* the enhanced provider: longer keys, and 3DES */
-  LATCHKEY_DEFAULT_PASSWORD = 2 /* the library's built-in password; password_length must be 0 */
+  LATCHKEY_DEFAULT_PASSWORD = 1 /* the library's built-in password; password_length must be 0 */
 };
 
-/* What a key is made from. It has no salt, so the same settings always give the same key. Set
- * unused members to 0. A password of length 0 without LATCHKEY_DEFAULT_PASSWORD is the empty one,
- * which is allowed. No member is kept after the call. */
-typedef struct latchkey_key {
-  uint32_t flags;
+/* What a key is derived from, besides the password. */
+typedef struct latchkey_settings {
+  uint32_t size;
+  uint32_t flags;              /* latchkey_key_flags; an unknown flag is LATCHKEY_BAD_ARGUMENT */
   int32_t hash;                /* LATCHKEY_MD5... */
   int32_t cipher;              /* LATCHKEY_RC4... */
-  uint32_t rc2_effective_bits; /* 0, or for RC2: 40 reads data of Windows 2000 and before */
-  const uint8_t* password;
-  size_t password_length;
-} latchkey_key;
+  int32_t provider;            /* LATCHKEY_ANY_PROVIDER... */
+  uint32_t key_bits;           /* RC4 and RC2: 40 to 56, enhanced to 128, in steps of 8; or 0 */
+  uint32_t rc2_effective_bits; /* RC2: 1 to 1024, base only 40; 0 is the length of the key */
+} latchkey_settings;
 
-/* Encrypt and decrypt exact bytes, any number below 4 GiB less 8. RC4 keeps the length. The block
- * ciphers (CBC, zero initialisation vector) pad to the next multiple of 8 above the input's length,
- * and their plaintext is shorter than the ciphertext by 1 to 8: with a room of input_length rounded
- * up like that, one call is enough. A wrong password goes unnoticed under RC4, and now and then
- * under the others. Fail with LATCHKEY_BAD_HASH, LATCHKEY_BAD_CIPHER, LATCHKEY_NO_PROVIDER,
- * LATCHKEY_KEY_FAILED, LATCHKEY_CIPHER_FAILED (encrypting: locations 718 to 724, decrypting: 711 to
- * 717), LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
-LATCHKEY_C_API int latchkey_encrypt(latchkey_crypto* crypto, const latchkey_key* key,
-                                    const uint8_t* input, size_t input_length, uint8_t* output,
-                                    size_t* output_length);
-LATCHKEY_C_API int latchkey_decrypt(latchkey_crypto* crypto, const latchkey_key* key,
-                                    const uint8_t* input, size_t input_length, uint8_t* output,
-                                    size_t* output_length);
+#define LATCHKEY_SETTINGS_INIT {sizeof(latchkey_settings), 0, 0, 0, 0, 0, 0}
 
-/* The digest of exact bytes, any number below 4 GiB: 16 bytes, for LATCHKEY_SHA1 20. Fails with
- * LATCHKEY_BAD_HASH and LATCHKEY_PROVIDER_REFUSED (nothing recorded), LATCHKEY_NO_PROVIDER
- * (location 709), LATCHKEY_FAULT (432). */
-LATCHKEY_C_API int latchkey_hash(latchkey_crypto* crypto, int32_t hash, const uint8_t* input,
-                                 size_t input_length, uint8_t* digest, size_t* digest_length);
+typedef struct latchkey_key latchkey_key;
 
-/* Fills `bytes` with random bytes. When it fails they are cleared: LATCHKEY_NO_PROVIDER (location
- * 710), LATCHKEY_PROVIDER_REFUSED, LATCHKEY_FAULT (433; fault 6 for 4 GiB and more). */
-LATCHKEY_C_API int latchkey_random_bytes(latchkey_crypto* crypto, uint8_t* bytes, size_t length);
+/* Derives a key as CryptDeriveKey does from the hash of the password. There is no salt: the same
+ * settings and password always give the same key. A password of length 0 is the empty one, which is
+ * allowed. Key bits set the length of an RC4 or RC2 key; exactly 40 adds 11 zero bytes of salt, and
+ * RC2's effective bits follow the key bits unless given. Data that Windows 2000 and before
+ * encrypted under RC2 with the enhanced provider has 40 effective bits. The key is immutable and
+ * wiped when it is destroyed. Fails with LATCHKEY_BAD_HASH (location 718), LATCHKEY_BAD_CIPHER (719),
+ * LATCHKEY_NO_PROVIDER (720), LATCHKEY_KEY_FAILED (721 to 723), LATCHKEY_FAULT (438; fault 6 for a
+ * password of 4 GiB or more). */
+LATCHKEY_C_API int32_t latchkey_key_open(const latchkey_settings* settings,
+                                         const uint8_t* password, size_t password_length,
+                                         latchkey_key** key, latchkey_failure* failure);
 
-enum latchkey_random_flags {
-  LATCHKEY_EXACT_LENGTH = 1, /* cut the result to `length` bytes */
-  LATCHKEY_AS_HEX = 2        /* as hexadecimal digits, cut after the conversion */
-};
+/* Adds an owner to a key: the key is destroyed when latchkey_key_close was called once for
+ * latchkey_key_open and once for each latchkey_key_share. */
+LATCHKEY_C_API int32_t latchkey_key_share(latchkey_key* key);
+LATCHKEY_C_API int32_t latchkey_key_close(latchkey_key* key);
 
-/* CreateRandom of the component: `length` random bytes and what of its seed text is longer than
- * that, without spaces (20 hexadecimal) at either end. Use latchkey_random_bytes unless you need
- * just this. A result that found too little room is lost, and the next one may be longer: give
- * room for twice (`length` + 100). Fails as latchkey_random_bytes does; a negative length is
- * fault 5. */
-LATCHKEY_C_API int latchkey_create_random(latchkey_crypto* crypto, uint32_t flags, int32_t length,
-                                          uint8_t* output, size_t* output_length);
+/* ---- One message ---- */
 
-enum latchkey_salt_flags { LATCHKEY_LETTERS_ONLY = 1 /* A to Z and a to z */ };
+/* Encrypt and decrypt a whole message of less than 4 GiB - 8 bytes. RC4 keeps the length. The block
+ * ciphers (CBC mode, zero initialization vector) pad to the next multiple of 8 above the input's
+ * length; their plaintext is 1 to 8 bytes shorter than the ciphertext. Room for input_length, plus
+ * 8 when encrypting, is always enough. A wrong password goes unnoticed under RC4, and one time in 255
+ * under the others. Fail with LATCHKEY_CIPHER_FAILED (encrypting: location 724, decrypting: 717),
+ * LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
+LATCHKEY_C_API int32_t latchkey_encrypt(const latchkey_key* key, const uint8_t* input,
+                                        size_t input_length, uint8_t* output,
+                                        size_t* output_length, latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_decrypt(const latchkey_key* key, const uint8_t* input,
+                                        size_t input_length, uint8_t* output,
+                                        size_t* output_length, latchkey_failure* failure);
 
-/* CreateSaltValue of the component: `length` letters, or up to `length` random bytes without
- * spaces at either end. Fails as latchkey_create_random does, and with LATCHKEY_FAULT at location
- * 434. */
-LATCHKEY_C_API int latchkey_create_salt(latchkey_crypto* crypto, uint32_t flags, int32_t length,
-                                        uint8_t* output, size_t* output_length);
+/* ---- One message in pieces ---- */
 
-/* ---- Hexadecimal ----
- *
- * These need no handle, do not clear the record, and need one only to record a failure. */
+typedef struct latchkey_stream latchkey_stream;
 
-/* Two upper-case digits for each byte. Fails with LATCHKEY_FAULT (location 441; fault 6 for more
- * digits than a 32-bit number counts). */
-LATCHKEY_C_API int latchkey_hex_encode(const uint8_t* input, size_t input_length, char* text,
-                                       size_t* text_length);
+enum latchkey_direction { LATCHKEY_ENCRYPT = 1, LATCHKEY_DECRYPT = 2 };
+
+/* A stream of any length. It shares the key, which may be closed before it. */
+LATCHKEY_C_API int32_t latchkey_stream_open(latchkey_key* key, int32_t direction,
+                                            latchkey_stream** stream, latchkey_failure* failure);
+
+/* Adds a piece of any length and returns the part of the result that is ready: the stream holds up
+ * to 8 bytes back. Room for input_length + 8 is always enough; with too little room nothing is
+ * added. A failure other than LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT ends the stream:
+ * every later call but _close gives LATCHKEY_CIPHER_FAILED. */
+LATCHKEY_C_API int32_t latchkey_stream_update(latchkey_stream* stream, const uint8_t* input,
+                                              size_t input_length, uint8_t* output,
+                                              size_t* output_length, latchkey_failure* failure);
+
+/* Ends the message and returns the rest of its result, at most 8 bytes; room for 8 is required. The
+ * next update begins a new message. Fails as latchkey_encrypt and latchkey_decrypt do: then do not
+ * trust what the stream returned before. */
+LATCHKEY_C_API int32_t latchkey_stream_finish(latchkey_stream* stream, uint8_t* output,
+                                              size_t* output_length, latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_stream_close(latchkey_stream* stream);
+
+/* ---- Many messages ---- */
+
+/* Records in one buffer, as in a binary column of Apache Arrow: record i is the bytes from
+ * offsets[i] up to offsets[i + 1] of `data`. Offsets never descend and never leave the buffer. */
+typedef struct latchkey_records {
+  uint32_t size;
+  uint32_t offset_size; /* 4: offsets are int32_t; 8: int64_t */
+  size_t count;         /* records; there is one offset more */
+  const void* offsets;
+  const uint8_t* data;
+  size_t data_length;
+} latchkey_records;
+
+#define LATCHKEY_RECORDS_INIT {sizeof(latchkey_records), 8, 0, NULL, NULL, 0}
+
+/* The results, in the same layout. The caller sets every member; the function writes the memory
+ * that they point to, data_length and failed. */
+typedef struct latchkey_results {
+  uint32_t size;
+  uint32_t offset_size; /* 4 or 8 */
+  void* offsets;        /* room for count + 1 offsets; the first will be 0 */
+  uint8_t* data;
+  size_t data_length;   /* the room; on return the sum of the results' lengths */
+  int32_t* statuses;    /* room for count statuses; may be NULL */
+  size_t failed;        /* on return the number of records that failed */
+} latchkey_results;
+
+#define LATCHKEY_RESULTS_INIT {sizeof(latchkey_results), 8, NULL, NULL, 0, NULL, 0}
+
+/* Encrypt and decrypt each record as a message, on up to `threads` threads (0: one for each
+ * processor that the process may use). A record that fails has a result of length 0 and its own
+ * status; the call succeeds, and `failure` describes the first one. Room for the records' sum of
+ * lengths, plus 8 for each record when encrypting, is always enough; when there is less than that,
+ * the call fails with LATCHKEY_BUFFER_TOO_SMALL, data_length is that number and nothing else is
+ * written. Results of 2 GiB and more need offsets of 8 bytes (LATCHKEY_BAD_ARGUMENT). Offsets that
+ * descend or leave the buffer are LATCHKEY_BAD_ARGUMENT. */
+LATCHKEY_C_API int32_t latchkey_encrypt_records(const latchkey_key* key,
+                                                const latchkey_records* records, uint32_t threads,
+                                                latchkey_results* results,
+                                                latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_decrypt_records(const latchkey_key* key,
+                                                const latchkey_records* records, uint32_t threads,
+                                                latchkey_results* results,
+                                                latchkey_failure* failure);
+
+/* ---- Identifying settings ---- */
+
+/* Settings that ciphertexts may have been made with. */
+typedef struct latchkey_candidate {
+  latchkey_settings settings; /* ready for latchkey_key_open */
+  int32_t padding;            /* bytes of padding of the first sample; -1 for RC4 */
+  double probability;         /* that these settings are the right ones, 0 to 1 */
+} latchkey_candidate;
+
+/* Decrypts samples under every provider, hash and cipher and judges the results. All samples must
+ * have been encrypted under the same settings and this password; the more there are and the longer
+ * they are, the surer the answer. `candidates` has room for *candidate_count structs of
+ * candidate_size bytes each (sizeof(latchkey_candidate)); the most probable ones are written, in
+ * descending order, and *candidate_count becomes their number, 0 if no settings fit. 64 is enough
+ * for all. The probabilities' sum is the probability that any of the tried settings is right. */
+LATCHKEY_C_API int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* password,
+                                         size_t password_length, size_t candidate_size,
+                                         latchkey_candidate* candidates, size_t* candidate_count,
+                                         latchkey_failure* failure);
+
+/* ---- Digests ---- */
+
+/* The digest of any number of bytes: 16 bytes, for LATCHKEY_SHA1 20. Fails with LATCHKEY_BAD_HASH,
+ * LATCHKEY_NO_PROVIDER (location 709), LATCHKEY_PROVIDER_REFUSED, LATCHKEY_FAULT (432). */
+LATCHKEY_C_API int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length,
+                                       uint8_t* digest, size_t* digest_length,
+                                       latchkey_failure* failure);
+
+/* The same of a message in pieces. After _finish the next update begins a new message. Fail as
+ * latchkey_digest does. */
+typedef struct latchkey_hash latchkey_hash;
+
+LATCHKEY_C_API int32_t latchkey_hash_open(int32_t hash, latchkey_hash** object,
+                                          latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_hash_update(latchkey_hash* object, const uint8_t* input,
+                                            size_t input_length, latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_hash_finish(latchkey_hash* object, uint8_t* digest,
+                                            size_t* digest_length, latchkey_failure* failure);
+LATCHKEY_C_API int32_t latchkey_hash_close(latchkey_hash* object);
+
+/* ---- Random data ---- */
+
+/* Fills `bytes` with random bytes. After a failure they are zeros. Fails with LATCHKEY_NO_PROVIDER
+ * (location 710), LATCHKEY_PROVIDER_REFUSED, LATCHKEY_FAULT (433; fault 6 for 4 GiB and more). */
+LATCHKEY_C_API int32_t latchkey_random_bytes(uint8_t* bytes, size_t length,
+                                             latchkey_failure* failure);
+
+/* Fills `letters` with random letters A to Z and a to z, each equally likely, without a zero at the
+ * end. Fails as latchkey_random_bytes does. */
+LATCHKEY_C_API int32_t latchkey_salt(char* letters, size_t length, latchkey_failure* failure);
+
+/* ---- Hexadecimal ---- */
+
+/* Two upper-case digits for each byte, and a zero at the end, which text_length counts on entry and
+ * on return. */
+LATCHKEY_C_API int32_t latchkey_hex_encode(const uint8_t* input, size_t input_length, char* text,
+                                           size_t* text_length, latchkey_failure* failure);
 
 /* The byte of each pair of characters. A pair is read up to its first character that is no
  * hexadecimal digit, blanks apart; no digit gives 0. Fails with LATCHKEY_BAD_HEX (location 727) for
- * an odd text_length, which counts no zero at the end, and LATCHKEY_FAULT (440). */
-LATCHKEY_C_API int latchkey_hex_decode(const char* text, size_t text_length, uint8_t* output,
-                                       size_t* output_length);
+ * an odd text_length, which does not count a zero at the end. */
+LATCHKEY_C_API int32_t latchkey_hex_decode(const char* text, size_t text_length, uint8_t* output,
+                                           size_t* output_length, latchkey_failure* failure);
 
 #ifdef __cplusplus
 }

@@ -13,6 +13,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 namespace latchkey::provider {
 
@@ -39,6 +40,7 @@ inline constexpr std::uint32_t kNewKeySet = 0x00000008;
 inline constexpr std::uint32_t kDeleteKeySet = 0x00000010;
 inline constexpr std::uint32_t kHashValueParameter = 2;
 inline constexpr std::uint32_t kEffectiveKeyLengthParameter = 19;
+inline constexpr unsigned kKeyLengthShift = 16;  // a key's length in bits, in CryptDeriveKey's flags
 
 inline constexpr const char* kEnhancedProviderName =
     "Microsoft Enhanced Cryptographic Provider v1.0";
@@ -57,6 +59,20 @@ inline constexpr std::uint32_t kErrorBadKeySet = 0x80090016;
 inline constexpr std::uint32_t kErrorKeysetNotDefined = 0x80090019;
 inline constexpr std::uint32_t kErrorProviderTypeMismatch = 0x8009001B;
 inline constexpr std::uint32_t kErrorProviderFailed = 0x8009001D;
+
+// A key for whole messages. Any number of threads may use it at once.
+class MessageKey {
+ public:
+  MessageKey() = default;
+  MessageKey(const MessageKey&) = delete;
+  MessageKey& operator=(const MessageKey&) = delete;
+  virtual ~MessageKey() = default;
+
+  // As CryptEncrypt and CryptDecrypt with Final, each call from the key's initial state.
+  virtual bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
+                       std::uint32_t dwBufLen) const = 0;
+  virtual bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const = 0;
+};
 
 class CryptoProvider {
  public:
@@ -91,10 +107,17 @@ class CryptoProvider {
                                  std::uint32_t* pdwDataLen, std::uint32_t dwFlags) = 0;
   virtual bool CryptDestroyHash(HCRYPTHASH hHash) = 0;
 
-  // Completes the hash and derives a session key of the provider's default length from it.
+  // Completes the hash and derives a session key from it. The upper 16 bits of dwFlags are the key's
+  // length in bits, 0 for the provider's default; the lower ones are 0. RC4 and RC2 have lengths
+  // from 40 to 56, with the enhanced provider to 128, in steps of 8, and 11 zero bytes of salt after
+  // a key of exactly 40 bits. Another length, or a length for another cipher, gives kErrorBadFlags.
   virtual bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                               std::uint32_t dwFlags, HCRYPTKEY* phKey) = 0;
   virtual bool CryptDestroyKey(HCRYPTKEY hKey) = 0;
+
+  // Makes a key with the same state as hKey. The other parameters are 0.
+  virtual bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved, std::uint32_t dwFlags,
+                                 HCRYPTKEY* phKey) = 0;
 
   // Sets RC2's effective key length (kEffectiveKeyLengthParameter), a 32-bit number of bits at
   // pbData, and resets the key to its initial state. Another cipher or parameter gives
@@ -124,6 +147,11 @@ class CryptoProvider {
 
   // The code of the calling thread's last failure.
   [[nodiscard]] virtual std::uint32_t GetLastError() const = 0;
+
+  // CryptoAPI has no key that threads share. This one takes hKey, a key in its initial state that
+  // is used no more, but still belongs to the caller and must outlive the result. It works on
+  // duplicates; a body may do better.
+  [[nodiscard]] virtual std::unique_ptr<const MessageKey> MakeMessageKey(HCRYPTKEY hKey);
 };
 
 // The platform's provider. Lives as long as the process.

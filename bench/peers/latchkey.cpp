@@ -22,9 +22,13 @@ provider::AlgorithmId AlgorithmOf(HashId id) {
 
 Workload CipherWork(CipherId id, Direction direction) {
   const WipedBytes key(kKey.begin(), kKey.begin() + KeySize(id));
-  const std::shared_ptr<provider::Cipher> cipher = provider::MakeCipher(AlgorithmOf(id), key, 128);
-  if (direction == Direction::Encrypt) return [cipher](auto data) { cipher->Encrypt(data); };
-  return [cipher](auto data) { cipher->Decrypt(data); };
+  const auto cipher = provider::MakeCipher(AlgorithmOf(id), key, 128);
+  const auto state = std::make_shared<provider::CipherState>();
+  cipher->Start(*state);
+  if (direction == Direction::Encrypt) {
+    return [cipher, state](auto data) { cipher->Encrypt(data, *state); };
+  }
+  return [cipher, state](auto data) { cipher->Decrypt(data, *state); };
 }
 
 Workload HashWork(HashId id) {

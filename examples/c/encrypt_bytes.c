@@ -1,4 +1,4 @@
-/* Hashes, encrypts and decrypts bytes, and reads what went wrong with a wrong password.
+/* Hashes, encrypts and decrypts bytes, and prints what went wrong with a wrong password.
  *
  *   cc encrypt_bytes.c $(pkg-config --cflags --libs latchkey) -o encrypt_bytes
  */
@@ -7,70 +7,61 @@
 #include <stdlib.h>
 #include <string.h>
 
-static void must(int status) {
+static void must(int status, const latchkey_failure* failure) {
   if (status == LATCHKEY_OK) return;
-  fprintf(stderr, "%s\n", latchkey_status_text(status));
+  fprintf(stderr, "%s\n", failure->text);
   exit(EXIT_FAILURE);
 }
 
 static void print_hex(const char* name, const uint8_t* bytes, size_t length) {
   char text[2 * 64 + 1];
   size_t text_length = sizeof text;
-  must(latchkey_hex_encode(bytes, length, text, &text_length));
-  printf("%-10s %s\n", name, text);
+  if (latchkey_hex_encode(bytes, length, text, &text_length, NULL) == LATCHKEY_OK) {
+    printf("%-10s %s\n", name, text);
+  }
 }
 
-/* What the error record says about the last failure. */
-static void print_error(const latchkey_thread* thread) {
-  latchkey_error error;
-  char text[128];
-  size_t text_length = sizeof text;
-  int run_time;
-  must(latchkey_error_read(thread, &error));
-  run_time = error.error_type == 1; /* 2: found by the operation itself */
-  must(run_time ? latchkey_error_rt_description(thread, text, &text_length)
-                : latchkey_error_app_description(thread, text, &text_length));
-  printf("%-10s %s (location %d, number %d)\n", "failure", text, (int)error.location_id,
-         (int)(run_time ? error.rt_error_number : error.app_error_number));
+static latchkey_key* open_key(const char* password, latchkey_failure* failure) {
+  latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
+  latchkey_key* key = NULL;
+  settings.hash = LATCHKEY_SHA1;
+  settings.cipher = LATCHKEY_3DES;
+  must(latchkey_key_open(&settings, (const uint8_t*)password, strlen(password), &key, failure),
+       failure);
+  return key;
 }
 
 int main(void) {
   static const char kMessage[] = "attack at dawn";
-  static const char kPassword[] = "correct horse";
-  latchkey_thread* thread = NULL; /* one on each thread: it holds the error record */
-  latchkey_crypto* crypto = NULL;
-  latchkey_key key = {.flags = LATCHKEY_ENHANCED,
-                      .hash = LATCHKEY_SHA1,
-                      .cipher = LATCHKEY_3DES,
-                      .password = (const uint8_t*)kPassword,
-                      .password_length = strlen(kPassword)};
+  latchkey_failure failure = LATCHKEY_FAILURE_INIT;
+  latchkey_key* key = open_key("correct horse", &failure);
+  latchkey_key* wrong_key = open_key("correct hors", &failure);
   uint8_t digest[20];
   uint8_t ciphertext[64];
   uint8_t plaintext[64];
-  size_t digest_length = sizeof digest;
-  size_t ciphertext_length = sizeof ciphertext; /* the room; becomes the length */
+  size_t digest_length = sizeof digest; /* the room; becomes the length */
+  size_t ciphertext_length = sizeof ciphertext;
   size_t plaintext_length = sizeof plaintext;
 
-  must(latchkey_thread_open(&thread));
-  must(latchkey_crypto_open(&crypto));
-
-  must(latchkey_hash(crypto, LATCHKEY_SHA1, (const uint8_t*)"abc", 3, digest, &digest_length));
+  must(latchkey_digest(LATCHKEY_SHA1, (const uint8_t*)"abc", 3, digest, &digest_length, &failure),
+       &failure);
   print_hex("digest", digest, digest_length);
 
-  must(latchkey_encrypt(crypto, &key, (const uint8_t*)kMessage, strlen(kMessage), ciphertext,
-                        &ciphertext_length));
+  must(latchkey_encrypt(key, (const uint8_t*)kMessage, strlen(kMessage), ciphertext,
+                        &ciphertext_length, &failure),
+       &failure);
   print_hex("ciphertext", ciphertext, ciphertext_length);
-  must(latchkey_decrypt(crypto, &key, ciphertext, ciphertext_length, plaintext, &plaintext_length));
+  must(latchkey_decrypt(key, ciphertext, ciphertext_length, plaintext, &plaintext_length, &failure),
+       &failure);
   printf("%-10s %.*s\n", "plaintext", (int)plaintext_length, (const char*)plaintext);
 
-  key.password_length -= 1;
   plaintext_length = sizeof plaintext;
-  if (latchkey_decrypt(crypto, &key, ciphertext, ciphertext_length, plaintext, &plaintext_length) ==
-      LATCHKEY_CIPHER_FAILED) {
-    print_error(thread);
+  if (latchkey_decrypt(wrong_key, ciphertext, ciphertext_length, plaintext, &plaintext_length,
+                       &failure) != LATCHKEY_OK) {
+    printf("%-10s %s (location %d, number %d)\n", "failure", failure.text, (int)failure.location,
+           (int)failure.number);
   }
-
-  must(latchkey_crypto_close(crypto));
-  must(latchkey_thread_close(thread));
+  latchkey_key_close(wrong_key);
+  latchkey_key_close(key);
   return EXIT_SUCCESS;
 }

@@ -1,11 +1,10 @@
 #include "provider/portable/cipher.h"
 
-#include <nettle/arcfour.h>
 #include <nettle/arctwo.h>
 
 #include <algorithm>
 #include <array>
-#include <cstring>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -20,17 +19,22 @@ namespace {
 
 class StreamCipher final : public Cipher {
  public:
-  explicit StreamCipher(WipedBytes key) : key_(std::move(key)) { StreamCipher::Restart(); }
+  explicit StreamCipher(const WipedBytes& key) noexcept {
+    arcfour_set_key(&start_, key.size(), key.data());
+  }
 
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return false; }
-  void Encrypt(std::span<std::uint8_t> data) noexcept override { AddRc4KeyStream(state_, data); }
-  void Decrypt(std::span<std::uint8_t> data) noexcept override { Encrypt(data); }
-  void Restart() noexcept override { arcfour_set_key(&state_, key_.size(), key_.data()); }
+  void Start(CipherState& state) const noexcept override { state.stream = start_; }
+  void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
+    AddRc4KeyStream(state.stream, data);
+  }
+  void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
+    Encrypt(data, state);
+  }
 
  private:
-  WipedBytes key_;
-  arcfour_ctx state_{};
-  const WipeAtExit<arcfour_ctx> wipeState_{state_};
+  arcfour_ctx start_{};
+  const WipeAtExit<arcfour_ctx> wipeStart_{start_};
 };
 
 // Processes `length` bytes in place, whole blocks, and updates the feedback.
@@ -48,65 +52,68 @@ struct BlockKernels {
 template <class Key>
 class BlockCipher : public Cipher {
  public:
-  // NOLINTNEXTLINE(*-member-init): not the batch
   explicit BlockCipher(const BlockKernels<Key>& kernels) noexcept : kernels_(kernels) {}
 
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
 
-  void Encrypt(std::span<std::uint8_t> data) noexcept override {
-    kernels_.encrypt(key_, data.data(), data.size(), feedback_.data());
+  void Start(CipherState& state) const noexcept override { state.feedback.fill(0); }
+
+  void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
+    kernels_.encrypt(key_, data.data(), data.size(), state.feedback.data());
   }
 
-  void Decrypt(std::span<std::uint8_t> data) noexcept override {
+  void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
     const BulkDecryption<Key>& bulk = kernels_.bulk;
     const std::size_t batches = data.size() / bulk.batchBytes;
-    if (batches > 0) bulk.decrypt(key_, data.data(), batches, feedback_.data());
+    if (batches > 0) bulk.decrypt(key_, data.data(), batches, state.feedback.data());
     const auto rest = data.subspan(batches * bulk.batchBytes);
-    if (rest.size() >= bulk.worthBytes) {
-      DecryptPartOfBatch(rest);
+    if (rest.size() >= bulk.worthBytes && HasBatch(state)) {
+      DecryptPartOfBatch(rest, state);
     } else {
-      kernels_.decrypt(key_, rest.data(), rest.size(), feedback_.data());
+      kernels_.decrypt(key_, rest.data(), rest.size(), state.feedback.data());
     }
   }
-
-  void Restart() noexcept override { feedback_.fill(0); }
 
  protected:
   [[nodiscard]] Key& KeyToSet() noexcept { return key_; }
 
  private:
+  // Without memory for it, single blocks give the same result.
+  static bool HasBatch(CipherState& state) noexcept {
+    if (!state.batch) state.batch.reset(new (std::nothrow) std::uint8_t[kLargestBatch]);
+    return state.batch != nullptr;
+  }
+
   // The rest of the batch, after the data, is ignored and its result dropped.
-  void DecryptPartOfBatch(std::span<std::uint8_t> data) noexcept {
+  void DecryptPartOfBatch(std::span<std::uint8_t> data, CipherState& state) const noexcept {
     std::array<std::uint8_t, kBlockSize> last{};
     std::copy_n(data.end() - kBlockSize, kBlockSize, last.begin());
-    std::copy(data.begin(), data.end(), batch_.begin());
-    kernels_.bulk.decrypt(key_, batch_.data(), 1, feedback_.data());
-    std::copy_n(batch_.begin(), data.size(), data.begin());
-    SecureWipe(batch_.data(), kernels_.bulk.batchBytes);
-    feedback_ = last;
+    std::uint8_t* const batch = state.batch.get();
+    std::copy(data.begin(), data.end(), batch);
+    kernels_.bulk.decrypt(key_, batch, 1, state.feedback.data());
+    std::copy_n(batch, data.size(), data.begin());
+    SecureWipe(batch, kernels_.bulk.batchBytes);
+    state.feedback = last;
   }
 
   const BlockKernels<Key>& kernels_;
-  // A partly filled batch; a member, since a thread's stack may be small.
-  std::array<std::uint8_t, kLargestBatch> batch_;
   Key key_{};
   const WipeAtExit<Key> wipeKey_{key_};
-  std::array<std::uint8_t, kBlockSize> feedback_{};  // ciphertext, not secret
 };
 
 class Rc2Cipher final : public BlockCipher<Rc2Key> {
  public:
-  Rc2Cipher(WipedBytes key, unsigned effectiveBits) : BlockCipher(Kernels()), key_(std::move(key)) {
-    Rc2Cipher::SetEffectiveBits(effectiveBits);
+  Rc2Cipher(WipedBytes key, unsigned effectiveBits) noexcept
+      : BlockCipher(Kernels()), key_(std::move(key)) {
+    arctwo_ctx expanded{};
+    const WipeAtExit wipeExpanded(expanded);
+    arctwo_set_key_ekb(&expanded, key_.size(), key_.data(), effectiveBits);
+    std::copy(std::begin(expanded.S), std::end(expanded.S), KeyToSet().words.begin());
   }
 
   [[nodiscard]] bool HasEffectiveBits() const noexcept override { return true; }
-  void SetEffectiveBits(unsigned bits) noexcept override {
-    arctwo_ctx expanded{};
-    const WipeAtExit wipeExpanded(expanded);
-    arctwo_set_key_ekb(&expanded, key_.size(), key_.data(), bits);
-    std::copy(std::begin(expanded.S), std::end(expanded.S), KeyToSet().words.begin());
-    Restart();
+  [[nodiscard]] std::shared_ptr<const Cipher> WithEffectiveBits(unsigned bits) const override {
+    return std::make_shared<Rc2Cipher>(key_, bits);
   }
 
  private:
@@ -144,17 +151,18 @@ WipedBytes ThreeKeys(const WipedBytes& twoKeys) {
 
 }  // namespace
 
-std::unique_ptr<Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key, unsigned effectiveBits) {
+std::shared_ptr<const Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key,
+                                         unsigned effectiveBits) {
   switch (id) {
     case kAlgorithmRc4:
-      return std::make_unique<StreamCipher>(key);
+      return std::make_shared<StreamCipher>(key);
     case kAlgorithmRc2:
-      return std::make_unique<Rc2Cipher>(key, effectiveBits);
+      return std::make_shared<Rc2Cipher>(key, effectiveBits);
     case kAlgorithmDes:
     case kAlgorithm3Des:
-      return std::make_unique<DesCipher>(key);
+      return std::make_shared<DesCipher>(key);
     case kAlgorithm3Des112:
-      return std::make_unique<DesCipher>(ThreeKeys(key));
+      return std::make_shared<DesCipher>(ThreeKeys(key));
     default:
       throw std::invalid_argument("no such cipher");
   }

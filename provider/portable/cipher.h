@@ -2,6 +2,9 @@
 // from a zero initialization vector. Whole blocks only; the session key does the padding.
 #pragma once
 
+#include <nettle/arcfour.h>
+
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <span>
@@ -12,7 +15,17 @@
 
 namespace latchkey::provider {
 
-// Used by one thread at a time. Key material and state are wiped on destruction.
+// Where a message is in its cipher. Wiped on destruction.
+struct CipherState {
+  arcfour_ctx stream{};                             // RC4
+  std::array<std::uint8_t, kBlockSize> feedback{};  // the others; ciphertext, not secret
+  // A partly filled batch of a kernel, made on first use: a thread's stack may be small.
+  std::unique_ptr<std::uint8_t[]> batch;
+  const WipeAtExit<arcfour_ctx> wipeStream{stream};
+};
+
+// A cipher with its key. It never changes, so any number of threads may use it at once, each with
+// its own state. Key material is wiped on destruction.
 class Cipher {
  public:
   Cipher() = default;
@@ -25,20 +38,22 @@ class Cipher {
   // Whether the cipher can use only a part of its key's bits: RC2.
   [[nodiscard]] virtual bool HasEffectiveBits() const noexcept { return false; }
 
-  // Sets that number, 1 to 1024, and restarts. Does nothing if HasEffectiveBits is false.
-  virtual void SetEffectiveBits(unsigned /*bits*/) noexcept {}
+  // The same cipher using that number of its key's bits, 1 to 1024. Null without HasEffectiveBits.
+  [[nodiscard]] virtual std::shared_ptr<const Cipher> WithEffectiveBits(unsigned /*bits*/) const {
+    return nullptr;
+  }
+
+  // Sets the state to the beginning of a message. Required before the first one.
+  virtual void Start(CipherState& state) const noexcept = 0;
 
   // Work in place and continue from the call before, which may be either: both share one key stream
   // or one feedback block. A block cipher requires multiples of kBlockSize.
-  virtual void Encrypt(std::span<std::uint8_t> data) noexcept = 0;
-  virtual void Decrypt(std::span<std::uint8_t> data) noexcept = 0;
-
-  // Resets to the state after construction.
-  virtual void Restart() noexcept = 0;
+  virtual void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
+  virtual void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
 };
 
 // `key` has the length that KeyFormOf gives; `effectiveBits` is read for RC2 only.
-[[nodiscard]] std::unique_ptr<Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key,
-                                                 unsigned effectiveBits);
+[[nodiscard]] std::shared_ptr<const Cipher> MakeCipher(AlgorithmId id, const WipedBytes& key,
+                                                       unsigned effectiveBits);
 
 }  // namespace latchkey::provider

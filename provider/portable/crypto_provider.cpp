@@ -35,6 +35,29 @@ std::optional<ProviderKind> ProviderNamed(const char* name) {
   return std::nullopt;
 }
 
+// A session of the cipher for each message.
+class SharedCipherKey final : public MessageKey {
+ public:
+  explicit SharedCipherKey(std::shared_ptr<const Cipher> cipher) noexcept
+      : cipher_(std::move(cipher)) {}
+
+  bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
+               std::uint32_t dwBufLen) const override {
+    const platform::StackWipe wipe;
+    const std::uint32_t error = SessionKey(0, cipher_).Encrypt(true, pbData, *pdwDataLen, dwBufLen);
+    return error == 0 || Fail(error);
+  }
+
+  bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
+    const platform::StackWipe wipe;
+    const std::uint32_t error = SessionKey(0, cipher_).Decrypt(true, pbData, *pdwDataLen);
+    return error == 0 || Fail(error);
+  }
+
+ private:
+  std::shared_ptr<const Cipher> cipher_;
+};
+
 // The order of the checks, and so the code of a call that is wrong in several ways, is CryptoAPI's:
 // first the handles, then the flags, then the rest.
 class NettleProvider final : public CryptoProvider {
@@ -109,9 +132,12 @@ class NettleProvider final : public CryptoProvider {
     const auto kind = contexts_.Find(hProv);
     const auto hash = hashes_.Find(hBaseData);
     if (!kind || !hash) return Fail(kErrorInvalidParameter);
-    if (dwFlags != 0) return Fail(kErrorBadFlags);
-    const std::optional<KeyForm> form = KeyFormOf(*kind, Algid);
+    const std::uint32_t bits = dwFlags >> kKeyLengthShift;
+    if (dwFlags != bits << kKeyLengthShift) return Fail(kErrorBadFlags);
+    std::optional<KeyForm> form = KeyFormOf(*kind, Algid);
     if (!form) return Fail(kErrorBadAlgorithm);
+    if (bits != 0) form = KeyFormOf(*kind, Algid, bits);
+    if (!form) return Fail(kErrorBadFlags);
     auto cipher = MakeCipher(Algid, DeriveKey(*hash, *form), form->effectiveBits);
     *phKey = keys_.Add(std::make_shared<SessionKey>(hProv, std::move(cipher)));
     return true;
@@ -121,20 +147,30 @@ class NettleProvider final : public CryptoProvider {
     return keys_.Take(hKey) || Fail(kErrorInvalidParameter);
   }
 
+  bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved, std::uint32_t dwFlags,
+                         HCRYPTKEY* phKey) override {
+    const auto key = keys_.Find(hKey);
+    if (!key || pdwReserved != nullptr) return Fail(kErrorInvalidParameter);
+    if (dwFlags != 0) return Fail(kErrorBadFlags);
+    *phKey = keys_.Add(std::make_shared<SessionKey>(*key));
+    return true;
+  }
+
   bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
                         std::uint32_t dwFlags) override {
     const platform::StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || pbData == nullptr) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
-    if (dwParam != kEffectiveKeyLengthParameter || !key->HasEffectiveBits()) {
+    const Cipher& cipher = *key->SharedCipher();
+    if (dwParam != kEffectiveKeyLengthParameter || !cipher.HasEffectiveBits()) {
       return Fail(kErrorBadType);
     }
     std::uint32_t bits = 0;
     std::memcpy(&bits, pbData, sizeof bits);
     const auto kind = contexts_.Find(key->Provider());
     if (!kind || !AllowsEffectiveBits(*kind, bits)) return Fail(kErrorBadData);
-    key->SetEffectiveBits(bits);
+    key->Replace(cipher.WithEffectiveBits(bits));
     return true;
   }
 
@@ -166,6 +202,11 @@ class NettleProvider final : public CryptoProvider {
   }
 
   [[nodiscard]] std::uint32_t GetLastError() const override { return lastError; }
+
+  [[nodiscard]] std::unique_ptr<const MessageKey> MakeMessageKey(HCRYPTKEY hKey) override {
+    const auto key = keys_.Find(hKey);
+    return key ? std::make_unique<SharedCipherKey>(key->SharedCipher()) : nullptr;
+  }
 
  private:
   HandleTable<ProviderKind> contexts_;

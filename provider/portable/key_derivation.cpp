@@ -5,6 +5,10 @@
 namespace latchkey::provider {
 namespace {
 
+// The shortest key, the only one with salt: zero bytes.
+constexpr unsigned kShortKeyBits = 40;
+constexpr std::size_t kShortKeySalt = 11;
+
 // The hash of a 64-byte block filled with `filler`, with the value XORed into its beginning.
 WipedBytes HashOfMaskedBlock(const nettle_hash& algorithm, const WipedBytes& value,
                              std::uint8_t filler) {
@@ -39,6 +43,16 @@ std::optional<KeyForm> KeyFormOf(ProviderKind provider, AlgorithmId cipher) noex
     default:
       return std::nullopt;
   }
+}
+
+std::optional<KeyForm> KeyFormOf(ProviderKind provider, AlgorithmId cipher,
+                                 unsigned bits) noexcept {
+  const unsigned most = provider == ProviderKind::Enhanced ? 128 : 56;
+  const bool hasLengths = cipher == kAlgorithmRc4 || cipher == kAlgorithmRc2;
+  if (!hasLengths || bits < kShortKeyBits || bits > most || bits % 8 != 0) return std::nullopt;
+  const std::size_t bytes = bits / 8;
+  const std::size_t cipherBytes = bits == kShortKeyBits ? bytes + kShortKeySalt : bytes;
+  return KeyForm{bytes, cipherBytes, cipher == kAlgorithmRc2 ? bits : 0};
 }
 
 bool AllowsEffectiveBits(ProviderKind provider, std::uint32_t bits) noexcept {

@@ -1,5 +1,5 @@
 // The key that each provider derives from a hash value for each cipher, with the lengths of
-// CryptDeriveKey with flags 0 on Windows XP and later.
+// CryptDeriveKey on Windows XP and later.
 #pragma once
 
 #include <cstddef>
@@ -20,6 +20,11 @@ struct KeyForm {
 
 // Nothing for a cipher that the provider lacks.
 [[nodiscard]] std::optional<KeyForm> KeyFormOf(ProviderKind provider, AlgorithmId cipher) noexcept;
+
+// The same with a key of `bits` bits. RC4 and RC2 take 40 to 56, with the enhanced provider to 128,
+// in steps of 8; nothing for others.
+[[nodiscard]] std::optional<KeyForm> KeyFormOf(ProviderKind provider, AlgorithmId cipher,
+                                               unsigned bits) noexcept;
 
 // Whether RC2's effective key length may be set to `bits`: the base provider allows only 40.
 [[nodiscard]] bool AllowsEffectiveBits(ProviderKind provider, std::uint32_t bits) noexcept;

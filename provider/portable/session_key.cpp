@@ -14,8 +14,21 @@ bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kBlockSize =
 
 }  // namespace
 
-SessionKey::SessionKey(HCRYPTPROV provider, std::unique_ptr<Cipher> cipher) noexcept
-    : provider_(provider), cipher_(std::move(cipher)) {}
+SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher) noexcept
+    : provider_(provider), cipher_(std::move(cipher)) {
+  cipher_->Start(state_);
+}
+
+SessionKey::SessionKey(const SessionKey& other) noexcept
+    : provider_(other.provider_), cipher_(other.cipher_) {
+  state_.stream = other.state_.stream;
+  state_.feedback = other.state_.feedback;
+}
+
+void SessionKey::Replace(std::shared_ptr<const Cipher> cipher) noexcept {
+  cipher_ = std::move(cipher);
+  cipher_->Start(state_);
+}
 
 std::uint32_t SessionKey::Encrypt(bool final, std::uint8_t* data, std::uint32_t& length,
                                   std::uint32_t room) noexcept {
@@ -30,8 +43,8 @@ std::uint32_t SessionKey::Encrypt(bool final, std::uint8_t* data, std::uint32_t&
   }
   if (padding > 0) std::memset(data + length, padding, padding);
   length += padding;
-  cipher_->Encrypt(std::span(data, length));
-  if (final) cipher_->Restart();
+  cipher_->Encrypt(std::span(data, length), state_);
+  if (final) cipher_->Start(state_);
   return 0;
 }
 
@@ -39,8 +52,8 @@ std::uint32_t SessionKey::Decrypt(bool final, std::uint8_t* data, std::uint32_t&
   const bool pads = final && cipher_->IsBlockCipher();
   if (cipher_->IsBlockCipher() && !IsWholeBlocks(length)) return kErrorBadData;
   if (pads && length == 0) return kErrorBadData;
-  cipher_->Decrypt(std::span(data, length));
-  if (final) cipher_->Restart();
+  cipher_->Decrypt(std::span(data, length), state_);
+  if (final) cipher_->Start(state_);
   if (!pads) return 0;
   const std::uint32_t padding = PaddingLength(data + length - kBlockSize);
   if (padding == 0) return kErrorBadData;

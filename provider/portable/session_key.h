@@ -14,14 +14,21 @@ namespace latchkey::provider {
 // call that processed its data resets the key, also after bad padding.
 class SessionKey {
  public:
-  SessionKey(HCRYPTPROV provider, std::unique_ptr<Cipher> cipher) noexcept;
+  SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher) noexcept;
+
+  // A key in the same state as the other one.
+  SessionKey(const SessionKey& other) noexcept;
+  SessionKey& operator=(const SessionKey&) = delete;
+  ~SessionKey() = default;
 
   [[nodiscard]] HCRYPTPROV Provider() const noexcept { return provider_; }
 
-  [[nodiscard]] bool HasEffectiveBits() const noexcept { return cipher_->HasEffectiveBits(); }
+  [[nodiscard]] const std::shared_ptr<const Cipher>& SharedCipher() const noexcept {
+    return cipher_;
+  }
 
-  // Sets RC2's effective key length, 1 to 1024 bits, and resets the key.
-  void SetEffectiveBits(unsigned bits) noexcept { cipher_->SetEffectiveBits(bits); }
+  // Replaces the cipher by the same one with other effective bits, and resets the key.
+  void Replace(std::shared_ptr<const Cipher> cipher) noexcept;
 
   // Encrypts `length` bytes at `data`, in a buffer of `room` bytes. `length` becomes that of the
   // ciphertext, also if it is too long for the buffer (kErrorMoreData). Without `final` a block
@@ -37,7 +44,8 @@ class SessionKey {
 
  private:
   HCRYPTPROV provider_;
-  std::unique_ptr<Cipher> cipher_;
+  std::shared_ptr<const Cipher> cipher_;
+  CipherState state_;
 };
 
 }  // namespace latchkey::provider

@@ -83,6 +83,14 @@ class WindowsCryptoProvider final : public CryptoProvider {
 
   bool CryptDestroyKey(HCRYPTKEY hKey) override { return ::CryptDestroyKey(hKey) != FALSE; }
 
+  bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* /*pdwReserved*/, std::uint32_t dwFlags,
+                         HCRYPTKEY* phKey) override {
+    ::HCRYPTKEY key = 0;
+    if (!::CryptDuplicateKey(hKey, nullptr, dwFlags, &key)) return false;
+    *phKey = key;
+    return true;
+  }
+
   bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
                         std::uint32_t dwFlags) override {
     return ::CryptSetKeyParam(hKey, dwParam, pbData, dwFlags) != FALSE;

@@ -99,6 +99,13 @@ bool FaultyProvider::CryptDestroyKey(HCRYPTKEY hKey) {
   return Close(hKey, [&] { return real_->CryptDestroyKey(hKey); });
 }
 
+bool FaultyProvider::CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved,
+                                       std::uint32_t dwFlags, HCRYPTKEY* phKey) {
+  return Opened(phKey, Perform([&] {
+                  return real_->CryptDuplicateKey(hKey, pdwReserved, dwFlags, phKey);
+                }));
+}
+
 bool FaultyProvider::CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam,
                                       const std::uint8_t* pbData, std::uint32_t dwFlags) {
   return Perform([&] { return real_->CryptSetKeyParam(hKey, dwParam, pbData, dwFlags); });

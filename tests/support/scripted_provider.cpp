@@ -152,6 +152,14 @@ bool ScriptedProvider::CryptDestroyKey(HCRYPTKEY hKey) {
                       [&](HCRYPTKEY real) { return real_.CryptDestroyKey(real); });
 }
 
+bool ScriptedProvider::CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved,
+                                         std::uint32_t dwFlags, HCRYPTKEY* phKey) {
+  const HCRYPTKEY key = RealOf(hKey, Kind::Key);
+  return PerformOpen(
+      {"CryptDuplicateKey", NameOf(hKey), dwFlags}, Kind::Key, phKey,
+      [&](HCRYPTKEY* real) { return real_.CryptDuplicateKey(key, pdwReserved, dwFlags, real); });
+}
+
 bool ScriptedProvider::CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam,
                                         const std::uint8_t* pbData, std::uint32_t dwFlags) {
   const HCRYPTKEY key = RealOf(hKey, Kind::Key);

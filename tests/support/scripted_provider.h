@@ -71,6 +71,8 @@ class ScriptedProvider : public provider::CryptoProvider {
   bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                       std::uint32_t dwFlags, HCRYPTKEY* phKey) override;
   bool CryptDestroyKey(HCRYPTKEY hKey) override;
+  bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved, std::uint32_t dwFlags,
+                         HCRYPTKEY* phKey) override;
   bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
                         std::uint32_t dwFlags) override;
   bool CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,

@@ -51,14 +51,15 @@ class KernelCipherTest : public ::testing::TestWithParam<AlgorithmId> {
 
   RandomSource random{20262};
   WipedBytes key;
-  std::unique_ptr<Cipher> cipher;
+  std::shared_ptr<const Cipher> cipher;
+  CipherState state;
 };
 
 TEST_P(KernelCipherTest, EncryptionInPiecesEqualsTheReferenceInOneCall) {
   for (int round = 0; round < 60; ++round) {
     const Bytes plaintext = random.Some(RandomLength());
-    cipher->Restart();
-    const Bytes result = InPieces(plaintext, [&](auto piece) { cipher->Encrypt(piece); });
+    cipher->Start(state);
+    const Bytes result = InPieces(plaintext, [&](auto piece) { cipher->Encrypt(piece, state); });
     ASSERT_TRUE(result == Reference(plaintext)) << "length " << plaintext.size();
   }
 }
@@ -66,9 +67,9 @@ TEST_P(KernelCipherTest, EncryptionInPiecesEqualsTheReferenceInOneCall) {
 TEST_P(KernelCipherTest, DecryptionInPiecesGivesTheReferencesPlaintext) {
   for (int round = 0; round < 200; ++round) {
     const Bytes plaintext = random.Some(RandomLength());
-    cipher->Restart();
+    cipher->Start(state);
     const Bytes result =
-        InPieces(Reference(plaintext), [&](auto piece) { cipher->Decrypt(piece); });
+        InPieces(Reference(plaintext), [&](auto piece) { cipher->Decrypt(piece, state); });
     ASSERT_TRUE(result == plaintext) << "length " << plaintext.size();
   }
 }
@@ -79,8 +80,8 @@ TEST_P(KernelCipherTest, DecryptionOfEveryLengthGivesTheReferencesPlaintext) {
   const Bytes ciphertext = Reference(plaintext);
   for (std::size_t length = 0; length <= plaintext.size(); length += 8) {
     Bytes data(ciphertext.begin(), ciphertext.begin() + static_cast<std::ptrdiff_t>(length));
-    cipher->Restart();
-    cipher->Decrypt(data);
+    cipher->Start(state);
+    cipher->Decrypt(data, state);
     ASSERT_TRUE(std::equal(data.begin(), data.end(), plaintext.begin())) << "length " << length;
   }
 }
@@ -93,9 +94,9 @@ TEST_P(KernelCipherTest, EncryptionContinuesAfterDecryption) {
   for (const std::size_t length : {8U, 504U, 1024U, 4096U, 4600U, 4992U}) {
     Bytes data(ciphertext.begin(), ciphertext.begin() + static_cast<std::ptrdiff_t>(length));
     Bytes rest(plaintext.begin() + static_cast<std::ptrdiff_t>(length), plaintext.end());
-    cipher->Restart();
-    cipher->Decrypt(data);
-    cipher->Encrypt(rest);
+    cipher->Start(state);
+    cipher->Decrypt(data, state);
+    cipher->Encrypt(rest, state);
     ASSERT_TRUE(std::equal(rest.begin(), rest.end(), ciphertext.end() - std::ssize(rest)))
         << length;
   }

@@ -8,7 +8,8 @@ KeyLengths RawRc2KeyLengths() { return {1, 128}; }
 
 Bytes EncryptRc2Block(const Bytes& key, unsigned effectiveBits, Bytes block) {
   const WipedBytes cipherKey(key.begin(), key.end());
-  provider::MakeCipher(provider::kAlgorithmRc2, cipherKey, effectiveBits)->Encrypt(block);
+  provider::CipherState state;
+  provider::MakeCipher(provider::kAlgorithmRc2, cipherKey, effectiveBits)->Encrypt(block, state);
   return block;
 }
 

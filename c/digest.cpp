@@ -1,0 +1,123 @@
+// The C interface: digests.
+#include <algorithm>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <utility>
+
+#include "base/secure_memory.h"
+#include "c/objects.h"
+#include "crypto/algorithms.h"
+#include "crypto/message_digest.h"
+#include "crypto/open_provider.h"
+
+namespace latchkey::c {
+namespace {
+
+// The most bytes that a call of the provider takes here.
+constexpr std::size_t kLargestCall = std::size_t{1} << 30;
+
+// Messages of one hash. Each step returns its outcome.
+class Hasher {
+ public:
+  Outcome Open(std::int32_t hash) {
+    if (!std::in_range<std::int16_t>(hash)) return LATCHKEY_BAD_HASH;
+    algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
+    if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
+    context_ = OpenProvider(false);
+    return context_ ? Outcome(LATCHKEY_OK)
+                    : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
+  }
+
+  Outcome Add(InputBytes data) {
+    if (!Begin()) return LATCHKEY_PROVIDER_REFUSED;
+    while (!data.empty()) {
+      const auto part = data.first(std::min(data.size(), kLargestCall));
+      if (!message_->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
+      data = data.subspan(part.size());
+    }
+    return LATCHKEY_OK;
+  }
+
+  // With too little room the message stays as it is.
+  Outcome Finish(Output& output) {
+    WipedBytes digest(static_cast<std::size_t>(algorithm_.length));
+    if (output.Room().size() < digest.size()) return output.TooSmall(digest.size());
+    const bool done = Begin() && message_->Read(digest);
+    message_.reset();
+    return done ? output.Deliver(digest) : LATCHKEY_PROVIDER_REFUSED;
+  }
+
+ private:
+  bool Begin() {
+    return message_ || message_.emplace().Begin(context_, algorithm_.id);
+  }
+
+  HashAlgorithm algorithm_;
+  UniqueContext context_;
+  std::optional<MessageDigest> message_;
+};
+
+Outcome Digest(std::int32_t hash, InputBytes input, Output& output) {
+  Hasher hasher;
+  const Outcome opened = hasher.Open(hash);
+  if (opened.status != LATCHKEY_OK) return opened;
+  const Outcome added = hasher.Add(input);
+  return added.status == LATCHKEY_OK ? hasher.Finish(output) : added;
+}
+
+}  // namespace
+}  // namespace latchkey::c
+
+struct latchkey_hash {
+  const latchkey_mark mark = latchkey_mark::Hash;
+  latchkey::c::Hasher hasher;
+};
+
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using latchkey::trap::kCreateHash;
+
+int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length, uint8_t* digest,
+                        size_t* digest_length, latchkey_failure* failure) {
+  const Memory message(input, input_length);
+  Output output(digest, digest_length);
+  return Call(failure, kCreateHash, [&]() -> Outcome {
+    if (!output.Prepare({message})) return LATCHKEY_BAD_ARGUMENT;
+    return Digest(hash, message.Bytes(), output);
+  });
+}
+
+int32_t latchkey_hash_open(int32_t hash, latchkey_hash** object, latchkey_failure* failure) {
+  if (object != nullptr) *object = nullptr;
+  return Call(failure, kCreateHash, [&]() -> Outcome {
+    if (object == nullptr) return LATCHKEY_BAD_ARGUMENT;
+    auto made = std::make_unique<latchkey_hash>();
+    const Outcome opened = made->hasher.Open(hash);
+    if (opened.status == LATCHKEY_OK) *object = made.release();
+    return opened;
+  });
+}
+
+int32_t latchkey_hash_update(latchkey_hash* object, const uint8_t* input, size_t input_length,
+                             latchkey_failure* failure) {
+  return Call(failure, kCreateHash, [&]() -> Outcome {
+    const Memory piece(input, input_length);
+    if (!piece.IsGood()) return LATCHKEY_BAD_ARGUMENT;
+    if (!IsA(latchkey_mark::Hash, object)) return LATCHKEY_BAD_OBJECT;
+    return object->hasher.Add(piece.Bytes());
+  });
+}
+
+int32_t latchkey_hash_finish(latchkey_hash* object, uint8_t* digest, size_t* digest_length,
+                             latchkey_failure* failure) {
+  Output output(digest, digest_length);
+  return Call(failure, kCreateHash, [&]() -> Outcome {
+    if (!output.Prepare({})) return LATCHKEY_BAD_ARGUMENT;
+    if (!IsA(latchkey_mark::Hash, object)) return LATCHKEY_BAD_OBJECT;
+    return object->hasher.Finish(output);
+  });
+}
+
+int32_t latchkey_hash_close(latchkey_hash* object) {
+  return CloseObject(latchkey_mark::Hash, object);
+}

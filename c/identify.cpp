@@ -1,0 +1,62 @@
+// The C interface: the settings that ciphertexts were made with.
+#include <algorithm>
+#include <vector>
+
+#include "c/call.h"
+#include "c/records.h"
+#include "crypto/engine/candidates.h"
+
+namespace latchkey::c {
+namespace {
+
+latchkey_settings SettingsOf(const KeySettings& settings) noexcept {
+  latchkey_settings result = LATCHKEY_SETTINGS_INIT;
+  result.hash = settings.hash;
+  result.cipher = settings.cipher;
+  result.provider = settings.UsesEnhancedProvider() ? LATCHKEY_ENHANCED : LATCHKEY_BASE;
+  result.key_bits = settings.keyBits;
+  result.rc2_effective_bits = settings.rc2EffectiveBits;
+  return result;
+}
+
+latchkey_candidate CandidateOf(const Candidate& candidate) noexcept {
+  return {SettingsOf(candidate.settings.front()),
+          candidate.padding ? static_cast<std::int32_t>(*candidate.padding) : -1,
+          candidate.probability};
+}
+
+std::vector<CiphertextSample> SamplesOf(const Records& records) {
+  std::vector<CiphertextSample> samples;
+  samples.reserve(records.count);
+  for (std::size_t i = 0; i < records.count; ++i) {
+    samples.push_back(CiphertextSample::Of(records[i]));
+  }
+  return samples;
+}
+
+}  // namespace
+}  // namespace latchkey::c
+
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+
+int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* password,
+                          size_t password_length, size_t candidate_size,
+                          latchkey_candidate* candidates, size_t* candidate_count,
+                          latchkey_failure* failure) {
+  return Call(failure, latchkey::trap::kDecryptData, [&]() -> Outcome {
+    if (candidate_count == nullptr) return LATCHKEY_BAD_ARGUMENT;
+    const std::size_t room = std::exchange(*candidate_count, 0);
+    const Memory given(password, password_length);
+    latchkey::Records records;
+    if (candidate_size != sizeof *candidates || (candidates == nullptr && room > 0) ||
+        !given.IsGood() || !ReadRecords(samples, records)) {
+      return LATCHKEY_BAD_ARGUMENT;
+    }
+    const auto found = latchkey::FindCandidates(SamplesOf(records), given.Bytes()).fitting;
+    *candidate_count = std::min(room, found.size());
+    std::transform(found.begin(),
+                   found.begin() + static_cast<std::ptrdiff_t>(*candidate_count), candidates,
+                   CandidateOf);
+    return LATCHKEY_OK;
+  });
+}

@@ -1,0 +1,64 @@
+// The C interface: whole messages.
+#include <algorithm>
+
+#include "base/checked_arithmetic.h"
+#include "base/secure_memory.h"
+#include "c/objects.h"
+
+namespace latchkey::c {
+namespace {
+
+// Works in `buffer`, which begins with the message. On failure it becomes zeros.
+Outcome TransformIn(std::span<std::uint8_t> buffer, const DerivedKey& key,
+                    CipherDirection direction, std::uint32_t& length) {
+  if (key.Transform(direction, buffer, length)) return LATCHKEY_OK;
+  SecureWipe(buffer.data(), buffer.size());
+  return SitesOf(direction).cipher;
+}
+
+Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes input,
+                  Output& output) {
+  const bool encrypts = direction == CipherDirection::Encrypt;
+  const std::size_t needed = encrypts ? key.EncryptedLength(input.size()) : input.size();
+  static_cast<void>(NarrowTo<std::uint32_t>(needed));  // the longer of both
+  auto length = static_cast<std::uint32_t>(input.size());
+  if (needed <= output.Room().size()) {
+    const auto buffer = output.Room().first(needed);
+    std::copy(input.begin(), input.end(), buffer.begin());
+    const Outcome outcome = TransformIn(buffer, key, direction, length);
+    if (outcome.status == LATCHKEY_OK) output.Finish(length);
+    return outcome;
+  }
+  if (encrypts) return output.TooSmall(needed);
+  // The plaintext may still fit.
+  WipedBytes buffer(input.begin(), input.end());
+  const Outcome outcome = TransformIn(buffer, key, direction, length);
+  return outcome.status == LATCHKEY_OK ? output.Deliver(std::span(buffer).first(length)) : outcome;
+}
+
+std::int32_t Run(const latchkey_key* key, CipherDirection direction, const Memory& input,
+                 Output output, latchkey_failure* failure) noexcept {
+  return Call(failure, SitesOf(direction).trap, [&]() -> Outcome {
+    if (!output.Prepare({input})) return LATCHKEY_BAD_ARGUMENT;
+    if (!IsA(latchkey_mark::Key, key)) return LATCHKEY_BAD_OBJECT;
+    return Transform(key->derived, direction, input.Bytes(), output);
+  });
+}
+
+}  // namespace
+}  // namespace latchkey::c
+
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using latchkey::CipherDirection;
+
+int32_t latchkey_encrypt(const latchkey_key* key, const uint8_t* input, size_t input_length,
+                         uint8_t* output, size_t* output_length, latchkey_failure* failure) {
+  return Run(key, CipherDirection::Encrypt, {input, input_length}, {output, output_length},
+             failure);
+}
+
+int32_t latchkey_decrypt(const latchkey_key* key, const uint8_t* input, size_t input_length,
+                         uint8_t* output, size_t* output_length, latchkey_failure* failure) {
+  return Run(key, CipherDirection::Decrypt, {input, input_length}, {output, output_length},
+             failure);
+}

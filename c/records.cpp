@@ -1,0 +1,157 @@
+// The C interface: many messages in one call, and the settings that they were made with.
+#include "c/records.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <vector>
+
+#include "c/objects.h"
+#include "crypto/engine/candidates.h"
+#include "crypto/engine/record_batch.h"
+
+namespace latchkey::c {
+namespace {
+
+// A status of the engine goes into the caller's array, and is then replaced.
+static_assert(sizeof(RecordStatus) == sizeof(std::int32_t));
+
+// The memory of `count` numbers of `size` bytes; bad if it cannot exist or is not aligned.
+Memory NumbersAt(const void* numbers, std::size_t count, std::size_t size) noexcept {
+  const bool isGood = count < PTRDIFF_MAX / size && numbers != nullptr &&
+                      reinterpret_cast<std::uintptr_t>(numbers) % size == 0;
+  return isGood ? Memory(numbers, count * size) : Memory(nullptr, size);
+}
+
+bool IsOffsetSize(std::uint32_t size) noexcept {
+  return size == sizeof(std::int32_t) || size == sizeof(std::int64_t);
+}
+
+template <class View, class Narrow, class Wide, class Pointer>
+View OffsetsAt(Pointer offsets, std::uint32_t size) noexcept {
+  return size == sizeof(Wide) ? View(static_cast<Wide*>(offsets))
+                              : View(static_cast<Narrow*>(offsets));
+}
+
+// Where the results of a call are written.
+struct ResultMemory {
+  Memory offsets;
+  Memory data;
+  Memory statuses;
+};
+
+ResultMemory MemoryOf(const latchkey_results& results, std::size_t count) noexcept {
+  return {NumbersAt(results.offsets, count + 1, results.offset_size),
+          Memory(results.data, results.data_length),
+          results.statuses == nullptr
+              ? Memory(nullptr, 0)
+              : NumbersAt(results.statuses, count, sizeof *results.statuses)};
+}
+
+bool AreGood(const latchkey_records& records, const latchkey_results& results) noexcept {
+  if (results.size != sizeof results || !IsOffsetSize(results.offset_size)) return false;
+  const ResultMemory out = MemoryOf(results, records.count);
+  const std::array inputs{NumbersAt(records.offsets, records.count + 1, records.offset_size),
+                          Memory(records.data, records.data_length)};
+  const auto overlapsInput = [&](const Memory& output) {
+    return std::ranges::any_of(inputs, [&](const Memory& in) { return output.Overlaps(in); });
+  };
+  const std::array outputs{out.offsets, out.data, out.statuses};
+  return std::ranges::all_of(outputs, &Memory::IsGood) &&
+         std::ranges::none_of(outputs, overlapsInput) && !out.offsets.Overlaps(out.data) &&
+         !out.offsets.Overlaps(out.statuses) && !out.data.Overlaps(out.statuses);
+}
+
+std::int32_t StatusOf(RecordStatus status) noexcept {
+  switch (status) {
+    case RecordStatus::Done:
+      return LATCHKEY_OK;
+    case RecordStatus::TooLong:
+      return LATCHKEY_FAULT;
+    default:
+      return LATCHKEY_CIPHER_FAILED;
+  }
+}
+
+Results ResultsOf(const latchkey_results& results, std::size_t room, std::size_t count) noexcept {
+  auto* const statuses = reinterpret_cast<RecordStatus*>(results.statuses);
+  return {OffsetsAt<ResultOffsets, std::int32_t, std::int64_t>(results.offsets,
+                                                               results.offset_size),
+          {results.data, room},
+          {statuses, statuses == nullptr ? 0 : count}};
+}
+
+// Describes the first record that failed; the call succeeds.
+void ReportFirst(latchkey_failure* failure, RecordStatus first, CipherDirection direction) {
+  if (first == RecordStatus::TooLong) {
+    Report(failure, Fault(FaultNumber::Overflow), SitesOf(direction).trap);
+  } else if (first == RecordStatus::CipherFailed) {
+    Report(failure, SitesOf(direction).cipher);
+  }
+}
+
+Outcome RunBatch(const DerivedKey& key, CipherDirection direction, const Records& records,
+                 std::uint32_t threads, latchkey_results& results, RecordStatus& first) {
+  RecordBatch batch(key, direction, records);
+  const std::size_t room = batch.RoomNeeded();
+  const bool isNarrow = results.offset_size == sizeof(std::int32_t);
+  if (isNarrow && !std::in_range<std::int32_t>(room)) return LATCHKEY_BAD_ARGUMENT;
+  if (std::exchange(results.data_length, room) < room) return LATCHKEY_BUFFER_TOO_SMALL;
+  results.data_length = 0;
+  batch.Run(threads, ResultsOf(results, room, records.count));
+  for (std::size_t i = 0; results.statuses != nullptr && i < records.count; ++i) {
+    results.statuses[i] = StatusOf(static_cast<RecordStatus>(results.statuses[i]));
+  }
+  results.data_length = batch.Length();
+  results.failed = batch.FailedCount();
+  first = batch.FirstFailure();
+  return LATCHKEY_OK;
+}
+
+std::int32_t Run(const latchkey_key* key, CipherDirection direction, const latchkey_records* given,
+                 std::uint32_t threads, latchkey_results* results,
+                 latchkey_failure* failure) noexcept {
+  RecordStatus first = RecordStatus::Done;
+  const std::int32_t status = Call(failure, SitesOf(direction).trap, [&]() -> Outcome {
+    Records records;
+    if (results == nullptr || !ReadRecords(given, records) || !AreGood(*given, *results)) {
+      return LATCHKEY_BAD_ARGUMENT;
+    }
+    if (!IsA(latchkey_mark::Key, key)) return LATCHKEY_BAD_OBJECT;
+    return RunBatch(key->derived, direction, records, threads, *results, first);
+  });
+  if (status == LATCHKEY_OK) ReportFirst(failure, first, direction);
+  return status;
+}
+
+}  // namespace
+
+bool ReadRecords(const latchkey_records* given, Records& records) noexcept {
+  if (given == nullptr || given->size != sizeof *given || !IsOffsetSize(given->offset_size) ||
+      given->count == SIZE_MAX || !Memory(given->data, given->data_length).IsGood() ||
+      !NumbersAt(given->offsets, given->count + 1, given->offset_size).IsGood()) {
+    return false;
+  }
+  records = {given->count,
+             OffsetsAt<Offsets, const std::int32_t, const std::int64_t>(given->offsets,
+                                                                        given->offset_size),
+             {given->data, given->data_length}};
+  return records.AreGood();
+}
+
+}  // namespace latchkey::c
+
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using latchkey::CipherDirection;
+
+int32_t latchkey_encrypt_records(const latchkey_key* key, const latchkey_records* records,
+                                 uint32_t threads, latchkey_results* results,
+                                 latchkey_failure* failure) {
+  return Run(key, CipherDirection::Encrypt, records, threads, results, failure);
+}
+
+int32_t latchkey_decrypt_records(const latchkey_key* key, const latchkey_records* records,
+                                 uint32_t threads, latchkey_results* results,
+                                 latchkey_failure* failure) {
+  return Run(key, CipherDirection::Decrypt, records, threads, results, failure);
+}

@@ -1,0 +1,69 @@
+#include "crypto/engine/message_stream.h"
+
+#include <algorithm>
+
+namespace latchkey {
+namespace {
+
+using provider::kBlockSize;
+
+// The most bytes that a call of the provider takes here; whole blocks.
+constexpr std::size_t kLargestCall = std::size_t{1} << 30;
+
+}  // namespace
+
+MessageStream::MessageStream(const DerivedKey& key, CipherDirection direction)
+    : session_(key.NewSession()),
+      direction_(direction),
+      isBlockCipher_(key.Settings().HasBlockCipher()),
+      isGood_(session_.HasKey()) {}
+
+// Decryption keeps the last block: it may be the one with the padding.
+std::size_t MessageStream::HeldOf(std::size_t total) const noexcept {
+  if (!isBlockCipher_) return 0;
+  const std::size_t rest = total % kBlockSize;
+  const bool keepsWhole = direction_ == CipherDirection::Decrypt && rest == 0 && total > 0;
+  return keepsWhole ? kBlockSize : rest;
+}
+
+std::size_t MessageStream::ReadyLength(std::size_t pieceLength) const noexcept {
+  const std::size_t total = heldLength_ + pieceLength;
+  return total - HeldOf(total);
+}
+
+bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::uint8_t> result) {
+  if (!isGood_) return false;
+  const std::size_t total = heldLength_ + piece.size();
+  const std::size_t fromHeld = std::min(heldLength_, result.size());
+  const std::size_t fromPiece = result.size() - fromHeld;
+  std::copy_n(piece.begin(), fromPiece, std::copy_n(held_.begin(), fromHeld, result.begin()));
+  // The new rest is the end of the piece, after what of the old one was not used.
+  std::copy(held_.begin() + fromHeld, held_.begin() + heldLength_, held_.begin());
+  std::copy(piece.begin() + static_cast<std::ptrdiff_t>(fromPiece), piece.end(),
+            held_.begin() + (heldLength_ - fromHeld));
+  heldLength_ = total - result.size();
+  isGood_ = Transform(result);
+  if (!isGood_) SecureWipe(result.data(), result.size());
+  return isGood_;
+}
+
+bool MessageStream::Transform(std::span<std::uint8_t> data) {
+  while (!data.empty()) {
+    const auto part = data.first(std::min(data.size(), kLargestCall));
+    auto length = static_cast<std::uint32_t>(part.size());
+    if (session_.Transform(direction_, part, length, false) != CipherStep::Done) return false;
+    data = data.subspan(part.size());
+  }
+  return true;
+}
+
+bool MessageStream::Finish(std::array<std::uint8_t, kMostAdded>& result, std::uint32_t& length) {
+  result = held_;
+  length = static_cast<std::uint32_t>(heldLength_);
+  heldLength_ = 0;
+  isGood_ = isGood_ && session_.Transform(direction_, result, length) == CipherStep::Done;
+  if (!isGood_) SecureWipe(result.data(), result.size());
+  return isGood_;
+}
+
+}  // namespace latchkey

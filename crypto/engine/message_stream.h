@@ -1,0 +1,51 @@
+// A message of any length in pieces.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+
+#include "base/secure_memory.h"
+#include "crypto/engine/derived_key.h"
+#include "provider/block_size.h"
+
+namespace latchkey {
+
+// Used by one thread at a time. The key must outlive it.
+class MessageStream {
+ public:
+  // The most bytes that a piece's result is longer than the piece, and those of Finish.
+  static constexpr std::size_t kMostAdded = provider::kBlockSize;
+
+  MessageStream(const DerivedKey& key, CipherDirection direction);
+
+  // False when the provider refused a session of the key, or later a message.
+  [[nodiscard]] bool IsGood() const noexcept { return isGood_; }
+  [[nodiscard]] CipherDirection Direction() const noexcept { return direction_; }
+
+  // The length of the result that Update will give for a piece of that length.
+  [[nodiscard]] std::size_t ReadyLength(std::size_t pieceLength) const noexcept;
+
+  // Adds a piece. `result` has ReadyLength bytes and does not overlap the piece. False when the
+  // provider refuses: the result is zeros, and every later call gives false.
+  [[nodiscard]] bool Update(std::span<const std::uint8_t> piece, std::span<std::uint8_t> result);
+
+  // Ends the message: the rest of its result, and its length. False for a bad message, and then as
+  // Update. The next Update begins a new message.
+  [[nodiscard]] bool Finish(std::array<std::uint8_t, kMostAdded>& result, std::uint32_t& length);
+
+ private:
+  // The number of the last bytes that stay here until more come.
+  [[nodiscard]] std::size_t HeldOf(std::size_t total) const noexcept;
+  [[nodiscard]] bool Transform(std::span<std::uint8_t> data);
+
+  PasswordKey session_;
+  CipherDirection direction_;
+  bool isBlockCipher_;
+  bool isGood_;
+  std::array<std::uint8_t, provider::kBlockSize> held_{};
+  std::size_t heldLength_ = 0;
+  const WipeAtExit<decltype(held_)> wipeHeld_{held_};
+};
+
+}  // namespace latchkey

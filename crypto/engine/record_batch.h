@@ -1,0 +1,107 @@
+// Many messages in one call, in the layout of a binary column of Apache Arrow: one buffer, and
+// offsets into it.
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "crypto/engine/derived_key.h"
+
+namespace latchkey {
+
+// Offsets of 32 or 64 bits: record i begins at the ith and ends before the next one.
+template <class Narrow, class Wide>
+class OffsetsOf {
+ public:
+  OffsetsOf() = default;
+  explicit OffsetsOf(Narrow* offsets) noexcept : narrow_(offsets) {}
+  explicit OffsetsOf(Wide* offsets) noexcept : wide_(offsets) {}
+
+  [[nodiscard]] bool IsWide() const noexcept { return wide_ != nullptr; }
+  [[nodiscard]] std::int64_t Get(std::size_t i) const noexcept {
+    return wide_ != nullptr ? wide_[i] : narrow_[i];
+  }
+  void Set(std::size_t i, std::size_t offset) const noexcept {
+    if (wide_ != nullptr) {
+      wide_[i] = static_cast<Wide>(offset);
+    } else {
+      narrow_[i] = static_cast<Narrow>(offset);
+    }
+  }
+
+ private:
+  Narrow* narrow_ = nullptr;
+  Wide* wide_ = nullptr;
+};
+
+using Offsets = OffsetsOf<const std::int32_t, const std::int64_t>;
+using ResultOffsets = OffsetsOf<std::int32_t, std::int64_t>;
+
+struct Records {
+  std::size_t count = 0;
+  Offsets offsets;  // count + 1
+  std::span<const std::uint8_t> data;
+
+  // Offsets that descend or leave the data make records bad.
+  [[nodiscard]] bool AreGood() const noexcept;
+  // Of good records.
+  [[nodiscard]] std::span<const std::uint8_t> operator[](std::size_t i) const noexcept {
+    const auto begin = static_cast<std::size_t>(offsets.Get(i));
+    return data.subspan(begin, static_cast<std::size_t>(offsets.Get(i + 1)) - begin);
+  }
+};
+
+// TooLong: a message of 4 GiB - 8 bytes or more.
+enum class RecordStatus : std::int32_t { Done, CipherFailed, TooLong };
+
+struct Results {
+  ResultOffsets offsets;           // room for count + 1
+  std::span<std::uint8_t> data;    // RoomNeeded bytes, which do not overlap the records
+  std::span<RecordStatus> statuses;  // count, or none
+};
+
+// Encrypts or decrypts records. A record that fails has a result of length 0.
+class RecordBatch {
+ public:
+  // All must outlive the batch; the records are good.
+  RecordBatch(const DerivedKey& key, CipherDirection direction, const Records& records);
+
+  // The room for results of any length that the records may have.
+  [[nodiscard]] std::size_t RoomNeeded() const noexcept { return roomNeeded_; }
+
+  // Runs on up to `threads` threads, 0 for one for each usable processor. Bytes of the room after
+  // the results become zeros. Call it once.
+  void Run(std::size_t threads, const Results& results);
+
+  [[nodiscard]] std::size_t FailedCount() const noexcept { return failed_; }
+  [[nodiscard]] RecordStatus FirstFailure() const noexcept { return firstFailure_; }
+  // The sum of the results' lengths.
+  [[nodiscard]] std::size_t Length() const noexcept { return length_; }
+
+ private:
+  // Records that one thread takes at a time. Its results first lie together at `start`.
+  struct Chunk {
+    std::size_t start = 0;
+    std::size_t length = 0;
+    std::size_t failed = 0;
+    RecordStatus firstFailure = RecordStatus::Done;
+  };
+
+  [[nodiscard]] std::size_t RoomFor(std::size_t recordLength) const noexcept;
+  void RunChunk(std::size_t number, const Results& results);
+  RecordStatus RunRecord(std::span<const std::uint8_t> record, std::span<std::uint8_t> room,
+                         std::uint32_t& length) const;
+  void JoinChunks(const Results& results) noexcept;
+
+  const DerivedKey& key_;
+  const CipherDirection direction_;
+  const Records& records_;
+  std::vector<Chunk> chunks_;
+  std::size_t roomNeeded_ = 0;
+  std::size_t length_ = 0;
+  std::size_t failed_ = 0;
+  RecordStatus firstFailure_ = RecordStatus::Done;
+};
+
+}  // namespace latchkey

@@ -1,0 +1,60 @@
+// The message key of a provider that has none: each message works on its own duplicate of a key.
+#include <mutex>
+
+#include "provider/crypto_provider.h"
+
+namespace latchkey::provider {
+namespace {
+
+class DuplicatedKey final : public MessageKey {
+ public:
+  DuplicatedKey(CryptoProvider& provider, HCRYPTKEY key) noexcept
+      : provider_(provider), key_(key) {}
+
+  bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
+               std::uint32_t dwBufLen) const override {
+    return OnDuplicate([&](HCRYPTKEY key) {
+      return provider_.CryptEncrypt(key, 0, true, 0, pbData, pdwDataLen, dwBufLen);
+    });
+  }
+
+  bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
+    return OnDuplicate([&](HCRYPTKEY key) {
+      return provider_.CryptDecrypt(key, 0, true, 0, pbData, pdwDataLen);
+    });
+  }
+
+ private:
+  struct Duplicate {
+    CryptoProvider& provider;
+    HCRYPTKEY key = 0;
+    ~Duplicate() {
+      try {
+        if (key != 0) provider.CryptDestroyKey(key);
+      } catch (...) {  // NOLINT(bugprone-empty-catch): the message's result stands
+      }
+    }
+  };
+
+  template <class Work>
+  bool OnDuplicate(Work&& work) const {
+    Duplicate duplicate{provider_};
+    {
+      const std::lock_guard lock(mutex_);  // a handle is used by one thread at a time
+      if (!provider_.CryptDuplicateKey(key_, nullptr, 0, &duplicate.key)) return false;
+    }
+    return work(duplicate.key);
+  }
+
+  CryptoProvider& provider_;
+  HCRYPTKEY key_;
+  mutable std::mutex mutex_;
+};
+
+}  // namespace
+
+std::unique_ptr<const MessageKey> CryptoProvider::MakeMessageKey(HCRYPTKEY hKey) {
+  return std::make_unique<DuplicatedKey>(*this, hKey);
+}
+
+}  // namespace latchkey::provider
