@@ -108,12 +108,13 @@ def run(arguments, sources):
         targets = [arguments.target / path.name for path in sources]
         futures = client.map(decrypt_file, sources, targets, arguments=arguments, pure=False)
         names = {future: path.name for future, path in zip(futures, sources)}
-        for future, result in as_completed(futures, with_results=True, raise_errors=False):
-            if future.status == "error":
-                print(f"{names[future]}: {result[1]}", file=sys.stderr)
+        for future in as_completed(futures):
+            try:
+                rows, failed = future.result()
+                print(f"{names[future]}: {rows} rows, {failed} failed", flush=True)
+            except Exception as error:
+                print(f"{names[future]}: {error}", file=sys.stderr)
                 broken += 1
-            else:
-                print(f"{names[future]}: {result[0]} rows, {result[1]} failed", flush=True)
     return broken
 
 

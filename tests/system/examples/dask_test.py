@@ -59,9 +59,9 @@ class Cluster:
                         "--memory-limit", "0", "--local-directory", folder, "--death-timeout", str(LIMIT))
             for _ in range(3)]
         self._processes += self.workers
-        self.client = Client(scheduler_file=str(file), timeout=LIMIT)
-        self.client.wait_for_workers(3, timeout=LIMIT)
-        self.address = self.client.scheduler.address
+        with Client(scheduler_file=str(file), timeout=LIMIT) as client:
+            client.wait_for_workers(3, timeout=LIMIT)
+            self.address = client.scheduler.address
 
     def _start(self, module, *arguments):
         # The processes end with this one.
@@ -75,7 +75,6 @@ class Cluster:
                     if str(path) in [os.readlink(link) for link in pathlib.Path(f"/proc/{worker.pid}/fd").iterdir()])
 
     def close(self):
-        self.client.close()
         for process in self._processes:
             process.kill()
             process.wait()
@@ -94,17 +93,23 @@ class DecryptCsvTest(unittest.TestCase):
         self.addCleanup(self.cluster.close)
 
     def start(self):
+        self.errors = open(self.folder / "errors", "w+", encoding="utf-8")
+        self.addCleanup(self.errors.close)
         return subprocess.Popen(
             [sys.executable, SAMPLE / "decrypt_csv.py", "--scheduler", self.cluster.address, "--password-file",
              self.folder / "password", "--hash", "md5", "--cipher", "rc2", "--key-bits", "80",
              self.source, self.target],
-            stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
+            stdout=subprocess.PIPE, stderr=self.errors, text=True)
 
     def finish(self, program, status=0):
         """The names that the program reports from now on, and its errors."""
-        output, errors = program.communicate(timeout=LIMIT)
+        with program.stdout as output:
+            names = [line.split(":")[0] for line in output]
+        program.wait(timeout=LIMIT)
+        self.errors.seek(0)
+        errors = self.errors.read()
         self.assertEqual(program.returncode, status, errors)
-        return [line.split(":")[0] for line in output.splitlines()], errors
+        return names, errors
 
     def assert_results(self, rows):
         self.assertEqual(sorted(os.listdir(self.target)), sorted(rows))
