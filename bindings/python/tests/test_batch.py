@@ -57,6 +57,21 @@ def test_records_are_any_buffers():
     assert RC4.decrypt_many(RC4.encrypt_many(kinds)) == [b"bytes", b"array", b"view", wide.tobytes(), None]
 
 
+def test_a_long_list_keeps_its_order():
+    records = [None if number % 7 == 3 else b"%d" % number for number in range(30000)]
+    made = DES.encrypt_many(records)
+    assert DES.decrypt_many(made) == records
+    made[20000] = made[25000] = b"damaged"
+    with pytest.raises(latchkey.CipherError) as raised:
+        DES.decrypt_many(made)
+    assert raised.value.index == 20000
+    failed = [index for index, each in enumerate(DES.decrypt_many(made, errors="return")) if isinstance(each, Exception)]
+    assert failed == [20000, 25000]
+    made[29000] = "text"
+    with pytest.raises(TypeError, match="^record 29000: "):
+        DES.decrypt_many(made, errors="null")
+
+
 def test_the_first_failure_is_raised_with_its_index():
     records = [DES.encrypt(b"one"), None, b"damaged", b""]
     with pytest.raises(latchkey.CipherError, match="^record 2: ") as raised:

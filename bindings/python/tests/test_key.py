@@ -133,6 +133,14 @@ def test_a_key_cannot_be_pickled():
         pickle.dumps(Key(b"secret", hash="md5", cipher="rc4"))
 
 
+def test_an_exception_does_not_hold_the_buffer():
+    data = bytearray(b"damaged")
+    with pytest.raises(latchkey.CipherError) as raised:
+        Key(b"secret", hash="md5", cipher="des").decrypt(data)
+    data.clear()  # a BufferError while a view exists
+    assert raised.value.__traceback__
+
+
 def test_a_closed_key_refuses_work():
     with Key(b"secret", hash="md5", cipher="rc4") as key:
         stream = key.encryptor()
@@ -145,8 +153,8 @@ def test_a_closed_key_refuses_work():
 
 
 def test_a_size_beyond_the_limit_is_an_error():
-    with mmap.mmap(-1, 1 << 32) as data, pytest.raises(latchkey.LatchkeyError) as raised:
-        latchkey.digest(data, "md5")
+    with mmap.mmap(-1, 1 << 32) as password, pytest.raises(latchkey.LatchkeyError) as raised:
+        Key(password, hash="md5", cipher="rc4")
     assert (raised.value.status, raised.value.number) == (latchkey.Status.FAULT, 6)
 
 

@@ -2,9 +2,9 @@
 from __future__ import annotations
 
 import array
-from collections.abc import Callable, Iterable, Sequence
-from itertools import accumulate, pairwise
-from typing import TYPE_CHECKING, Any, Literal, NamedTuple, Optional, Union
+from collections.abc import Callable, Iterable, Iterator, Sequence
+from itertools import accumulate, islice, pairwise
+from typing import TYPE_CHECKING, Any, Literal, NamedTuple, Union
 
 from ._errors import LatchkeyError, check, error_of
 from ._latchkey import ffi
@@ -14,6 +14,10 @@ if TYPE_CHECKING:
     from _typeshed import ReadableBuffer
 
     Results = list[Union[bytes, Exception, None]]
+    Single = Callable[[ReadableBuffer], bytes]
+
+# Records of a list that are done together: few enough to stay in the processor's cache.
+_PART = 8192
 
 Errors = Literal["raise", "null", "return"]
 
@@ -42,16 +46,16 @@ class Batch(NamedTuple):
     def run(self, data: ReadableBuffer, offsets: memoryview) -> tuple[Records, Any]:
         """The results, and the failure of the first record that failed, or None."""
         records, results, failure = struct("latchkey_records"), struct("latchkey_results"), struct("latchkey_failure")
-        source, positions, count = input_bytes(data), input_bytes(offsets), len(offsets) - 1
+        count = records.count = len(offsets) - 1
         records.offset_size = results.offset_size = offsets.itemsize
-        records.count, records.offsets = count, positions
-        records.data, records.data_length = source, len(source)
-        # Offsets that leave the buffer are refused, so that there is never more to allocate than this.
-        room = min(max(offsets[-1] - offsets[0], 0), len(source)) + self.extra * count
-        output, ends, statuses = allocate(room), allocate(len(positions)), allocate(4 * count)
-        results.offsets, results.data, results.data_length = ends, output, room
-        results.statuses = ffi.cast("int32_t *", statuses)
-        check(self.function(self.key, records, self.threads, results, failure), failure)
+        with input_bytes(data) as source, input_bytes(offsets) as positions:
+            records.offsets, records.data, records.data_length = positions, source, len(source)
+            # Offsets that leave the buffer are refused, so that there is never more to allocate than this.
+            room = min(max(offsets[-1] - offsets[0], 0), len(source)) + self.extra * count
+            output, ends, statuses = allocate(room), allocate(len(positions)), allocate(4 * count)
+            results.offsets, results.data, results.data_length = ends, output, room
+            results.statuses = ffi.cast("int32_t *", statuses)
+            check(self.function(self.key, records, self.threads, results, failure), failure)
         return Records(memoryview(ffi.buffer(output, results.data_length)), _view(ends, offsets.format),
                        _view(statuses, "i")), failure if results.failed else None
 
@@ -60,9 +64,13 @@ def _view(memory: Any, item: str) -> memoryview:
     return memoryview(ffi.buffer(memory)).cast(item)
 
 
-def _first_error(records: Records, failure: Any) -> Exception:
-    index = next(index for index, status in enumerate(records.statuses) if status)
-    return error_of(failure, index)
+def _failed(records: Records) -> Iterator[int]:
+    return (index for index, status in enumerate(records.statuses) if status)
+
+
+def _first_error(records: Records, failure: Any, places: Sequence[int]) -> Exception:
+    """The exception of the first record that failed; `places` are the records' indexes for the caller."""
+    return error_of(failure, places[next(_failed(records))])
 
 
 def process_buffers(batch: Batch, data: ReadableBuffer, offsets: ReadableBuffer, errors: Errors) -> Records:
@@ -76,7 +84,7 @@ def process_buffers(batch: Batch, data: ReadableBuffer, offsets: ReadableBuffer,
         raise ValueError("offsets: one more than the records is required, also for no records")
     records, failure = batch.run(data, view)
     if failure and errors == "raise":
-        raise _first_error(records, failure)
+        raise _first_error(records, failure, range(len(records.statuses)))
     return records
 
 
@@ -89,42 +97,48 @@ def _join(items: Sequence[Any]) -> tuple[bytes, array.array[int]]:
     return data, offsets
 
 
-def _check_items(items: Sequence[Any]) -> None:
+def _check_items(items: Sequence[Any], first: int) -> None:
     """Raises for the first record that is neither bytes nor None."""
-    for index, item in enumerate(items):
+    for index, item in enumerate(items, first):
         try:
             b"" if item is None else memoryview(item).cast("B")
         except TypeError:
             raise TypeError(f"record {index}: bytes or None are required, not {type(item).__name__}") from None
 
 
-def process_list(batch: Batch, records: Iterable[ReadableBuffer | None], errors: Errors,
-                 again: Callable[[ReadableBuffer], bytes]) -> Results:
+def process_list(batch: Batch, records: Iterable[ReadableBuffer | None], errors: Errors, again: Single) -> Results:
     """Key.encrypt_many and Key.decrypt_many of an iterable. `again` is the operation for one record."""
     if errors not in ("raise", "null", "return"):
         raise ValueError(f'errors: {errors!r} is not "raise", "null" or "return"')
     if isinstance(records, (str, bytes, bytearray, memoryview)):
         raise TypeError(f"a list of records is required, not {type(records).__name__}; one buffer needs offsets")
-    items: Sequence[Any] = records if isinstance(records, (list, tuple)) else list(records)
+    made: Results = []
+    source = iter(records)
+    while items := list(islice(source, _PART)):
+        made += _process_part(batch, items, len(made), errors, again)
+    return made
+
+
+def _process_part(batch: Batch, items: list[Any], first: int, errors: Errors, again: Single) -> Results:
+    """The results of a part of the records, which begins at the index `first`."""
+    places: Sequence[int] = range(len(items))
     try:
         data, offsets = _join(items)
-        places: Optional[list[int]] = None
     except TypeError:
-        _check_items(items)
-        places = [index for index, item in enumerate(items) if item is not None]
+        _check_items(items, first)
+        places = [place for place in places if items[place] is not None]
         data, offsets = _join([items[place] for place in places])
     results, failure = batch.run(data, memoryview(offsets))
     texts = bytes(results.data)
     made: Results = [texts[start:end] for start, end in pairwise(array.array("q", results.offsets.tobytes()))]
-    if places is not None:
-        made = _spread(made, places, len(items))
-    if failure:
-        failed = (index for index, status in enumerate(results.statuses) if status)
-        _mark_failed(made, items, failed if places is None else map(places.__getitem__, failed), failure, errors, again)
-    return made
+    if failure and errors == "raise":
+        raise _first_error(results, failure, [first + place for place in places])
+    for index in _failed(results) if failure else ():
+        made[index] = None if errors == "null" else _outcome(items[places[index]], first + places[index], again)
+    return made if len(made) == len(items) else _spread(made, places, len(items))
 
 
-def _spread(made: Results, places: list[int], count: int) -> Results:
+def _spread(made: Results, places: Sequence[int], count: int) -> Results:
     """The results at their places among `count`, and None at the others."""
     spread: Results = [None] * count
     for place, result in zip(places, made):
@@ -132,16 +146,7 @@ def _spread(made: Results, places: list[int], count: int) -> Results:
     return spread
 
 
-def _mark_failed(made: Results, items: Sequence[Any], failed: Iterable[int], failure: Any, errors: Errors,
-                 again: Callable[[ReadableBuffer], bytes]) -> None:
-    """Puts what `errors` says at the places of the records that failed."""
-    for index in failed:
-        if errors == "raise":
-            raise error_of(failure, index)
-        made[index] = None if errors == "null" else _outcome(items[index], index, again)
-
-
-def _outcome(item: ReadableBuffer, index: int, again: Callable[[ReadableBuffer], bytes]) -> bytes | Exception:
+def _outcome(item: ReadableBuffer, index: int, again: Single) -> bytes | Exception:
     """The exception that the record raises alone: a batch describes only its first failure."""
     try:
         return again(item)

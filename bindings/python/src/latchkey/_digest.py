@@ -16,14 +16,15 @@ _LONGEST = 20
 
 
 def digest(data: ReadableBuffer, hash: HashName) -> bytes:
-    """The digest of less than 4 GiB: 16 bytes, for SHA-1 20.
+    """The digest of data of any length: 16 bytes, for SHA-1 20.
 
     >>> latchkey.digest(b"abc", "md2").hex()
     'da853b0d3f88d99b30283a69e6ded6bb'
     """
-    source, number = input_bytes(data), find(Hash, hash)
-    output, length, failure = allocate(_LONGEST), ffi.new("size_t *", _LONGEST), struct("latchkey_failure")
-    check(lib.latchkey_digest(number, source, len(source), output, length, failure), failure)
+    number, failure = find(Hash, hash), struct("latchkey_failure")
+    output, length = allocate(_LONGEST), ffi.new("size_t *", _LONGEST)
+    with input_bytes(data) as source:
+        check(lib.latchkey_digest(number, source, len(source), output, length, failure), failure)
     result: bytes = ffi.buffer(output, length[0])[:]
     return result
 
@@ -65,8 +66,8 @@ class Hasher:
 
     def update(self, data: ReadableBuffer) -> None:
         """Adds data."""
-        source, failure = input_bytes(data), struct("latchkey_failure")
-        with self._lock:
+        failure = struct("latchkey_failure")
+        with input_bytes(data) as source, self._lock:
             if self._digest is not None:
                 raise ValueError("the digest was read: make another Hasher")
             check(lib.latchkey_hash_update(self._pointer, source, len(source), failure), failure)

@@ -71,12 +71,12 @@ def identify(samples: bytes | bytearray | memoryview | Iterable[ReadableBuffer],
     items = [samples] if isinstance(samples, (bytes, bytearray, memoryview)) else list(samples)
     data, offsets = b"".join(items), array.array("q", accumulate(map(_length, items), initial=0))
     records, failure = struct("latchkey_records"), struct("latchkey_failure")
-    source, positions = input_bytes(data), input_bytes(offsets)
-    records.offset_size, records.count, records.offsets = offsets.itemsize, len(items), positions
-    records.data, records.data_length = source, len(source)
+    records.offset_size, records.count = offsets.itemsize, len(items)
+    records.data_length = len(data)
     found, count = ffi.new("latchkey_candidate[]", _ALL), ffi.new("size_t *", _ALL)
     size = ffi.sizeof("latchkey_candidate")
-    with password_bytes(password, encoding) as secret:
+    with input_bytes(data) as records.data, input_bytes(offsets) as records.offsets, \
+            password_bytes(password, encoding) as secret:
         check(lib.latchkey_identify(records, secret, len(secret), size, found, count, failure), failure)
     return [_candidate(found[index]) for index in range(count[0])]
 

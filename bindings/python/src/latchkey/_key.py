@@ -88,10 +88,11 @@ class Key:
         return pointer
 
     def _transform(self, function: Any, data: ReadableBuffer, extra: int) -> bytes:
-        key, source = self._open_pointer(), input_bytes(data)
-        room = len(source) + extra
-        output, length, failure = allocate(room), ffi.new("size_t *", room), struct("latchkey_failure")
-        check(function(key, source, len(source), output, length, failure), failure)
+        key, failure = self._open_pointer(), struct("latchkey_failure")
+        with input_bytes(data) as source:
+            room = len(source) + extra
+            output, length = allocate(room), ffi.new("size_t *", room)
+            check(function(key, source, len(source), output, length, failure), failure)
         result: bytes = ffi.buffer(output, length[0])[:]
         return result
 

@@ -18,7 +18,7 @@ def allocate(length: int) -> Any:
 
 
 def input_bytes(data: ReadableBuffer) -> Any:
-    """The bytes of an object with the buffer protocol, where they are."""
+    """The bytes of an object with the buffer protocol, where they are; a `with` block lets the object go at its end."""
     if isinstance(data, str):
         raise TypeError("bytes are required, not str")
     return ffi.from_buffer("uint8_t[]", data)

@@ -56,12 +56,14 @@ def password_bytes(password: Password, encoding: str | None) -> Iterator[Any]:
     if not isinstance(password, str):
         if encoding is not None:
             raise TypeError("an encoding is only for a password of type str")
-        yield input_bytes(password)
+        with input_bytes(password) as secret:
+            yield secret
         return
     if encoding is None:
         raise TypeError('a password of type str needs its encoding, such as "cp1252" or "utf-16-le"')
     copy = _copy(password, encoding)
     try:
-        yield input_bytes(copy)
+        with input_bytes(copy) as secret:
+            yield secret
     finally:
         ffi.memmove(copy, bytes(len(copy)), len(copy))

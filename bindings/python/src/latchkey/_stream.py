@@ -36,8 +36,8 @@ class Stream:
 
     def update(self, data: ReadableBuffer) -> bytes:
         """Adds a piece and returns the part of the result that is ready. Up to 8 bytes are held back."""
-        source = input_bytes(data)
-        return self._call(lib.latchkey_stream_update, len(source), source, len(source))
+        with input_bytes(data) as source:
+            return self._call(lib.latchkey_stream_update, len(source), source, len(source))
 
     def finish(self) -> bytes:
         """Ends the message and returns the rest of its result. The next update begins a new message.
