@@ -1,5 +1,5 @@
-// The loops that turn ASCII characters into bytes of the same number and back: one form for any
-// CPU, and those of the system's kernels. Each form gives the same results.
+// Conversion of ASCII characters to bytes of the same number, and back. There is a portable form
+// and one for each kernel; all give the same results.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,9 @@
 
 namespace latchkey {
 
-// Both convert the leading steps of kStep elements that are ASCII throughout, at most `count`
-// elements, and give the number of elements converted. Behind them nothing is written.
+// Both convert leading steps of kStep elements until a step contains something other than ASCII, at
+// most `count` elements, and return the number of elements converted. Nothing is written after
+// these.
 struct AsciiText {
   static constexpr std::size_t kStep = 64;
 
@@ -20,7 +21,7 @@ struct AsciiText {
 // In standard C++.
 extern const AsciiText kAsciiTextPortable;
 
-// The fastest that this machine runs.
+// The fastest form that this machine can run.
 [[nodiscard]] const AsciiText& FastestAsciiText() noexcept;
 
 }  // namespace latchkey

@@ -1,5 +1,5 @@
-// ASCII characters in standard C++. The loops over a step have no branch, so that the compiler
-// turns them into vector instructions.
+// ASCII characters in standard C++. The loop over a step has no branch, so that the compiler can
+// turn it into vector instructions.
 #include "base/ascii_text.h"
 
 namespace latchkey {

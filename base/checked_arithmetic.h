@@ -29,8 +29,7 @@ template <std::integral To, std::integral From>
   return NarrowTo<std::int32_t>(std::int64_t{a} * b);
 }
 
-// A floating result that must be a number: raises Overflow for infinity and InvalidProcedureCall
-// for "not a number".
+// Returns `value`; raises Overflow for infinity and InvalidProcedureCall for "not a number".
 [[nodiscard]] inline double CheckedResult(double value) {
   if (std::isnan(value)) throw Fault(FaultNumber::InvalidProcedureCall);
   if (std::isinf(value)) throw Fault(FaultNumber::Overflow);

@@ -14,7 +14,7 @@ CodePage::CodePage(const HighHalf& characters, LongCodeOf longCodeOf) : longCode
   for (std::size_t i = 0; i < characters.size(); ++i) {
     if (!IsOneByte(characters[i])) Assign(kHighHalf + i, characters[i]);
   }
-  // After all that have a character, so that none of them loses it.
+  // These come last, so that they take no character from another byte.
   for (std::size_t byte = kHighHalf; byte < characters_.size(); ++byte) {
     if (characters_[byte] == 0) Assign(byte, FreeCharacterFor(byte));
   }

@@ -1,4 +1,4 @@
-// The single-byte (ANSI) code page through which characters and bytes become each other.
+// A code page that converts between characters and single bytes.
 #pragma once
 
 #include <array>
@@ -6,28 +6,29 @@
 
 namespace latchkey {
 
-// A code page as tables, built once. Each of the 256 bytes is one character and no two are the
-// same, so every byte becomes a character and back. Bytes 0 to 127 are ASCII. Immutable: any thread
-// may read.
+// A code page as tables, built once. Each of the 256 bytes has a different character, so every byte
+// can be converted to a character and back. Bytes 0 to 127 are ASCII. Immutable: any thread may
+// read.
 class CodePage {
  public:
-  // What a character becomes that the code page cannot represent.
+  // The code of a character that the code page cannot represent.
   static constexpr std::uint32_t kDefaultCode = '?';
 
-  // The characters of bytes 128 to 255. 0 for a byte that is no character by itself, such as the
+  // The characters of bytes 128 to 255; 0 for a byte that is not a character by itself, such as the
   // first of a two-byte character.
   using HighHalf = std::array<char16_t, 128>;
-  // The code of a character that no single byte denotes: above 255 when the code page writes it in
-  // several bytes (the bytes read as one big-endian number), else kDefaultCode.
+  // The code of a character that has no single byte: above 255 if the code page writes it in
+  // several bytes (read as one big-endian number), otherwise kDefaultCode.
   using LongCodeOf = std::uint32_t (*)(char16_t character);
 
-  // Of several bytes with one character the lowest keeps it. The others, and those without one,
-  // become the character of the byte's own number or, where that is taken, a private-use one.
+  // If several bytes have the same character, the lowest keeps it. The others, and bytes without a
+  // character, get the character with the byte's own number or, if that is taken, a private-use
+  // character.
   CodePage(const HighHalf& characters, LongCodeOf longCodeOf);
 
   [[nodiscard]] char16_t CharacterOf(std::uint8_t byte) const noexcept { return characters_[byte]; }
 
-  // The code of `character`: its byte, or what LongCodeOf gives.
+  // The code of `character`: its byte, or the result of LongCodeOf.
   [[nodiscard]] std::uint32_t CodeOf(char16_t character) const noexcept {
     return IsOneByte(character) ? bytes_[character] : longCodeOf_(character);
   }
@@ -40,7 +41,7 @@ class CodePage {
   [[nodiscard]] char16_t FreeCharacterFor(std::size_t byte) const noexcept;
 
   std::array<char16_t, 256> characters_{};
-  std::array<std::uint8_t, 0x10000> bytes_{};  // 0 for all but NUL and the characters of a byte
+  std::array<std::uint8_t, 0x10000> bytes_{};  // 0 also for characters without a byte
   LongCodeOf longCodeOf_;
 };
 

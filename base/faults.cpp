@@ -39,7 +39,7 @@ Fault CurrentFault() noexcept {
   } catch (const std::bad_alloc&) {
     return Fault(FaultNumber::OutOfMemory);
   } catch (const std::length_error&) {
-    // A container asked for more than it can ever hold.
+    // A container was asked to grow beyond its maximum size.
     return Fault(FaultNumber::OutOfMemory);
   } catch (...) {
     return Fault(FaultNumber::InvalidProcedureCall);

@@ -1,4 +1,4 @@
-// Every fault, and what another exception becomes.
+// The list of all faults, and the conversion of exceptions to faults.
 #pragma once
 
 #include <array>
@@ -14,8 +14,8 @@ inline constexpr std::array kFaultNumbers{
     FaultNumber::FileNotFound,         FaultNumber::ObjectNotSet,   FaultNumber::InvalidUseOfNull,
     FaultNumber::DllFunctionNotFound};
 
-// The exception being handled, as a fault: a fault stays itself, failed memory is OutOfMemory, and
-// anything else is InvalidProcedureCall. Call it inside a catch clause only.
+// The exception being handled, as a fault: a Fault is returned unchanged, a failed allocation is
+// OutOfMemory, anything else is InvalidProcedureCall. Call it only inside a catch clause.
 [[nodiscard]] Fault CurrentFault() noexcept;
 
 }  // namespace latchkey

@@ -1,6 +1,6 @@
-// Objects known to a client by number. A number is looked up and never followed, so that any value
-// at all can be told from a handle in use. No number is given out again before the counter of all
-// tables wraps, so that one kept too long or used for the wrong kind of object is simply unknown.
+// Objects that clients refer to by number. A handle is looked up and never dereferenced, so any
+// value can be checked safely. All tables share one counter and no handle is used again before it
+// wraps, so a stale handle, or one of the wrong kind, is unknown.
 #pragma once
 
 #include <atomic>
@@ -12,24 +12,24 @@
 
 namespace latchkey {
 
-// The number after the last one that any table was given.
+// The next handle; no two tables get the same one.
 inline std::uintptr_t NextHandle() noexcept {
   static std::atomic<std::uintptr_t> last{0};
   return ++last;
 }
 
-// Any thread may use a table. An object that is taken out while another thread works with it lives
-// until that thread lets go of it.
+// Any thread may use a table. An object that is removed while another thread uses it lives until
+// that thread releases it.
 template <class Object>
 class HandleTable {
  public:
-  // The handle by which the object is known from now on; never 0.
+  // Adds an object and returns its handle, which is never 0.
   [[nodiscard]] std::uintptr_t Add(std::shared_ptr<Object> object) {
     return AddMade([&] { return std::move(object); });
   }
 
-  // The same for an object that `make` gives, once there is a place for it: what making it changes
-  // is not undone for want of one. `make` does not use the table.
+  // The same for the object that `make` returns. Allocates the table's entry before it calls
+  // `make`, so that no later failure has to undo what `make` did. `make` must not use the table.
   template <class Make>
   [[nodiscard]] std::uintptr_t AddMade(Make&& make) {
     const std::lock_guard lock(mutex_);
@@ -52,7 +52,7 @@ class HandleTable {
     return found != objects_.end() ? found->second : nullptr;
   }
 
-  // The object, which the table lets go of; null for an unknown handle.
+  // Removes the object from the table and returns it; null for an unknown handle.
   std::shared_ptr<Object> Take(std::uintptr_t handle) {
     const std::lock_guard lock(mutex_);
     const auto entry = objects_.extract(handle);
@@ -71,7 +71,7 @@ class HandleTable {
 
  private:
   mutable std::mutex mutex_;
-  // Keeps no memory when it is empty, so that a library unloaded then leaves none.
+  // A map, since it holds no memory when it is empty: unloading the library then leaks nothing.
   std::map<std::uintptr_t, std::shared_ptr<Object>> objects_;
 };
 

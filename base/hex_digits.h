@@ -1,8 +1,8 @@
-// The loops that turn bytes into hexadecimal digits and back: one form for any CPU, and those of
-// the system's kernels. Each form gives the same.
+// Conversion of bytes to hexadecimal digits and back. There is a portable form and one for each
+// kernel; all give the same results.
 //
-// Digits may be a password or a key: no form branches on them or uses them as an index into memory,
-// so that the time and the cache tell nothing of them.
+// Digits may be a password or a key, so no form branches on them or uses them as an index into
+// memory: timing and cache reveal nothing about them.
 #pragma once
 
 #include <cstddef>
@@ -14,15 +14,15 @@ struct HexDigits {
   // Writes two digits for each of `count` bytes, in upper case, the high digit first.
   void (*encode)(const std::uint8_t* bytes, std::size_t count, char16_t* digits) noexcept;
 
-  // Reads two characters for each of `count` bytes. Spaces, tabs and line feeds are skipped, digits
-  // of either case are read up to the first other character; no digit gives 0.
+  // Reads two characters for each of `count` bytes. Skips spaces, tabs and line feeds, and reads
+  // digits of either case up to the first other character. A pair without a digit gives 0.
   void (*decode)(const char16_t* digits, std::size_t count, std::uint8_t* bytes) noexcept;
 };
 
 // In standard C++.
 extern const HexDigits kHexDigitsPortable;
 
-// The fastest that this machine runs.
+// The fastest form that this machine can run.
 [[nodiscard]] const HexDigits& FastestHexDigits() noexcept;
 
 }  // namespace latchkey

@@ -1,6 +1,6 @@
 // Hexadecimal digits (RFC 4648, section 8) in standard C++, written so that the compiler can turn
-// the loops into vector instructions: by arithmetic and masks without a branch or a table, and in
-// 16 bits throughout, the width of a character, of which the most fit a register.
+// the loops into vector instructions: arithmetic and masks instead of branches and tables, and 16
+// bits throughout, the width of a character, so that as many as possible fit in a register.
 #include "base/hex_digits.h"
 
 namespace latchkey {
@@ -11,7 +11,7 @@ using Bits = std::uint16_t;
 
 constexpr Bits BitsOf(int value) { return static_cast<Bits>(value); }
 
-// `high` less than 8000 (hexadecimal) above `low`.
+// Requires `high` - `low` < 8000 (hexadecimal).
 constexpr Bits MaskIfBetween(Bits value, Bits low, Bits high) {
   return BitsOf((BitsOf(BitsOf(value - low) | BitsOf(high - value)) >> 15) - 1);
 }
@@ -27,8 +27,8 @@ constexpr Bits MaskIfSkipped(Bits character) {
 }
 
 struct Digit {
-  Bits mask;   // of being one
-  Bits value;  // 0 when it is none
+  Bits mask;   // all ones for a digit
+  Bits value;  // 0 if it is not a digit
 };
 
 constexpr Digit ReadDigit(Bits character) {
@@ -39,7 +39,8 @@ constexpr Digit ReadDigit(Bits character) {
           BitsOf((isDecimal & (character - u'0')) | (isLetter & (lowerCase - u'a' + 10)))};
 }
 
-// The second digit counts behind a digit or a skipped character, and then moves the first one up.
+// The second digit counts only after a digit or a skipped character, and then shifts the first one
+// up.
 constexpr std::uint8_t ReadPair(char16_t first, char16_t second) {
   const Digit high = ReadDigit(first);
   const Digit low = ReadDigit(second);

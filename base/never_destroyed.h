@@ -1,4 +1,4 @@
-// An object of static duration that outlives all others.
+// An object of static duration that is never destroyed.
 #pragma once
 
 #include <cstddef>
@@ -7,8 +7,8 @@
 
 namespace latchkey {
 
-// Holds a T in its own memory and never destroys it: what lives as long as the process may still be
-// used by the destructors of static objects, when main has ended.
+// Holds a T in its own memory and never destroys it, so that the destructors of static objects may
+// still use it after main has returned.
 template <class T>
 class NeverDestroyed {
  public:

@@ -5,13 +5,13 @@
 namespace latchkey {
 namespace {
 
-// Read at each call, so that no optimiser knows what it does.
-void* (*volatile const fill)(void*, int, std::size_t) = std::memset;
+// Volatile, so that the optimizer cannot know which function is called.
+void* (*volatile const kFill)(void*, int, std::size_t) = std::memset;
 
 }  // namespace
 
 void SecureWipe(void* memory, std::size_t size) noexcept {
-  if (size > 0) fill(memory, 0, size);
+  if (size > 0) kFill(memory, 0, size);
 }
 
 }  // namespace latchkey

@@ -1,5 +1,5 @@
-// Memory that holds secrets: the routine that wipes it, a vector that wipes its storage, and a
-// guard. base/wiped_buffer.h has the buffer for data that is usually short.
+// Tools for memory that holds secrets: a wiping function, a vector that wipes its storage, and a
+// scope guard. For data that is usually short, use base/wiped_buffer.h.
 #pragma once
 
 #include <cstddef>
@@ -38,15 +38,15 @@ class WipingAllocator {
   friend bool operator==(const WipingAllocator&, const WipingAllocator&) noexcept { return true; }
 };
 
-// A vector that is wiped when it is freed and when it grows. A string would not do: it keeps short
-// text inside the object, where no allocator sees it.
+// A vector that is wiped when it is freed and when it grows. Not a string, since that keeps short
+// text inside the object, which no allocator wipes.
 template <class T>
 using WipedVector = std::vector<T, WipingAllocator<T>>;
 
 using WipedBytes = WipedVector<std::uint8_t>;
 
-// Wipes a value when the scope ends, also by an exception: of a container of plain values the whole
-// capacity, so that nothing is left of a longer earlier value; of a plain value all its bytes.
+// Wipes a value when the scope ends, also by an exception. Wipes the whole capacity of a container
+// of plain values, since a longer earlier value may be left there, and all bytes of a plain value.
 template <class Value>
 class WipeAtExit {
  public:

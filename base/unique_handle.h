@@ -1,6 +1,5 @@
-// A move-only owner of a platform handle. What kind of handle it is comes from a trait with three
-// members: `Type`, `None()` (the value that means no handle) and `Close(Type)`, which raises
-// nothing.
+// A move-only owner of a platform handle. A trait with three members describes the kind of handle:
+// `Type`, `None()` (the value that means no handle) and `Close(Type)`, which throws nothing.
 #pragma once
 
 #include <utility>
@@ -28,18 +27,18 @@ class UniqueHandle {
   [[nodiscard]] const Type& Get() const noexcept { return handle_; }
   explicit operator bool() const noexcept { return !(handle_ == Trait::None()); }
 
-  // Gives the handle away unclosed.
+  // Returns the handle without closing it, and gives up ownership.
   [[nodiscard]] Type Release() noexcept { return std::exchange(handle_, Trait::None()); }
 
-  // Closes the handle held, if any, and takes over `handle`. Taking over the handle already held
-  // changes nothing.
+  // Closes the current handle, if any, and owns `handle` instead. Does nothing if it is the same
+  // handle.
   void Reset(Type handle = Trait::None()) noexcept {
     const Type old = std::exchange(handle_, handle);
     if (!(old == Trait::None() || old == handle)) Trait::Close(old);
   }
 
-  // Closes the handle held, if any, and returns the address to pass as an out parameter: what is
-  // written there is owned.
+  // Closes the current handle, if any, and returns the address to pass as an out parameter. Owns
+  // the handle that is written there.
   [[nodiscard]] Type* Put() noexcept {
     Reset();
     return &handle_;

@@ -15,8 +15,8 @@
 namespace latchkey {
 
 // Elements that are wiped before their storage is released. Up to `inlineCapacity` of them are in
-// the object itself; more are allocated. New elements are not initialized, so that memory that a
-// call does not need is never touched.
+// the object itself; more are allocated. New elements are not initialized, so that unused memory is
+// never touched.
 template <class Element, std::size_t inlineCapacity>
 class WipedBuffer {
   static_assert(std::is_trivially_copyable_v<Element> &&
@@ -26,7 +26,7 @@ class WipedBuffer {
  public:
   static constexpr std::size_t kInlineCapacity = inlineCapacity;
 
-  // An object with a defaulted constructor could be value-initialized, which touches the elements.
+  // Not defaulted: value-initialization would then write all elements.
   // NOLINTBEGIN(cppcoreguidelines-pro-type-member-init,modernize-use-equals-default)
   WipedBuffer() noexcept {}
   explicit WipedBuffer(std::size_t size) { Renew(size); }
@@ -60,7 +60,7 @@ class WipedBuffer {
   [[nodiscard]] std::span<const Element> All() const noexcept { return {data(), size_}; }
 
   // Wipes the elements and makes room for `size` new ones, in the same storage if it is large
-  // enough. Raises bad_alloc, which leaves the buffer empty.
+  // enough. If memory runs out, raises bad_alloc and leaves the buffer empty.
   void Renew(std::size_t size) {
     Wipe();
     size_ = wipedSize_ = 0;
@@ -72,11 +72,11 @@ class WipedBuffer {
     size_ = wipedSize_ = size;
   }
 
-  // Keeps the first `size` elements. The others are wiped with them later.
+  // Keeps the first `size` elements. The others are wiped later, together with these.
   void Cut(std::size_t size) noexcept { size_ = std::min(size, size_); }
 
-  // Wipes only the first `size` elements from now on, until Renew. Nothing may have been written
-  // after these since they were new.
+  // Until the next Renew, wipes only the first `size` elements. Requires that none after these was
+  // written since the last Renew.
   void LimitWipeTo(std::size_t size) noexcept { wipedSize_ = std::min(size, size_); }
 
   friend bool operator==(const WipedBuffer& left, const WipedBuffer& right) noexcept {
@@ -86,7 +86,8 @@ class WipedBuffer {
  private:
   void Wipe() noexcept { SecureWipe(data(), wipedSize_ * sizeof(Element)); }
 
-  // Moves from `other`, and leaves it empty; this object's own elements have been wiped.
+  // Moves the contents of `other` here and leaves it empty. The caller has wiped this object's
+  // elements.
   void Take(WipedBuffer& other) noexcept {
     allocated_ = std::move(other.allocated_);
     capacity_ = std::exchange(other.capacity_, inlineCapacity);
@@ -101,7 +102,7 @@ class WipedBuffer {
   std::unique_ptr<Element[]> allocated_;  // NOLINT(modernize-avoid-c-arrays)
   std::size_t capacity_ = inlineCapacity;
   std::size_t size_ = 0;
-  std::size_t wipedSize_ = 0;  // the first elements, which may have been written
+  std::size_t wipedSize_ = 0;  // how many of the first elements may have been written
 };
 
 // Room for most passwords, keys, digests and short messages.

@@ -7,6 +7,7 @@
 #include <string>
 
 #include "base/kernels/cpu_level.h"
+#include "bench/peer.h"
 #include "bench/rows.h"
 
 namespace latchkey::bench {
@@ -35,8 +36,7 @@ int main(int count, char** arguments) {
   int result = 0;
   try {
     latchkey::bench::DescribeRun();
-    latchkey::bench::AddCipherRows();
-    latchkey::bench::AddHashRows();
+    latchkey::bench::AddRows();
     benchmark::RunSpecifiedBenchmarks();
   } catch (const std::exception& failure) {
     std::cerr << "latchkey_bench: " << failure.what() << '\n';

@@ -1,10 +1,15 @@
 #include "bench/rows.h"
 
+#include <benchmark/benchmark.h>
+
 #include <utility>
-#include <vector>
+
+#include "bench/peer.h"
 
 namespace latchkey::bench {
 namespace {
+
+constexpr std::size_t kBufferSize = std::size_t{16} << 20;
 
 // More than one batch of the widest kernel, and not a multiple of one.
 constexpr std::size_t kSampleSize = 20'008;
@@ -38,9 +43,7 @@ void AddRow(const std::string& name, Workload function) {
   benchmark::RegisterBenchmark(name.c_str(), run)->Iterations(1)->Unit(benchmark::kMillisecond);
 }
 
-}  // namespace
-
-void AddRows(const std::string& work, const std::function<Workload(const Peer&)>& workloadOf) {
+void AddWorkload(const std::string& work, const std::function<Workload(const Peer&)>& workloadOf) {
   std::vector<std::uint8_t> expected;
   for (const Peer& peer : Peers()) {
     Workload function = workloadOf(peer);
@@ -51,6 +54,36 @@ void AddRows(const std::string& work, const std::function<Workload(const Peer&)>
     if (made != expected) throw std::runtime_error(name + " differs from Latchkey's output");
     AddRow(name, std::move(function));
   }
+}
+
+void AddCipherRows() {
+  constexpr std::pair<CipherId, const char*> kCiphers[] = {{CipherId::Des, "DES-CBC"},
+                                                           {CipherId::TripleDes, "3DES-CBC"},
+                                                           {CipherId::Rc2, "RC2-CBC"},
+                                                           {CipherId::Rc4, "RC4"}};
+  for (const auto& [id, name] : kCiphers) {
+    for (const Direction direction : {Direction::Decrypt, Direction::Encrypt}) {
+      if (id == CipherId::Rc4 && direction == Direction::Decrypt) continue;  // the same operation
+      const char* const verb = direction == Direction::Encrypt ? " encryption" : " decryption";
+      AddWorkload(name + std::string(verb),
+                  [id, direction](const Peer& peer) { return peer.cipher(id, direction); });
+    }
+  }
+}
+
+void AddHashRows() {
+  constexpr std::pair<HashId, const char*> kHashes[] = {
+      {HashId::Md2, "MD2"}, {HashId::Md4, "MD4"}, {HashId::Md5, "MD5"}, {HashId::Sha1, "SHA-1"}};
+  for (const auto& [id, name] : kHashes) {
+    AddWorkload(name, [id](const Peer& peer) { return peer.hash(id); });
+  }
+}
+
+}  // namespace
+
+void AddRows() {
+  AddCipherRows();
+  AddHashRows();
 }
 
 }  // namespace latchkey::bench

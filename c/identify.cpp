@@ -47,7 +47,8 @@ bool IsRoomGood(const latchkey_candidate* candidates, std::size_t count, const M
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
+                              // of
 
 int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* password,
                           size_t password_length, size_t candidate_size,
@@ -63,9 +64,8 @@ int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* passwo
     }
     const auto found = latchkey::FindCandidates(SamplesOf(records), given.Bytes()).fitting;
     *candidate_count = std::min(room, found.size());
-    std::transform(found.begin(),
-                   found.begin() + static_cast<std::ptrdiff_t>(*candidate_count), candidates,
-                   CandidateOf);
+    std::transform(found.begin(), found.begin() + static_cast<std::ptrdiff_t>(*candidate_count),
+                   candidates, CandidateOf);
     return LATCHKEY_OK;
   });
 }

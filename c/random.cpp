@@ -48,8 +48,7 @@ Outcome FillBytes(RandomSource& source, std::span<std::uint8_t> bytes) {
 
 // Fills the memory, or clears it.
 template <class Work>
-std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure,
-                  Work work) noexcept {
+std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure, Work work) noexcept {
   if (!Memory(memory, length).IsGood()) {
     return Call(failure, trap::kCreateRandom, [] { return Outcome(LATCHKEY_BAD_ARGUMENT); });
   }
@@ -67,7 +66,8 @@ std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure,
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
+                              // of
 
 int32_t latchkey_random_bytes(uint8_t* bytes, size_t length, latchkey_failure* failure) {
   return Fill(bytes, length, failure, FillBytes);

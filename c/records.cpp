@@ -74,10 +74,10 @@ std::int32_t StatusOf(RecordStatus status) noexcept {
 
 Results ResultsOf(const latchkey_results& results, std::size_t room, std::size_t count) noexcept {
   auto* const statuses = reinterpret_cast<RecordStatus*>(results.statuses);
-  return {OffsetsAt<ResultOffsets, std::int32_t, std::int64_t>(results.offsets,
-                                                               results.offset_size),
-          {results.data, room},
-          {statuses, statuses == nullptr ? 0 : count}};
+  return {
+      OffsetsAt<ResultOffsets, std::int32_t, std::int64_t>(results.offsets, results.offset_size),
+      {results.data, room},
+      {statuses, statuses == nullptr ? 0 : count}};
 }
 
 // Describes the first record that failed; the call succeeds.
@@ -144,7 +144,8 @@ bool ReadRecords(const latchkey_records* given, Records& records) noexcept {
 
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
+                              // of
 using latchkey::CipherDirection;
 
 int32_t latchkey_encrypt_records(const latchkey_key* key, const latchkey_records* records,

@@ -116,8 +116,8 @@ ExitStatus RunIdentify(const Options& options, const Report& report) {
   RequireOwnSource(options.password, options.file);
   InputFile input(options.file);
   const SampleBytes sample = ReadSample(input, report.IsQuiet());
-  const Candidates candidates = FindCandidates(std::array{sample.Sample()},
-                                               ReadPassword(options.password, Prompt::Once));
+  const Candidates candidates =
+      FindCandidates(std::array{sample.Sample()}, ReadPassword(options.password, Prompt::Once));
   if (candidates.fitting.empty()) throw NothingFits(input.Name());
   PrintTable(candidates, report);
   report.Result(Result(options, sample, candidates));

@@ -7,7 +7,8 @@ set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES LATCHKEY_ARCH)
 if(LATCHKEY_ARCH STREQUAL "x86")
   set(triplet i686-w64-mingw32)
   set(CMAKE_SYSTEM_PROCESSOR i686)
-  # The same arithmetic as on the other targets; and hosts call in with the stack aligned to 4 bytes only.
+  # The same arithmetic as on the other targets; and hosts may call the DLL with the stack aligned to 4
+  # bytes only.
   set(CMAKE_CXX_FLAGS_INIT "-msse2 -mfpmath=sse -mstackrealign")
 elseif(LATCHKEY_ARCH STREQUAL "x64")
   set(triplet x86_64-w64-mingw32)

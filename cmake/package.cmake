@@ -1,4 +1,5 @@
-# Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev and latchkey.
+# Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev, latchkey and
+# python3-latchkey.
 # dpkg-shlibdeps finds what the library and the command need.
 
 set(CPACK_GENERATOR DEB)
@@ -39,7 +40,7 @@ macro(declare_package component name section summary)
 Encrypts and decrypts under keys derived from passwords, hashes, and makes
 random data and salts, with the same bytes and the same error numbers as the
 Windows component of this name. The algorithms are old: use them to exchange
-data with systems that already do.")
+data with systems that already use them.")
   install(FILES ${debian}/copyright ${PROJECT_BINARY_DIR}/changelog.gz DESTINATION share/doc/${name} COMPONENT ${component})
 endmacro()
 
@@ -49,9 +50,17 @@ declare_package(development lib${CPACK_PACKAGE_NAME}-dev libdevel "development f
 if(LATCHKEY_BUILD_CLI)
   declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
 endif()
+if(LATCHKEY_BUILD_PYTHON)
+  declare_package(python python3-${CPACK_PACKAGE_NAME} python "Python package")
+endif()
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SHLIBDEPS OFF)
+# dpkg-shlibdeps does not find the library, which is in another package.
+set(CPACK_DEBIAN_PYTHON_PACKAGE_DEPENDS
+  "${library_package} (>= ${PROJECT_VERSION}), libc6 (>= 2.14), python3 (>= 3.11), python3-cffi-backend")
+set(CPACK_DEBIAN_PYTHON_PACKAGE_SHLIBDEPS OFF)
+set(CPACK_DEBIAN_PYTHON_PACKAGE_CONTROL_EXTRA ${debian}/python/postinst ${debian}/python/prerm)
 # The dependencies of packages that use the library, and the trigger that renews the linker's cache.
 file(WRITE ${PROJECT_BINARY_DIR}/shlibs "liblatchkey ${PROJECT_VERSION_MAJOR} ${library_package} (>= ${PROJECT_VERSION})\n")
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_BINARY_DIR}/shlibs ${debian}/triggers)
@@ -66,6 +75,7 @@ file(STRINGS ${debian}/changelog release REGEX "^ -- " LIMIT_COUNT 1)
 string(REGEX REPLACE ".*>  " "" release "${release}")
 execute_process(COMMAND date --date=${release} +%s OUTPUT_VARIABLE release OUTPUT_STRIP_TRAILING_WHITESPACE
   COMMAND_ERROR_IS_FATAL ANY)
+file(WRITE ${PROJECT_BINARY_DIR}/release_date ${release}\n)
 file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/package_date.cmake CONTENT [[
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
   set(ENV{SOURCE_DATE_EPOCH} @release@)

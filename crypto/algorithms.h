@@ -1,4 +1,4 @@
-// From the small numbers that callers pass to the provider's algorithms.
+// Maps the algorithm numbers that callers pass to the provider's algorithms.
 #pragma once
 
 #include <cstdint>

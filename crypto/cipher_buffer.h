@@ -12,8 +12,8 @@ namespace latchkey {
 // The most bytes that a cipher adds.
 inline constexpr std::size_t kLargestPadding = provider::kBlockSize;
 
-// Its length in bytes for that much input: twice as much, which leaves room for the padding. Raises
-// Overflow where that is no signed 32-bit number.
+// The length of the buffer for an input, both in bytes: twice the input, which leaves room for the
+// padding. Raises Overflow if that does not fit a signed 32-bit number.
 [[nodiscard]] inline std::size_t CipherBufferLength(std::size_t inputLength) {
   return static_cast<std::size_t>(CheckedMultiply(2, NarrowTo<std::int32_t>(inputLength)));
 }

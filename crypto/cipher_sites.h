@@ -1,5 +1,5 @@
-// Where encrypting and decrypting report each of their failures. Everything that runs a password
-// cipher, as an operation of clsCryptoAPI or below it, takes the locations from here.
+// The locations at which encryption and decryption report their failures. All code that runs a
+// password cipher uses these.
 #pragma once
 
 #include "crypto/password_cipher.h"

@@ -33,7 +33,7 @@ void clsCryptoAPI::UseDefaultPWD(bool blnUseDefaultPWD) {
 }
 
 void clsCryptoAPI::Password(ByteArray& arPWord) {
-  // The old password goes first: it must not outlast a failure to make room for what replaces it.
+  // Discards the old password first: it must be gone even if there is no memory for the new one.
   ShapedBytes& arPassword = state_->arPassword;
   arPassword = ShapedBytes{0};
   if (arPWord.UpperBound() >= 1) {

@@ -1,4 +1,4 @@
-// What a clsCryptoAPI holds, and the steps that its operations share.
+// The state of a clsCryptoAPI, and the steps that its operations share.
 #pragma once
 
 #include <cstdint>
@@ -14,33 +14,34 @@
 namespace latchkey {
 
 struct CryptoApiState {
-  // Opens the provider that blnEnhanced asks for. False when it cannot: location 728 or 729, 442
-  // for a run-time fault.
+  // Opens the provider that blnEnhanced asks for. Returns false if that fails: location 728 or 729,
+  // or 442 for a run-time fault.
   bool AcquireProvider();
 
-  // True when the provider is open or could be opened.
+  // Opens the provider unless it is open. Returns whether it is open now.
   bool HaveProvider();
 
-  // Sets both results from the hash number; 0 for an unknown one. Records nothing.
+  // Sets both results from the hash number, to 0 for an unknown number. Records nothing.
   static void GetHashAlgorithm(std::int16_t intHashType, std::int32_t& lngHashLength,
                                provider::AlgorithmId& lngAlgorithm);
 
-  // Clears the record and sets the result from the cipher number; 0 for a rejected one, location
-  // 725 or 726, 439 for a run-time fault.
+  // Clears the record and sets the result from the cipher number. A rejected number gives 0 and
+  // location 725 or 726, a run-time fault 0 and location 439.
   void GetCipherAlgorithm(std::int16_t intCipherType, provider::AlgorithmId& lngAlgorithm);
 
   // Whether a password of at least two elements is stored.
   [[nodiscard]] bool HasPassword() const;
 
-  // The password that CreateHash of `object`, whose state this is, appends, as text bytes: the
-  // stored one, the default one, or random letters.
+  // The password that CreateHash appends, as text bytes: the stored one, the default one, or random
+  // letters. `object` is the object with this state.
   [[nodiscard]] InlineBytes PasswordToAppend(clsCryptoAPI& object) const;
 
-  // The password that a cipher key is derived from, as text bytes. Stores the default password
-  // where it is used.
+  // The password that a cipher key is derived from, as text bytes. If that is the default password,
+  // stores it.
   InlineBytes PasswordForKey();
 
-  // ConvertStringToHex of text that is there as its bytes: sets `result`, or leaves it empty.
+  // ConvertStringToHex for a text that is given as bytes. Sets `result`, or leaves it empty on
+  // failure.
   static void ConvertCodesToHex(std::span<const std::uint8_t> codes, Text& result);
 
   bool TransformData(CipherDirection direction, std::int16_t intHashType,

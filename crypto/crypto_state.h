@@ -1,5 +1,4 @@
-// What the cryptographic service keeps for each thread. Nothing here is shared between threads and
-// nothing is locked.
+// The per-thread state of the cryptographic service. Not shared between threads, so never locked.
 #pragma once
 
 #include <array>
@@ -11,17 +10,17 @@
 namespace latchkey {
 
 struct CryptoState : ThreadPart {
-  // The provider that this thread's operations work against.
+  // The provider that this thread's operations call.
   provider::CryptoProvider* provider = &provider::SystemCryptoProvider();
 
-  // State of the pseudo-random generator behind salt letters.
+  // State of the pseudo-random generator for salt letters.
   std::array<std::uint64_t, 2> generatorState{};
 
-  // Accumulators of the window walk.
+  // The sums of CountWindows.
   double windowCount = 0;
   double windowHandleSum = 0;
 
-  // Byte counts that the last look at a drive found.
+  // Byte counts of the last drive that was queried.
   double lastDriveTotal = 0;
   double lastDriveFree = 0;
   double lastDriveUsed = 0;

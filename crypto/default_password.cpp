@@ -8,7 +8,7 @@
 namespace latchkey {
 namespace {
 
-// The password under Mask(), so that a search of the program's texts does not show it.
+// The password, masked by Mask() so that a search of the program's texts does not show it.
 constexpr std::array<std::uint8_t, 24> kMasked{0xEB, 0xAF, 0xDB, 0xC9, 0x69, 0x69, 0x76, 0x02,
                                                0xD8, 0x9E, 0xBF, 0xC7, 0x79, 0x65, 0x04, 0x3E,
                                                0x28, 0xF9, 0xE5, 0xFA, 0x93, 0x4F, 0x1D, 0x31};

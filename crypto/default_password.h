@@ -5,10 +5,9 @@
 
 namespace latchkey {
 
-// The password that stands in for one the caller did not set, in the form of StringToByteArray. It
-// is the same in every build, so that data made with it can be read everywhere; it keeps nothing
-// from anyone who has the component. Assembled at each call and never stored in the program as it
-// is.
+// The password that is used when the caller set none, in the form of StringToByteArray. It is the
+// same in every build, so that any build can read data made with it; it protects nothing from
+// anyone who has the component. Assembled on each call; the program file holds it only masked.
 [[nodiscard]] ShapedBytes DefaultPassword();
 
 }  // namespace latchkey

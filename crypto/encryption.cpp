@@ -14,11 +14,11 @@ namespace latchkey {
 
 namespace {
 
-// Behind the result.
+// The extra zero element after the result.
 constexpr std::size_t kTrailingZero = 1;
 
-// Derives the key and runs it over a copy of the input in `buffer`. Returns the first step that
-// failed. `length` becomes the number of bytes of the result.
+// Derives the key, and encrypts or decrypts a copy of the input in `buffer`. Returns the step that
+// failed, or Done. `length` becomes the length of the result in bytes.
 CipherStep RunCipher(PasswordKey& key, const UniqueContext& context, const KeyRequest& request,
                      CipherDirection direction, std::span<const std::uint8_t> input,
                      InlineBytes& buffer, std::uint32_t& length) {
@@ -53,7 +53,7 @@ bool CryptoApiState::TransformData(CipherDirection direction, std::int16_t intHa
   PasswordKey key;
   RunTrapped(sites.trap, [&] {
     ClearErrorRecord();
-    // The earlier result is gone, and its memory holds the next. Until a Decrypt succeeds the
+    // Discards the earlier result and uses its memory for the new one. Until a Decrypt succeeds the
     // output is a single zero; after a failed Encrypt it is unallocated.
     InlineBytes buffer = arOutData.TakeStorage();
     if (direction == CipherDirection::Decrypt) arOutData = ShapedBytes{0};

@@ -12,9 +12,8 @@ namespace {
 
 constexpr std::int32_t kRandomPasswordLength = 20;
 
-// Hashes the text and the password behind it, and reads the digest as text bytes. False when the
-// provider refuses a call. The hash is the caller's, who destroys it after everything else is
-// cleaned up.
+// Hashes the text followed by the password, and reads the digest as text bytes. Returns false if
+// the provider refuses a call. The caller owns the hash and destroys it after all other clean-up.
 bool ReadDigest(const UniqueContext& context, provider::AlgorithmId algorithm, TextView text,
                 std::span<const std::uint8_t> password, MessageDigest& hash,
                 std::span<std::uint8_t> digest) {
@@ -60,7 +59,7 @@ Text clsCryptoAPI::CreateHash(TextView strInText, std::int16_t intHashChoice, bo
     CryptoApiState::GetHashAlgorithm(intHashChoice, hashLength, algorithm);
     digest = InlineBytes(static_cast<std::size_t>(hashLength));
     std::fill_n(digest.data(), digest.size(), kSpace);
-    // A provider that refuses is silent: the caller sees empty text and a clear record.
+    // A refusal of the provider is not recorded: the caller gets empty text and a clear record.
     if (!ReadDigest(state_->hCryptProv, algorithm, strInText, password.All(), hash, digest.All())) {
       return;
     }

@@ -10,7 +10,7 @@
 namespace latchkey {
 namespace {
 
-// Sets `text` to the digits of `count` bytes; codesAt(i, n) gives the n from number i on.
+// Sets `text` to the digits of `count` bytes; codesAt(i, n) returns the n bytes from index i on.
 template <class CodesAt>
 void EncodeCodes(std::size_t count, Text& text, CodesAt&& codesAt) {
   CheckTextCapacity(count, kDigitsPerByte);
@@ -25,7 +25,7 @@ void DecodePairs(TextView text, std::size_t from, std::span<std::uint8_t> bytes)
   DecodeHex(text.substr(from * kDigitsPerByte, bytes.size() * kDigitsPerByte), bytes);
 }
 
-// The number of pairs before those at the end that become spaces.
+// The number of pairs without those at the end that decode to spaces.
 std::size_t PairsBeforeSpaces(TextView text) {
   constexpr std::size_t kPairs = 64;
   std::size_t pairs = text.size() / kDigitsPerByte;

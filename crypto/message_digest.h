@@ -8,9 +8,9 @@
 
 namespace latchkey {
 
-// One message: Begin, Add as often as wanted, Read once. Each gives false when the provider
-// refuses, and the message is then over. The hash handle is destroyed with the object. Used by one
-// thread.
+// Hashes one message: call Begin, Add any number of times, and Read once. Each returns false if the
+// provider refuses, and none may be called after that. Destroys the hash handle with the object.
+// Used by one thread.
 class MessageDigest {
  public:
   [[nodiscard]] bool Begin(const UniqueContext& context, provider::AlgorithmId algorithm);

@@ -5,9 +5,9 @@
 
 namespace latchkey {
 
-// The provider that the flag asks for, of the thread's platform. Without the flag it is the base
-// provider or, where that cannot be opened without a key set, the default provider with a new one;
-// with the flag the enhanced provider and no other. No handle when it cannot be opened.
+// Opens a provider of the thread's platform: the enhanced one if `enhanced` is set, otherwise the
+// base provider or, if that cannot be opened without a key set, the default provider with a new key
+// set. Returns no handle on failure.
 [[nodiscard]] UniqueContext OpenProvider(bool enhanced);
 
 }  // namespace latchkey

@@ -38,7 +38,7 @@ CipherStep PasswordKey::Derive(const UniqueContext& context, const KeyRequest& r
     return CipherStep::DeriveKey;
   }
   key_.Reset(key);
-  // Part of the work, not of the clean-up: a fault here is the operation's.
+  // Part of the operation rather than of the clean-up: a fault here is recorded.
   provider.CryptDestroyHash(hash_.Get().value);
   static_cast<void>(hash_.Release());
   return SetEffectiveBits(key, request.rc2EffectiveBits) ? CipherStep::Done : CipherStep::DeriveKey;

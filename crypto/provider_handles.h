@@ -1,4 +1,4 @@
-// Owners of the provider's handles. Each handle travels with the provider that made it.
+// Owners of the provider's handles. Each handle is stored with the provider that made it.
 #pragma once
 
 #include <utility>
@@ -9,7 +9,7 @@
 
 namespace latchkey {
 
-// A handle together with what can close it; a handle of 0 is none.
+// A handle, and the provider that can close it; a handle of 0 is none.
 template <class Handle>
 struct ProvidedHandle {
   provider::CryptoProvider* provider = nullptr;
@@ -18,8 +18,8 @@ struct ProvidedHandle {
   friend bool operator==(const ProvidedHandle&, const ProvidedHandle&) = default;
 };
 
-// Closes a handle during clean-up, where a fault must not stop what follows. What raising the fault
-// left on the stack is wiped.
+// Closes a handle during clean-up, where a fault must not stop the remaining steps. Wipes the part
+// of the stack where raising the fault left data.
 template <class Body>
 void CleanUp(Body&& body) noexcept {
   try {
@@ -38,7 +38,7 @@ struct ContextTrait {
   }
 };
 
-// Hash and key handles are one number type, so each needs a trait of its own.
+// Hash and key handles are the same type, so each needs a separate trait.
 struct HashTrait {
   using Type = ProvidedHandle<provider::HCRYPTHASH>;
   static Type None() noexcept { return {}; }
@@ -59,8 +59,9 @@ using UniqueContext = UniqueHandle<ContextTrait>;
 using UniqueHash = UniqueHandle<HashTrait>;
 using UniqueKey = UniqueHandle<KeyTrait>;
 
-// Owns the handle that `call(address)` writes; no handle when the provider refuses. UniqueHandle's
-// Put does not do: the provider is part of the handle, and a refused call may have written one.
+// Owns the handle that `call(address)` writes, or no handle if the provider refuses. UniqueHandle's
+// Put does not fit here: the handle includes the provider, and a refused call may have written a
+// handle.
 template <class Trait, class Call>
 [[nodiscard]] UniqueHandle<Trait> Receive(provider::CryptoProvider& provider, Call&& call) {
   typename Trait::Type handle{&provider};
@@ -68,7 +69,7 @@ template <class Trait, class Call>
   return given ? UniqueHandle<Trait>(handle) : UniqueHandle<Trait>();
 }
 
-// An empty hash object of the context's provider; no handle when the provider refuses.
+// An empty hash object of the context's provider; no handle if the provider refuses.
 [[nodiscard]] inline UniqueHash MakeHash(const UniqueContext& context,
                                          provider::AlgorithmId algorithm) {
   provider::CryptoProvider& provider = *context.Get().provider;

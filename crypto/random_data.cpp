@@ -16,13 +16,13 @@ constexpr float kLastLetter = 'z';
 // Salts shorter than this get a buffer of twice their length.
 constexpr std::int32_t kLongSalt = 10'000;
 
-// The length of a text that is to be made of that many spaces.
+// Checks the length of a text of spaces; raises InvalidProcedureCall for a negative one.
 std::size_t SpaceCount(std::int32_t length) {
   if (length < 0) throw Fault(FaultNumber::InvalidProcedureCall);
   return static_cast<std::size_t>(length);
 }
 
-// The seed text and `length` spaces behind it.
+// The seed text followed by `length` spaces.
 WipedBytes SeededBuffer(std::int32_t length) {
   Text seed = BuildSeedText();
   const WipeAtExit wipeSeed(seed);
@@ -32,7 +32,7 @@ WipedBytes SeededBuffer(std::int32_t length) {
   return buffer;
 }
 
-// A letter drawn from A to z. The six codes between Z and a become d to i.
+// A random letter. Draws a code from A to z; the six between Z and a become d to i.
 std::uint8_t RandomLetter() {
   auto code = static_cast<std::int16_t>(RandomNumberInRange(kFirstLetter, kLastLetter));
   if (code >= 91 && code <= 96) code = static_cast<std::int16_t>(code + 9);
@@ -53,7 +53,7 @@ void CutText(Text& text, std::size_t length) {
   text.resize(length);
 }
 
-// Refuses the lengths for which no buffer can be made.
+// Raises a fault for lengths for which no buffer can be made.
 void CheckSaltLength(std::int32_t length) {
   if (length < kLongSalt) static_cast<void>(SpaceCount(CheckedMultiply(length, 2)));
 }
@@ -71,7 +71,7 @@ Text clsCryptoAPI::CreateRandom(std::int32_t lngDataLength, bool blnRetExactLeng
     const auto& [provider, handle] = state_->hCryptProv.Get();
     const bool filled =
         provider->CryptGenRandom(handle, static_cast<std::uint32_t>(lngDataLength), buffer.data());
-    // A provider that refuses is silent: the caller sees empty text and a clear record.
+    // A refusal of the provider is not recorded: the caller gets empty text and a clear record.
     if (!filled) return;
 
     const auto random = TrimSpaces(buffer);

@@ -17,8 +17,8 @@ namespace {
 
 using GeneratorState = std::array<std::uint64_t, 2>;
 
-// The finaliser of SplitMix64 (Steele, Lea, Flood: "Fast splittable pseudorandom number
-// generators", 2014): every input bit reaches every output bit.
+// The finalizer of SplitMix64 (Steele, Lea, Flood: "Fast splittable pseudorandom number
+// generators", 2014): every input bit affects every output bit.
 constexpr std::uint64_t Mix(std::uint64_t value) {
   value = (value ^ (value >> 30U)) * 0xBF58476D1CE4E5B9U;
   value = (value ^ (value >> 27U)) * 0x94D049BB133111EBU;
@@ -35,8 +35,8 @@ void Reseed(GeneratorState& state, double seed) {
   state[1] = Mix(state[1] ^ entropy[1] ^ state[0]);
 }
 
-// The next number in [0, 1) that a Single can hold exactly, after xoroshiro128+ (Blackman, Vigna:
-// "Scrambled linear pseudorandom number generators", 2021).
+// The next number in [0, 1), one that a Single can hold exactly. The generator is xoroshiro128+
+// (Blackman, Vigna: "Scrambled linear pseudorandom number generators", 2021).
 float NextUniform(GeneratorState& state) {
   constexpr int kSingleBits = 24;
   const std::uint64_t sum = state[0] + state[1];

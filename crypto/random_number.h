@@ -1,12 +1,12 @@
-// The pseudo-random generator behind salt letters.
+// The pseudo-random generator for salt letters.
 #pragma once
 
 namespace latchkey {
 
-// A whole number from `sngLow` to `sngHigh` inclusive. Every call first re-seeds the thread's
-// generator with the number that BuildSeedText gives; the new state also depends on the operating
-// system's random source, so that the clock does not tell the result. Raises what BuildSeedText
-// raises, and InvalidProcedureCall when the system gives no random bytes.
+// A whole number from `sngLow` to `sngHigh` inclusive. Every call first reseeds the thread's
+// generator with the number from BuildSeedText; the new state also depends on the operating
+// system's random source, so that the result cannot be computed from the clock. Raises the faults
+// of BuildSeedText, and InvalidProcedureCall if the system returns no random bytes.
 [[nodiscard]] float RandomNumberInRange(float sngLow, float sngHigh);
 
 }  // namespace latchkey

@@ -1,4 +1,4 @@
-// The contents of a byte array, in a form that allocates nothing for few elements.
+// The contents of a byte array, without allocation for few elements.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 
 namespace latchkey {
 
-// Bytes with the shape of an Automation array. Members that ByteArray has too do what they do
-// there; their failures of memory are only those for the elements.
+// Bytes with the shape of an Automation array. Members that ByteArray has too behave as there, but
+// allocate only for the elements.
 class ShapedBytes {
  public:
   // Unallocated.
@@ -19,7 +19,7 @@ class ShapedBytes {
 
   ShapedBytes(const ShapedBytes&) = default;
   ShapedBytes& operator=(const ShapedBytes&) = default;
-  // The other one is left unallocated.
+  // Leaves `other` unallocated.
   ShapedBytes(ShapedBytes&& other) noexcept;
   ShapedBytes& operator=(ShapedBytes&& other) noexcept;
   ~ShapedBytes() = default;
@@ -29,8 +29,8 @@ class ShapedBytes {
 
   static ShapedBytes WithTrailingZero(std::span<const std::uint8_t> codes);
 
-  // The same made of the first `length` of the bytes, which have room for one more, in their own
-  // storage.
+  // The same for the first `length` of the bytes, in their own storage. That must have room for one
+  // more byte.
   static ShapedBytes WithTrailingZero(InlineBytes&& bytes, std::size_t length);
 
   static ShapedBytes WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
@@ -42,17 +42,16 @@ class ShapedBytes {
   [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept { return elements_.All(); }
   [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
 
-  // Leaves the array unallocated and gives its storage to the caller, for new bytes.
+  // Leaves the array unallocated and returns its storage, for new bytes.
   [[nodiscard]] InlineBytes TakeStorage() noexcept;
 
-  // The array for a client. Only one with dimensions takes memory.
+  // The array for a client. An unallocated one allocates nothing.
   [[nodiscard]] ByteArray ToByteArray() &&;
 
   friend bool operator==(const ShapedBytes&, const ShapedBytes&) = default;
 
  private:
-  // Assigned first: where there is no memory for the elements, the bounds stay those of the old
-  // ones.
+  // Assigned first, so that the bounds stay unchanged if there is no memory for the elements.
   InlineBytes elements_;
   std::uint16_t dimensions_ = 0;
   std::int32_t lowerBound_ = 0;

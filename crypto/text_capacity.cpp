@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::int32_t kInitialCapacity = 90'000;
 constexpr std::int32_t kCapacityStep = 10'000;
-// The capacity from which another step would overflow.
+// The largest capacity that can be reached without overflow.
 constexpr std::int32_t kLargestCapacity =
     std::numeric_limits<std::int32_t>::max() -
     (std::numeric_limits<std::int32_t>::max() - kInitialCapacity) % kCapacityStep;

@@ -13,8 +13,7 @@ namespace {
 
 const CodePage& ThreadCodePage() { return *ThisThread().services.codePage; }
 
-// The codes of a whole step are checked together, which costs less than at each: a bit that any of
-// them has is in their union.
+// Checks the codes of a whole step together, by their bitwise or: faster than checking each.
 void CheckCodes(std::uint32_t together) {
   if (together > std::numeric_limits<std::uint8_t>::max()) throw Fault(FaultNumber::Overflow);
 }
@@ -38,7 +37,8 @@ std::size_t ConvertAscii(std::span<const std::uint8_t> bytes, char16_t* characte
   return FastestAsciiText().widen(bytes.data(), bytes.size(), characters);
 }
 
-// Converts ASCII, which is the same in every code page, by itself and other steps by `convert`.
+// Converts steps of ASCII directly, since that is the same in every code page, and other steps with
+// `convert`.
 template <class From, class To, class Convert>
 void ConvertEach(std::span<const From> from, To* to, Convert&& convert) {
   while (!from.empty()) {

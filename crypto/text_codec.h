@@ -1,7 +1,7 @@
-// Characters to bytes and back, one for one, through the thread's code page.
+// Converts characters to bytes and back, one for one, by the thread's code page.
 //
-// Every byte is one character of the code page and back, so inside the component text is kept as
-// its bytes, and nothing is lost by that.
+// Every byte has its own character in the code page, so the component can store text as bytes
+// without loss.
 #pragma once
 
 #include <cstdint>
@@ -23,13 +23,13 @@ void EncodeLowBytes(TextView text, std::span<std::uint8_t> bytes);
 
 // Sets `text` to the characters of `bytes`.
 void DecodeBytes(std::span<const std::uint8_t> bytes, Text& text);
-// The same into as many characters.
+// The same, into the same number of characters.
 void DecodeBytes(std::span<const std::uint8_t> bytes, std::span<char16_t> characters);
 
 // The space, as a character and as its code in every code page.
 inline constexpr std::uint8_t kSpace = 0x20;
 
-// Characters or codes without their trailing spaces: a view of the text that is given.
+// Characters or codes without their trailing spaces: a view of the argument.
 template <std::ranges::contiguous_range Codes>
 [[nodiscard]] auto TrimTrailingSpaces(const Codes& codes) noexcept {
   std::span<const std::ranges::range_value_t<Codes>> text(codes);

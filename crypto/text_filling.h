@@ -1,4 +1,4 @@
-// Text of a known length that is made piece by piece.
+// Makes a text of known length piece by piece.
 #pragma once
 
 #include <algorithm>
@@ -13,13 +13,13 @@
 
 namespace latchkey {
 
-// Characters converted at a time, on the stack. Few enough for the first-level cache.
+// Characters converted at a time, on the stack; they fit in the first-level cache.
 inline constexpr std::size_t kPieceLength = 2048;
 
-// Makes `text` of `length` characters: write(from, piece) writes those from the position `from` on
-// into all of `piece`, from the first to the last, an even number at a time but for the end. The
-// text's memory is written once; zeros in a new text, to be overwritten, would be written too. When
-// `write` throws, what it wrote is wiped and `text` is as it was.
+// Makes `text` of `length` characters. write(from, piece) must fill all of `piece` with the
+// characters from position `from` on; it is called in order, for an even number of characters
+// except at the end. Writes the text's memory once, without first filling it with zeros. If `write`
+// throws, wipes what was written and leaves `text` unchanged.
 template <class Write>
 void FillText(Text& text, std::size_t length, Write&& write) {
   static_assert(kPieceLength % 2 == 0);

@@ -1,4 +1,4 @@
-// The text form of any value.
+// Conversion of values to text, and of text to numbers.
 #pragma once
 
 #include "latchkey/types.h"
@@ -7,11 +7,11 @@
 namespace latchkey {
 
 // The text of a value that is not text itself. Raises InvalidUseOfNull for Null and TypeMismatch
-// for a value that has no text, such as a date outside the years 100 to 9999.
+// for a value without a text form, such as a date outside the years 100 to 9999.
 [[nodiscard]] Text TextOfValue(const Variant& value);
 
-// The number that a whole text reads as. Raises TypeMismatch for text that is no number, Overflow
-// for one that a Double cannot hold.
+// The number that the whole text denotes. Raises TypeMismatch for text that is not a number, and
+// Overflow for a number that a Double cannot hold.
 [[nodiscard]] double NumberIn(TextView text);
 
 }  // namespace latchkey

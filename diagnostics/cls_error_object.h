@@ -26,38 +26,38 @@ class clsErrorObject final {
   clsErrorObject& operator=(const clsErrorObject&) = delete;
   ~clsErrorObject() = default;
 
-  // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0,
-  // in this order, each step by itself: a step that fails is skipped. ErrorLocationID,
-  // AppErrorNumber and RTErrorNumber keep what they hold.
+  // Sets ErrorType to 2, both descriptions to empty, ErrorExists to false and MachineState to 0, in
+  // this order. A step that fails is skipped. ErrorLocationID, AppErrorNumber and RTErrorNumber
+  // keep their values.
   void Clear() noexcept;
 
-  // The place that reported the failure; see failure_table.h.
-  [[nodiscard]] std::int16_t ErrorLocationID() const;
-  void ErrorLocationID(std::int16_t vData);
+  // The location that reported the failure; see failure_table.h.
+  [[nodiscard]] std::int16_t ErrorLocationID() const { return errorLocationID_; }
+  void ErrorLocationID(std::int16_t vData) { errorLocationID_ = vData; }
 
   // 1 for a run-time failure, 2 for an application failure and after Clear.
-  [[nodiscard]] std::int32_t ErrorType() const;
-  void ErrorType(std::int32_t vData);
+  [[nodiscard]] std::int32_t ErrorType() const { return errorType_; }
+  void ErrorType(std::int32_t vData) { errorType_ = vData; }
 
   // The component's own message and number for an application failure.
-  [[nodiscard]] Text AppErrorDescription() const;
-  void AppErrorDescription(TextView vData);
-  [[nodiscard]] std::int16_t AppErrorNumber() const;
-  void AppErrorNumber(std::int16_t vData);
+  [[nodiscard]] Text AppErrorDescription() const { return appErrorDescription_; }
+  void AppErrorDescription(TextView vData) { appErrorDescription_ = vData; }
+  [[nodiscard]] std::int16_t AppErrorNumber() const { return appErrorNumber_; }
+  void AppErrorNumber(std::int16_t vData) { appErrorNumber_ = vData; }
 
   // The number and description of the run-time fault that was caught.
-  [[nodiscard]] std::int32_t RTErrorNumber() const;
-  void RTErrorNumber(std::int32_t vData);
-  [[nodiscard]] Text RTErrorDescription() const;
-  void RTErrorDescription(TextView vData);
+  [[nodiscard]] std::int32_t RTErrorNumber() const { return rtErrorNumber_; }
+  void RTErrorNumber(std::int32_t vData) { rtErrorNumber_ = vData; }
+  [[nodiscard]] Text RTErrorDescription() const { return rtErrorDescription_; }
+  void RTErrorDescription(TextView vData) { rtErrorDescription_ = vData; }
 
   // True once a failure has been recorded since the last Clear.
-  [[nodiscard]] bool ErrorExists() const;
-  void ErrorExists(bool vData);
+  [[nodiscard]] bool ErrorExists() const { return errorExists_; }
+  void ErrorExists(bool vData) { errorExists_ = vData; }
 
-  // The step of a multi-step operation in which the failure happened; 0 when none was running.
-  [[nodiscard]] std::int16_t MachineState() const;
-  void MachineState(std::int16_t vData);
+  // The step of a multi-step operation in which the failure happened; 0 if none was running.
+  [[nodiscard]] std::int16_t MachineState() const { return machineState_; }
+  void MachineState(std::int16_t vData) { machineState_ = vData; }
 
  private:
   std::int16_t errorLocationID_ = 0;

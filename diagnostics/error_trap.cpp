@@ -6,7 +6,7 @@
 namespace latchkey {
 namespace {
 
-// The fields that both kinds of failure begin with.
+// Writes the fields that both kinds of failure begin with.
 clsErrorObject& BeginRecord(std::int32_t errorType, std::int16_t location) {
   clsErrorObject& record = ErrorRecord();
   record.ErrorExists(true);

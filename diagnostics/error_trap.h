@@ -1,4 +1,4 @@
-// How an operation reports failure: the one place that writes the error record.
+// How operations report failures. Only these functions write the error record.
 #pragma once
 
 #include <utility>
@@ -10,24 +10,23 @@
 
 namespace latchkey {
 
-// Clears the record, as operations do before anything else. Raises ObjectNotSet on a thread without
-// a record.
+// Clears the record; operations do this first. Raises ObjectNotSet on a thread without a record.
 void ClearErrorRecord();
 
 // Writes an application failure: ErrorExists, MachineState, ErrorType 2, ErrorLocationID,
 // AppErrorNumber and AppErrorDescription, in this order. The run-time fields keep their values.
-// Raises ObjectNotSet on a thread without a record, Overflow when the current step does not fit
+// Raises ObjectNotSet on a thread without a record, and Overflow if the current step does not fit
 // MachineState (ErrorExists is then already set).
 void RecordApplicationFailure(const CheckSite& site);
 
 // Writes a run-time failure: ErrorExists, MachineState, ErrorType 1, ErrorLocationID,
 // RTErrorNumber and RTErrorDescription, in this order. The application fields keep their values.
-// Raises what RecordApplicationFailure raises.
+// Raises the same faults as RecordApplicationFailure.
 void RecordRunTimeFailure(const TrapSite& site, const Fault& fault);
 
-// Runs the body of an operation under its error trap: a fault is recorded at the trap's location,
-// and the operation goes on after this call. Without a record the fault that says so passes on.
-// True when the body ran to its end.
+// Runs the body of an operation under its error trap: records a fault at the trap's location and
+// then returns. On a thread without a record, ObjectNotSet reaches the caller. Returns whether the
+// body completed.
 template <class Body>
 bool RunTrapped(const TrapSite& site, Body&& body) {
   const platform::CancellationHold hold;

@@ -1,18 +1,20 @@
 // Every location number, error number and text that the component records, in one place.
 //
-// Locations 401 to 451 are the error traps of operations (ErrorType 1), one each. Locations 700 to
-// 761 are checks in the operations' own logic (ErrorType 2), one for each place that checks.
-// Numbers 101 to 160 are the component's own error numbers: several places may report one number,
-// and each number goes with one text. Of these ranges, what is not listed is never reported.
+// Locations 401 to 451 are the error traps of operations (ErrorType 1), one for each operation.
+// Locations 700 to 761 are checks that the operations make themselves (ErrorType 2), one for each
+// place that checks. Numbers 101 to 160 are the component's own error numbers: several locations
+// may report the same number, and each number has one text. Numbers in these ranges that are not
+// listed are never reported.
 //
-// GetCipherAlgorithm and AcquireProvider are inner steps: where one of them fails, the operation
-// that called it writes an entry of its own over theirs. A run-time fault of theirs then still
-// shows in RTErrorNumber and RTErrorDescription.
+// GetCipherAlgorithm and AcquireProvider are inner steps: if one of them fails, the operation that
+// called it records its own failure over theirs. RTErrorNumber and RTErrorDescription then still
+// show a run-time fault of the inner step.
 //
-// Overflow (6) at 433 or 434 for a valid length comes on Windows from the seed text, one time in
-// nine on machines whose volume number and uptime overflow one of its formulas: try again after a
-// moment, and use raw salts or CreateRandom instead of letters. File not found (53) and Specified
-// DLL function not found (453) at 419 mean that Windows lacks wininet.dll or its query.
+// Overflow (6) at 433 or 434 for a valid length happens only on Windows: one call in nine fails on
+// machines whose volume number and uptime overflow one of the formulas of the seed text. Try again
+// after a moment, and use raw salts or CreateRandom instead of letters. File not found (53) and
+// Specified DLL function not found (453) at 419 mean that Windows lacks wininet.dll or the queried
+// function.
 #pragma once
 
 #include <array>
@@ -26,13 +28,13 @@ namespace latchkey {
 inline constexpr std::int32_t kRunTimeFailure = 1;
 inline constexpr std::int32_t kApplicationFailure = 2;
 
-// The trap of an operation: the location written when a run-time fault reaches it.
+// The trap of an operation: the location that is recorded when a run-time fault reaches it.
 struct TrapSite {
   std::int16_t location;
   TextView operation;
 };
 
-// A check in an operation: what is written when it fails.
+// A check in an operation: the values that are recorded when it fails.
 struct CheckSite {
   std::int16_t location;
   std::int16_t number;

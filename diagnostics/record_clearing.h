@@ -5,8 +5,8 @@
 
 namespace latchkey {
 
-// Clears a record, each step by itself: a step that fails is skipped. A template, so that tests can
-// watch the steps and let them fail.
+// Clears a record. A step that fails is skipped. A template, so that tests can watch the steps and
+// make them fail.
 template <class Record>
 void ClearStepByStep(Record& record) noexcept {
   const auto attempt = [](auto&& step) {

@@ -1,5 +1,5 @@
-// What the component keeps for each thread that uses it. Nothing here is shared between threads
-// and nothing is locked.
+// The state of the component for each thread that uses it. Not shared between threads, so never
+// locked.
 #pragma once
 
 #include <cstdint>
@@ -19,31 +19,31 @@ class ThreadPart {
 };
 
 struct ThreadState {
-  // The thread's error record: made by clsMain when it is constructed, empty before and after.
+  // The thread's error record. Made when a clsMain is constructed, and null without one.
   std::unique_ptr<clsErrorObject> errorRecord;
 
-  // The step of the multi-step operation that is running, 0 for none. Every failure copies it into
-  // the record's MachineState.
+  // The current step of a multi-step operation, 0 for none. Every failure copies it into the
+  // record's MachineState.
   std::int32_t currentStep = 0;
 
-  // The platform that this thread's operations work against.
+  // The platform services that this thread's operations use.
   platform::Services services;
 
-  // What another folder keeps for the thread, which defines it and makes it on first use.
+  // The per-thread state of another folder, which defines it and makes it on first use.
   std::unique_ptr<ThreadPart> part;
 };
 
-// The calling thread's data, made on first use.
+// The calling thread's state, made on first use.
 ThreadState& ThisThread();
 
 // The calling thread's error record. Without one (no clsMain lives on this thread) it raises
 // FaultNumber::ObjectNotSet.
 clsErrorObject& ErrorRecord();
 
-// Gives the calling thread a new error record; an earlier one is gone.
+// Gives the calling thread a new error record, which replaces an earlier one.
 void MakeErrorRecord();
 
-// Takes the calling thread's error record away.
+// Destroys the calling thread's error record.
 void DropErrorRecord() noexcept;
 
 // A scope in which the thread has an error record.

@@ -50,9 +50,9 @@ extern "C" {
 
 enum latchkey_status {
   LATCHKEY_OK = 0,
-  LATCHKEY_BAD_OBJECT = 1,        /* NULL, or an object of another kind */
-  LATCHKEY_BAD_ARGUMENT = 2,      /* a pointer, size, number or offset that the function refuses */
-  LATCHKEY_BUFFER_TOO_SMALL = 3,  /* the length is the room that is needed */
+  LATCHKEY_BAD_OBJECT = 1,       /* NULL, or an object of another kind */
+  LATCHKEY_BAD_ARGUMENT = 2,     /* a pointer, size, number or offset that the function refuses */
+  LATCHKEY_BUFFER_TOO_SMALL = 3, /* the length is the room that is needed */
   LATCHKEY_NO_MEMORY = 4,
   LATCHKEY_BAD_HASH = 5,          /* the hash number */
   LATCHKEY_BAD_CIPHER = 6,        /* the cipher number, or the provider lacks the cipher */
@@ -83,7 +83,10 @@ typedef struct latchkey_failure {
   char text[76];    /* in English, ends with a zero */
 } latchkey_failure;
 
-#define LATCHKEY_FAILURE_INIT {sizeof(latchkey_failure), 0, 0, 0, 0, {0}}
+#define LATCHKEY_FAILURE_INIT                   \
+  {                                             \
+    sizeof(latchkey_failure), 0, 0, 0, 0, { 0 } \
+  }
 
 /* ---- Keys ---- */
 
@@ -125,7 +128,8 @@ typedef struct latchkey_settings {
   uint32_t rc2_effective_bits; /* RC2: 1 to 1024, base only 40; 0 is the length of the key */
 } latchkey_settings;
 
-#define LATCHKEY_SETTINGS_INIT {sizeof(latchkey_settings), 0, 0, 0, 0, 0, 0}
+#define LATCHKEY_SETTINGS_INIT \
+  { sizeof(latchkey_settings), 0, 0, 0, 0, 0, 0 }
 
 typedef struct latchkey_key latchkey_key;
 
@@ -134,12 +138,12 @@ typedef struct latchkey_key latchkey_key;
  * allowed. Key bits set the length of an RC4 or RC2 key; exactly 40 adds 11 zero bytes of salt, and
  * RC2's effective bits follow the key bits unless given. Data that Windows 2000 and before
  * encrypted under RC2 with the enhanced provider has 40 effective bits. The key is immutable and
- * wiped when it is destroyed. Fails with LATCHKEY_BAD_HASH (location 718), LATCHKEY_BAD_CIPHER (719),
- * LATCHKEY_NO_PROVIDER (720), LATCHKEY_KEY_FAILED (721 to 723), LATCHKEY_FAULT (438; fault 6 for a
- * password of 4 GiB or more). */
-LATCHKEY_C_API int32_t latchkey_key_open(const latchkey_settings* settings,
-                                         const uint8_t* password, size_t password_length,
-                                         latchkey_key** key, latchkey_failure* failure);
+ * wiped when it is destroyed. Fails with LATCHKEY_BAD_HASH (location 718), LATCHKEY_BAD_CIPHER
+ * (719), LATCHKEY_NO_PROVIDER (720), LATCHKEY_KEY_FAILED (721 to 723), LATCHKEY_FAULT (438; fault 6
+ * for a password of 4 GiB or more). */
+LATCHKEY_C_API int32_t latchkey_key_open(const latchkey_settings* settings, const uint8_t* password,
+                                         size_t password_length, latchkey_key** key,
+                                         latchkey_failure* failure);
 
 /* Adds an owner to a key: the key is destroyed when latchkey_key_close was called once for
  * latchkey_key_open and once for each latchkey_key_share. */
@@ -151,15 +155,15 @@ LATCHKEY_C_API int32_t latchkey_key_close(latchkey_key* key);
 /* Encrypt and decrypt a whole message of less than 4 GiB - 8 bytes. RC4 keeps the length. The block
  * ciphers (CBC mode, zero initialization vector) pad to the next multiple of 8 above the input's
  * length; their plaintext is 1 to 8 bytes shorter than the ciphertext. Room for input_length, plus
- * 8 when encrypting, is always enough. A wrong password goes unnoticed under RC4, and one time in 255
- * under the others. Fail with LATCHKEY_CIPHER_FAILED (encrypting: location 724, decrypting: 717),
- * LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
+ * 8 when encrypting, is always enough. A wrong password goes unnoticed under RC4, and one time in
+ * 255 under the others. Fail with LATCHKEY_CIPHER_FAILED (encrypting: location 724, decrypting:
+ * 717), LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
 LATCHKEY_C_API int32_t latchkey_encrypt(const latchkey_key* key, const uint8_t* input,
-                                        size_t input_length, uint8_t* output,
-                                        size_t* output_length, latchkey_failure* failure);
+                                        size_t input_length, uint8_t* output, size_t* output_length,
+                                        latchkey_failure* failure);
 LATCHKEY_C_API int32_t latchkey_decrypt(const latchkey_key* key, const uint8_t* input,
-                                        size_t input_length, uint8_t* output,
-                                        size_t* output_length, latchkey_failure* failure);
+                                        size_t input_length, uint8_t* output, size_t* output_length,
+                                        latchkey_failure* failure);
 
 /* ---- One message in pieces ---- */
 
@@ -199,7 +203,8 @@ typedef struct latchkey_records {
   size_t data_length;
 } latchkey_records;
 
-#define LATCHKEY_RECORDS_INIT {sizeof(latchkey_records), 8, 0, NULL, NULL, 0}
+#define LATCHKEY_RECORDS_INIT \
+  { sizeof(latchkey_records), 8, 0, NULL, NULL, 0 }
 
 /* The results, in the same layout. The caller sets every member; the function writes the memory
  * that they point to, data_length and failed. */
@@ -208,12 +213,13 @@ typedef struct latchkey_results {
   uint32_t offset_size; /* 4 or 8 */
   void* offsets;        /* room for count + 1 offsets; the first will be 0 */
   uint8_t* data;
-  size_t data_length;   /* the room; on return the sum of the results' lengths */
-  int32_t* statuses;    /* room for count statuses; may be NULL */
-  size_t failed;        /* on return the number of records that failed */
+  size_t data_length; /* the room; on return the sum of the results' lengths */
+  int32_t* statuses;  /* room for count statuses; may be NULL */
+  size_t failed;      /* on return the number of records that failed */
 } latchkey_results;
 
-#define LATCHKEY_RESULTS_INIT {sizeof(latchkey_results), 8, NULL, NULL, 0, NULL, 0}
+#define LATCHKEY_RESULTS_INIT \
+  { sizeof(latchkey_results), 8, NULL, NULL, 0, NULL, 0 }
 
 /* Encrypt and decrypt each record as a message, on up to `threads` threads (0: one for each
  * processor that the process may use). A record that fails has a result of length 0 and its own

@@ -1,4 +1,4 @@
-// The platform services of the component, as one value that a test can replace.
+// The platform services of the component, which a test can replace.
 #pragma once
 
 #include "platform/connectivity.h"

@@ -1,10 +1,11 @@
-// The cryptographic provider seam: CryptoAPI's own functions under their own names and meanings.
+// The interface of the cryptographic provider: CryptoAPI's functions with their own names and
+// meanings.
 //
-// On Windows the body passes every call to advapi32. On Linux it gives the same results with GNU
-// Nettle: the same key derivation, padding, lengths and error codes. Tests replace it by a scripted
-// provider that can fail any single call.
+// The Windows implementation passes every call to advapi32. The Linux implementation gives the same
+// results with GNU Nettle: the same key derivation, padding, lengths and error codes. Tests replace
+// it with a provider in which any single call can fail.
 //
-// CryptoAPI's conventions for every body:
+// CryptoAPI's conventions for every implementation:
 // - A function returns true for success. On failure GetLastError() has the reason, and output
 //   parameters are unchanged unless the function says otherwise.
 // - A handle of 0 is invalid. A released or unknown handle gives kErrorInvalidParameter.
@@ -40,7 +41,8 @@ inline constexpr std::uint32_t kNewKeySet = 0x00000008;
 inline constexpr std::uint32_t kDeleteKeySet = 0x00000010;
 inline constexpr std::uint32_t kHashValueParameter = 2;
 inline constexpr std::uint32_t kEffectiveKeyLengthParameter = 19;
-inline constexpr unsigned kKeyLengthShift = 16;  // a key's length in bits, in CryptDeriveKey's flags
+inline constexpr unsigned kKeyLengthShift =
+    16;  // a key's length in bits, in CryptDeriveKey's flags
 
 inline constexpr const char* kEnhancedProviderName =
     "Microsoft Enhanced Cryptographic Provider v1.0";
@@ -110,10 +112,11 @@ class CryptoProvider {
                                  std::uint32_t* pdwDataLen, std::uint32_t dwFlags) = 0;
   virtual bool CryptDestroyHash(HCRYPTHASH hHash) = 0;
 
-  // Completes the hash and derives a session key from it. The upper 16 bits of dwFlags are the key's
-  // length in bits, 0 for the provider's default; the lower ones are 0. RC4 and RC2 have lengths
-  // from 40 to 56, with the enhanced provider to 128, in steps of 8, and 11 zero bytes of salt after
-  // a key of exactly 40 bits. Another length, or a length for another cipher, gives kErrorBadFlags.
+  // Completes the hash and derives a session key from it. The upper 16 bits of dwFlags are the
+  // key's length in bits, 0 for the provider's default; the lower ones are 0. RC4 and RC2 have
+  // lengths from 40 to 56, with the enhanced provider to 128, in steps of 8, and 11 zero bytes of
+  // salt after a key of exactly 40 bits. Another length, or a length for another cipher, gives
+  // kErrorBadFlags.
   virtual bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                               std::uint32_t dwFlags, HCRYPTKEY* phKey) = 0;
   virtual bool CryptDestroyKey(HCRYPTKEY hKey) = 0;

@@ -19,9 +19,8 @@ class DuplicatedKey final : public MessageKey {
   }
 
   bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
-    return OnDuplicate([&](HCRYPTKEY key) {
-      return provider_.CryptDecrypt(key, 0, true, 0, pbData, pdwDataLen);
-    });
+    return OnDuplicate(
+        [&](HCRYPTKEY key) { return provider_.CryptDecrypt(key, 0, true, 0, pbData, pdwDataLen); });
   }
 
   bool Duplicate(HCRYPTKEY* phKey) const override {

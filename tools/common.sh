@@ -1,10 +1,10 @@
 # shellcheck shell=bash
-# Sourced by check and by the scripts of this folder: where things are, and how they fail.
+# Sourced by check and by the scripts of this folder: common paths and functions.
 # shellcheck disable=SC2034  # the variables are for the scripts that source this file
 
 project=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd -P)
 cache=${LATCHKEY_CACHE:-~/.cache/latchkey}
-wine32_root=$cache/wine32/root  # a Debian for i386 whose Wine serves where the machine has no 32-bit one
+wine32_root=$cache/wine32/root  # a Debian for i386, for its Wine, if the machine has no 32-bit one
 package_root=$cache/packages/root  # a clean Debian that the project's packages are installed in, for a test
 
 # 125 means a failure of the script itself, not of the program that it runs.
@@ -17,7 +17,7 @@ as_root() {
   if (( EUID == 0 )); then
     "$@"
   else
-    command -v sudo >/dev/null || die 'root is needed, and there is no sudo'
+    command -v sudo >/dev/null || die 'needs root, and sudo is not installed'
     sudo "$@"
   fi
 }

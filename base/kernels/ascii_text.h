@@ -1,4 +1,4 @@
-// ASCII characters: the kernels of each kind of CPU.
+// The kernels for ASCII characters, one for each kind of CPU.
 #pragma once
 
 #include "base/ascii_text.h"
@@ -8,7 +8,7 @@ namespace latchkey {
 
 [[nodiscard]] const AsciiText& AsciiTextAt(CpuLevel level) noexcept;
 
-// In the builds that have kernels for the level.
+// Defined in builds that have kernels for the level.
 extern const AsciiText kAsciiTextAvx2;
 
 }  // namespace latchkey

@@ -1,5 +1,5 @@
-// ASCII characters; compiled for AVX2: a step of 64 whose bits together show none beyond ASCII is
-// narrowed by packing with saturation, or widened by zero extension.
+// ASCII characters; compiled for AVX2. A step is 64 elements, whose bits are combined to check that
+// all are ASCII. Narrowing packs with saturation, widening is zero extension.
 #include <immintrin.h>
 
 #include "base/kernels/ascii_text.h"
@@ -13,7 +13,7 @@ __m256i Load(const void* from, std::size_t number) noexcept {
   return _mm256_loadu_si256(static_cast<const __m256i*>(from) + number);
 }
 
-// Narrowing puts the halves of both registers alternately, so they are put in order.
+// Narrowing interleaves the halves of the two registers, so this restores their order.
 __m256i Narrowed(__m256i first, __m256i second) noexcept {
   return _mm256_permute4x64_epi64(_mm256_packus_epi16(first, second), _MM_SHUFFLE(3, 1, 2, 0));
 }

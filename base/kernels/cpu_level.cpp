@@ -14,8 +14,8 @@ namespace {
 
 constexpr std::array kNames{"portable", "avx2", "avx512"};
 
-// Asked of the CPU itself (leaf 7, EBX bit 29): __builtin_cpu_supports knows no "sha" in clang 14,
-// only in GCC.
+// Queries the CPU itself (leaf 7, EBX bit 29), since __builtin_cpu_supports has no "sha" in clang
+// 14.
 bool MachineHasShaInstructions() noexcept {
 #ifdef LATCHKEY_X86_KERNELS
   unsigned a = 0;
@@ -35,7 +35,7 @@ bool MachineHasShaInstructions() noexcept {
 CpuLevel HighestCpuLevel() noexcept {
 #ifdef LATCHKEY_X86_KERNELS
   __builtin_cpu_init();
-  // The compiler's run-time asks the operating system too, whether it keeps the wide registers.
+  // The compiler's run-time also checks that the operating system saves the wide registers.
   if (static_cast<bool>(__builtin_cpu_supports("avx512f")) &&
       static_cast<bool>(__builtin_cpu_supports("avx512bw"))) {
     return CpuLevel::Avx512;

@@ -1,4 +1,4 @@
-// Hexadecimal digits: the kernels of each kind of CPU.
+// The kernels for hexadecimal digits, one for each kind of CPU.
 #pragma once
 
 #include "base/hex_digits.h"
@@ -8,7 +8,7 @@ namespace latchkey {
 
 [[nodiscard]] const HexDigits& HexDigitsAt(CpuLevel level) noexcept;
 
-// In the builds that have kernels for the level.
+// Defined in builds that have kernels for the level.
 extern const HexDigits kHexDigitsAvx2;
 
 }  // namespace latchkey

@@ -1,7 +1,7 @@
-// Hexadecimal digits (RFC 4648, section 8), 16 bytes at a time; compiled for AVX2. Encoding spreads
-// the halves of the bytes and looks their digits up by a shuffle; decoding tells the kinds of
-// characters apart by comparing ranges, and adds up the pairs by a multiplication. The rest goes to
-// the portable form.
+// Hexadecimal digits (RFC 4648, section 8), 16 bytes at a time; compiled for AVX2. Encoding
+// separates the halves of each byte and looks up their digits with a shuffle. Decoding classifies
+// characters by range comparisons and combines each pair with a multiplication. The portable form
+// processes the rest.
 #include <immintrin.h>
 
 #include "base/kernels/hex_digits.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::size_t kStep = 16;
 
-// The digits stand in a register, in which a shuffle looks them up.
+// A shuffle looks up the digits in a register, not in memory.
 void Encode(const std::uint8_t* bytes, std::size_t count, char16_t* digits) noexcept {
   const __m256i table = _mm256_broadcastsi128_si256(_mm_setr_epi8(
       '0', '1', '2', '3', '4', '5', '6', '7', '8', '9', 'A', 'B', 'C', 'D', 'E', 'F'));
@@ -19,7 +19,7 @@ void Encode(const std::uint8_t* bytes, std::size_t count, char16_t* digits) noex
   for (; count >= kStep; count -= kStep, bytes += kStep, digits += 2 * kStep) {
     const __m256i words =
         _mm256_cvtepu8_epi16(_mm_loadu_si128(reinterpret_cast<const __m128i*>(bytes)));
-    // The high half of each byte, and behind it the low one.
+    // The high half of each byte, followed by the low half.
     const __m256i halves = _mm256_and_si256(
         _mm256_or_si256(_mm256_srli_epi16(words, 4), _mm256_slli_epi16(words, 8)), nibbles);
     const __m256i found = _mm256_shuffle_epi8(table, halves);
@@ -37,8 +37,8 @@ __m256i MaskIfBetween(__m256i bytes, char low, char high) noexcept {
   return _mm256_cmpeq_epi8(_mm256_min_epu8(above, most), above);
 }
 
-// The numbers that 16 pairs of characters denote, in 16 bits each. A second digit counts behind a
-// digit or a skipped character, and then the first one is worth 16; by itself it is worth 1.
+// The values of 16 pairs of characters, in 16 bits each. A second digit counts only after a digit
+// or a skipped character; the first digit then counts 16 times, otherwise once.
 __m256i ReadPairs(__m256i characters) noexcept {
   const __m256i lowerCase = _mm256_or_si256(characters, _mm256_set1_epi8(0x20));
   const __m256i isDecimal = MaskIfBetween(characters, '0', '9');
@@ -57,9 +57,9 @@ __m256i ReadPairs(__m256i characters) noexcept {
   return _mm256_maddubs_epi16(values, worth);
 }
 
-// Characters are narrowed to bytes first: one beyond 255 becomes 255 or, taken for negative, 0, and
-// neither is a digit or skipped. Narrowing works in halves of a register, so at the end its parts
-// of 4 bytes are put in order.
+// First narrows characters to bytes: one above 255 becomes 255 or, read as negative, 0, and neither
+// is a digit or skipped. Narrowing works on halves of a register, so the last step puts its 4-byte
+// parts in order.
 void Decode(const char16_t* digits, std::size_t count, std::uint8_t* bytes) noexcept {
   const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 0, 4, 1, 5);
   for (; count >= kStep; count -= kStep, bytes += kStep, digits += 2 * kStep) {

@@ -4,6 +4,7 @@
 #include "bench/peer.h"
 #include "provider/portable/cipher.h"
 #include "provider/portable/hash_object.h"
+#include "provider/portable/kernels/bulk_decryption.h"
 
 namespace latchkey::bench {
 namespace {
@@ -24,6 +25,7 @@ Workload CipherWork(CipherId id, Direction direction) {
   const WipedBytes key(kKey.begin(), kKey.begin() + KeySize(id));
   const auto cipher = provider::MakeCipher(AlgorithmOf(id), key, 128);
   const auto state = std::make_shared<provider::CipherState>();
+  state->batch = std::make_unique<std::uint8_t[]>(provider::kLargestBatch);
   cipher->Start(*state);
   if (direction == Direction::Encrypt) {
     return [cipher, state](auto data) { cipher->Encrypt(data, *state); };

@@ -18,8 +18,7 @@ namespace latchkey::com {
 //   Other arrays raise TypeMismatch.
 // - A variant is the caller's own if it holds text or Null, otherwise its text form.
 // - Other types are converted as by VariantChangeTypeEx; a reference points to the caller's
-// variable
-//   if that has exactly the type, otherwise to a copy.
+//   variable if that has exactly the type, otherwise to a copy.
 // - An omitted argument gets its default.
 //
 // Text is converted in the caller's locale.

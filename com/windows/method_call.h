@@ -1,4 +1,4 @@
-// The edge between the component's C++ and COM: results, faults and null pointers, in one place.
+// The boundary between the component's C++ and COM: results, faults and null pointers.
 #pragma once
 
 #include <utility>
@@ -19,7 +19,8 @@ namespace latchkey::com {
 // information of an earlier failure.
 [[nodiscard]] HRESULT RefuseNullPointer() noexcept;
 
-// Runs the body of a method without a result. No exception leaves it, and no copy of one's data.
+// Runs the body of a method without a result. Catches every exception, and wipes the part of the
+// stack where it left data.
 template <class Body>
 [[nodiscard]] HRESULT RunMethod(const ClassDescription& source, Body&& body) noexcept {
   HRESULT reported = S_OK;

@@ -11,8 +11,12 @@ class TimerObject final : public AutomationObject<_clsTimer> {
  public:
   TimerObject() : AutomationObject(kTimerClass) {}
 
-  STDMETHODIMP Start() noexcept override;
-  STDMETHODIMP GetElapsedTime(LONG* result) noexcept override;
+  STDMETHODIMP Start() noexcept override {
+    return Run([&] { timer_.Start(); });
+  }
+  STDMETHODIMP GetElapsedTime(LONG* result) noexcept override {
+    return Run(result, [&] { return timer_.GetElapsedTime(); });
+  }
 
  private:
   latchkey::clsTimer timer_;

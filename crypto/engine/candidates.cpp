@@ -62,8 +62,8 @@ std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
     if (next.key->Derive(settings, password) != nullptr) continue;
     next.fingerprint = FingerprintOf(*next.key);
     if (next.fingerprint.empty()) continue;
-    const auto same = std::ranges::find_if(
-        keys, [&](const TriedKey& tried) { return IsSameKey(tried, next); });
+    const auto same =
+        std::ranges::find_if(keys, [&](const TriedKey& tried) { return IsSameKey(tried, next); });
     if (same != keys.end()) {
       same->settings.push_back(settings);
     } else {
@@ -77,10 +77,10 @@ std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
 bool Decrypt(const DerivedKey& key, WipedBytes& bytes, bool whole) {
   auto length = static_cast<std::uint32_t>(bytes.size());
   PasswordKey session = whole ? PasswordKey() : key.NewSession();
-  const bool done =
-      whole ? key.Transform(CipherDirection::Decrypt, bytes, length)
-            : session.HasKey() && session.Transform(CipherDirection::Decrypt, bytes, length,
-                                                    false) == CipherStep::Done;
+  const bool done = whole
+                        ? key.Transform(CipherDirection::Decrypt, bytes, length)
+                        : session.HasKey() && session.Transform(CipherDirection::Decrypt, bytes,
+                                                                length, false) == CipherStep::Done;
   bytes.resize(done ? length : 0);
   return done;
 }

@@ -6,9 +6,28 @@
 #include <thread>
 #include <vector>
 
+#include "platform/stack_wipe.h"
+
 namespace latchkey {
 
+namespace {
+
+// Starts up to `count` threads; fewer do the work if the system refuses some. What raising an
+// exception left on the stack is wiped.
+void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
+                  const std::function<void()>& body) {
+  try {
+    while (threads.size() < count) threads.emplace_back(body);
+    return;
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
+  }
+  platform::WipeStackFarBelow();
+}
+
+}  // namespace
+
 void RunOnThreads(std::size_t count, const std::function<void()>& work) {
+  if (count <= 1) return work();
   std::mutex failing;
   std::exception_ptr failure;
   const auto guarded = [&]() noexcept {
@@ -21,11 +40,7 @@ void RunOnThreads(std::size_t count, const std::function<void()>& work) {
   };
   {
     std::vector<std::jthread> others;
-    try {
-      others.reserve(count);
-      while (others.size() + 1 < count) others.emplace_back(guarded);
-    } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): fewer threads do the work
-    }
+    StartThreads(others, count - 1, guarded);
     guarded();
   }
   if (failure) std::rethrow_exception(failure);

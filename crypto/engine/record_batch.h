@@ -56,8 +56,8 @@ struct Records {
 enum class RecordStatus : std::int32_t { Done, CipherFailed, TooLong };
 
 struct Results {
-  ResultOffsets offsets;           // room for count + 1
-  std::span<std::uint8_t> data;    // RoomNeeded bytes, which do not overlap the records
+  ResultOffsets offsets;             // room for count + 1
+  std::span<std::uint8_t> data;      // RoomNeeded bytes, which do not overlap the records
   std::span<RecordStatus> statuses;  // count, or none
 };
 

@@ -24,7 +24,7 @@ std::uint64_t ShiftRounded(std::uint64_t number, int places) {
 }
 
 // The magnitude of a finite value in ten-thousandths. A Double is 53 bits times a power of two, and
-// 10,000 is 625 times 2^4, so that the product with 625 is exact in 64 bits.
+// 10,000 is 625 times 2^4, so the product with 625 is exact in 64 bits.
 std::uint64_t TenThousandths(double value) {
   constexpr int kDoubleBits = std::numeric_limits<double>::digits;
   int exponent = 0;

@@ -5,8 +5,7 @@
 
 namespace latchkey {
 
-// Every operation that leaves the range of ±922,337,203,685,477.5807, the same on both sides,
-// raises Overflow.
+// Every operation raises Overflow if its result is outside ±922,337,203,685,477.5807.
 class Currency {
  public:
   constexpr Currency() noexcept = default;
@@ -16,7 +15,7 @@ class Currency {
   [[nodiscard]] static Currency FromDouble(double value);
   [[nodiscard]] static Currency FromWhole(std::int64_t value);
 
-  // A count of bytes, whose 64 bits are read as a signed number: the largest counts are negative.
+  // A count of bytes. Its 64 bits are read as a signed number, so the largest counts are negative.
   [[nodiscard]] static Currency FromBytes(std::uint64_t value);
 
   [[nodiscard]] double ToDouble() const noexcept;

@@ -1,4 +1,4 @@
-// Any value as decimal digits.
+// Converts any value to decimal digits.
 #pragma once
 
 #include "latchkey/types.h"
@@ -6,9 +6,9 @@
 
 namespace latchkey {
 
-// The text of the value without the characters . , E - and +, when that reads as a number;
-// otherwise with each character that is no digit replaced by its code-page code in decimal. Empty
-// when it fails. Raises nothing.
+// The text of the value. If it reads as a number, the characters . , E - and + are removed;
+// otherwise each character that is not a digit is replaced by its code-page code in decimal. Empty
+// on failure. Raises nothing.
 [[nodiscard]] Text DigitsOnly(const Variant& value) noexcept;
 
 }  // namespace latchkey

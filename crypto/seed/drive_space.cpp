@@ -23,7 +23,7 @@ bool ReadByteCounts(const char* driveRoot, DriveSpaceInfo& info) {
   return true;
 }
 
-// Sectors, bytes and clusters are multiplied in 32 bits, as the counts themselves are.
+// Multiplies sectors, bytes and clusters in 32 bits, the width of the counts.
 bool ReadClusterCounts(const char* driveRoot, DriveSpaceInfo& info) {
   const auto clusters = Probe().GetDiskFreeSpaceA(driveRoot);
   if (!clusters) return false;

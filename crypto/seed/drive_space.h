@@ -1,4 +1,4 @@
-// How much room a drive has.
+// The size and the free space of a drive.
 #pragma once
 
 #include <cstdint>
@@ -22,14 +22,14 @@ struct DriveSpaceInfo {
   Currency TotalBytes;
 };
 
-// Fills `info` for the drive whose root path is given and keeps the thread's last-drive values.
-// False, with `info` untouched, when the drive cannot be queried. A fault (a byte count beyond the
-// range of Currency, or of 32 bits where only clusters are counted) shows a message box and gives
-// false. Raises nothing but a failure of memory for that box.
+// Fills `info` for the drive with this root path, and stores the thread's values of the last drive.
+// Returns false and leaves `info` unchanged if the drive cannot be queried. A fault (a byte count
+// outside the range of Currency or, where only clusters are counted, outside 32 bits) shows a
+// message box and returns false. Raises only bad_alloc, if there is no memory for that box.
 bool GetDriveSpace(const char* driveRoot, DriveSpaceInfo& info);
 
-// Whether drive C answers the query that counts bytes in 64 bits, whatever drive is asked about
-// next. A fault gives false.
+// Whether the query that counts bytes in 64 bits succeeds on drive C; it is always tried there, for
+// any drive. A fault gives false.
 bool DiskFreeSpaceExAvailable();
 
 }  // namespace latchkey

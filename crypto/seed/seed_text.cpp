@@ -17,7 +17,7 @@ namespace {
 
 constexpr std::int32_t kVolumeShift = 3;
 
-// What one seed is made from.
+// The readings that one seed is made from.
 struct Readings {
   double pi = std::atan(1.0) * 4.0;
   std::int32_t ticks = 0;
@@ -38,7 +38,7 @@ Text DecimalText(std::int32_t value) {
   return {digits.begin(), digits.end()};
 }
 
-// The characters of a system name.
+// The characters of a volume name or file system name.
 Text NameText(const std::string& bytes) {
   const CodePage& codePage = *ThisThread().services.codePage;
   Text text;
@@ -55,7 +55,7 @@ void ReadVolume(Readings& readings) {
   readings.volumeFigure = NumberIn(DigitsOnly(TextView(names)));
 }
 
-// The quotient that stands in for a byte count when the drive gives none.
+// The quotient that replaces a byte count if the drive cannot be queried.
 Currency TickShare(std::int32_t ticks, double divisor) {
   const std::int32_t wholeDivisor = RoundToLong(divisor);
   if (wholeDivisor == 0) throw Fault(FaultNumber::DivisionByZero);
@@ -73,7 +73,7 @@ void ReadDriveSpace(Readings& readings) {
   }
 }
 
-// One formula for each digit; every other digit, negative ones included, takes the last.
+// One formula for each digit; every other digit, including negative ones, takes the last.
 double Seed(std::int32_t digit, const Readings& r) {
   switch (digit) {
     case 0:

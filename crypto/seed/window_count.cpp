@@ -21,7 +21,7 @@ void VisitChild(CryptoState& state, WindowHandle window) {
   platform::SystemProbe& probe = *ThisThread().services.probe;
   std::array<char, kNameLength> name{};
   if (probe.GetClassNameA(window, name) != 0) Count(state, window);
-  // Part of the walk on both levels: what it answers for a window's handle does not matter.
+  // Part of the walk on both levels; the result of the call does not matter.
   probe.CloseHandle(window);
 }
 

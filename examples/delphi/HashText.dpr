@@ -3,7 +3,7 @@
 //   dcc32 HashText.dpr        (dcc64 with the 64-bit DLL)
 //   HashText TEXT
 //
-// Needs the registered DLL of the program's bitness. Not run by this project's tests: they have no Delphi.
+// Needs the registered DLL of the program's bitness. The tests compile it with Free Pascal, ppcx64 -Mdelphiunicode.
 program HashText;
 
 {$APPTYPE CONSOLE}

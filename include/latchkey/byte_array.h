@@ -1,5 +1,5 @@
-// An array of bytes with Automation's shape: perhaps unallocated, perhaps with another lower bound
-// than 0, perhaps of several dimensions.
+// An array of bytes as in Automation: it may be unallocated, have a lower bound other than 0, or
+// have several dimensions.
 #pragma once
 
 #include <cstdint>
@@ -13,20 +13,19 @@ namespace latchkey {
 
 class ShapedBytes;
 
-// The operations expect zero-based arrays of one dimension; the other shapes exist so that the
-// operation itself decides about what a client hands over, with the fault that belongs to it.
-// The elements are wiped when the array is erased, overwritten or destroyed. What makes or copies
-// an array raises std::bad_alloc without memory, and Overflow for 2^31 elements or more. Used by
-// one thread at a time.
+// The operations expect zero-based arrays of one dimension. Other shapes exist so that the
+// operation itself can refuse a client's array with the right fault. The elements are wiped when
+// the array is erased, overwritten or destroyed. Making or copying an array raises std::bad_alloc
+// if memory runs out, and Overflow for 2^31 elements or more. Used by one thread at a time.
 class LATCHKEY_API ByteArray {
  public:
   // An unallocated array: no elements and no bounds.
   ByteArray() noexcept;
 
-  // An array that cannot be copied leaves the one assigned to as it was.
+  // If the copy fails, the target of an assignment stays unchanged.
   ByteArray(const ByteArray& other);
   ByteArray& operator=(const ByteArray& other);
-  // The other array is left unallocated.
+  // Leaves `other` unallocated.
   ByteArray(ByteArray&& other) noexcept;
   ByteArray& operator=(ByteArray&& other) noexcept;
   ~ByteArray();
@@ -35,13 +34,13 @@ class LATCHKEY_API ByteArray {
   ByteArray(std::initializer_list<std::uint8_t> elements);
   explicit ByteArray(std::span<const std::uint8_t> elements);
 
-  // The form in which text becomes an array: its codes and one zero element behind them, so with
-  // bounds 0 to the number of codes. Empty text gives a single zero.
+  // The array for a text: its codes followed by one zero element, so the bounds are 0 to the number
+  // of codes. Empty text gives a single zero.
   static ByteArray WithTrailingZero(std::span<const std::uint8_t> codes);
 
   // An array of any shape: `elements` in memory order, `lowerBound` and `upperBound` those of the
-  // first dimension; unallocated for 0 dimensions. Raises SubscriptOutOfRange where an array of one
-  // dimension has another number of elements than its bounds say.
+  // first dimension; unallocated for 0 dimensions. Raises SubscriptOutOfRange if the number of
+  // elements of an array of one dimension does not match its bounds.
   static ByteArray WithShape(std::uint16_t dimensions, std::int32_t lowerBound,
                              std::int32_t upperBound, std::span<const std::uint8_t> elements);
 
@@ -49,21 +48,21 @@ class LATCHKEY_API ByteArray {
   [[nodiscard]] std::uint16_t Dimensions() const noexcept;
   [[nodiscard]] std::int32_t LowerBound() const noexcept;
 
-  // The upper bound, whatever the lower bound is; one below the lower bound without elements.
-  // Raises SubscriptOutOfRange for an unallocated array and for one of several dimensions.
+  // The upper bound; for an array without elements, the lower bound minus one. Raises
+  // SubscriptOutOfRange for an unallocated array and for one of several dimensions.
   [[nodiscard]] std::int32_t UpperBound() const;
 
   // All elements in memory order; empty when unallocated.
   [[nodiscard]] std::span<const std::uint8_t> Elements() const noexcept;
 
-  // Elements 0 to UpperBound() - 1: the part that carries text. Raises what UpperBound raises, and
-  // SubscriptOutOfRange where the bounds leave out 0.
+  // Elements 0 to UpperBound() - 1: the part that holds text. Raises the faults of UpperBound, and
+  // SubscriptOutOfRange if the bounds do not include 0.
   [[nodiscard]] std::span<const std::uint8_t> TextElements() const;
 
   // Wipes the elements and leaves the array unallocated.
   void Erase() noexcept;
 
-  // Whether shapes and elements are the same.
+  // Whether shape and elements are equal.
   [[nodiscard]] bool operator==(const ByteArray& other) const noexcept;
 
  private:

@@ -16,10 +16,10 @@ class LATCHKEY_API clsTimer {
   // Sets the start mark to now.
   void Start() noexcept;
 
-  // Milliseconds since the start mark, which stays where it is: the difference of the two readings
-  // of the tick counter, both taken as signed 32-bit numbers; 0 where it does not fit one (the
-  // counter passed 0x7FFFFFFF meanwhile, as it does once in 49.7 days of uptime). An interval of
-  // 2^31 milliseconds or more gives 0 or what is left of it in 32 bits.
+  // Milliseconds since the start mark, which does not change: the difference of the two readings of
+  // the tick counter, both as signed 32-bit numbers. 0 if the difference does not fit 32 bits (the
+  // counter passed 0x7FFFFFFF in between, as it does once in 49.7 days of uptime). An interval of
+  // 2^31 milliseconds or more gives 0 or its low 32 bits.
   [[nodiscard]] std::int32_t GetElapsedTime() noexcept;
 
  private:

@@ -1,4 +1,4 @@
-// Marks the classes and functions that the shared library exports. Everything else is hidden.
+// Marks the classes and functions that the shared library exports. All other symbols are hidden.
 #pragma once
 
 #if defined(__GNUC__) && !defined(_WIN32)

@@ -26,10 +26,10 @@ enum class FaultNumber : std::int32_t {
 // The standard Automation text of a fault. Never empty.
 [[nodiscard]] LATCHKEY_API TextView DescriptionOf(FaultNumber number) noexcept;
 
-// A run-time fault, with the number and the description that Automation gives the same condition.
-// An operation records the faults inside it and raises none, except ObjectNotSet on a thread
-// without an error record. Members that are not operations raise theirs. Failed memory is
-// std::bad_alloc where it passes to the caller.
+// A run-time fault, with Automation's number and description for the same condition. An operation
+// records its faults and raises none, except ObjectNotSet on a thread without an error record.
+// Members that are not operations raise theirs. A failed allocation that reaches the caller is
+// std::bad_alloc.
 class LATCHKEY_API Fault final : public std::exception {
  public:
   explicit Fault(FaultNumber number) noexcept : number_(number) {}

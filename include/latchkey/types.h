@@ -12,7 +12,8 @@ namespace latchkey {
 using Text = std::u16string;
 using TextView = std::u16string_view;
 
-// What a caller may pass as a Variant argument. Text is not copied: it must outlive the call.
+// The values that a caller may pass as a Variant argument. Text is not copied: it must outlive the
+// call.
 struct Null {};
 struct Date {
   double days;  // since 30 December 1899, the time of day as the fraction

@@ -5,9 +5,9 @@
 #include <atomic>
 #include <new>
 
-// Fiber-local storage, whose callback runs when a thread ends and when the slot is freed. A
-// thread_local object with a destructor is no alternative: its clean-up is registered with the C
-// run-time of this DLL and keeps the DLL loaded.
+// Fiber-local storage, whose callback runs when a thread ends and when the slot is freed. Not a
+// thread_local object with a destructor: its clean-up is registered with the C run-time of this DLL
+// and keeps the DLL loaded.
 namespace latchkey::platform {
 namespace {
 

@@ -1,4 +1,4 @@
-// Windows' wide text, made of the program's texts and back.
+// Conversions between the program's texts and Windows' wide text.
 #pragma once
 
 #include <string>
@@ -8,7 +8,7 @@
 
 namespace latchkey::platform {
 
-// From UTF-8 and to it. What is no UTF-8, or no UTF-16, becomes U+FFFD.
+// From UTF-8 and to UTF-8. Invalid UTF-8 or UTF-16 becomes U+FFFD.
 [[nodiscard]] std::wstring Widened(std::string_view utf8);
 [[nodiscard]] std::string Narrowed(std::wstring_view wide);
 

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <array>
-#include <new>
 #include <stdexcept>
 #include <utility>
 
@@ -56,6 +55,10 @@ class BlockCipher : public Cipher {
 
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
 
+  [[nodiscard]] bool UsesBatch(std::size_t length) const noexcept override {
+    return length >= kernels_.bulk.worthBytes;
+  }
+
   void Start(CipherState& state) const noexcept override { state.feedback.fill(0); }
 
   void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
@@ -67,7 +70,7 @@ class BlockCipher : public Cipher {
     const std::size_t batches = data.size() / bulk.batchBytes;
     if (batches > 0) bulk.decrypt(key_, data.data(), batches, state.feedback.data());
     const auto rest = data.subspan(batches * bulk.batchBytes);
-    if (rest.size() >= bulk.worthBytes && HasBatch(state)) {
+    if (rest.size() >= bulk.worthBytes && state.batch) {
       DecryptPartOfBatch(rest, state);
     } else {
       kernels_.decrypt(key_, rest.data(), rest.size(), state.feedback.data());
@@ -78,12 +81,6 @@ class BlockCipher : public Cipher {
   [[nodiscard]] Key& KeyToSet() noexcept { return key_; }
 
  private:
-  // Without memory for it, single blocks give the same result.
-  static bool HasBatch(CipherState& state) noexcept {
-    if (!state.batch) state.batch.reset(new (std::nothrow) std::uint8_t[kLargestBatch]);
-    return state.batch != nullptr;
-  }
-
   // The rest of the batch, after the data, is ignored and its result dropped.
   void DecryptPartOfBatch(std::span<std::uint8_t> data, CipherState& state) const noexcept {
     std::array<std::uint8_t, kBlockSize> last{};

@@ -19,7 +19,8 @@ namespace latchkey::provider {
 struct CipherState {
   arcfour_ctx stream{};                             // RC4
   std::array<std::uint8_t, kBlockSize> feedback{};  // the others; ciphertext, not secret
-  // A partly filled batch of a kernel, made on first use: a thread's stack may be small.
+  // kLargestBatch bytes for a partly filled batch of a kernel, or none: without them single blocks
+  // give the same result more slowly. Not on the stack, which may be small.
   std::unique_ptr<std::uint8_t[]> batch;
   const WipeAtExit<arcfour_ctx> wipeStream{stream};
 };
@@ -42,6 +43,9 @@ class Cipher {
   [[nodiscard]] virtual std::shared_ptr<const Cipher> WithEffectiveBits(unsigned /*bits*/) const {
     return nullptr;
   }
+
+  // Whether the state's batch makes a message of that length faster.
+  [[nodiscard]] virtual bool UsesBatch(std::size_t /*length*/) const noexcept { return false; }
 
   // Sets the state to the beginning of a message. Required before the first one.
   virtual void Start(CipherState& state) const noexcept = 0;

@@ -46,13 +46,15 @@ class SharedCipherKey final : public MessageKey {
   bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                std::uint32_t dwBufLen) const override {
     const platform::StackWipe wipe;
-    const std::uint32_t error = SessionKey(0, cipher_).Encrypt(true, pbData, *pdwDataLen, dwBufLen);
+    SessionKey session(0, cipher_, 0);  // encryption has no batches
+    const std::uint32_t error = session.Encrypt(true, pbData, *pdwDataLen, dwBufLen);
     return error == 0 || Fail(error);
   }
 
   bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
     const platform::StackWipe wipe;
-    const std::uint32_t error = SessionKey(0, cipher_).Decrypt(true, pbData, *pdwDataLen);
+    SessionKey session(0, cipher_, *pdwDataLen);
+    const std::uint32_t error = session.Decrypt(true, pbData, *pdwDataLen);
     return error == 0 || Fail(error);
   }
 

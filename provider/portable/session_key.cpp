@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "provider/block_size.h"
+#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/padding.h"
 
 namespace latchkey::provider {
@@ -14,13 +15,14 @@ bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kBlockSize =
 
 }  // namespace
 
-SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher) noexcept
+SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher,
+                       std::size_t longest)
     : provider_(provider), cipher_(std::move(cipher)) {
+  if (cipher_->UsesBatch(longest)) state_.batch = std::make_unique<std::uint8_t[]>(kLargestBatch);
   cipher_->Start(state_);
 }
 
-SessionKey::SessionKey(const SessionKey& other) noexcept
-    : provider_(other.provider_), cipher_(other.cipher_) {
+SessionKey::SessionKey(const SessionKey& other) : SessionKey(other.provider_, other.cipher_) {
   state_.stream = other.state_.stream;
   state_.feedback = other.state_.feedback;
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <memory>
 
 #include "provider/crypto_provider.h"
@@ -14,10 +15,12 @@ namespace latchkey::provider {
 // call that processed its data resets the key, also after bad padding.
 class SessionKey {
  public:
-  SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher) noexcept;
+  // For messages up to `longest` bytes; more than that take longer.
+  SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher,
+             std::size_t longest = std::numeric_limits<std::size_t>::max());
 
-  // A key in the same state as the other one.
-  SessionKey(const SessionKey& other) noexcept;
+  // A key in the same state as the other one, for messages of any length.
+  SessionKey(const SessionKey& other);
   SessionKey& operator=(const SessionKey&) = delete;
   ~SessionKey() = default;
 

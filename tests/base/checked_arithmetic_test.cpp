@@ -13,14 +13,14 @@ constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double kLargestDouble = std::numeric_limits<double>::max();
 
-TEST(NarrowToTest, KeepsWhatFits) {
+TEST(NarrowToTest, KeepsValuesThatFit) {
   EXPECT_EQ(NarrowTo<std::int16_t>(32767), 32767);
   EXPECT_EQ(NarrowTo<std::int16_t>(-32768), -32768);
   EXPECT_EQ(NarrowTo<std::uint8_t>(255U), 255);
   EXPECT_EQ(NarrowTo<std::int32_t>(std::uint64_t{2147483647}), kMax);
 }
 
-TEST(NarrowToTest, RaisesOverflowForTheNextValueOutside) {
+TEST(NarrowToTest, RaisesOverflowJustBeyondTheLimits) {
   EXPECT_EQ(FaultOf([] { return NarrowTo<std::int16_t>(32768); }), 6);
   EXPECT_EQ(FaultOf([] { return NarrowTo<std::int16_t>(-32769); }), 6);
   EXPECT_EQ(FaultOf([] { return NarrowTo<std::uint8_t>(256U); }), 6);
@@ -28,7 +28,7 @@ TEST(NarrowToTest, RaisesOverflowForTheNextValueOutside) {
   EXPECT_EQ(FaultOf([] { return NarrowTo<std::int32_t>(std::uint64_t{2147483648}); }), 6);
 }
 
-TEST(CheckedLongTest, GivesExactResultsUpToTheEdges) {
+TEST(CheckedLongTest, GivesExactResultsUpToTheLimits) {
   EXPECT_EQ(CheckedAdd(kMax - 1, 1), kMax);
   EXPECT_EQ(CheckedAdd(kMin + 1, -1), kMin);
   EXPECT_EQ(CheckedSubtract(kMin + 1, 1), kMin);
@@ -37,7 +37,7 @@ TEST(CheckedLongTest, GivesExactResultsUpToTheEdges) {
   EXPECT_EQ(CheckedMultiply(-7, 3), -21);
 }
 
-TEST(CheckedLongTest, RaisesOverflowBeyondTheEdges) {
+TEST(CheckedLongTest, RaisesOverflowBeyondTheLimits) {
   EXPECT_EQ(FaultOf([] { return CheckedAdd(kMax, 1); }), 6);
   EXPECT_EQ(FaultOf([] { return CheckedAdd(kMin, -1); }), 6);
   EXPECT_EQ(FaultOf([] { return CheckedSubtract(kMin, 1); }), 6);
@@ -46,7 +46,7 @@ TEST(CheckedLongTest, RaisesOverflowBeyondTheEdges) {
   EXPECT_EQ(FaultOf([] { return CheckedMultiply(kMin, -1); }), 6);
 }
 
-TEST(CheckedDoubleTest, LetsNumbersPass) {
+TEST(CheckedDoubleTest, ReturnsNumbersUnchanged) {
   EXPECT_EQ(CheckedResult(kLargestDouble), kLargestDouble);
   EXPECT_EQ(CheckedResult(-0.5), -0.5);
   EXPECT_EQ(CheckedDivide(1, -4), -0.25);
@@ -67,7 +67,7 @@ TEST(CheckedDoubleTest, RaisesDivisionByZeroForAnyDividend) {
   EXPECT_EQ(FaultOf([] { return CheckedDivide(1, -0.0); }), 11);
 }
 
-TEST(CheckedDoubleTest, RaisesInvalidProcedureCallForWhatIsNoNumber) {
+TEST(CheckedDoubleTest, RaisesInvalidProcedureCallForNotANumber) {
   EXPECT_EQ(FaultOf([] { return CheckedResult(kNotANumber); }), 5);
   EXPECT_EQ(FaultOf([] { return CheckedSquareRoot(-0.25); }), 5);
   EXPECT_EQ(FaultOf([] { return CheckedSquareRoot(kNotANumber); }), 5);

@@ -13,7 +13,7 @@ namespace {
 
 std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
 
-// 256 different characters, each of which becomes its byte again.
+// Checks that the 256 bytes have different characters, each of which is converted back to its byte.
 void ExpectOneToOne(const CodePage& page) {
   std::set<char16_t> characters;
   for (unsigned byte = 0; byte < 256; ++byte) {
@@ -23,14 +23,14 @@ void ExpectOneToOne(const CodePage& page) {
   }
 }
 
-TEST(CodePageTest, EveryByteIsACharacterOfItsOwn) {
+TEST(CodePageTest, EveryByteHasADifferentCharacter) {
   ExpectOneToOne(OneToOnePage());
   ExpectOneToOne(DoubleBytePage());
   ExpectOneToOne(Utf8Page());
   ExpectOneToOne(platform::SystemCodePage());
 }
 
-TEST(CodePageTest, OfTwoBytesWithOneCharacterTheLowerKeepsIt) {
+TEST(CodePageTest, TheLowerOfTwoBytesKeepsTheirCharacter) {
   CodePage::HighHalf characters{};
   characters[0] = 0x20AC;
   characters[1] = 0x20AC;
@@ -40,7 +40,7 @@ TEST(CodePageTest, OfTwoBytesWithOneCharacterTheLowerKeepsIt) {
   ExpectOneToOne(page);
 }
 
-TEST(CodePageTest, ABytesOwnNumberMayBeTheCharacterOfAnother) {
+TEST(CodePageTest, AByteGetsAPrivateUseCharacterWhenItsNumberIsTaken) {
   CodePage::HighHalf characters{};
   characters[0] = 0x82;
   characters[1] = u'A';  // the character of byte 41
@@ -54,20 +54,20 @@ TEST(CodePageTest, ABytesOwnNumberMayBeTheCharacterOfAnother) {
   ExpectOneToOne(page);
 }
 
-TEST(CodePageTest, ByteTableComesBeforeLongCodes) {
+TEST(CodePageTest, TheByteTableOverridesLongCodes) {
   const CodePage page({}, [](char16_t) { return std::uint32_t{0x82A0}; });
   EXPECT_EQ(page.CodeOf(0xD7), 0xD7U);
   EXPECT_EQ(page.CodeOf(0x100), 0x82A0U);
 }
 
-TEST(CodePageTest, LongCodesAreAsked) {
+TEST(CodePageTest, UsesLongCodesForOtherCharacters) {
   EXPECT_EQ(DoubleBytePage().CodeOf(0x3042), 0x82A0U);
   EXPECT_EQ(DoubleBytePage().CodeOf(0x3043), 63U);
   EXPECT_EQ(Utf8Page().CodeOf(0x0100), 0xC480U);
 }
 
 // The system's page is Windows-1252 on every machine the tests run on.
-TEST(SystemCodePageTest, DenotesTheCharactersOfWindows1252) {
+TEST(SystemCodePageTest, HasTheCharactersOfWindows1252) {
   const std::vector<std::pair<std::uint8_t, char16_t>> samples{
       {0x00, u'\0'},  {0x41, u'A'},   {0x7F, 0x7F},   {0x80, 0x20AC},
       {0x83, 0x0192}, {0x8C, 0x0152}, {0x99, 0x2122}, {0x9F, 0x0178},
@@ -79,7 +79,7 @@ TEST(SystemCodePageTest, DenotesTheCharactersOfWindows1252) {
   }
 }
 
-TEST(SystemCodePageTest, ItsUndefinedBytesAreControlCharacters) {
+TEST(SystemCodePageTest, UndefinedBytesAreControlCharacters) {
   const CodePage& page = platform::SystemCodePage();
   for (const char16_t control : {u'\x81', u'\x8D', u'\x8F', u'\x90', u'\x9D'}) {
     EXPECT_EQ(page.CharacterOf(static_cast<std::uint8_t>(control)), control);
@@ -87,7 +87,7 @@ TEST(SystemCodePageTest, ItsUndefinedBytesAreControlCharacters) {
   }
 }
 
-TEST(SystemCodePageTest, ACharacterThatMerelyResemblesOneIsAnother) {
+TEST(SystemCodePageTest, DoesNotMapSimilarCharacters) {
   const CodePage& page = platform::SystemCodePage();
   for (const char16_t character : {u'\u0100', u'\u0391', u'\uFF21', u'\u2215'}) {
     EXPECT_EQ(page.CodeOf(character), 63U) << static_cast<unsigned>(character);

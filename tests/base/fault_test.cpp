@@ -54,7 +54,7 @@ TEST(FaultTest, NamesAgreeWithTheNumbers) {
   EXPECT_EQ(Fault(FaultNumber::DllFunctionNotFound).Number(), 453);
 }
 
-TEST(FaultTest, EveryNumberHasATextOfItsOwn) {
+TEST(FaultTest, EveryNumberHasADifferentText) {
   std::set<TextView> texts;
   for (const auto& [number, text] : kStandardFaults) {
     const TextView description = DescriptionOf(static_cast<FaultNumber>(number));
@@ -67,17 +67,17 @@ TEST(FaultTest, AnUnknownNumberHasTheGeneralText) {
             u"Application-defined or object-defined error");
 }
 
-TEST(CurrentFaultTest, AFaultStaysItself) {
+TEST(CurrentFaultTest, AFaultIsReturnedUnchanged) {
   EXPECT_EQ(NumberOfCaught(Fault(FaultNumber::InvalidUseOfNull)), 94);
 }
 
-TEST(CurrentFaultTest, FailedMemoryIsOutOfMemory) {
+TEST(CurrentFaultTest, AFailedAllocationIsOutOfMemory) {
   EXPECT_EQ(NumberOfCaught(std::bad_alloc()), 7);
   EXPECT_EQ(NumberOfCaught(std::bad_array_new_length()), 7);
   EXPECT_EQ(NumberOfCaught(std::length_error("longer than any container")), 7);
 }
 
-TEST(CurrentFaultTest, WhateverElseIsAnInvalidProcedureCall) {
+TEST(CurrentFaultTest, AnyOtherExceptionIsAnInvalidProcedureCall) {
   EXPECT_EQ(NumberOfCaught(std::runtime_error("foreign")), 5);
   EXPECT_EQ(NumberOfCaught(42), 5);
 }

@@ -12,7 +12,7 @@
 namespace latchkey::test {
 namespace {
 
-TEST(SecureWipeTest, ZeroesTheBytesGivenAndNoOthers) {
+TEST(SecureWipeTest, ZeroesOnlyTheGivenBytes) {
   for (std::size_t from = 0; from < 9; ++from) {
     for (std::size_t size = 0; size <= 40; ++size) {
       std::array<std::uint8_t, 64> memory{};
@@ -25,11 +25,11 @@ TEST(SecureWipeTest, ZeroesTheBytesGivenAndNoOthers) {
   }
 }
 
-TEST(SecureWipeTest, NothingAtNoAddressIsFine) { EXPECT_NO_THROW(SecureWipe(nullptr, 0)); }
+TEST(SecureWipeTest, AcceptsANullPointerWithSizeZero) { EXPECT_NO_THROW(SecureWipe(nullptr, 0)); }
 
 const std::vector<std::uint8_t> kSecret(32, 0x77);
 
-TEST(WipedBytesTest, NoFreedBlockHoldsWhatTheyHeld) {
+TEST(WipedBytesTest, NoFreedBlockHoldsTheirContent) {
   const FreedMemory freed(kSecret);
   {
     WipedBytes bytes(100, 0x77);
@@ -47,7 +47,7 @@ TEST(WipedBytesTest, AnOrdinaryVectorIsNotWiped) {
   EXPECT_EQ(freed.BlocksWithSecret(), 1U);
 }
 
-// Text that has become shorter than its storage.
+// A text that is shorter than its storage.
 class ShortenedText {
  public:
   // The names that standard containers have.
@@ -61,7 +61,7 @@ class ShortenedText {
   std::array<char16_t, 101> storage_{};
 };
 
-TEST(WipeAtExitTest, WipesTheWholeCapacityHoweverTheScopeEnds) {
+TEST(WipeAtExitTest, WipesTheWholeCapacityAtEveryExitOfTheScope) {
   ShortenedText text;
   text.Fill();
   const auto leaveEarly = [&text] {

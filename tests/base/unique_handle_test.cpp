@@ -25,7 +25,7 @@ class UniqueHandleTest : public ::testing::Test {
 
 using Closed = std::vector<int>;
 
-TEST_F(UniqueHandleTest, ClosesWhatItHoldsOnceWhenItEnds) {
+TEST_F(UniqueHandleTest, ClosesItsHandleOnceOnDestruction) {
   {
     const Handle handle(7);
     EXPECT_TRUE(handle);
@@ -35,7 +35,7 @@ TEST_F(UniqueHandleTest, ClosesWhatItHoldsOnceWhenItEnds) {
   EXPECT_EQ(closed, Closed{7});
 }
 
-TEST_F(UniqueHandleTest, NoHandleIsTheTraitsNoneAndIsNotClosed) {
+TEST_F(UniqueHandleTest, DoesNotCloseTheTraitsNone) {
   {
     const Handle handle;
     EXPECT_FALSE(handle);
@@ -45,7 +45,7 @@ TEST_F(UniqueHandleTest, NoHandleIsTheTraitsNoneAndIsNotClosed) {
   EXPECT_EQ(closed, Closed{0});
 }
 
-TEST_F(UniqueHandleTest, MovingPassesTheHandleOn) {
+TEST_F(UniqueHandleTest, MovingTransfersTheHandle) {
   {
     Handle first(7);
     const Handle second(std::move(first));
@@ -55,7 +55,7 @@ TEST_F(UniqueHandleTest, MovingPassesTheHandleOn) {
   EXPECT_EQ(closed, Closed{7});
 }
 
-TEST_F(UniqueHandleTest, BeingOverwrittenByAMoveClosesTheOldHandle) {
+TEST_F(UniqueHandleTest, MoveAssignmentClosesTheOldHandle) {
   Handle target(1);
   Handle source(2);
   target = std::move(source);
@@ -64,7 +64,7 @@ TEST_F(UniqueHandleTest, BeingOverwrittenByAMoveClosesTheOldHandle) {
   EXPECT_FALSE(source);  // NOLINT(bugprone-use-after-move): what is left is under test
 }
 
-TEST_F(UniqueHandleTest, MovingOntoItselfKeepsTheHandle) {
+TEST_F(UniqueHandleTest, SelfMoveKeepsTheHandle) {
   Handle handle(7);
   Handle& same = handle;
   handle = std::move(same);
@@ -72,7 +72,7 @@ TEST_F(UniqueHandleTest, MovingOntoItselfKeepsTheHandle) {
   EXPECT_EQ(closed, Closed{});
 }
 
-TEST_F(UniqueHandleTest, ResetClosesTheOldHandleAndTakesTheNewOne) {
+TEST_F(UniqueHandleTest, ResetClosesTheOldHandleAndOwnsTheNewOne) {
   Handle handle(1);
   handle.Reset(2);
   EXPECT_EQ(closed, Closed{1});
@@ -84,7 +84,7 @@ TEST_F(UniqueHandleTest, ResetClosesTheOldHandleAndTakesTheNewOne) {
   EXPECT_FALSE(handle);
 }
 
-TEST_F(UniqueHandleTest, ReleaseGivesTheHandleAwayUnclosed) {
+TEST_F(UniqueHandleTest, ReleaseReturnsTheHandleWithoutClosingIt) {
   {
     Handle handle(7);
     EXPECT_EQ(handle.Release(), 7);
@@ -93,10 +93,10 @@ TEST_F(UniqueHandleTest, ReleaseGivesTheHandleAwayUnclosed) {
   EXPECT_EQ(closed, Closed{});
 }
 
-// As functions of operating systems give handles.
+// Returns a handle as functions of operating systems do.
 void Open(int* handle) { *handle = 7; }
 
-TEST_F(UniqueHandleTest, PutOwnsWhatIsWrittenToItsAddress) {
+TEST_F(UniqueHandleTest, PutOwnsTheHandleWrittenToItsAddress) {
   {
     Handle handle;
     Open(handle.Put());
@@ -106,7 +106,7 @@ TEST_F(UniqueHandleTest, PutOwnsWhatIsWrittenToItsAddress) {
   EXPECT_EQ(closed, Closed{7});
 }
 
-TEST_F(UniqueHandleTest, PutClosesWhatItHeldAndIsNoHandleUntilOneIsWritten) {
+TEST_F(UniqueHandleTest, PutClosesTheOldHandleAndHoldsNoneUntilOneIsWritten) {
   {
     Handle handle(1);
     EXPECT_EQ(*handle.Put(), -1);

@@ -27,7 +27,7 @@ class WipedBufferTest : public testing::TestWithParam<std::size_t> {
 INSTANTIATE_TEST_SUITE_P(Lengths, WipedBufferTest,
                          testing::Values(0, 1, InlineBytes::kInlineCapacity, kLong, 5000));
 
-TEST_P(WipedBufferTest, CopiesAndMovesItsContent) {
+TEST_P(WipedBufferTest, CopiesAndMovesItsContents) {
   InlineBytes bytes = Filled();
   InlineBytes copy(bytes);
   EXPECT_EQ(ContentOf(copy), SampleBytes(GetParam()));
@@ -49,7 +49,7 @@ TEST_P(WipedBufferTest, RenewWipesInTheSameStorage) {
   EXPECT_EQ(ContentOf(bytes), Bytes(GetParam(), 0));
 }
 
-TEST_P(WipedBufferTest, WhatCutRemovedIsStillWiped) {
+TEST_P(WipedBufferTest, WipesTheElementsThatCutRemoved) {
   InlineBytes bytes = Filled();
   bytes.Cut(1);
   EXPECT_EQ(bytes.size(), std::min<std::size_t>(GetParam(), 1));
@@ -57,7 +57,7 @@ TEST_P(WipedBufferTest, WhatCutRemovedIsStillWiped) {
   EXPECT_EQ(ContentOf(bytes), Bytes(GetParam(), 0));
 }
 
-// The content after the limit shows what was not touched.
+// The contents after the limit show that the rest was not written.
 TEST(WipedBufferTest, LimitWipeToLeavesTheRestUntouched) {
   InlineBytes bytes(SampleBytes(5000));
   bytes.LimitWipeTo(4000);

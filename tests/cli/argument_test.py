@@ -1,6 +1,5 @@
 """Arguments: names that look like something else, and the options that apply in a usage error."""
 import json
-import unittest
 
 from command import CommandTest
 
@@ -87,7 +86,3 @@ class JsonOfWrongUsageTest(CommandTest):
         result = self.run_command("salt", "--bogus", "--", "--json")
         self.assertEqual((result.status, result.out), (2, b""))
         self.assertTrue(result.lines[0].startswith("latchkey: "), result)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

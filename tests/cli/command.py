@@ -1,7 +1,8 @@
 """Runs the command under test. Imported by the tests of this folder.
 
 LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. Each test works in a
-folder of its own, which is also the working directory of the command.
+folder of its own, which is also the working directory of the command. To run one in this folder:
+LATCHKEY_COMMAND=../../build/linux/latchkey python3 -m unittest hash_test.CheckTest.test_json
 """
 import json
 import os

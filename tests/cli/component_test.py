@@ -1,6 +1,5 @@
 """The commands for single operations of the component (random, salt, online, errors), and the program itself."""
 import re
-import unittest
 
 from command import CommandTest
 
@@ -134,7 +133,3 @@ class ProgramTest(CommandTest):
         self.assertEqual(self.run_well("hash", name, environment=utf8).text, line)
         self.write("list", line.encode())
         self.assertEqual(self.run_well("hash", "-c", "list", environment=utf8).text, f"{name}: OK\n")
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

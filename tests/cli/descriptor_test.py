@@ -6,7 +6,6 @@ at the start, must not denote a file that the command has opened meanwhile.
 import os
 import pathlib
 import subprocess
-import unittest
 
 from command import PROGRAM, CommandTest
 
@@ -120,7 +119,3 @@ class ClosedStreamTest(DescriptorTest):
             can_tell = ">&-" not in closed.split()
             self.assertEqual((done.status, self.names()), (0 if can_tell else 1, ["digits", "f"]), closed)
             self.assertEqual(self.read("digits"), b"precious\n", closed)  # whole, whether that could be printed or not
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

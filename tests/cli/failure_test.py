@@ -1,6 +1,4 @@
 """The texts of failures and their exit status."""
-import unittest
-
 from command import CommandTest
 
 MD5_DES = ["--hash", "md5", "--cipher", "des"]
@@ -149,7 +147,3 @@ class FailureTest(CommandTest):
                                  ("3des-112", "enhanced")):
             options = ["--hash", "md5", "--cipher", cipher]
             self.assertEqual(self.encrypt(b"text", options), self.encrypt(b"text", options + ["--provider", provider]))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

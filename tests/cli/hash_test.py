@@ -1,7 +1,6 @@
 """latchkey hash: the lines and the checks of md5sum and sha1sum."""
 import hashlib
 import subprocess
-import unittest
 
 from command import CommandTest
 
@@ -163,7 +162,3 @@ class CheckTest(CommandTest):
             "algorithm": "md5", "results": [{"file": "one", "ok": False}, {"file": "two words", "ok": True}],
             "mismatches": 1, "unread": 0, "improper_lines": 0})
         self.assertEqual(result.err, b"")
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,6 +1,4 @@
 """latchkey hex: a filter of any length."""
-import unittest
-
 from command import CommandTest
 
 
@@ -50,7 +48,3 @@ class HexTest(CommandTest):
         result = self.run_well("hex", "--json", "-o", "out", data=b"A")
         self.assertEqual(result.json, {"input": "-", "output": "out"})
         self.assertEqual(self.read("out"), b"41\n")
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

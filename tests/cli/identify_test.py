@@ -1,6 +1,5 @@
 """latchkey identify finds unknown settings of ciphertexts."""
 import pathlib
-import unittest
 
 from command import BLOCK_CIPHERS, IS_WINDOWS, SETTINGS, CommandTest, setting_options
 
@@ -97,7 +96,3 @@ class IdentifyTest(CommandTest):
             ciphertext = self.run_well("encrypt", "--hash", "md5", "--cipher", "3des", option, data=CORPUS[:80]).out
             result = self.run_well("identify", "--json", option, "-", data=ciphertext).json
             self.assert_first(result, "enhanced", "md5", "3des")
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

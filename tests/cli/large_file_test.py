@@ -2,7 +2,6 @@
 import os
 import shutil
 import subprocess
-import unittest
 
 from command import CommandTest
 
@@ -49,7 +48,3 @@ class MemoryTest(CommandTest):
                          0)
         for command, memory in used.items():
             self.assertLess(memory, MOST_MEMORY, command)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

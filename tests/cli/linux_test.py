@@ -6,7 +6,6 @@ import re
 import select
 import stat
 import subprocess
-import unittest
 
 from command import CIPHERS, PROGRAM, CommandTest
 from password_test import Terminal
@@ -358,7 +357,3 @@ class DocumentTest(CommandTest):
         self.assertEqual(self.complete("encrypt", "--hash", "md5", "rep"), ["report.pdf"])
         self.write("two *words", b"")
         self.assertEqual(self.complete("encrypt", "two"), ["two *words"])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -115,7 +115,3 @@ class MemoryTest(CommandTest):
             self.assertIn((process.returncode, first), ((1, LINE), (2, expected)), number)
             statuses.append(process.returncode)
         self.assertEqual(set(statuses), {1, 2}, statuses)  # some allocations failed, and some numbers are past the last
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -4,7 +4,6 @@ import os
 import pathlib
 import subprocess
 import threading
-import unittest
 
 from command import CommandTest
 
@@ -101,7 +100,3 @@ class PartialTest(CommandTest):
         result = self.run_command("hash", "--json", "in", environment={"LD_PRELOAD": str(self.folder / "failing.so")})
         self.assertEqual((result.status, result.out), (1, whole[:10]))
         self.assertEqual(result.lines, ["latchkey: cannot write: standard output"])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

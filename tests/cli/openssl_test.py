@@ -1,7 +1,6 @@
 """latchkey and openssl decrypt each other's output, with keys as Microsoft documents CryptDeriveKey."""
 import hashlib
 import subprocess
-import unittest
 
 import rc2
 from command import IS_WINDOWS, CommandTest
@@ -102,7 +101,3 @@ class OldRc2Test(CommandTest):
         same = self.encrypt(data, ["--hash", "md5", "--cipher", "rc2", "--provider", "base", "--rc2-effective-bits",
                                    "40"], PASSWORD)
         self.assertEqual(same, base)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -6,7 +6,6 @@ import signal
 import stat
 import subprocess
 import time
-import unittest
 
 from command import IS_WINDOWS, CommandTest
 
@@ -185,7 +184,3 @@ class InterruptionTest(CommandTest):
         self.assertEqual(process.wait(), 1)
         self.assertEqual(self.names(), ["out"])
         self.assertEqual(self.read("out"), b"precious")
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,6 +1,5 @@
 """Many files at once, with GNU parallel and xargs."""
 import subprocess
-import unittest
 
 from command import MEMORY_FOLDER, PROGRAM, SETTINGS, CommandTest, setting_options
 
@@ -43,7 +42,3 @@ class ParallelTest(CommandTest):
         for command, source, target in (("encrypt", "in", "out"), ("decrypt", "out", "back")):
             self.run_tool("sh", "-c", script.format(source, PROGRAM[0], command, options, target))
         self.assert_same()
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

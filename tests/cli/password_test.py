@@ -4,7 +4,6 @@ import pty
 import select
 import termios
 import time
-import unittest
 
 from command import NO_RETRY, PROGRAM, CommandTest
 
@@ -183,7 +182,3 @@ class PromptTest(CommandTest):
         self.assertEqual(status, 1)
         self.assertIn(b"latchkey: the two passwords differ", shown)
         self.assertEqual(self.names(), ["in"])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,6 +1,4 @@
 """Files of several pieces, processed by several threads."""
-import unittest
-
 from command import CIPHERS, IS_WINDOWS, CommandTest
 
 PIECE = 1 << 20
@@ -27,7 +25,3 @@ class PiecesTest(CommandTest):
         self.assertEqual((result.status, result.lines[0]),
                          (1, "latchkey: Error decrypting data (location 717, number 120): c"))
         self.assertEqual(self.names(), ["c", "plain"])
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -3,7 +3,6 @@ import os
 import stat
 import struct
 import subprocess
-import unittest
 
 from command import CommandTest
 
@@ -227,7 +226,3 @@ class OldSystemTest(CommandTest):
         result = self.run_command("hex", "-o", "out", "in", environment={**self.environment, "LK_APPEARS": "1"})
         self.assertEqual((result.status, result.lines[:1]), (1, ["latchkey: cannot create: File exists: out"]))
         self.assertEqual((self.names(), self.read("out")), ([".old.so", "in", "out"], b"precious"))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,6 +1,5 @@
 """Random files through every provider, hash and cipher, compared by cmp."""
 import subprocess
-import unittest
 
 from command import BLOCK_CIPHERS, IS_WINDOWS, MEMORY_FOLDER, SETTINGS, CommandTest, setting_options
 
@@ -54,7 +53,3 @@ class RoundTripTest(CommandTest):
         for _, options, _ in map(self.settings, (0, 2, 15)):
             data = bytes(range(256)) * 40 + b"\r\n\x1a \n"
             self.assertEqual(self.decrypt(self.encrypt(data, options), options), data)
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

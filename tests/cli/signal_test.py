@@ -4,7 +4,6 @@ import pathlib
 import resource
 import signal
 import subprocess
-import unittest
 
 from command import ENDING_SIGNALS, CommandTest
 
@@ -62,7 +61,3 @@ class SignalTest(CommandTest):
                 process.send_signal(number)
             pipe.write(b"more")
         self.assertEqual((process.wait(), self.names(), len(self.read("out"))), (0, ["out"], 8))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

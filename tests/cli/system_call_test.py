@@ -12,7 +12,6 @@ import signal
 import stat
 import subprocess
 import tempfile
-import unittest
 
 from command import ENDING_SIGNALS, MEMORY_FOLDER, PROGRAM, CommandTest
 
@@ -236,7 +235,3 @@ class SystemCallTest(CommandTest):
             self.each(attempts, attempt)
             print(f"{what}: {len(attempts)} runs ended by a signal", flush=True)
         self.assertEqual(used, set(SIGNALS))
-
-
-if __name__ == "__main__":
-    unittest.main(verbosity=2)

@@ -1,11 +1,10 @@
 #include "latchkey/cls_main.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <functional>
+#include <array>
 #include <memory>
-#include <string>
-#include <tuple>
 #include <type_traits>
 
 #include "diagnostics/thread_state.h"
@@ -95,35 +94,17 @@ TEST(ClsMainTest, AnotherOneAfterThatMakesANewRecord) {
   EXPECT_FALSE(main.ErrorExists());
 }
 
-struct Property {
-  std::string name;
-  std::function<void(const clsMain&)> read;
-};
-
-class PropertyWithoutRecordTest : public testing::TestWithParam<Property> {};
-
-TEST_P(PropertyWithoutRecordTest, RaisesObjectNotSetToTheClient) {
+TEST(ClsMainTest, WithoutARecordEachPropertyRaisesObjectNotSetToTheClient) {
   const ModuleScope scope;
   const clsMain main;
   ThisThread().errorRecord.reset();
-  EXPECT_EQ(FaultOf([&] { GetParam().read(main); }), 91);
+  const auto expectFaults = [&](auto... properties) {
+    EXPECT_THAT((std::array{FaultOf([&] { return (main.*properties)(); })...}), testing::Each(91));
+  };
+  expectFaults(&clsMain::ErrorLocationID, &clsMain::ErrorType, &clsMain::RTErrorNumber,
+               &clsMain::RTErrorDescription, &clsMain::AppErrorNumber,
+               &clsMain::AppErrorDescription, &clsMain::ErrorExists, &clsMain::ErrorMachineState);
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    EachProperty, PropertyWithoutRecordTest,
-    testing::Values(
-        Property{"ErrorLocationID", [](const clsMain& m) { std::ignore = m.ErrorLocationID(); }},
-        Property{"ErrorType", [](const clsMain& m) { std::ignore = m.ErrorType(); }},
-        Property{"RTErrorNumber", [](const clsMain& m) { std::ignore = m.RTErrorNumber(); }},
-        Property{"RTErrorDescription",
-                 [](const clsMain& m) { std::ignore = m.RTErrorDescription(); }},
-        Property{"AppErrorNumber", [](const clsMain& m) { std::ignore = m.AppErrorNumber(); }},
-        Property{"AppErrorDescription",
-                 [](const clsMain& m) { std::ignore = m.AppErrorDescription(); }},
-        Property{"ErrorExists", [](const clsMain& m) { std::ignore = m.ErrorExists(); }},
-        Property{"ErrorMachineState",
-                 [](const clsMain& m) { std::ignore = m.ErrorMachineState(); }}),
-    [](const auto& property) { return property.param.name; });
 
 TEST(ClsMainTest, GivesTheConnectionAnswerAndWritesNothing) {
   ModuleScope scope;

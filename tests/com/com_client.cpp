@@ -52,18 +52,45 @@ Bytes TextArray(std::string_view text) {
 
 ErrorSeen TakeErrorInfo() {
   ErrorSeen seen;
-  IErrorInfo* found = nullptr;
-  if (GetErrorInfo(0, &found) != S_OK) return seen;
-  const UniqueInterface<IErrorInfo> owner(found);
+  UniqueInterface<IErrorInfo> found;
+  if (GetErrorInfo(0, found.Put()) != S_OK) return seen;
   BSTR source = nullptr;
   BSTR description = nullptr;
-  found->GetGUID(&seen.interfaceId);
-  found->GetSource(&source);
-  found->GetDescription(&description);
+  found.Get()->GetGUID(&seen.interfaceId);
+  found.Get()->GetSource(&source);
+  found.Get()->GetDescription(&description);
   seen.present = true;
   seen.source = Take(source);
   seen.description = Take(description);
   return seen;
+}
+
+VARIANT_BOOL ClientTest::Encrypt(short hash, short cipher) {
+  VARIANT_BOOL done = 1;
+  EXPECT_EQ(Api()->Encrypt(hash, cipher, &done), S_OK);
+  return done;
+}
+
+VARIANT_BOOL ClientTest::Decrypt(short hash, short cipher) {
+  VARIANT_BOOL done = 1;
+  EXPECT_EQ(Api()->Decrypt(hash, cipher, &done), S_OK);
+  return done;
+}
+
+void ClientTest::UseEnhancedProvider(bool use) {
+  VARIANT_BOOL flag = use ? VARIANT_TRUE : VARIANT_FALSE;
+  EXPECT_EQ(Api()->put_EnhancedProvider(&flag), S_OK);
+}
+
+void ClientTest::UseDefaultPassword(bool use) {
+  VARIANT_BOOL flag = use ? VARIANT_TRUE : VARIANT_FALSE;
+  EXPECT_EQ(Api()->put_UseDefaultPWD(&flag), S_OK);
+}
+
+Bytes ClientTest::StoredPassword() {
+  SAFEARRAY* stored = nullptr;
+  EXPECT_EQ(Api()->get_Password(&stored), S_OK);
+  return Take(stored);
 }
 
 void ClientTest::ExpectFault(HRESULT result, int number, const wchar_t* description) {

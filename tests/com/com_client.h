@@ -99,6 +99,13 @@ class ClientTest : public testing::Test {
   _clsMain* Main() { return main_.Get(); }
   _clsCryptoAPI* Api() { return api_.Get(); }
 
+  // Each makes a call that must succeed.
+  VARIANT_BOOL Encrypt(short hash, short cipher);
+  VARIANT_BOOL Decrypt(short hash, short cipher);
+  void UseEnhancedProvider(bool use);
+  void UseDefaultPassword(bool use);
+  Bytes StoredPassword();
+
   // Checks that the last call failed with this error information.
   void ExpectFault(HRESULT result, int number, const wchar_t* description);
 

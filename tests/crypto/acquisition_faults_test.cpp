@@ -13,7 +13,7 @@ constexpr const char* kAcquire = "CryptAcquireContextA";
 
 using AcquisitionFaultTest = WatchedServiceOnPlainProvider;
 
-TEST_F(AcquisitionFaultTest, AFaultOfTheCallIsRecordedBeforeTheOperationReportsIt) {
+TEST_F(AcquisitionFaultTest, RecordsAFaultOfTheCallBeforeTheOperationsFailure) {
   LeaveEarlierFailure();
   provider.ThrowAt(kAcquire, 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(api.Encrypt(1, 1));
@@ -24,7 +24,7 @@ TEST_F(AcquisitionFaultTest, AFaultOfTheCallIsRecordedBeforeTheOperationReportsI
             (RecordValues{720, 2, 114, "Error acquiring provider", 13, "Type mismatch", true, 0}));
 }
 
-TEST_F(AcquisitionFaultTest, AFaultOfTheEnhancedCallIsRecordedAtTheSamePlace) {
+TEST_F(AcquisitionFaultTest, RecordsAFaultOfTheEnhancedCallAtTheSameLocation) {
   api.EnhancedProvider(true);
   provider.ThrowAt(kAcquire, 1, std::bad_alloc());
   EXPECT_FALSE(api.Decrypt(1, 1));
@@ -33,7 +33,7 @@ TEST_F(AcquisitionFaultTest, AFaultOfTheEnhancedCallIsRecordedAtTheSamePlace) {
                     ApplicationWrites(713, 114, "Error acquiring provider")}));
 }
 
-TEST_F(AcquisitionFaultTest, AFaultOfTheFirstCallIsNotFollowedByTheSecond) {
+TEST_F(AcquisitionFaultTest, DoesNotMakeTheSecondCallAfterAFaultOfTheFirst) {
   provider.ThrowAt(kAcquire, 1, Fault(FaultNumber::Overflow));
   EXPECT_EQ(api.CreateHash(u"abc", 1), u"");
   EXPECT_EQ(journal.Count(kAcquire), 1U);
@@ -41,7 +41,7 @@ TEST_F(AcquisitionFaultTest, AFaultOfTheFirstCallIsNotFollowedByTheSecond) {
                                               ApplicationWrites(709, 117, "Error creating hash")}));
 }
 
-TEST_F(AcquisitionFaultTest, AFaultOfTheSecondCallIsRecordedAtTheSamePlace) {
+TEST_F(AcquisitionFaultTest, RecordsAFaultOfTheSecondCallAtTheSameLocation) {
   provider.FailAt(kAcquire, 1);
   provider.ThrowAt(kAcquire, 2, Fault(FaultNumber::Overflow));
   EXPECT_EQ(api.CreateHash(u"abc", 1), u"");
@@ -49,7 +49,7 @@ TEST_F(AcquisitionFaultTest, AFaultOfTheSecondCallIsRecordedAtTheSamePlace) {
                                               ApplicationWrites(709, 117, "Error creating hash")}));
 }
 
-TEST_F(AcquisitionFaultTest, AWriteThatFailsWhileTheFailureIsRecordedIsAFaultOfTheAcquisition) {
+TEST_F(AcquisitionFaultTest, RecordsAFailedWriteToTheRecordAsItsOwnFault) {
   provider.FailAt(kAcquire, CallPlan::kEveryCall);
   spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(api.Encrypt(1, 1));
@@ -60,7 +60,7 @@ TEST_F(AcquisitionFaultTest, AWriteThatFailsWhileTheFailureIsRecordedIsAFaultOfT
                     ApplicationWrites(720, 114, "Error acquiring provider")}));
 }
 
-TEST_F(AcquisitionFaultTest, TheNextOperationTriesAgain) {
+TEST_F(AcquisitionFaultTest, NextOperationTriesAgain) {
   provider.ThrowAt(kAcquire, 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(api.Encrypt(1, 1));
   EXPECT_TRUE(api.Encrypt(1, 1));

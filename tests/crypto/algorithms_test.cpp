@@ -1,4 +1,4 @@
-// From callers' numbers to the provider's algorithms.
+// The mapping of callers' numbers to the provider's algorithms.
 #include "crypto/algorithms.h"
 
 #include <gmock/gmock.h>
@@ -62,7 +62,7 @@ TEST_F(AlgorithmsTest, TheCiphersMapTheHashNumbers) {
   }
 }
 
-TEST_F(AlgorithmsTest, AnUnknownHashNumberIsNoAlgorithm) {
+TEST_F(AlgorithmsTest, AnUnknownHashNumberGivesNoAlgorithm) {
   for (const std::int16_t number : kUnknownHashes) {
     const HashAlgorithm found = FindHashAlgorithm(number);
     EXPECT_EQ(found.id, 0U);
@@ -70,7 +70,7 @@ TEST_F(AlgorithmsTest, AnUnknownHashNumberIsNoAlgorithm) {
   }
 }
 
-TEST_F(AlgorithmsTest, AnUnknownHashNumberWritesNothingByItself) {
+TEST_F(AlgorithmsTest, AnUnknownHashNumberIsNotRecordedByTheMapping) {
   LeaveEarlierFailure();
   static_cast<void>(api.CreateHash(u"abc", 5));
   EXPECT_THAT(journal.Named({"CryptCreateHash"}),
@@ -79,7 +79,7 @@ TEST_F(AlgorithmsTest, AnUnknownHashNumberWritesNothingByItself) {
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(AlgorithmsTest, TheEnhancedSetHoldsAllCiphers) {
+TEST_F(AlgorithmsTest, EnhancedSetHasAllCiphers) {
   int made = 0;
   api.EnhancedProvider(true);
   for (const CipherRow& row : kCipherRows) {
@@ -91,7 +91,7 @@ TEST_F(AlgorithmsTest, TheEnhancedSetHoldsAllCiphers) {
   }
 }
 
-TEST_F(AlgorithmsTest, TheBaseSetHoldsThreeCiphers) {
+TEST_F(AlgorithmsTest, BaseSetHasThreeCiphers) {
   int made = 0;
   for (const CipherRow& row : kCipherRows) {
     journal.Clear();
@@ -106,7 +106,7 @@ TEST_F(AlgorithmsTest, TheBaseSetHoldsThreeCiphers) {
   }
 }
 
-TEST_F(AlgorithmsTest, TheSetFollowsTheFlagWhateverProviderIsOpen) {
+TEST_F(AlgorithmsTest, TheFlagChoosesTheSetWithAnyOpenProvider) {
   EXPECT_TRUE(api.Encrypt(1, 1));
   api.EnhancedProvider(true);
   EXPECT_TRUE(api.Encrypt(1, 4));
@@ -132,7 +132,7 @@ TEST_F(AlgorithmsTest, ABaseProviderInUseCannotMakeAnEnhancedKey) {
   }
 }
 
-// Rejected cipher numbers, in both directions and with both sets.
+// Rejected cipher numbers, in both directions and for both sets of ciphers.
 class RejectedCipherTest : public AlgorithmsTest,
                            public testing::WithParamInterface<DirectionOnProvider> {
  protected:

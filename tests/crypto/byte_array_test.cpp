@@ -18,7 +18,7 @@ Bytes TextPartOf(const ByteArray& array) {
   return {array.TextElements().begin(), array.TextElements().end()};
 }
 
-TEST(ByteArrayTest, AnUnallocatedArrayHasNoBoundsToRead) {
+TEST(ByteArrayTest, UnallocatedArrayHasNoBounds) {
   const ByteArray array;
   EXPECT_EQ(array.Dimensions(), 0);
   EXPECT_TRUE(array.Elements().empty());
@@ -26,7 +26,7 @@ TEST(ByteArrayTest, AnUnallocatedArrayHasNoBoundsToRead) {
   EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9);
 }
 
-TEST(ByteArrayTest, AListMakesAZeroBasedArray) {
+TEST(ByteArrayTest, AListOfElementsMakesAZeroBasedArray) {
   const ByteArray array{65, 66, 67};
   EXPECT_EQ(array.Dimensions(), 1);
   EXPECT_EQ(array.LowerBound(), 0);
@@ -41,7 +41,7 @@ TEST(ByteArrayTest, AnArrayWithoutElementsHasAnUpperBoundAndNoText) {
   EXPECT_EQ(FaultOf([&] { return array.TextElements(); }), 9);
 }
 
-TEST(ByteArrayTest, TheTextPartLeavesTheLastElementOut) {
+TEST(ByteArrayTest, TextElementsOmitTheLastElement) {
   EXPECT_EQ(TextPartOf(ByteArray{65, 66, 67}), (Bytes{65, 66}));
   EXPECT_EQ(TextPartOf(ByteArray{65}), Bytes());
 }
@@ -53,18 +53,18 @@ TEST(ByteArrayTest, CodesGetATrailingZeroElement) {
   EXPECT_EQ(ElementsOf(ByteArray::WithTrailingZero({})), Bytes{0});
 }
 
-TEST(ByteArrayTest, ANegativeLowerBoundIsReadFromElementZero) {
+TEST(ByteArrayTest, TextElementsStartAtZeroWithANegativeLowerBound) {
   const ByteArray array = ByteArray::WithShape(1, -1, 2, kElements);
   EXPECT_EQ(array.LowerBound(), -1);
   EXPECT_EQ(array.UpperBound(), 2);
   EXPECT_EQ(TextPartOf(array), (Bytes{20, 30}));
 }
 
-TEST(ByteArrayTest, AnElementZeroAtTheUpperBoundIsNoText) {
+TEST(ByteArrayTest, HasNoTextElementsWhenTheUpperBoundIsZero) {
   EXPECT_EQ(TextPartOf(ByteArray::WithShape(1, -3, 0, kElements)), Bytes());
 }
 
-TEST(ByteArrayTest, BoundsThatLeaveOutZeroHaveNoText) {
+TEST(ByteArrayTest, BoundsWithoutZeroAreOutOfRangeForText) {
   for (const auto& [lower, upper] : {std::pair{1, 4}, {-4, -1}, {0, -1}, {1, 0}}) {
     const std::span elements(kElements.data(), static_cast<std::size_t>(upper - lower + 1));
     const ByteArray array = ByteArray::WithShape(1, lower, upper, elements);
@@ -73,8 +73,8 @@ TEST(ByteArrayTest, BoundsThatLeaveOutZeroHaveNoText) {
   }
 }
 
-// Whoever reads by the bounds would read what is not there.
-TEST(ByteArrayTest, BoundsThatAreNotThoseOfTheElementsAreOutOfRange) {
+// Otherwise code that trusts the bounds would read past the elements.
+TEST(ByteArrayTest, BoundsThatDoNotMatchTheElementsAreOutOfRange) {
   for (const auto& [lower, upper] :
        {std::pair{0, 4}, {0, 2}, {0, -1}, {0, 100'000'000}, {INT32_MIN, INT32_MAX}, {2, -2}}) {
     const auto make = [&, low = lower, high = upper] {
@@ -98,21 +98,21 @@ TEST(ByteArrayTest, AnErasedArrayIsUnallocated) {
   EXPECT_EQ(array.LowerBound(), 0);
 }
 
-TEST(ByteArrayTest, EqualityIsOfShapeAndElements) {
+TEST(ByteArrayTest, EqualityComparesShapeAndElements) {
   EXPECT_EQ((ByteArray{1, 2}), ByteArray(Bytes{1, 2}));
   EXPECT_FALSE((ByteArray{1, 2}) == (ByteArray{1, 3}));
   EXPECT_FALSE((ByteArray{1, 2}) == ByteArray::WithShape(1, 1, 2, Bytes{1, 2}));
   EXPECT_FALSE((ByteArray{1, 2}) == ByteArray::WithShape(2, 0, 1, Bytes{1, 2}));
 }
 
-TEST(ByteArrayTest, ACopyHasElementsOfItsOwn) {
+TEST(ByteArrayTest, ACopyDoesNotShareElements) {
   ByteArray array{1, 2};
   const ByteArray copy = array;
   array.Erase();
   EXPECT_EQ(ElementsOf(copy), (Bytes{1, 2}));
 }
 
-TEST(ByteArrayTest, WhatIsMovedFromIsUnallocated) {
+TEST(ByteArrayTest, AMovedFromArrayIsUnallocated) {
   ByteArray array = ByteArray::WithShape(1, -1, 2, kElements);
   ByteArray moved = std::move(array);
   EXPECT_EQ(moved, ByteArray::WithShape(1, -1, 2, kElements));
@@ -122,14 +122,14 @@ TEST(ByteArrayTest, WhatIsMovedFromIsUnallocated) {
   EXPECT_EQ(moved, ByteArray());
 }
 
-TEST(ByteArrayTest, AnArrayAssignedToItselfStays) {
+TEST(ByteArrayTest, SelfAssignmentKeepsTheArray) {
   ByteArray array{1, 2};
   const ByteArray& same = array;
   array = same;
   EXPECT_EQ(array, (ByteArray{1, 2}));
 }
 
-TEST(ByteArrayTest, AnUnallocatedArrayNeedsNoMemory) {
+TEST(ByteArrayTest, AnUnallocatedArrayAllocatesNothing) {
   ByteArray from;
   FailAllocation(1);
   ByteArray array(from);
@@ -140,7 +140,7 @@ TEST(ByteArrayTest, AnUnallocatedArrayNeedsNoMemory) {
   FailAllocation(0);
 }
 
-TEST(ByteArrayTest, StaysWhatItWasWhenThereIsNoMemoryForAnother) {
+TEST(ByteArrayTest, AssignmentWithoutMemoryKeepsTheOldArray) {
   const ByteArray large = ArrayOf(SampleBytes(1000));
   ByteArray array{1, 2};
   FailAllocation(1);
@@ -148,8 +148,8 @@ TEST(ByteArrayTest, StaysWhatItWasWhenThereIsNoMemoryForAnother) {
   EXPECT_EQ(array, (ByteArray{1, 2}));
 }
 
-// What is given back is wiped on the way; what was kept would hold the secret until the array ends.
-TEST(ByteArrayTest, ErasingGivesTheMemoryBack) {
+// Freeing wipes the memory; memory that is kept would hold the secret until the array is destroyed.
+TEST(ByteArrayTest, EraseFreesTheMemory) {
   const long before = LiveBlocks();
   ByteArray array = ArrayOf(SampleBytes(1000));
   EXPECT_GT(LiveBlocks(), before);

@@ -20,7 +20,7 @@ class ByteArrayTextTest : public testing::Test {
   ModuleScope scope;
 };
 
-TEST_F(ByteArrayTextTest, LeavesOutTheLastElementAndTrailingSpaces) {
+TEST_F(ByteArrayTextTest, OmitsTheLastElementAndTrailingSpaces) {
   EXPECT_EQ(TextOf({65, 66, 67}), BytesOf("AB"));
   EXPECT_EQ(TextOf({32, 65, 32, 32, 0}), BytesOf(" A"));
   EXPECT_EQ(TextOf({32, 32, 32, 0}), Bytes());

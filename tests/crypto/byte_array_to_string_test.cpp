@@ -18,13 +18,13 @@ class ByteArrayToStringTest : public WatchedModule {
   const clsCryptoAPI api;
 };
 
-TEST_F(ByteArrayToStringTest, UndoesStringToByteArray) {
+TEST_F(ByteArrayToStringTest, ReversesStringToByteArray) {
   const ByteArray array = api.StringToByteArray(TextView(u"abc"));
   EXPECT_EQ(ElementsOf(array), (Bytes{97, 98, 99, 0}));
   EXPECT_EQ(api.ByteArrayToString(array), u"abc");
 }
 
-TEST_F(ByteArrayToStringTest, IgnoresTheLastElementWhateverItIs) {
+TEST_F(ByteArrayToStringTest, IgnoresTheLastElement) {
   EXPECT_EQ(api.ByteArrayToString({65, 66, 67}), u"AB");
 }
 
@@ -44,7 +44,7 @@ TEST_F(ByteArrayToStringTest, KeepsATrailingNulOfTheData) {
   EXPECT_EQ(api.ByteArrayToString({65, 32, 0, 0}), Text(u"A \0", 3));
 }
 
-TEST_F(ByteArrayToStringTest, EveryByteComesBackThroughText) {
+TEST_F(ByteArrayToStringTest, EveryByteSurvivesConversionToTextAndBack) {
   for (int byte = 0; byte < 256; ++byte) {
     const ByteArray array{static_cast<std::uint8_t>(byte), 'x', 0};
     EXPECT_EQ(api.StringToByteArray(TextView(api.ByteArrayToString(array))), array) << byte;
@@ -63,7 +63,7 @@ TEST_F(ByteArrayToStringTest, GrowsBeyondTheFirstCapacity) {
   EXPECT_TRUE(api.StringToByteArray(TextView(text)) == array);
 }
 
-TEST_F(ByteArrayToStringTest, ReadsFromElementZeroWhateverTheLowerBound) {
+TEST_F(ByteArrayToStringTest, StartsAtElementZeroWithAnyLowerBound) {
   const Bytes elements{65, 66, 67, 68};
   EXPECT_EQ(api.ByteArrayToString(ByteArray::WithShape(1, -1, 2, elements)), u"BC");
 }
@@ -82,12 +82,12 @@ TEST_F(ByteArrayToStringTest, AnArrayOfTwoDimensionsIsOutOfRange) {
   EXPECT_EQ(FaultFor(ByteArray::WithShape(2, 0, 1, Bytes{65, 66, 67, 68})), 9);
 }
 
-TEST_F(ByteArrayToStringTest, AByteThatIsNoCharacterByItselfIsTheOneOfItsNumber) {
+TEST_F(ByteArrayToStringTest, AByteThatIsNotACharacterBecomesTheOneWithItsNumber) {
   scope.Services().codePage = &DoubleBytePage();
   EXPECT_EQ(api.ByteArrayToString({65, 0x82, 0}), u"A\u0082");
 }
 
-TEST_F(ByteArrayToStringTest, WritesNothingIntoTheRecord) {
+TEST_F(ByteArrayToStringTest, DoesNotWriteTheRecord) {
   LeaveEarlierFailure();
   static_cast<void>(api.ByteArrayToString({65, 0}));
   static_cast<void>(FaultFor(ByteArray()));

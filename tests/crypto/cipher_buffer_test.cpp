@@ -1,4 +1,4 @@
-// How much room the input of a cipher gets.
+// The length of the cipher buffer for an input.
 #include "crypto/cipher_buffer.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t kFirstTooLong = 0x4000'0000;
 
-TEST(CipherBufferTest, IsTwiceTheInput) {
+TEST(CipherBufferTest, IsTwiceAsLongAsTheInput) {
   EXPECT_EQ(CipherBufferLength(0), 0U);
   EXPECT_EQ(CipherBufferLength(3), 6U);
   EXPECT_EQ(CipherBufferLength(kFirstTooLong - 1), 2 * (kFirstTooLong - 1));

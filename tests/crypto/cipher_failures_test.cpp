@@ -1,4 +1,5 @@
-// Every failure that Encrypt and Decrypt find themselves, in both directions and on both providers.
+// Every failure that Encrypt and Decrypt find themselves, in both directions and with both
+// providers.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -17,7 +18,7 @@ class CipherFailureTest : public WatchedService,
     api.EnhancedProvider(std::get<1>(GetParam()));
     api.InputData(ArrayOf("some data"));
     SetPassword("secret");
-    // An output that the failure must replace, and a provider that is open.
+    // Leaves an output that the failure must replace, and an open provider.
     EXPECT_TRUE(api.Encrypt(1, 1));
     LeaveEarlierFailure();
   }
@@ -36,7 +37,7 @@ class CipherFailureTest : public WatchedService,
     EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
   }
 
-  // The whole journal of a failure: the calls before it, its entry, the clean-up.
+  // Checks the whole journal of a failure: the calls before it, its entry, the clean-up.
   void ExpectJournal(const CallJournal::Entries& before, const ReportedFailure& failure,
                      const CallJournal::Entries& cleanUp, int state = 0) {
     const auto& [location, number, text] = failure;
@@ -44,7 +45,7 @@ class CipherFailureTest : public WatchedService,
               Joined({before, ApplicationWrites(location, number, text, state), cleanUp}));
   }
 
-  // The journal of a failure behind the mapping of the numbers.
+  // The journal of a failure after the mapping of the numbers.
   static CallJournal::Entries AfterMapping(const CallJournal::Entries& calls) {
     return Joined({{"Clear", "Clear", "Clear"}, calls});
   }
@@ -56,13 +57,13 @@ TEST_P(CipherFailureTest, WithoutArgumentsTheHashNumberIsBad) {
   ExpectReported(Direction().hashType);
 }
 
-TEST_P(CipherFailureTest, AnUnknownHashNumberIsReportedBeforeTheCipherIsLookedAt) {
+TEST_P(CipherFailureTest, ChecksTheHashNumberBeforeTheCipherNumber) {
   EXPECT_FALSE(Run(5, 99));
   ExpectReported(Direction().hashType);
   ExpectJournal({"Clear", "Clear"}, Direction().hashType, {});
 }
 
-TEST_P(CipherFailureTest, AnUnknownCipherNumberIsReportedBeforeTheProviderIsOpened) {
+TEST_P(CipherFailureTest, ChecksTheCipherNumberBeforeItOpensTheProvider) {
   clsCryptoAPI fresh;
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_FALSE((fresh.*Direction().operation)(1, 99));
@@ -71,7 +72,7 @@ TEST_P(CipherFailureTest, AnUnknownCipherNumberIsReportedBeforeTheProviderIsOpen
   provider.Recover();
 }
 
-TEST_P(CipherFailureTest, ABadHashNumberGoesBeforeAMissingProvider) {
+TEST_P(CipherFailureTest, ReportsABadHashNumberBeforeAMissingProvider) {
   clsCryptoAPI fresh;
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_FALSE((fresh.*Direction().operation)(0, 1));
@@ -135,7 +136,7 @@ TEST_P(CipherFailureTest, ACipherThatFailsIsReportedBeforeTheKeyIsDestroyed) {
       Direction().cipher, {calls::DestroyKey(2)});
 }
 
-TEST_P(CipherFailureTest, HandlesThatCannotBeDestroyedAreNoFailure) {
+TEST_P(CipherFailureTest, IgnoresHandlesThatCannotBeDestroyed) {
   provider.FailAt("CryptDestroyHash", 1);
   provider.FailAt("CryptDestroyKey", 1);
   EXPECT_TRUE(Run(1, 1));

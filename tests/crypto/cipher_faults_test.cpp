@@ -74,14 +74,14 @@ TEST_P(CipherFaultTest, AFaultIsRecordedBeforeTheHashIsDestroyed) {
             Joined({RunTimeWrites(GetParam().bodyTrap, 6, "Overflow"), {calls::DestroyHash(2)}}));
 }
 
-TEST_P(CipherFaultTest, FaultsOfTheCleanUpAreSkippedOneByOne) {
+TEST_P(CipherFaultTest, AFaultInOneStepOfTheCleanUpDoesNotStopTheOthers) {
   provider.ThrowAt("CryptDestroyKey", 1, std::bad_alloc());
   EXPECT_TRUE(Run(1, 1));
   EXPECT_EQ(ValuesOf(record), AfterClear());
   EXPECT_EQ(journal.Count("CryptDestroyKey"), 1U);
 }
 
-TEST_P(CipherFaultTest, AFaultOfDestroyingTheUsedHashIsTheOperations) {
+TEST_P(CipherFaultTest, RecordsAFaultOfDestroyingTheUsedHash) {
   provider.ThrowAt("CryptDestroyHash", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(1, 1));
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(GetParam().bodyTrap, 6, "Overflow"));
@@ -124,7 +124,7 @@ TEST_P(CipherFaultTest, AFaultOfTheThirdClearIsRecordedByTheMappingAndThenAsABad
             (RecordValues{location, 2, number, text, 13, "Type mismatch", true, 0}));
 }
 
-TEST_P(CipherFaultTest, AWriteThatFailsInTheMappingIsAFaultOfTheMapping) {
+TEST_P(CipherFaultTest, AFailedWriteInTheMappingIsRecordedByTheMapping) {
   spy.ThrowAt("AppErrorDescription", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(1, 99));
   const auto& [location, number, text] = GetParam().cipherType;
@@ -133,13 +133,13 @@ TEST_P(CipherFaultTest, AWriteThatFailsInTheMappingIsAFaultOfTheMapping) {
                     RunTimeWrites(439, 6, "Overflow"), ApplicationWrites(location, number, text)}));
 }
 
-TEST_P(CipherFaultTest, AWriteThatFailsInTheBodyIsAFaultOfTheBody) {
+TEST_P(CipherFaultTest, AFailedWriteInTheBodyIsRecordedByTheBody) {
   spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run(0, 1));
   ExpectBodyFault(6, "Overflow");
 }
 
-TEST_P(CipherFaultTest, ATrapThatCannotWriteLeavesTheFaultToTheShell) {
+TEST_P(CipherFaultTest, AFaultThatTheBodyCannotRecordIsRecordedByTheShell) {
   provider.ThrowAt(GetParam().cipherCall, 1, Fault(FaultNumber::TypeMismatch));
   spy.ThrowAt("RTErrorNumber", 1, Fault(FaultNumber::Overflow));
   EXPECT_FALSE(Run());
@@ -147,7 +147,7 @@ TEST_P(CipherFaultTest, ATrapThatCannotWriteLeavesTheFaultToTheShell) {
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
-TEST_P(CipherFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFlag) {
+TEST_P(CipherFaultTest, AStepThatDoesNotFitTheRecordReachesTheCallerAfterTheFlagIsSet) {
   ThisThread().currentStep = 32768;
   provider.FailAt(GetParam().cipherCall, 1);
   EXPECT_EQ(FaultOf([this] { return Run(); }), 6);
@@ -158,20 +158,20 @@ TEST_P(CipherFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFlag) 
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
-TEST_P(CipherFaultTest, AStepThatCannotBeRecordedDoesNotDisturbSuccess) {
+TEST_P(CipherFaultTest, AStepThatDoesNotFitTheRecordDoesNotPreventSuccess) {
   ThisThread().currentStep = 32768;
   EXPECT_TRUE(Run(1, 1));
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_P(CipherFaultTest, ARecordThatVanishesWhileTheOperationRunsIsMissedByTheCaller) {
+TEST_P(CipherFaultTest, ARecordDestroyedDuringTheOperationRaisesObjectNotSet) {
   provider.FailAfter(GetParam().cipherCall, 1, [] { ThisThread().errorRecord.reset(); });
   EXPECT_EQ(FaultOf([this] { return Run(); }), 91);
   EXPECT_EQ(ElementsOf(api.OutputData()), GetParam().outputAfterFailure);
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
-TEST_P(CipherFaultTest, APasswordOfAnyBytesIsTaken) {
+TEST_P(CipherFaultTest, AcceptsAPasswordOfAnyBytes) {
   ByteArray password{0x82, 0xA0, 0};
   api.Password(password);
   scope.Services().codePage = &DoubleBytePage();

@@ -29,7 +29,7 @@ TEST_F(ConvertStringFromHexTest, RemovesADecodedTrailingSpace) {
   EXPECT_EQ(api.ConvertStringFromHex(u"2020"), u"");
 }
 
-// However many they are: they are looked for in pieces from the end.
+// More spaces than one piece of the search, which goes backward from the end.
 TEST_F(ConvertStringFromHexTest, RemovesAnyNumberOfTrailingSpaces) {
   for (const std::size_t spaces : {63U, 64U, 65U, 1000U}) {
     Text digits = u"41";
@@ -43,7 +43,7 @@ TEST_F(ConvertStringFromHexTest, KeepsADecodedTrailingNul) {
   EXPECT_EQ(api.ConvertStringFromHex(u"412000"), Text(u"A \0", 3));
 }
 
-TEST_F(ConvertStringFromHexTest, APairWithoutDigitsIsANul) {
+TEST_F(ConvertStringFromHexTest, APairWithoutDigitsGivesANul) {
   EXPECT_EQ(api.ConvertStringFromHex(u"zz41"), Text(u"\0A", 2));
 }
 
@@ -108,7 +108,7 @@ TEST_F(ConvertStringFromHexTest, AnOddLengthIsRecordedAndGivesEmptyText) {
   EXPECT_EQ(journal.All(), ApplicationWrites(727, 123, "Error converting data"));
 }
 
-TEST_F(ConvertStringFromHexTest, AnOddLengthIsRefusedWhateverTheText) {
+TEST_F(ConvertStringFromHexTest, AnyTextOfOddLengthIsRefused) {
   for (const TextView text :
        {TextView(u"4"), TextView(u" "), TextView(u"zz!"), TextView(u"\u3042")}) {
     journal.Clear();
@@ -117,20 +117,20 @@ TEST_F(ConvertStringFromHexTest, AnOddLengthIsRefusedWhateverTheText) {
   }
 }
 
-TEST_F(ConvertStringFromHexTest, AnOddLengthLeavesTheRunTimeFields) {
+TEST_F(ConvertStringFromHexTest, AnOddLengthKeepsTheRunTimeFields) {
   LeaveEarlierFailure();
   EXPECT_EQ(api.ConvertStringFromHex(u"414"), u"");
   EXPECT_EQ(ValuesOf(record),
             (RecordValues{727, 2, 123, "Error converting data", 13, "earlier fault", true, 0}));
 }
 
-TEST_F(ConvertStringFromHexTest, ARecordThatRefusesTheFailureIsAFaultOfTheOperation) {
+TEST_F(ConvertStringFromHexTest, AFailedWriteToTheRecordIsAFaultOfTheOperation) {
   spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.ConvertStringFromHex(u"414"), u"");
   EXPECT_EQ(ValuesOf(record), (RecordValues{440, 1, 0, "", 13, "Type mismatch", true, 0}));
 }
 
-TEST_F(ConvertStringFromHexTest, SuccessLeavesAnEarlierRecord) {
+TEST_F(ConvertStringFromHexTest, SuccessKeepsAnEarlierRecord) {
   LeaveEarlierFailure();
   EXPECT_EQ(api.ConvertStringFromHex(u"41"), u"A");
   EXPECT_EQ(ValuesOf(record), kEarlierFailure);

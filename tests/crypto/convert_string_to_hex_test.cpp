@@ -34,17 +34,17 @@ TEST_F(ConvertStringToHexTest, KeepsTrailingSpacesAsDigits) {
   EXPECT_EQ(api.ConvertStringToHex(u"A "), u"4120");
 }
 
-TEST_F(ConvertStringToHexTest, TakesTheCodesOfTheCodePage) {
+TEST_F(ConvertStringToHexTest, UsesTheCodesOfTheCodePage) {
   EXPECT_EQ(api.ConvertStringToHex(u"\u20AC\u0152"), u"808C");
   scope.Services().codePage = &OneToOnePage();
   EXPECT_EQ(api.ConvertStringToHex(u"\u0481"), u"81");
 }
 
-TEST_F(ConvertStringToHexTest, WhatThePageCannotRepresentIsAQuestionMark) {
+TEST_F(ConvertStringToHexTest, ACharacterOutsideTheCodePageBecomesAQuestionMark) {
   EXPECT_EQ(api.ConvertStringToHex(u"\u3042"), u"3F");
 }
 
-TEST_F(ConvertStringToHexTest, EveryByteComesBack) {
+TEST_F(ConvertStringToHexTest, EveryByteSurvivesConversionAndBack) {
   for (int byte = 0; byte < 256; ++byte) {
     const ByteArray array{static_cast<std::uint8_t>(byte), 'x', 0};
     const Text digits = api.ConvertStringToHex(api.ByteArrayToString(array));
@@ -66,7 +66,7 @@ TEST_F(ConvertStringToHexTest, GrowsBeyondTheFirstCapacity) {
   EXPECT_TRUE(api.ConvertStringToHex(text) == Wide(Hex(bytes)));
 }
 
-TEST_F(ConvertStringToHexTest, SuccessLeavesAnEarlierRecord) {
+TEST_F(ConvertStringToHexTest, SuccessKeepsAnEarlierRecord) {
   LeaveEarlierFailure();
   EXPECT_EQ(api.ConvertStringToHex(u"A"), u"41");
   EXPECT_EQ(ValuesOf(record), kEarlierFailure);
@@ -79,7 +79,7 @@ TEST_F(ConvertStringToHexTest, AFaultIsRecordedAndGivesEmptyText) {
   EXPECT_EQ(journal.All(), RunTimeWrites(441, 7, "Out of memory"));
 }
 
-TEST_F(ConvertStringToHexTest, AFaultLeavesTheApplicationFields) {
+TEST_F(ConvertStringToHexTest, AFaultKeepsTheApplicationFields) {
   LeaveEarlierFailure();
   FailAllocation(1);
   EXPECT_EQ(api.ConvertStringToHex(u"no short text", true), u"");

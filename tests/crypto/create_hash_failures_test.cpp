@@ -18,7 +18,7 @@ constexpr std::array<std::int16_t, 3> kUnknownHashes{0, 5, -1};
 
 class CreateHashFailureTest : public WatchedService {
  protected:
-  // The journal of one CreateHash that gives nothing, on an open provider.
+  // The journal of a failing CreateHash on an open provider.
   CallJournal::Entries FailingHash() {
     static_cast<void>(api.CreateRandom());
     LeaveEarlierFailure();
@@ -32,7 +32,7 @@ class CreateHashFailureTest : public WatchedService {
 class CreateHashWithoutProviderTest : public CreateHashFailureTest,
                                       public testing::WithParamInterface<bool> {};
 
-TEST_P(CreateHashWithoutProviderTest, IsReportedAsAHashThatCannotBeMade) {
+TEST_P(CreateHashWithoutProviderTest, IsReportedAsAnErrorCreatingTheHash) {
   LeaveEarlierFailure();
   api.EnhancedProvider(GetParam());
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
@@ -41,9 +41,9 @@ TEST_P(CreateHashWithoutProviderTest, IsReportedAsAHashThatCannotBeMade) {
   EXPECT_EQ(journal.Count("CryptCreateHash"), 0U);
 }
 
-// The password comes after the provider: one that would be a fault is not looked at, and no random
-// letters are made.
-TEST_P(CreateHashWithoutProviderTest, IsReportedBeforeThePasswordIsTaken) {
+// The password is read after the provider is opened: a password that would be a fault is not read,
+// and no random letters are made.
+TEST_P(CreateHashWithoutProviderTest, IsReportedBeforeThePasswordIsRead) {
   api.EnhancedProvider(GetParam());
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   ByteArray behindZero = ByteArray::WithShape(1, 1, 4, Bytes{1, 2, 3, 4});
@@ -64,7 +64,7 @@ TEST_P(CreateHashWithoutProviderTest, IsReportedBeforeThePasswordIsTaken) {
 INSTANTIATE_TEST_SUITE_P(OfEachKind, CreateHashWithoutProviderTest, testing::Bool(),
                          [](const auto& row) { return row.param ? "Enhanced" : "Base"; });
 
-TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilent) {
+TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsNotRecorded) {
   for (const std::int16_t number : kUnknownHashes) {
     LeaveEarlierFailure();
     EXPECT_EQ(api.CreateHash(u"abc", number, true), u"");
@@ -74,27 +74,27 @@ TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilent) {
   }
 }
 
-TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsSilentBeforeTheTextIsConverted) {
+TEST_F(CreateHashFailureTest, AnUnknownHashNumberIsNotRecordedEvenForTextThatCannotBeConverted) {
   scope.Services().codePage = &DoubleBytePage();
   LeaveEarlierFailure();
   EXPECT_EQ(api.CreateHash(u"\u3042", 0), u"");
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashFailureTest, WithoutArgumentsItIsSilent) {
+TEST_F(CreateHashFailureTest, ACallWithoutArgumentsIsNotRecorded) {
   LeaveEarlierFailure();
   EXPECT_EQ(api.CreateHash(), u"");
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashFailureTest, AProviderThatMakesNoHashIsSilent) {
+TEST_F(CreateHashFailureTest, ARefusalToMakeAHashIsNotRecorded) {
   provider.FailAt("CryptCreateHash", CallPlan::kEveryCall);
   EXPECT_THAT(FailingHash(), ElementsAre("Clear", calls::CreateHash(0x8003).Fails(), "Clear",
                                          calls::CreateHash(0x8003).Fails()));
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashFailureTest, AProviderThatHashesNoDataIsSilent) {
+TEST_F(CreateHashFailureTest, ARefusalToHashDataIsNotRecorded) {
   provider.FailAt("CryptHashData", CallPlan::kEveryCall);
   EXPECT_THAT(FailingHash(),
               ElementsAre("Clear", calls::CreateHash(0x8003).Makes(HashNo(1)),
@@ -104,7 +104,7 @@ TEST_F(CreateHashFailureTest, AProviderThatHashesNoDataIsSilent) {
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashFailureTest, AProviderThatGivesNoDigestIsSilent) {
+TEST_F(CreateHashFailureTest, ARefusalToReturnTheDigestIsNotRecorded) {
   provider.FailAt("CryptGetHashParam", CallPlan::kEveryCall, provider::kErrorMoreData);
   EXPECT_THAT(
       FailingHash(),
@@ -115,7 +115,7 @@ TEST_F(CreateHashFailureTest, AProviderThatGivesNoDigestIsSilent) {
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashFailureTest, AHashThatCannotBeDestroyedIsNoFailure) {
+TEST_F(CreateHashFailureTest, IgnoresAHashThatCannotBeDestroyed) {
   provider.FailAt("CryptDestroyHash", 1);
   provider.ThrowAt("CryptDestroyHash", 2, Fault(FaultNumber::Overflow));
   provider.ThrowAt("CryptDestroyHash", 3, std::bad_alloc());
@@ -126,7 +126,7 @@ TEST_F(CreateHashFailureTest, AHashThatCannotBeDestroyedIsNoFailure) {
   }
 }
 
-TEST_F(CreateHashFailureTest, TheStepThatRunsIsRecordedWithAMissingProvider) {
+TEST_F(CreateHashFailureTest, TheCurrentStepIsRecordedWithAMissingProvider) {
   ThisThread().currentStep = -32768;
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");

@@ -22,7 +22,7 @@ constexpr std::array<const char*, 3> kSteps{"CryptCreateHash", "CryptHashData",
 
 using CreateHashFaultTest = WatchedService;
 
-TEST_F(CreateHashFaultTest, AFaultOfAnyCallIsRecordedAndGoesNoFurther) {
+TEST_F(CreateHashFaultTest, AFaultOfAnyCallIsRecordedAndNotRaised) {
   for (const char* step : kSteps) {
     LeaveEarlierFailure();
     provider.ThrowAt(step, 1, Fault(FaultNumber::TypeMismatch));
@@ -60,7 +60,7 @@ TEST_F(CreateHashFaultTest, AFaultIsRecordedBeforeTheHashIsDestroyed) {
                     {calls::DestroyHash(1)}}));
 }
 
-TEST_F(CreateHashFaultTest, TextThatIsNoSingleBytesIsAFault) {
+TEST_F(CreateHashFaultTest, ATextWithACharacterOfTwoBytesIsAFault) {
   scope.Services().codePage = &DoubleBytePage();
   LeaveEarlierFailure();
   EXPECT_EQ(api.CreateHash(u"a\u3042", kMd5, true), u"");
@@ -87,7 +87,7 @@ TEST_F(CreateHashFaultTest, AClearThatFaultsIsRecorded) {
   EXPECT_EQ(FailureWritesIn(journal), RunTimeWrites(432, 13, "Type mismatch"));
 }
 
-TEST_F(CreateHashFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFlag) {
+TEST_F(CreateHashFaultTest, AStepThatDoesNotFitTheRecordReachesTheCallerAfterTheFlagIsSet) {
   static_cast<void>(api.CreateRandom());
   ThisThread().currentStep = 32768;
   provider.ThrowAt("CryptHashData", 1, Fault(FaultNumber::TypeMismatch));
@@ -97,7 +97,7 @@ TEST_F(CreateHashFaultTest, AStepThatCannotBeRecordedReachesTheCallerBehindTheFl
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
-// Memory is gone right after the digest was read: the next allocation is the hexadecimal form.
+// Makes the first allocation after the digest was read fail: that of the hexadecimal form.
 class ProviderThatEndsMemory final : public ScriptedProvider {
  public:
   using ScriptedProvider::ScriptedProvider;
@@ -111,7 +111,7 @@ class ProviderThatEndsMemory final : public ScriptedProvider {
   }
 };
 
-TEST_F(CreateHashFaultTest, AFaultOfTheHexadecimalConversionStaysAsTheConversionRecordedIt) {
+TEST_F(CreateHashFaultTest, AFaultOfTheHexadecimalConversionIsRecordedByTheConversion) {
   ProviderThatEndsMemory forgetful(journal);
   ThisThreadCrypto().provider = &forgetful;
   clsCryptoAPI unlucky;
@@ -123,7 +123,7 @@ TEST_F(CreateHashFaultTest, AFaultOfTheHexadecimalConversionStaysAsTheConversion
   EXPECT_THAT(forgetful.OpenHandles(), ElementsAre(ContextNo(1)));
 }
 
-TEST_F(CreateHashFaultTest, AFaultWhileTheRawDigestIsHandedOverIsAFaultOfCreateHash) {
+TEST_F(CreateHashFaultTest, AFaultWhileReturningTheRawDigestIsAFaultOfCreateHash) {
   ProviderThatEndsMemory forgetful(journal);
   ThisThreadCrypto().provider = &forgetful;
   clsCryptoAPI unlucky;

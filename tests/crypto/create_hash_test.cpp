@@ -1,4 +1,4 @@
-// CreateHash when all goes well.
+// CreateHash without failures.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -65,14 +65,14 @@ TEST_F(CreateHashTest, CaseSensitiveChangesNothing) {
   EXPECT_EQ(HexHash(u"abc", kMd5, false, true), "900150983CD24FB0D6963F7D28E17F72");
 }
 
-TEST_F(CreateHashTest, TheTextIsNeverFolded) {
+TEST_F(CreateHashTest, TheCaseOfTheTextIsKept) {
   for (const bool caseSensitive : {false, true}) {
     EXPECT_NE(HexHash(u"abc", kMd5, false, caseSensitive),
               HexHash(u"ABC", kMd5, false, caseSensitive));
   }
 }
 
-TEST_F(CreateHashTest, TheProviderIsAskedForEachStepOnce) {
+TEST_F(CreateHashTest, CallsTheProviderOnceForEachStep) {
   journal.Clear();
   static_cast<void>(api.CreateHash(u"abc", kMd5));
   EXPECT_THAT(journal.All(), ElementsAre("Clear", calls::Any("CryptAcquireContextA"),
@@ -87,7 +87,7 @@ TEST_F(CreateHashTest, SuccessLeavesTheRecordCleared) {
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashTest, TheTextIsHashedAsItStands) {
+TEST_F(CreateHashTest, TheTextIsHashedUnchanged) {
   static_cast<void>(api.CreateHash(u" a b  ", kMd5));
   static_cast<void>(api.CreateHash(Text(u"a\0b\0", 4), kMd5));
   EXPECT_THAT(
@@ -102,7 +102,7 @@ TEST_F(CreateHashTest, CharactersAreHashedAsTheirCodePageBytes) {
               ElementsAre(calls::HashData(1, {0x61, 0x80, 0x81, 0x3F})));
 }
 
-TEST_F(CreateHashTest, ATextAndItsByteArrayHashAlike) {
+TEST_F(CreateHashTest, ATextAndItsByteArrayHaveTheSameHash) {
   const Text text = u"caf\u00E9 \u20AC";
   ByteArray password = api.StringToByteArray(TextView(text));
   api.Password(password);
@@ -117,7 +117,7 @@ TEST_F(CreateHashTest, ARawDigestIsOneCharacterForEachByte) {
   }
 }
 
-TEST_F(CreateHashTest, ARawDigestGoesThroughTheCodePage) {
+TEST_F(CreateHashTest, ARawDigestIsConvertedByTheCodePage) {
   scope.Services().codePage = &OneToOnePage();
   provider.SetDigest(FromHex("80FF41000000000000000000000000A0"));
   const Text raw = api.CreateHash(u"abc", kMd5);
@@ -144,7 +144,7 @@ TEST_F(CreateHashTest, OnlyTheSpacesAtTheEndOfADigestAreLost) {
   EXPECT_EQ(HexHash(u"abc", kMd5), "20200120202020202020202020200220");
 }
 
-TEST_F(CreateHashTest, ADigestOfSpacesAloneIsEmptyAndNoFailure) {
+TEST_F(CreateHashTest, ADigestOfOnlySpacesIsEmptyTextWithoutAFailure) {
   LeaveEarlierFailure();
   provider.SetDigest(Bytes(16, 0x20));
   EXPECT_EQ(api.CreateHash(u"abc", kMd5), u"");
@@ -152,7 +152,7 @@ TEST_F(CreateHashTest, ADigestOfSpacesAloneIsEmptyAndNoFailure) {
   EXPECT_EQ(HexHash(u"abc", kMd5), "20202020202020202020202020202020");
 }
 
-TEST_F(CreateHashTest, WhatTheProviderDoesNotFillOfADigestIsSpaces) {
+TEST_F(CreateHashTest, PadsADigestThatTheProviderDoesNotFillWithSpaces) {
   provider.SetDigest(FromHex("804120"));
   EXPECT_EQ(HexHash(u"abc", kMd5), "80412020202020202020202020202020");
   EXPECT_EQ(HexHash(u"abc", kSha1), "8041202020202020202020202020202020202020");
@@ -163,7 +163,7 @@ TEST_F(CreateHashTest, WhatTheProviderDoesNotFillOfADigestIsSpaces) {
   EXPECT_EQ(ValuesOf(record), AfterClear());
 }
 
-TEST_F(CreateHashTest, AnAppendedPasswordIsHashedRightBehindTheText) {
+TEST_F(CreateHashTest, AnAppendedPasswordIsHashedDirectlyAfterTheText) {
   SetPassword("P w");
   for (std::int16_t hash = kMd5; hash <= kSha1; ++hash) {
     EXPECT_EQ(HexHash(u"abc ", hash, true), HexHash(u"abc P w", hash));
@@ -181,7 +181,7 @@ TEST_F(CreateHashTest, WithRandomLettersRepeatedCallsDiffer) {
   EXPECT_NE(HexHash(u"abc", kMd5, true), HexHash(u"abc", kMd5, true));
 }
 
-TEST_F(CreateHashTest, TheCiphersDataIsLeftAlone) {
+TEST_F(CreateHashTest, DoesNotChangeTheInputAndOutputOfTheCiphers) {
   api.InputData(ArrayOf("data"));
   ASSERT_TRUE(api.Encrypt(1, 1));
   const ByteArray output = api.OutputData();

@@ -11,7 +11,7 @@ namespace {
 
 using CreateRandomFailureTest = RandomService;
 
-TEST_F(CreateRandomFailureTest, WithoutAProvider) {
+TEST_F(CreateRandomFailureTest, AMissingProviderIsRecorded) {
   LeaveEarlierFailure();
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateRandom(4), u"");
@@ -19,14 +19,14 @@ TEST_F(CreateRandomFailureTest, WithoutAProvider) {
   EXPECT_TRUE(probe.calls.empty());
 }
 
-TEST_F(CreateRandomFailureTest, WithoutAProviderItsRecordFollowsTheAcquisitions) {
+TEST_F(CreateRandomFailureTest, RecordsAMissingProviderAfterTheFailedAcquisition) {
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateRandom(4), u"");
   ExpectClearAndThen(Joined({ApplicationWrites(729, 125, "Error acquiring standard provider"),
                              ApplicationWrites(710, 114, "Error acquiring provider")}));
 }
 
-TEST_F(CreateRandomFailureTest, AProviderThatIsBackIsOpenedByTheNextCall) {
+TEST_F(CreateRandomFailureTest, TheNextCallOpensAProviderThatIsAvailableAgain) {
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateRandom(4), u"");
   provider.Recover();
@@ -35,7 +35,7 @@ TEST_F(CreateRandomFailureTest, AProviderThatIsBackIsOpenedByTheNextCall) {
   EXPECT_FALSE(record.ErrorExists());
 }
 
-TEST_F(CreateRandomFailureTest, AProviderThatRefusesIsSilent) {
+TEST_F(CreateRandomFailureTest, ARefusalOfTheProviderIsNotRecorded) {
   LeaveEarlierFailure();
   provider.FailAt("CryptGenRandom", 1);
   EXPECT_EQ(api.CreateRandom(4), u"");
@@ -68,7 +68,7 @@ TEST_F(CreateRandomFailureTest, AFaultOfTheProviderIsRecorded) {
   ExpectClearAndThen(RunTimeWrites(433, 7, "Out of memory"));
 }
 
-TEST_F(CreateRandomFailureTest, ARecordThatRefusesToBeClearedIsAFaultOfTheOperation) {
+TEST_F(CreateRandomFailureTest, AFailureToClearTheRecordIsAFaultOfTheOperation) {
   spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.CreateRandom(4), u"");
   ExpectClearAndThen(RunTimeWrites(433, 13, "Type mismatch"));

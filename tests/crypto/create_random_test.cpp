@@ -1,4 +1,4 @@
-// What CreateRandom makes of the provider's bytes and the seed text.
+// How CreateRandom combines the provider's bytes and the seed text.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -16,55 +16,55 @@ constexpr bool kAsItComes = false;
 constexpr bool kHex = true;
 constexpr bool kRaw = false;
 
-TEST_F(CreateRandomTest, OffersTheBeginningOfTheSeedTextToTheProvider) {
+TEST_F(CreateRandomTest, PassesTheBeginningOfTheSeedTextToTheProvider) {
   static_cast<void>(api.CreateRandom(4));
   EXPECT_EQ(journal.Named({"CryptGenRandom"}),
             CallJournal::Entries{calls::GenRandom(BytesOf("1234"))});
 }
 
-TEST_F(CreateRandomTest, OffersSpacesBehindAShorterSeedText) {
+TEST_F(CreateRandomTest, PadsAShorterSeedTextWithSpaces) {
   static_cast<void>(api.CreateRandom(16));
   EXPECT_EQ(journal.Named({"CryptGenRandom"}),
             CallJournal::Entries{calls::GenRandom(BytesOf("123456123456    "))});
 }
 
-TEST_F(CreateRandomTest, FollowsTheRandomBytesByTheRestOfTheSeedText) {
+TEST_F(CreateRandomTest, AppendsTheRestOfTheSeedTextToTheRandomBytes) {
   SetRandom("ABCD");
   EXPECT_EQ(api.CreateRandom(4, kAsItComes, kRaw), u"ABCD56123456");
 }
 
-TEST_F(CreateRandomTest, TrimsThePaddingBehindALongerRequest) {
+TEST_F(CreateRandomTest, TrimsThePaddingOfALongRequest) {
   SetRandom("x");
   EXPECT_EQ(api.CreateRandom(12), Text(12, u'x'));
   SetSeed();
   EXPECT_EQ(api.CreateRandom(16), Text(16, u'x'));
 }
 
-TEST_F(CreateRandomTest, TheExactLengthCutsTheSeedTextOff) {
+TEST_F(CreateRandomTest, TheExactLengthCutsOffTheSeedText) {
   SetRandom("ABCD");
   EXPECT_EQ(api.CreateRandom(4, kExact), u"ABCD");
 }
 
-TEST_F(CreateRandomTest, SpacesAtTheStartAreLost) {
+TEST_F(CreateRandomTest, RemovesLeadingSpaces) {
   SetRandom("  ABCDEFGHIJKLMN");
   EXPECT_EQ(api.CreateRandom(16), u"ABCDEFGHIJKLMN");
   SetSeed();
   EXPECT_EQ(api.CreateRandom(16, kExact), u"ABCDEFGHIJKLMN");
 }
 
-TEST_F(CreateRandomTest, ASeedTextBehindThemRefillsTheCut) {
+TEST_F(CreateRandomTest, TheSeedTextReplacesRemovedLeadingSpaces) {
   SetRandom("  AB");
   EXPECT_EQ(api.CreateRandom(4), u"AB56123456");
   SetSeed();
   EXPECT_EQ(api.CreateRandom(4, kExact), u"AB56");
 }
 
-TEST_F(CreateRandomTest, SpacesAtTheEndAreLostWithoutASeedTextBehindThem) {
+TEST_F(CreateRandomTest, RemovesTrailingSpacesWhenNoSeedTextFollows) {
   SetRandom("ABCDEFGHIJ  ");
   EXPECT_EQ(api.CreateRandom(12), u"ABCDEFGHIJ");
 }
 
-TEST_F(CreateRandomTest, SpacesBeforeTheSeedTextStay) {
+TEST_F(CreateRandomTest, KeepsSpacesThatTheSeedTextFollows) {
   SetRandom("AB  ");
   EXPECT_EQ(api.CreateRandom(4), u"AB  56123456");
   SetSeed();
@@ -76,13 +76,13 @@ TEST_F(CreateRandomTest, OnlySpacesAreTrimmed) {
   EXPECT_EQ(api.CreateRandom(14), Text(u"\t\0\n12345678\r\0\v", 14));
 }
 
-TEST_F(CreateRandomTest, HexadecimalIsOfTheTrimmedTextAndItsSeedText) {
+TEST_F(CreateRandomTest, HexadecimalConvertsTheTrimmedTextWithItsSeedText) {
   SetRandom("  AB");
   EXPECT_EQ(api.CreateRandom(4, kAsItComes, kHex), u"41423536313233343536");
 }
 
-// The text has room for what was cut off: it must not stand there.
-TEST_F(CreateRandomTest, WhatTheExactLengthCutsOffIsWiped) {
+// The capacity of the text includes the characters that were cut off; they must not be left there.
+TEST_F(CreateRandomTest, WipesTheCharactersThatTheExactLengthCutsOff) {
   SetRandom(std::string(100, '\xAB'));
   const Text digits = api.CreateRandom(100, kExact, kHex);
   ASSERT_EQ(digits, Wide(Hex(Bytes(50, 0xAB))));
@@ -106,7 +106,7 @@ TEST_F(CreateRandomTest, ALengthOfZeroGivesTheSeedText) {
   EXPECT_EQ(ValuesOf(record), RecordValues{});
 }
 
-TEST_F(CreateRandomTest, ALengthOfExactlyZeroGivesEmptyText) {
+TEST_F(CreateRandomTest, AnExactLengthOfZeroGivesEmptyText) {
   EXPECT_EQ(api.CreateRandom(0, kExact), u"");
   EXPECT_EQ(api.CreateRandom(0, kExact, kHex), u"");
   EXPECT_EQ(journal.Count("CryptGenRandom"), 2U);
@@ -142,7 +142,7 @@ TEST_F(CreateRandomTest, SuccessOnlyClearsTheRecord) {
 
 using RealRandomTest = WatchedService;
 
-TEST_F(RealRandomTest, GivesOtherDigitsEachTime) {
+TEST_F(RealRandomTest, ReturnsDifferentDigitsEachTime) {
   const Text first = api.CreateRandom(32, kExact, kHex);
   const Text second = api.CreateRandom(32, kExact, kHex);
   EXPECT_EQ(first.size(), 32U);

@@ -27,7 +27,7 @@ TEST_F(CreateSaltValueTest, LettersAreDrawnWithoutTheProvider) {
   EXPECT_EQ(journal.All(), CallJournal::Entries{"Clear"});
 }
 
-TEST_F(CreateSaltValueTest, EveryLetterIsSeededAnew) {
+TEST_F(CreateSaltValueTest, EveryLetterReseedsTheGenerator) {
   EXPECT_EQ(api.CreateSaltValue(20, kLetters).size(), 20U);
   EXPECT_EQ(probe.CountCalls("GetVolumeInformationA"), 20U);
 }
@@ -50,14 +50,14 @@ TEST_F(CreateSaltValueTest, RawIsRandomDataOfTheExactLength) {
             CallJournal::Entries{calls::GenRandom(BytesOf("1234"))});
 }
 
-TEST_F(CreateSaltValueTest, RawLosesTheSpacesThatRandomDataKeeps) {
+TEST_F(CreateSaltValueTest, RawRemovesTrailingSpacesThatCreateRandomKeeps) {
   SetRandom("AB  ");
   EXPECT_EQ(api.CreateRandom(4, true, false, true), u"AB  ");
   SetSeed();
   EXPECT_EQ(api.CreateSaltValue(4, kRaw), u"AB");
 }
 
-TEST_F(CreateSaltValueTest, RawOfSpacesAloneIsEmpty) {
+TEST_F(CreateSaltValueTest, RawOfOnlySpacesIsEmpty) {
   SetRandom(" ");
   EXPECT_EQ(api.CreateSaltValue(16, kRaw), u"");
   EXPECT_FALSE(record.ErrorExists());
@@ -73,14 +73,14 @@ TEST_F(CreateSaltValueTest, ANegativeLengthIsARunTimeFault) {
   ExpectFault(-1, 5, "Invalid procedure call or argument");
 }
 
-TEST_F(CreateSaltValueTest, TwiceTheLengthMustFitThirtyTwoBits) {
+TEST_F(CreateSaltValueTest, DoubleTheLengthMustFit32Bits) {
   ExpectFault(-1'073'741'824, 5, "Invalid procedure call or argument");
   ExpectFault(-1'073'741'825, 6, "Overflow");
   ExpectFault(std::numeric_limits<std::int32_t>::min(), 6, "Overflow");
 }
 
-// Twice the length is asked for short salts only.
-TEST_F(CreateSaltValueTest, ALongSaltNeedsNoRoomForTwiceItsLength) {
+// Only short salts need a buffer of twice the length.
+TEST_F(CreateSaltValueTest, ALongSaltNeedsNoBufferOfTwiceItsLength) {
   LeaveEarlierFailure();
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   for (const std::int32_t length : {0x4000'0000, std::numeric_limits<std::int32_t>::max()}) {
@@ -89,7 +89,7 @@ TEST_F(CreateSaltValueTest, ALongSaltNeedsNoRoomForTwiceItsLength) {
   }
 }
 
-TEST_F(CreateSaltValueTest, AFaultOfADrawIsRecorded) {
+TEST_F(CreateSaltValueTest, AFaultWhileDrawingALetterIsRecorded) {
   LeaveEarlierFailure();
   SetImpossibleSeed();
   EXPECT_EQ(api.CreateSaltValue(20, kLetters), u"");
@@ -97,33 +97,33 @@ TEST_F(CreateSaltValueTest, AFaultOfADrawIsRecorded) {
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(434, 11, "Division by zero"));
 }
 
-TEST_F(CreateSaltValueTest, AFaultAfterSomeLettersGivesNoneOfThem) {
+TEST_F(CreateSaltValueTest, AFaultAfterSomeLettersGivesEmptyText) {
   probe.SetTicks({1000, 1, 1000, 1, 1000, 6});  // the third draw divides by zero
   EXPECT_EQ(api.CreateSaltValue(20, kLetters), u"");
   EXPECT_EQ(record.ErrorLocationID(), 434);
 }
 
-TEST_F(CreateSaltValueTest, ARecordThatRefusesToBeClearedIsAFaultOfTheOperation) {
+TEST_F(CreateSaltValueTest, AFailureToClearTheRecordIsAFaultOfTheOperation) {
   spy.ThrowAt("Clear", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_EQ(api.CreateSaltValue(4, kLetters), u"");
   ExpectClearAndThen(RunTimeWrites(434, 13, "Type mismatch"));
 }
 
-TEST_F(CreateSaltValueTest, TheFailureOfRandomDataStaysAsItWasRecorded) {
+TEST_F(CreateSaltValueTest, KeepsTheFailureThatCreateRandomRecorded) {
   LeaveEarlierFailure();
   provider.FailAt("CryptAcquireContextA", CallPlan::kEveryCall);
   EXPECT_EQ(api.CreateSaltValue(4, kRaw), u"");
   EXPECT_EQ(ValuesOf(record), AfterApplicationFailure(710, 114, "Error acquiring provider"));
 }
 
-TEST_F(CreateSaltValueTest, TheFaultOfRandomDataStaysAsItWasRecorded) {
+TEST_F(CreateSaltValueTest, KeepsTheFaultThatCreateRandomRecorded) {
   LeaveEarlierFailure();
   SetImpossibleSeed();
   EXPECT_EQ(api.CreateSaltValue(4, kRaw), u"");
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(433, 11, "Division by zero"));
 }
 
-TEST_F(CreateSaltValueTest, TheSilentFailureOfRandomDataStaysSilent) {
+TEST_F(CreateSaltValueTest, AnUnrecordedFailureOfCreateRandomStaysUnrecorded) {
   LeaveEarlierFailure();
   provider.FailAt("CryptGenRandom", 1);
   EXPECT_EQ(api.CreateSaltValue(4, kRaw), u"");

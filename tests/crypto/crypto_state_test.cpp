@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-TEST(CryptoStateTest, EachThreadHasItsOwn) {
+TEST(CryptoStateTest, EachThreadHasSeparateState) {
   const ModuleScope scope;
   CryptoState& here = ThisThreadCrypto();
   here.windowCount = 3;
@@ -24,7 +24,7 @@ TEST(CryptoStateTest, EachThreadHasItsOwn) {
   }).join();
 }
 
-TEST(CryptoStateTest, AThreadKeepsItBetweenUses) {
+TEST(CryptoStateTest, AThreadKeepsItsStateBetweenUses) {
   const ModuleScope scope;
   ThisThreadCrypto().windowCount = 3;
   EXPECT_EQ(ThisThreadCrypto().windowCount, 3);

@@ -1,4 +1,4 @@
-// Decrypt: what it gives back, and what a wrong password or input does.
+// Decrypt: its result, and its failures for a wrong password or input.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -23,7 +23,7 @@ class DecryptTest : public WatchedService {
     SetPassword("right");
   }
 
-  // Sets the input to what some data becomes under the right password.
+  // Sets the input to data encrypted with the right password.
   void GiveEncrypted(std::int16_t cipher, const Bytes& data = SampleBytes(20)) {
     SetPassword("right");
     api.InputData(ArrayOf(data));
@@ -39,7 +39,7 @@ class DecryptTest : public WatchedService {
   }
 };
 
-TEST_F(DecryptTest, TheProviderIsAskedForEachStepOnce) {
+TEST_F(DecryptTest, CallsTheProviderOnceForEachStep) {
   GiveEncrypted(kRc4, BytesOf("data"));
   const Bytes encrypted = DataOf(api.OutputData());
   journal.Clear();
@@ -114,13 +114,13 @@ TEST_F(DecryptTest, ABlockCipherRefusesEmptyInput) {
   }
 }
 
-TEST_F(DecryptTest, Rc4OfNothingIsASingleZero) {
+TEST_F(DecryptTest, Rc4OfEmptyInputGivesASingleZero) {
   EXPECT_TRUE(api.Decrypt(kMd5, kRc4));
   EXPECT_EQ(ElementsOf(api.OutputData()), Bytes{0});
   EXPECT_FALSE(record.ErrorExists());
 }
 
-TEST_F(DecryptTest, TheInputStaysForTheNextCall) {
+TEST_F(DecryptTest, KeepsTheInputForTheNextCall) {
   GiveEncrypted(kDes);
   SetPassword("wrong");
   EXPECT_FALSE(api.Decrypt(kMd5, kDes));
@@ -152,8 +152,8 @@ TEST_F(DecryptTest, TheOutputKeepsItsTrailingSpaces) {
   EXPECT_EQ(DataOf(api.OutputData()), BytesOf("a   "));
 }
 
-// What text does to its trailing spaces it does to encrypted data too.
-TEST_F(DecryptTest, EncryptedDataThatEndsInASpaceLosesItOnTheWayIn) {
+// Conversion to text removes trailing spaces of encrypted data too.
+TEST_F(DecryptTest, InputDataRemovesATrailingSpaceOfTheCiphertext) {
   for (std::uint8_t last = 0; last < 0xFF; ++last) {
     Bytes data = SampleBytes(20);
     data.push_back(last);

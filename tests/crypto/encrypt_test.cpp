@@ -1,4 +1,4 @@
-// Encrypt when all goes well, and the lengths that block ciphers refuse.
+// Encrypt without failures, and the lengths that block ciphers refuse.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -24,7 +24,7 @@ class EncryptTest : public WatchedService {
   }
 };
 
-TEST_F(EncryptTest, TheProviderIsAskedForEachStepOnce) {
+TEST_F(EncryptTest, CallsTheProviderOnceForEachStep) {
   SetPassword("pw");
   api.InputData(ArrayOf("data"));
   provider.SetRandomBytes({0});
@@ -38,7 +38,7 @@ TEST_F(EncryptTest, TheProviderIsAskedForEachStepOnce) {
                   calls::DestroyHash(1), calls::Encrypt(1, BytesOf("data")), calls::DestroyKey(1)));
 }
 
-TEST_F(EncryptTest, TheProviderIsOpenedBehindTheMappingAndBeforeTheHash) {
+TEST_F(EncryptTest, OpensTheProviderAfterTheMappingAndBeforeTheHash) {
   EXPECT_TRUE(api.Encrypt(kMd5, kRc4));
   EXPECT_THAT(
       CallJournal::Entries(journal.All().begin() + 2, journal.All().begin() + 5),
@@ -52,7 +52,7 @@ TEST_F(EncryptTest, SuccessLeavesTheRecordCleared) {
   EXPECT_EQ(FailureWritesIn(journal), CallJournal::Entries());
 }
 
-TEST_F(EncryptTest, TheOutputCarriesATrailingZeroElement) {
+TEST_F(EncryptTest, TheOutputHasATrailingZeroElement) {
   api.InputData(ArrayOf("data"));
   EXPECT_TRUE(api.Encrypt(kMd5, kRc4));
   ASSERT_EQ(ElementsOf(api.OutputData()).size(), 5U);
@@ -69,7 +69,7 @@ TEST_F(EncryptTest, Rc4KeepsTheLength) {
   }
 }
 
-TEST_F(EncryptTest, Rc4OfNothingIsASingleZero) {
+TEST_F(EncryptTest, Rc4OfEmptyInputGivesASingleZero) {
   EXPECT_TRUE(api.Encrypt(kMd5, kRc4));
   EXPECT_EQ(ElementsOf(api.OutputData()), Bytes{0});
   EXPECT_FALSE(record.ErrorExists());
@@ -105,12 +105,12 @@ TEST_P(BlockCipherLengthTest, FewerThanFourBytesAreRefused) {
 INSTANTIATE_TEST_SUITE_P(OfEachProvider, BlockCipherLengthTest, testing::Bool(),
                          [](const auto& row) { return row.param ? "Enhanced" : "Base"; });
 
-TEST_F(EncryptTest, AnObjectThatWasGivenNoInputHasAnEmptyOne) {
+TEST_F(EncryptTest, ANewObjectHasEmptyInput) {
   EXPECT_FALSE(api.Encrypt(kMd5, kDes));
   EXPECT_EQ(record.ErrorLocationID(), 724);
 }
 
-TEST_F(EncryptTest, TheInputStaysForTheNextCall) {
+TEST_F(EncryptTest, KeepsTheInputForTheNextCall) {
   const Bytes data = SampleBytes(40);
   const Bytes first = Encrypted(data, kRc2);
   EXPECT_TRUE(api.Encrypt(kMd5, kRc2));
@@ -119,7 +119,7 @@ TEST_F(EncryptTest, TheInputStaysForTheNextCall) {
   EXPECT_EQ(DataOf(api.OutputData()), Encrypted(data, kDes));
 }
 
-TEST_F(EncryptTest, TheInputStaysAfterAFailure) {
+TEST_F(EncryptTest, KeepsTheInputAfterAFailure) {
   const Bytes data = SampleBytes(40);
   const Bytes encrypted = Encrypted(data, kRc2);
   provider.FailAt("CryptEncrypt", 1);
@@ -135,7 +135,7 @@ TEST_F(EncryptTest, AFailureDiscardsTheEarlierOutput) {
   EXPECT_EQ(api.OutputData(), ByteArray());
 }
 
-TEST_F(EncryptTest, TheStoredPasswordStays) {
+TEST_F(EncryptTest, KeepsTheStoredPassword) {
   SetPassword("secret");
   EXPECT_TRUE(api.Encrypt(kMd5, kRc4));
   EXPECT_EQ(DataOf(api.Password()), BytesOf("secret"));
@@ -155,7 +155,7 @@ TEST_F(EncryptTest, PasswordHashAndCipherAllChangeTheOutput) {
   EXPECT_EQ(encrypted("secret", 1, 2), reference);
 }
 
-TEST_F(EncryptTest, AWholeInputIsOneCall) {
+TEST_F(EncryptTest, EncryptsTheWholeInputInOneCall) {
   const Bytes data = SampleBytes(300'000);
   EXPECT_EQ(Encrypted(data, kRc4).size(), data.size());
   EXPECT_THAT(journal.Named({"CryptEncrypt"}), ElementsAre(Call("CryptEncrypt", KeyNo(1), kNoHandle,

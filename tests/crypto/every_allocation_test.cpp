@@ -1,5 +1,5 @@
-// Each operation, with the first, second, ... of its allocations failing until it succeeds: what it
-// reports and gives, that nothing leaks, and that the object works afterwards.
+// Each operation, with the first, second, ... of its allocations failing until it succeeds: its
+// result and record, that nothing leaks, and that the object works afterwards.
 #include <gtest/gtest.h>
 
 #include "tests/support/every_allocation.h"
@@ -7,20 +7,20 @@
 namespace latchkey::test {
 namespace {
 
-// Too long to lie in an object itself.
+// Too long to be stored inside an object.
 const Text kLongText(200, u'a');
 const Text kLongDigits(400, u'4');
 
-TEST_F(EveryAllocationTest, OfCreateHashIsRecorded) {
+TEST_F(EveryAllocationTest, FailuresInCreateHashAreRecorded) {
   const Call run = [](clsCryptoAPI& object) { return object.CreateHash(kLongText, 1, true, true); };
-  // Converting to digits has a trap of its own.
+  // The conversion to digits has a separate trap.
   const auto check = [](const RecordValues& record) {
     ExpectOutOfMemory(record, record.location == 441 ? 441 : 432, 709);
   };
   EXPECT_GE(SweepCall(run, check), 1);
 }
 
-TEST_F(EveryAllocationTest, OfRandomDataIsRecorded) {
+TEST_F(EveryAllocationTest, FailuresInCreateRandomAreRecorded) {
   // Random, so only its length can be checked; hexadecimal, so that no byte is cut off as a space.
   const Call random = [](clsCryptoAPI& object) {
     return object.CreateRandom(400, true, true).size() == 400 ? Text(u"done") : Text();
@@ -32,7 +32,7 @@ TEST_F(EveryAllocationTest, OfRandomDataIsRecorded) {
   EXPECT_GE(SweepSeedOf(random, {433, 441}), 1);
 }
 
-TEST_F(EveryAllocationTest, OfALetterIsRecorded) {
+TEST_F(EveryAllocationTest, FailuresWhileMakingALetterAreRecorded) {
   const Call letter = [](clsCryptoAPI& object) {
     return object.CreateSaltValue(1, true).size() == 1 ? Text(u"done") : Text();
   };
@@ -41,8 +41,8 @@ TEST_F(EveryAllocationTest, OfALetterIsRecorded) {
   EXPECT_GE(SweepSeedOf(letter, {434}), 1);
 }
 
-TEST_F(EveryAllocationTest, OfASaltOfCharactersIsRecordedAtTheInnerOrTheOuterTrap) {
-  // Long enough that cutting spaces off its ends leaves some text, and that no text is small.
+TEST_F(EveryAllocationTest, FailuresInARawSaltAreRecordedAtTheInnerOrTheOuterTrap) {
+  // Long enough that some text remains after trimming, and that every text is allocated.
   const Call salt = [](clsCryptoAPI& object) {
     return object.CreateSaltValue(400).empty() ? Text() : Text(u"done");
   };
@@ -53,7 +53,7 @@ TEST_F(EveryAllocationTest, OfASaltOfCharactersIsRecordedAtTheInnerOrTheOuterTra
   EXPECT_GE(SweepSeedOf(salt, {433, 434}), 1);
 }
 
-TEST_F(EveryAllocationTest, OfTheHexadecimalConversionsIsRecorded) {
+TEST_F(EveryAllocationTest, FailuresInTheHexadecimalConversionsAreRecorded) {
   const Call toHex = [](clsCryptoAPI& object) { return object.ConvertStringToHex(kLongText); };
   const Call fromHex = [](clsCryptoAPI& object) {
     return object.ConvertStringFromHex(kLongDigits);

@@ -13,7 +13,7 @@
 namespace latchkey::test {
 namespace {
 
-// What an object has before the operation. A failure must replace the earlier output.
+// The state of the object before the operation. A failure must replace the earlier output.
 enum class Start { Password, NoPassword, EarlierOutput };
 
 // One direction with one cipher.
@@ -21,11 +21,11 @@ struct Operation {
   [[nodiscard]] bool Run(clsCryptoAPI& object) const { return (object.*row.operation)(1, cipher); }
 
   void Prepare(clsCryptoAPI& object, const ByteArray& input) const;
-  // What it does its work on.
+  // The input of the operation.
   [[nodiscard]] ByteArray Input() const;
-  // What it leaves in place of the earlier output when it fails.
+  // The output after a failure, instead of the earlier one.
   [[nodiscard]] ByteArray OutputAfterFailure() const;
-  // The password after that, of the nth failure since the object has a provider.
+  // The password after the nth failure since the provider was opened.
   [[nodiscard]] ByteArray PasswordAfterFailure(int nth) const;
 
   const DirectionRow& row;
@@ -40,7 +40,7 @@ void Operation::Prepare(clsCryptoAPI& object, const ByteArray& input) const {
     object.Password(password);
   }
   if (start == Start::EarlierOutput) {
-    // In memory of its own, which is too small for the next.
+    // In separate memory, which is too small for the next output.
     object.InputData(ArrayOf(SampleBytes(300)));
     EXPECT_TRUE(object.Encrypt(1, 1));
   }
@@ -63,7 +63,7 @@ ByteArray Operation::OutputAfterFailure() const {
 
 ByteArray Operation::PasswordAfterFailure(int nth) const {
   if (start != Start::NoPassword) return OwnPassword();
-  // The first is that of making the built-in password, which is stored before all else.
+  // The first allocation makes the built-in password, which is stored before anything else.
   return nth > 1 ? DefaultPassword().ToByteArray() : ByteArray{0};
 }
 
@@ -97,7 +97,7 @@ class EveryCipherAllocationTest
   }
 };
 
-TEST_P(EveryCipherAllocationTest, IsRecorded) {
+TEST_P(EveryCipherAllocationTest, FailuresAreRecorded) {
   const auto& [direction, start] = GetParam();
   for (std::int16_t cipher = 1; cipher <= 5; ++cipher) {
     SCOPED_TRACE("cipher " + std::to_string(cipher));

@@ -1,6 +1,5 @@
-// Each operation, once for each call that it makes of the provider, with that call refused and with
-// a fault raised from it: the record, the result, the output, the handles, what freed memory holds,
-// and the operation afterwards.
+// Each operation, with each of its provider calls refused once and raising a fault once: the
+// record, the result, the output, the handles, secrets in freed memory, and the next operation.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,16 +14,16 @@
 namespace latchkey::test {
 namespace {
 
-// One operation and what it reports.
+// An operation and its reports.
 struct Operation {
   std::string name;
-  // Gives the result as text, empty when the operation failed.
+  // Returns the result as text, empty if the operation failed.
   std::function<Text(clsCryptoAPI&)> run;
   ReportedFailure provider;
   std::int16_t trap = 0;
-  // What a refused call is reported as; where one is missing the operation fails in silence.
+  // The report of each refused call; without one, the operation fails without recording anything.
   std::map<std::string, ReportedFailure> refusals = {};
-  // The calls that may be refused, and those that may raise a fault, without any harm.
+  // The calls that may be refused, and those that may raise a fault, without effect.
   std::set<std::string> harmlessRefusals = {"CryptDestroyHash", "CryptDestroyKey"};
   std::set<std::string> harmlessFaults = {"CryptDestroyHash", "CryptDestroyKey"};
   Bytes outputAfterFailure = {};
@@ -34,7 +33,8 @@ class EveryProviderCallTest : public SweptService {
  protected:
   EveryProviderCallTest() { probe.HoldStill(); }
 
-  // Every call that a good run makes, in turn and in both manners. Gives how often one went wrong.
+  // Makes every call of a successful run fail in turn, in both manners. Returns the number of
+  // failures.
   int Sweep(const Operation& operation, bool enhanced, const Bytes& input) {
     SCOPED_TRACE(operation.name + (enhanced ? ", enhanced" : ", base"));
     Text result;
@@ -49,7 +49,7 @@ class EveryProviderCallTest : public SweptService {
   }
 
  private:
-  // What the object of an operation holds: the same secret as password and as input.
+  // Gives the object of an operation the same secret as password and as input.
   static void Prepare(clsCryptoAPI& object, bool enhanced, const Bytes& input) {
     object.EnhancedProvider(enhanced);
     ByteArray password = ArrayOf(kSecret);
@@ -102,13 +102,13 @@ class EveryProviderCallTest : public SweptService {
       EXPECT_EQ(ElementsOf(object.OutputData()), operation.outputAfterFailure);
     }
     EXPECT_EQ(DataOf(object.Password()), secret);
-    // The context is the object's; everything else that was made is closed, once.
+    // The object owns the context; every other handle is closed, exactly once.
     EXPECT_EQ(provider.OpenHandles().size(), call == kAcquire ? 0U : 1U);
     provider.Recover();
   }
 
  protected:
-  // The secret encrypted under itself.
+  // The secret, encrypted with itself as password.
   static Bytes CiphertextOf(bool enhanced, std::int16_t hash, std::int16_t cipher) {
     clsCryptoAPI object;
     Prepare(object, enhanced, BytesOf(kSecret));
@@ -119,7 +119,7 @@ class EveryProviderCallTest : public SweptService {
   static constexpr const char* kSecret = "a secret of more than sixteen letters";
 };
 
-// An operation over the whole of what Encrypt or Decrypt reports.
+// Encrypt or Decrypt with all its reports.
 Operation CipherOperation(const DirectionRow& row, std::int16_t hash, std::int16_t cipher) {
   const auto run = [&row, hash, cipher](clsCryptoAPI& object) {
     if (!(object.*row.operation)(hash, cipher)) return Text();
@@ -138,7 +138,7 @@ Operation CipherOperation(const DirectionRow& row, std::int16_t hash, std::int16
           row.outputAfterFailure};
 }
 
-TEST_F(EveryProviderCallTest, OfEncryptAndDecryptIsReported) {
+TEST_F(EveryProviderCallTest, FailuresInEncryptAndDecryptAreReported) {
   int failures = 0;
   for (const bool enhanced : {false, true}) {
     for (std::int16_t hash = 1; hash <= 4; ++hash) {
@@ -149,11 +149,11 @@ TEST_F(EveryProviderCallTest, OfEncryptAndDecryptIsReported) {
       }
     }
   }
-  // 64 operations of 7 calls, in two manners.
+  // 64 operations of 7 calls, which fail in two manners.
   EXPECT_EQ(failures, 64 * 7 * 2);
 }
 
-TEST_F(EveryProviderCallTest, OfCreateHashIsReported) {
+TEST_F(EveryProviderCallTest, FailuresInCreateHashAreReported) {
   int failures = 0;
   for (std::int16_t hash = 1; hash <= 4; ++hash) {
     for (const bool withPassword : {false, true}) {
@@ -169,7 +169,7 @@ TEST_F(EveryProviderCallTest, OfCreateHashIsReported) {
   EXPECT_EQ(failures, 8 * 5 * 2);
 }
 
-TEST_F(EveryProviderCallTest, OfRandomDataIsReported) {
+TEST_F(EveryProviderCallTest, FailuresInRandomDataAreReported) {
   provider.SetRandomBytes(SampleBytes(16));
   const ReportedFailure noProvider{710, 114, "Error acquiring provider"};
   const Operation random{"CreateRandom",

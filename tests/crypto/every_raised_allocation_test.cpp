@@ -1,5 +1,5 @@
-// What raises its faults to the caller, with the first, second, ... of its allocations failing
-// until it succeeds: the fault passes, and the object is as it was.
+// Members that raise their faults to the caller, with the first, second, ... of their allocations
+// failing until they succeed: the fault reaches the caller, and the object is unchanged.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -13,8 +13,8 @@ namespace {
 
 const Text kLongText(200, u'a');
 
-// Runs a step with the nth allocation failing, or none for 0. Returns whether it came to that: the
-// step then raises that there is no memory, and otherwise nothing.
+// Runs a step with the nth allocation failing, or none for 0. Returns whether that allocation was
+// made. The step must raise std::bad_alloc in that case, and nothing otherwise.
 bool RaisesFailing(int nth, const std::function<void()>& step) {
   bool raised = false;
   const bool failed = RunFailing(nth, [&] {
@@ -28,7 +28,7 @@ bool RaisesFailing(int nth, const std::function<void()>& step) {
   return failed;
 }
 
-TEST_F(EveryAllocationTest, OfThePropertiesAndByteArrayConversionsIsRaised) {
+TEST_F(EveryAllocationTest, FailuresInPropertiesAndByteArrayConversionsAreRaised) {
   clsCryptoAPI object;
   Prepare(object, ArrayOf(SampleBytes(500)));
   ByteArray longPassword = ArrayOf(SampleBytes(400));
@@ -57,7 +57,7 @@ TEST_F(EveryAllocationTest, OfThePropertiesAndByteArrayConversionsIsRaised) {
   }
 }
 
-TEST_F(EveryAllocationTest, OfSettingTheInputLeavesTheEarlierOne) {
+TEST_F(EveryAllocationTest, FailuresWhileSettingTheInputKeepTheEarlierInput) {
   const ByteArray earlier = ArrayOf(SampleBytes(500));
   const ByteArray later = ArrayOf(SampleBytes(700));
   const auto outputOf = [](const ByteArray& input) {
@@ -77,7 +77,7 @@ TEST_F(EveryAllocationTest, OfSettingTheInputLeavesTheEarlierOne) {
   EXPECT_GT(failures, 0);
 }
 
-TEST_F(EveryAllocationTest, OfSettingAPasswordLeavesTheCallersArray) {
+TEST_F(EveryAllocationTest, FailuresWhileSettingAPasswordKeepTheCallersArray) {
   const ByteArray wanted = ArrayOf(SampleBytes(300));
   const int failures = Sweep([&](int nth) {
     clsCryptoAPI object;
@@ -92,8 +92,8 @@ TEST_F(EveryAllocationTest, OfSettingAPasswordLeavesTheCallersArray) {
   EXPECT_EQ(failures, 1) << "the copy";
 }
 
-// The old password goes first, while its successor is copied.
-TEST_F(EveryAllocationTest, OfReplacingAPasswordLeavesNone) {
+// The old password is discarded first, before the new one is copied.
+TEST_F(EveryAllocationTest, FailuresWhileReplacingAPasswordDiscardTheOldOne) {
   clsCryptoAPI object;
   Prepare(object, ArrayOf("data"));
   ByteArray successor = ArrayOf(std::string(1000, 'x'));
@@ -102,7 +102,7 @@ TEST_F(EveryAllocationTest, OfReplacingAPasswordLeavesNone) {
   EXPECT_TRUE(object.Encrypt(1, 1)) << "with the built-in password";
 }
 
-TEST_F(EveryAllocationTest, OfMakingARecordIsRaised) {
+TEST_F(EveryAllocationTest, FailuresWhileMakingARecordAreRaised) {
   const int failures = Sweep([&](int nth) {
     const clsMain first;
     return RaisesFailing(nth, [] { const clsMain second; });

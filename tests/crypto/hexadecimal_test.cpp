@@ -19,7 +19,7 @@ TEST(HexadecimalTest, EncodesEveryByteInUpperCase) {
   EXPECT_EQ(text, u"00090A90AFFF");
 }
 
-TEST(HexadecimalTest, EncodesNothingAsEmptyText) {
+TEST(HexadecimalTest, EncodesNoBytesAsEmptyText) {
   Text text = u"earlier";
   EncodeHex({}, text);
   EXPECT_EQ(text, u"");
@@ -33,8 +33,8 @@ TEST(HexadecimalTest, DecodesWhatItEncodes) {
   EXPECT_EQ(DecodedPairs(text, bytes.size()), bytes);
 }
 
-// Whatever is converted at a time, the lengths around it give the same.
-TEST(HexadecimalTest, EveryLengthIsConvertedWhole) {
+// Lengths around the size of the pieces that are converted at a time.
+TEST(HexadecimalTest, ConvertsAllElementsOfEveryLength) {
   for (const std::size_t length : {1U, 63U, 511U, 512U, 513U, 1024U, 1500U}) {
     const Bytes bytes = SampleBytes(length);
     Text text;
@@ -44,7 +44,7 @@ TEST(HexadecimalTest, EveryLengthIsConvertedWhole) {
   }
 }
 
-TEST(HexadecimalTest, AnOddPairChangesNoOther) {
+TEST(HexadecimalTest, AnUnusualPairDoesNotChangeTheOthers) {
   const Bytes bytes = SampleBytes(1500);
   for (const std::size_t position : {0U, 511U, 512U, 1023U, 1499U}) {
     Text text = Wide(Hex(bytes));
@@ -56,7 +56,7 @@ TEST(HexadecimalTest, AnOddPairChangesNoOther) {
   }
 }
 
-TEST(HexadecimalTest, DecodesEachPairByItself) {
+TEST(HexadecimalTest, DecodesEachPairSeparately) {
   EXPECT_EQ(DecodedPairs(u"7GzzFf 1", 4), (Bytes{0x07, 0x00, 0xFF, 0x01}));
 }
 

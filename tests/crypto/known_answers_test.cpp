@@ -32,7 +32,7 @@ class KnownAnswerTest : public testing::Test {
 
     api.InputData(ArrayOf(ciphertext));
     if (ciphertext.back() == ' ') {
-      // Text loses its trailing spaces, so this ciphertext does not arrive whole.
+      // InputData removes trailing spaces, so this ciphertext is damaged.
       ++cutOff;
       EXPECT_FALSE(api.Decrypt(hash, cipher));
       EXPECT_EQ(main.ErrorLocationID(), 717);
@@ -53,16 +53,16 @@ class KnownAnswerTest : public testing::Test {
   int cutOff = 0;
 };
 
-TEST_F(KnownAnswerTest, MeasuredCiphertexts) {
+TEST_F(KnownAnswerTest, MatchesMeasuredCiphertexts) {
   for (const VectorLine& line : ReadVectors("encryption.txt", 7)) CheckEncryption(line);
   EXPECT_EQ(cutOff, 2);
 }
 
-TEST_F(KnownAnswerTest, PublishedKeyDerivationSample) {
+TEST_F(KnownAnswerTest, MatchesThePublishedKeyDerivationSample) {
   for (const VectorLine& line : ReadVectors("key_derivation.txt", 7)) CheckEncryption(line);
 }
 
-TEST_F(KnownAnswerTest, PublishedHashValuesFromEitherProvider) {
+TEST_F(KnownAnswerTest, MatchesPublishedHashValuesWithEitherProvider) {
   const std::map<std::string, std::int16_t> numbers{
       {"MD5", 1}, {"MD4", 2}, {"MD2", 3}, {"SHA1", 4}};
   for (const VectorLine& line : ReadVectors("hashes.txt", 5)) {

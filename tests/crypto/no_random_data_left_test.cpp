@@ -1,4 +1,4 @@
-// What random data, salts and conversions leave of their secrets in memory that they free.
+// Random data, salts and conversions must wipe their secrets before they free memory.
 #include <gtest/gtest.h>
 
 #include "tests/support/freed_memory.h"
@@ -9,8 +9,8 @@ namespace {
 
 class NoRandomDataLeftTest : public RandomService {
  protected:
-  // How many freed blocks hold the secret, as bytes or as text, when the operation is over. What
-  // the operation returns is the caller's and outlives the search.
+  // The number of blocks freed by the operation that hold the secret, as bytes or as text. The
+  // caller owns the result, which is freed after the search.
   template <class Operation>
   std::size_t BlocksLeftBy(Operation&& operation) {
     std::size_t blocks = 0;

@@ -1,4 +1,4 @@
-// What the service object leaves of its secrets in memory that it frees.
+// The service object must wipe its secrets before it frees memory.
 #include <gtest/gtest.h>
 
 #include "tests/support/freed_memory.h"
@@ -11,7 +11,7 @@ class NoSecretsLeftTest : public WatchedService {
  protected:
   NoSecretsLeftTest() { provider.LeaveDataOut(); }
 
-  // How many freed blocks hold the secret when the operation is over.
+  // The number of blocks freed by the operation that hold the secret.
   template <class Operation>
   std::size_t BlocksLeftBy(Operation&& operation) {
     const FreedMemory freed(secret);
@@ -67,7 +67,7 @@ TEST_F(NoSecretsLeftTest, PlainDataIsWipedByTheCiphers) {
   EXPECT_EQ(BlocksLeftBy([this] { EXPECT_FALSE(api.Decrypt(0, 1)); }), 0U);
 }
 
-TEST_F(NoSecretsLeftTest, WhatThePropertiesHeldIsWipedWhenItIsReplaced) {
+TEST_F(NoSecretsLeftTest, ReplacedPropertyValuesAreWiped) {
   ByteArray first = ArrayOf(secret);
   ByteArray second = ArrayOf("another password");
   const ByteArray data = ArrayOf(secret);
@@ -81,7 +81,7 @@ TEST_F(NoSecretsLeftTest, WhatThePropertiesHeldIsWipedWhenItIsReplaced) {
             0U);
 }
 
-TEST_F(NoSecretsLeftTest, WhatTheObjectHeldIsWipedWithIt) {
+TEST_F(NoSecretsLeftTest, DestroyingTheObjectWipesItsSecrets) {
   ByteArray password = ArrayOf(secret);
   const ByteArray data = ArrayOf(secret);
   EXPECT_EQ(BlocksLeftBy([&] {

@@ -1,5 +1,5 @@
-// On a thread without a clsMain an operation that needs the record raises ObjectNotSet to its
-// caller, and what does not need it works.
+// On a thread without a clsMain, operations that need the record raise ObjectNotSet, and all others
+// work.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -79,7 +79,7 @@ TEST_F(WithoutRecord, ConversionsWorkWhileNothingFails) {
   EXPECT_EQ(ElementsOf(api.StringToByteArray(TextView(u"A"))), (Bytes{65, 0}));
 }
 
-TEST_F(WithoutRecord, FaultsWithoutATrapReachTheCallerAsTheyAre) {
+TEST_F(WithoutRecord, FaultsOutsideATrapReachTheCallerUnchanged) {
   EXPECT_EQ(FaultOf([&] { return api.ByteArrayToString({}); }), 9);
   EXPECT_EQ(FaultOf([&] { return api.StringToByteArray(Null()); }), 94);
 }
@@ -94,7 +94,7 @@ TEST_F(WithoutRecord, PropertiesOfTheServiceWork) {
   EXPECT_EQ(api.OutputData(), ByteArray());
 }
 
-TEST_F(WithoutRecord, ConnectivityQueriesNeedItOnlyToFail) {
+TEST_F(WithoutRecord, ConnectivityQueriesNeedARecordOnlyForAFailure) {
   connectivity.connected = true;
   EXPECT_TRUE(QueryConnectionExists());
   connectivity.flags = 0x8000;

@@ -11,7 +11,7 @@ namespace {
 
 class PasswordChoiceTest : public WatchedService {
  protected:
-  // What an operation hashes.
+  // The data that an operation hashes.
   template <class Operation>
   Bytes HashedBy(Operation&& operation) {
     journal.Clear();
@@ -63,7 +63,7 @@ TEST_F(PasswordChoiceTest, ANewObjectUsesTheDefaultPassword) {
   EXPECT_EQ(HashedByCreateHash("abc"), textAndPassword);
 }
 
-TEST_F(PasswordChoiceTest, TheCiphersStoreTheDefaultPasswordThatTheyUse) {
+TEST_F(PasswordChoiceTest, CiphersStoreTheDefaultPasswordWhenTheyUseIt) {
   for (const auto operation : {&clsCryptoAPI::Encrypt, &clsCryptoAPI::Decrypt}) {
     clsCryptoAPI fresh;
     EXPECT_EQ(ElementsOf(fresh.Password()), Bytes{0});
@@ -84,7 +84,7 @@ TEST_F(PasswordChoiceTest, CreateHashDoesNotStoreTheDefaultPassword) {
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
-TEST_F(PasswordChoiceTest, AStoredPasswordGoesBeforeTheDefaultFlag) {
+TEST_F(PasswordChoiceTest, AStoredPasswordOverridesTheDefaultFlag) {
   SetPassword("secret");
   for (const bool useDefault : {true, false}) {
     api.UseDefaultPWD(useDefault);
@@ -102,7 +102,7 @@ TEST_F(PasswordChoiceTest, WithoutTheDefaultTheCiphersHashNothingAndStoreNothing
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
-TEST_F(PasswordChoiceTest, WithoutTheDefaultBothDirectionsAgree) {
+TEST_F(PasswordChoiceTest, WithoutTheDefaultDecryptReversesEncrypt) {
   api.UseDefaultPWD(false);
   api.InputData(ArrayOf("attack at dawn"));
   ASSERT_TRUE(api.Encrypt(4, 2));
@@ -137,7 +137,7 @@ TEST_F(PasswordChoiceTest, WithoutTheDefaultCreateHashAppendsTwentyFreshLetters)
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
-TEST_F(PasswordChoiceTest, LettersThatCannotBeMadeAreLeftOutAndTheirFailureStaysRecorded) {
+TEST_F(PasswordChoiceTest, HashesWithoutTheLettersWhenTheyCannotBeMadeAndKeepsTheFailure) {
   LeaveEarlierFailure();
   api.UseDefaultPWD(false);
   probe.faults["GetTickCount"] = FaultNumber::TypeMismatch;
@@ -145,14 +145,14 @@ TEST_F(PasswordChoiceTest, LettersThatCannotBeMadeAreLeftOutAndTheirFailureStays
   EXPECT_EQ(ValuesOf(record), AfterRunTimeFailure(434, 13, "Type mismatch"));
 }
 
-TEST_F(PasswordChoiceTest, CreateHashLeavesThePasswordOutUnlessAsked) {
+TEST_F(PasswordChoiceTest, CreateHashAppendsThePasswordOnlyWithTheFlag) {
   SetPassword("secret");
   EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1), u""); }), BytesOf("abc"));
   api.UseDefaultPWD(false);
   EXPECT_EQ(HashedBy([this] { EXPECT_NE(api.CreateHash(u"abc", 1, true), u""); }), BytesOf("abc"));
 }
 
-// Data made with it must be read by every later build. The password itself stands nowhere.
+// Every later build must be able to read data made with it. The test does not contain the password.
 TEST_F(PasswordChoiceTest, TheDefaultPasswordNeverChanges) {
   EXPECT_EQ(Printable(api.CreateHash(u"", 4, true, true)),
             "228239388EE40BDE5BAE3A6925E9112BBC12F726");

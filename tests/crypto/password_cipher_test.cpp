@@ -1,4 +1,4 @@
-// The cipher under a password, with bytes taken exactly as they are.
+// The password cipher, which processes bytes exactly as they are.
 #include "crypto/password_cipher.h"
 
 #include <gmock/gmock.h>
@@ -33,14 +33,14 @@ class PasswordCipherTest : public testing::Test {
     journal.Clear();
   }
 
-  // A key of MD5.
+  // A key derived with MD5.
   PasswordKey DerivedKey(provider::AlgorithmId cipher, std::string_view password = "pw") {
     PasswordKey key;
     EXPECT_EQ(key.Derive(context, {kAlgorithmMd5, cipher, BytesOf(password)}), CipherStep::Done);
     return key;
   }
 
-  // Runs the key over the bytes; nothing when it fails.
+  // Encrypts or decrypts the bytes; empty on failure.
   static Bytes Run(PasswordKey& key, CipherDirection direction, Bytes data, std::size_t room) {
     auto length = static_cast<std::uint32_t>(data.size());
     data.resize(room);
@@ -79,7 +79,7 @@ class PasswordCipherTest : public testing::Test {
   UniqueContext context;
 };
 
-TEST_F(PasswordCipherTest, GivesBackWhatWasEncrypted) {
+TEST_F(PasswordCipherTest, DecryptionReversesEncryption) {
   for (const std::size_t size : {0U, 1U, 3U, 8U, 9U, 1000U}) {
     const Bytes data = SampleBytes(size);
     EXPECT_EQ(Decrypted(kAlgorithmDes, "pw", Encrypted(kAlgorithmDes, "pw", data, size + 8)), data);
@@ -87,20 +87,20 @@ TEST_F(PasswordCipherTest, GivesBackWhatWasEncrypted) {
   }
 }
 
-TEST_F(PasswordCipherTest, SpacesAtTheEndOfDataAndPasswordCount) {
+TEST_F(PasswordCipherTest, TrailingSpacesOfDataAndPasswordAreSignificant) {
   const Bytes data = BytesOf("data  ");
   const Bytes encrypted = Encrypted(kAlgorithmDes, "pw ", data, 8);
   EXPECT_EQ(Decrypted(kAlgorithmDes, "pw ", encrypted), data);
   EXPECT_NE(Encrypted(kAlgorithmDes, "pw", data, 8), encrypted);
 }
 
-TEST_F(PasswordCipherTest, PiecesGiveWhatTheWholeGives) {
+TEST_F(PasswordCipherTest, PiecesGiveTheSameResultAsOneCall) {
   const Bytes data = SampleBytes(27);
   EXPECT_EQ(EncryptedInPieces(kAlgorithmDes, data), Encrypted(kAlgorithmDes, "pw", data, 32));
   EXPECT_EQ(EncryptedInPieces(kAlgorithmRc4, data), Encrypted(kAlgorithmRc4, "pw", data, 27));
 }
 
-TEST_F(PasswordCipherTest, EffectiveBitsAreSetOnlyWhenAskedFor) {
+TEST_F(PasswordCipherTest, EffectiveBitsAreSetOnlyOnRequest) {
   PasswordKey plain = DerivedKey(kAlgorithmRc2);
   EXPECT_EQ(journal.Count("CryptSetKeyParam"), 0U);
 
@@ -135,7 +135,7 @@ TEST_F(PasswordCipherTest, APaddedBlockMustFitTheBuffer) {
   EXPECT_EQ(Encrypted(kAlgorithmDes, "pw", data, 16).size(), 16U);
 }
 
-TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
+TEST_F(PasswordCipherTest, DestroysTheHashDirectlyAfterTheDerivation) {
   const PasswordKey key = DerivedKey(kAlgorithmRc4);
   EXPECT_THAT(
       journal.All(),
@@ -144,7 +144,7 @@ TEST_F(PasswordCipherTest, TheHashIsDestroyedRightBehindTheDerivation) {
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1), KeyNo(1)));
 }
 
-TEST_F(PasswordCipherTest, NoHandleOutlivesIt) {
+TEST_F(PasswordCipherTest, ClosesAllHandlesOnDestruction) {
   { const PasswordKey key = DerivedKey(kAlgorithmRc4, ""); }
   EXPECT_EQ(journal.All().back(), calls::DestroyKey(1));
   EXPECT_THAT(provider.OpenHandles(), ElementsAre(ContextNo(1)));
@@ -155,7 +155,7 @@ TEST_F(PasswordCipherTest, AnEmptyKeyClosesNothing) {
   EXPECT_THAT(journal.All(), IsEmpty());
 }
 
-TEST_F(PasswordCipherTest, AKeyServesMessageAfterMessageInBothDirections) {
+TEST_F(PasswordCipherTest, AKeyProcessesSeveralMessagesInBothDirections) {
   for (const provider::AlgorithmId cipher : {kAlgorithmDes, kAlgorithmRc4}) {
     PasswordKey key = DerivedKey(cipher);
     for (const std::size_t size : {20U, 8U, 20U}) {
@@ -180,7 +180,7 @@ TEST_F(PasswordCipherTest, AMovedKeyIsClosedOnceByItsLastOwner) {
   EXPECT_EQ(journal.Count("CryptDestroyKey"), 1U);
 }
 
-TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
+TEST_F(PasswordCipherTest, ReturnsTheStepThatFailed) {
   const std::map<std::string, CipherStep> steps{{"CryptCreateHash", CipherStep::CreateHash},
                                                 {"CryptHashData", CipherStep::HashData},
                                                 {"CryptDeriveKey", CipherStep::DeriveKey}};
@@ -194,7 +194,7 @@ TEST_F(PasswordCipherTest, TellsWhichStepFailed) {
   }
 }
 
-TEST_F(PasswordCipherTest, TellsThatTheCipherFailed) {
+TEST_F(PasswordCipherTest, ReturnsCipherWhenTheCipherFails) {
   PasswordKey key = DerivedKey(kAlgorithmDes);
   Bytes data = SampleBytes(9);
   std::uint32_t length = 9;
@@ -203,7 +203,7 @@ TEST_F(PasswordCipherTest, TellsThatTheCipherFailed) {
   EXPECT_EQ(key.Transform(CipherDirection::Encrypt, data, length), CipherStep::Cipher);
 }
 
-TEST_F(PasswordCipherTest, AFaultPassesOnAndLeavesNoHandle) {
+TEST_F(PasswordCipherTest, AFaultReachesTheCallerAndLeavesNoHandle) {
   for (const char* call : {"CryptCreateHash", "CryptHashData", "CryptDeriveKey"}) {
     provider.ThrowAt(call, 1, Fault(FaultNumber::Overflow));
     const auto derive = [this] {

@@ -11,7 +11,7 @@ const Bytes kFour{1, 2, 3, 4};
 
 class PasswordTest : public WatchedService {
  protected:
-  // The fault of writing the property, which may erase the array.
+  // The fault raised by writing the property, which may erase the array.
   std::int32_t Write(ByteArray& array) {
     return FaultOf([&] { return api.Password(array), 0; });
   }
@@ -19,7 +19,7 @@ class PasswordTest : public WatchedService {
 
   [[nodiscard]] Bytes Stored() const { return ElementsOf(api.Password()); }
 
-  // What writing a too short array stores while the default password is allowed.
+  // The password that is stored for a too short array while the default password is allowed.
   [[nodiscard]] static Bytes DefaultPassword() {
     clsCryptoAPI fresh;
     ByteArray none{0};
@@ -35,12 +35,12 @@ TEST_F(PasswordTest, TwoBytesAreStoredAndTheCallersArrayIsErased) {
   EXPECT_EQ(array, ByteArray());
 }
 
-TEST_F(PasswordTest, AllElementsAreStoredTheLastAndSpacesIncluded) {
+TEST_F(PasswordTest, StoresAllElementsWithTheLastOneAndSpaces) {
   EXPECT_EQ(Write(ByteArray{32, 65, 32, 32, 7}), kNoFault);
   EXPECT_EQ(Stored(), (Bytes{32, 65, 32, 32, 7}));
 }
 
-TEST_F(PasswordTest, ReadingGivesACopy) {
+TEST_F(PasswordTest, ReadingReturnsACopy) {
   SetPassword("secret");
   ByteArray copy = api.Password();
   copy.Erase();
@@ -61,7 +61,7 @@ TEST_F(PasswordTest, AOneByteArrayStoresTheDefaultPassword) {
   EXPECT_EQ(Stored(), DefaultPassword());
 }
 
-TEST_F(PasswordTest, TheDefaultPasswordIsTextThatLosesNothing) {
+TEST_F(PasswordTest, TheDefaultPasswordSurvivesConversionToTextAndBack) {
   const Bytes stored = DefaultPassword();
   ASSERT_GE(stored.size(), 2U);
   EXPECT_EQ(stored.back(), 0);
@@ -74,7 +74,7 @@ TEST_F(PasswordTest, WithoutTheDefaultAOneByteArrayStoresASingleZero) {
   EXPECT_EQ(Stored(), Bytes{0});
 }
 
-TEST_F(PasswordTest, ATooShortArrayIsLeftToTheCaller) {
+TEST_F(PasswordTest, ATooShortArrayStaysWithTheCaller) {
   ByteArray array{65};
   EXPECT_EQ(Write(array), kNoFault);
   EXPECT_EQ(array, ByteArray{65});
@@ -104,7 +104,7 @@ TEST_F(PasswordTest, TheDefaultFlagDoesNotChangeAStoredPassword) {
   EXPECT_EQ(DataOf(api.Password()), BytesOf("secret"));
 }
 
-TEST_F(PasswordTest, AnArrayThatIsRefusedLeavesNoPasswordAndIsLeftToTheCaller) {
+TEST_F(PasswordTest, ARefusedArrayLeavesNoPasswordAndStaysWithTheCaller) {
   for (const ByteArray& shape : {ByteArray(), ByteArray::WithShape(2, 0, 1, kFour)}) {
     SetPassword("secret");
     ByteArray array = shape;
@@ -115,7 +115,7 @@ TEST_F(PasswordTest, AnArrayThatIsRefusedLeavesNoPasswordAndIsLeftToTheCaller) {
 }
 
 // .NET's new byte[0] arrives with the bounds 0 to -1.
-TEST_F(PasswordTest, AnUpperBoundBelowOneIsNoPasswordWhateverTheLowerBound) {
+TEST_F(PasswordTest, AnUpperBoundBelowOneIsNoPasswordWithAnyLowerBound) {
   for (const ByteArray& shape :
        {ByteArray::WithShape(1, 0, -1, {}), ByteArray::WithShape(1, 1, 0, {}),
         ByteArray::WithShape(1, -4, -1, kFour), ByteArray::WithShape(1, -3, 0, kFour)}) {
@@ -130,7 +130,7 @@ TEST_F(PasswordTest, AnUpperBoundBelowOneIsNoPasswordWhateverTheLowerBound) {
   }
 }
 
-TEST_F(PasswordTest, AnArrayBehindElementZeroIsStoredWithItsBoundsAndErased) {
+TEST_F(PasswordTest, AnArrayThatStartsAboveZeroIsStoredWithItsBoundsAndErased) {
   for (const ByteArray& shape :
        {ByteArray::WithShape(1, 1, 4, kFour), ByteArray::WithShape(1, 1, 1, Bytes{65}),
         ByteArray::WithShape(1, 2, 1, {})}) {
@@ -141,7 +141,7 @@ TEST_F(PasswordTest, AnArrayBehindElementZeroIsStoredWithItsBoundsAndErased) {
   }
 }
 
-TEST_F(PasswordTest, APasswordBehindElementZeroIsAFaultOfWhatUsesIt) {
+TEST_F(PasswordTest, APasswordThatStartsAboveZeroIsAFaultOfTheOperationThatUsesIt) {
   api.InputData(ArrayOf("some data"));
   EXPECT_EQ(Write(ByteArray::WithShape(1, 1, 4, kFour)), kNoFault);
   LeaveEarlierFailure();

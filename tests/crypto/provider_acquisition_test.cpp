@@ -31,7 +31,7 @@ TEST_F(ProviderAcquisitionTest, TheEnhancedProviderIsOpenedWithoutAKeySet) {
   EXPECT_THAT(AcquireCalls(), ElementsAre(kEnhancedCall.Makes(ContextNo(1))));
 }
 
-TEST_F(ProviderAcquisitionTest, TheDefaultProviderWithANewKeySetStandsInForTheBaseProvider) {
+TEST_F(ProviderAcquisitionTest, FallsBackFromTheBaseProviderToTheDefaultOneWithANewKeySet) {
   LeaveEarlierFailure();
   provider.FailAt(kAcquire, 1);
   EXPECT_TRUE(api.Encrypt(1, 1));
@@ -40,7 +40,7 @@ TEST_F(ProviderAcquisitionTest, TheDefaultProviderWithANewKeySetStandsInForTheBa
   EXPECT_EQ(journal.Count("ErrorExists"), 0U);
 }
 
-TEST_F(ProviderAcquisitionTest, NothingStandsInForTheEnhancedProvider) {
+TEST_F(ProviderAcquisitionTest, TheEnhancedProviderHasNoFallback) {
   api.EnhancedProvider(true);
   provider.FailAt(kAcquire, 1);
   EXPECT_FALSE(api.Encrypt(1, 1));
@@ -60,7 +60,7 @@ TEST_F(ProviderAcquisitionTest, EveryOperationThatNeedsAProviderOpensIt) {
   EXPECT_TRUE(opens([](clsCryptoAPI& fresh) { return fresh.CreateRandom(4); }));
 }
 
-TEST_F(ProviderAcquisitionTest, AnOpenProviderServesEveryLaterOperation) {
+TEST_F(ProviderAcquisitionTest, LaterOperationsUseTheOpenProvider) {
   EXPECT_TRUE(api.Encrypt(1, 1));
   EXPECT_TRUE(api.Decrypt(2, 2));
   EXPECT_FALSE(api.CreateHash(u"abc", 1, true).empty());
@@ -78,7 +78,7 @@ TEST_F(ProviderAcquisitionTest, AfterAFailureTheNextOperationTriesAgain) {
   EXPECT_FALSE(record.ErrorExists());
 }
 
-TEST_F(ProviderAcquisitionTest, TheNextTryFollowsTheEnhancedFlagOfThatTime) {
+TEST_F(ProviderAcquisitionTest, TheNextTryUsesTheCurrentEnhancedFlag) {
   provider.FailAt(kAcquire, 1);
   provider.FailAt(kAcquire, 2);
   EXPECT_FALSE(api.Encrypt(1, 1));
@@ -108,7 +108,7 @@ class UnavailableProviderTest : public ProviderAcquisitionTest,
     return FailureWritesIn(journal);
   }
 
-  // The entry of the acquisition itself, in full, then that of the operation over it.
+  // The failure of the acquisition itself, in full, followed by that of the operation.
   [[nodiscard]] CallJournal::Entries Writes(int location, int number, const char* text) const {
     return Joined({GetParam()
                        ? ApplicationWrites(728, 124, "Error acquiring enhanced provider", 12)
@@ -119,22 +119,22 @@ class UnavailableProviderTest : public ProviderAcquisitionTest,
   void SetUp() override { ThisThread().currentStep = 12; }
 };
 
-TEST_P(UnavailableProviderTest, EncryptWritesOverTheEntryOfTheAcquisition) {
+TEST_P(UnavailableProviderTest, EncryptOverwritesTheFailureOfTheAcquisition) {
   EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.Encrypt(1, 1); }),
             Writes(720, 114, "Error acquiring provider"));
 }
 
-TEST_P(UnavailableProviderTest, DecryptWritesOverTheEntryOfTheAcquisition) {
+TEST_P(UnavailableProviderTest, DecryptOverwritesTheFailureOfTheAcquisition) {
   EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.Decrypt(1, 1); }),
             Writes(713, 114, "Error acquiring provider"));
 }
 
-TEST_P(UnavailableProviderTest, CreateHashWritesOverTheEntryOfTheAcquisition) {
+TEST_P(UnavailableProviderTest, CreateHashOverwritesTheFailureOfTheAcquisition) {
   EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.CreateHash(u"abc", 1); }),
             Writes(709, 117, "Error creating hash"));
 }
 
-TEST_P(UnavailableProviderTest, CreateRandomWritesOverTheEntryOfTheAcquisition) {
+TEST_P(UnavailableProviderTest, CreateRandomOverwritesTheFailureOfTheAcquisition) {
   EXPECT_EQ(WritesOf([](clsCryptoAPI& used) { return used.CreateRandom(4); }),
             Writes(710, 114, "Error acquiring provider"));
 }

@@ -11,8 +11,8 @@
 namespace latchkey::test {
 namespace {
 
-// Closing runs during clean-up, where nothing may stop what follows.
-TEST(ProviderHandlesTest, AFaultOfClosingStopsNothing) {
+// Handles are closed during clean-up, where nothing may stop the remaining steps.
+TEST(ProviderHandlesTest, AFaultWhileClosingDoesNotStopTheCleanUp) {
   CallJournal journal;
   ScriptedProvider provider(journal);
   for (const char* const call : {"CryptDestroyHash", "CryptReleaseContext"}) {

@@ -17,8 +17,8 @@ namespace {
 
 using RandomNumberTest = WatchedModule;
 
-// Draws from a range so wide that equal rows never happen by chance, from the same starting state
-// and the same readings of the machine.
+// Draws numbers from a range so wide that equal sequences do not occur by chance, from the same
+// initial state and the same readings of the machine.
 std::vector<float> DrawAfterReset() {
   ThisThreadCrypto().generatorState = {1, 2};
   std::vector<float> row(8);
@@ -26,7 +26,7 @@ std::vector<float> DrawAfterReset() {
   return row;
 }
 
-TEST_F(RandomNumberTest, StaysInsideItsRangeAndIsWhole) {
+TEST_F(RandomNumberTest, IsAWholeNumberInItsRange) {
   for (int draw = 0; draw < 5000; ++draw) {
     const float number = RandomNumberInRange(65, 122);
     ASSERT_GE(number, 65);
@@ -35,22 +35,24 @@ TEST_F(RandomNumberTest, StaysInsideItsRangeAndIsWhole) {
   }
 }
 
-// Each number is left out of 500 draws with a chance of (6/7)^500, less than 10^-33.
-TEST_F(RandomNumberTest, ReachesEveryNumberOfItsRange) {
+// The probability that a number is missing from 500 draws is (6/7)^500, less than 10^-33.
+TEST_F(RandomNumberTest, ReturnsEveryNumberOfItsRange) {
   std::set<float> drawn;
   for (int draw = 0; draw < 500; ++draw) drawn.insert(RandomNumberInRange(-3, 3));
   EXPECT_EQ(drawn, (std::set<float>{-3, -2, -1, 0, 1, 2, 3}));
 }
 
-TEST_F(RandomNumberTest, ARangeOfOneNumberGivesIt) { EXPECT_EQ(RandomNumberInRange(7, 7), 7); }
+TEST_F(RandomNumberTest, ARangeOfOneNumberReturnsThatNumber) {
+  EXPECT_EQ(RandomNumberInRange(7, 7), 7);
+}
 
-TEST_F(RandomNumberTest, TheClockDoesNotTellTheResult) {
+TEST_F(RandomNumberTest, TheClockDoesNotDetermineTheResult) {
   probe.SetTicks({123'456});
   EXPECT_NE(DrawAfterReset(), DrawAfterReset());
 }
 
-// With the same state before and the same bytes of the system, the seed alone makes the difference.
-TEST_F(RandomNumberTest, TheSeedsValueChangesTheResult) {
+// State and random bytes are the same, so only the seed can make a difference.
+TEST_F(RandomNumberTest, TheSeedChangesTheResult) {
   scope.Services().fillRandom = [](std::span<std::uint8_t> bytes) noexcept {
     std::fill(bytes.begin(), bytes.end(), std::uint8_t{0x5A});
     return true;
@@ -63,12 +65,12 @@ TEST_F(RandomNumberTest, TheSeedsValueChangesTheResult) {
   EXPECT_NE(drawWith(123'456), drawWith(123'465));
 }
 
-TEST_F(RandomNumberTest, ARandomSourceWithoutBytesIsAFault) {
+TEST_F(RandomNumberTest, NoBytesFromTheRandomSourceIsAFault) {
   scope.Services().fillRandom = [](std::span<std::uint8_t>) noexcept { return false; };
   EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 5);
 }
 
-TEST_F(RandomNumberTest, EveryDrawIsSeededAnew) {
+TEST_F(RandomNumberTest, EveryDrawReseedsTheGenerator) {
   for (int draw = 0; draw < 3; ++draw) static_cast<void>(RandomNumberInRange(65, 122));
   EXPECT_EQ(probe.CountCalls("EnumWindows"), 3U);
 }
@@ -79,7 +81,7 @@ TEST_F(RandomNumberTest, KeepsTheGeneratorsStateForTheThread) {
   EXPECT_NE(ThisThreadCrypto().generatorState, before);
 }
 
-TEST_F(RandomNumberTest, AFaultOfTheSeedPassesOnUnrecorded) {
+TEST_F(RandomNumberTest, AFaultOfTheSeedReachesTheCallerUnrecorded) {
   probe.SetTicks({1000, 6});
   probe.volume.reset();
   EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 11);

@@ -1,4 +1,4 @@
-// What becomes of what the system's random source gives, or does not give.
+// The use of the system's random source, and its failures.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -20,13 +20,13 @@ constexpr long kInputOutputError = -5;
 
 long Size(std::span<std::uint8_t> bytes) { return static_cast<long>(bytes.size()); }
 
-TEST(RandomSourceTest, AFailureIsNoSuccess) {
+TEST(RandomSourceTest, AFailureOfTheSourceFailsFillRandom) {
   const RandomSourceScript script([](auto) { return kInputOutputError; });
   std::array<std::uint8_t, 16> bytes{};
   EXPECT_FALSE(platform::FillRandom(bytes));
 }
 
-TEST(RandomSourceTest, EveryByteIsTheSources) {
+TEST(RandomSourceTest, EveryByteComesFromTheSource) {
   std::uint8_t next = 0;
   const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
     for (std::uint8_t& byte : bytes) byte = ++next;
@@ -46,7 +46,7 @@ class RandomSourceUseTest : public WatchedModule {
  protected:
   using State = std::array<std::uint64_t, 2>;
 
-  // The generator's state after a draw from a fixed state, with these random bytes.
+  // The generator's state after drawing a number from a fixed state with these random bytes.
   static State StateAfterDraw(const std::array<std::uint8_t, 16>& random) {
     const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
       EXPECT_EQ(bytes.size(), random.size());
@@ -59,7 +59,7 @@ class RandomSourceUseTest : public WatchedModule {
   }
 };
 
-TEST_F(RandomSourceUseTest, EachOfSixteenBytesReachesTheGenerator) {
+TEST_F(RandomSourceUseTest, EachOfSixteenBytesChangesTheGeneratorsState) {
   probe.SetTicks({123'456});
   const State before = StateAfterDraw({});
   EXPECT_EQ(StateAfterDraw({}), before);
@@ -70,7 +70,7 @@ TEST_F(RandomSourceUseTest, EachOfSixteenBytesReachesTheGenerator) {
   }
 }
 
-TEST_F(RandomSourceUseTest, WithoutRandomBytesThereIsNoNumber) {
+TEST_F(RandomSourceUseTest, WithoutRandomBytesANumberIsAFault) {
   const RandomSourceScript script([](auto) { return kInputOutputError; });
   EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 5);
 }

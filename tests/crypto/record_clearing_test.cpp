@@ -1,4 +1,4 @@
-// How often and when the operations of the service object clear the record.
+// How often the operations of the service object clear the record, and when.
 #include <gtest/gtest.h>
 
 #include "tests/support/cipher_direction.h"
@@ -9,8 +9,8 @@ namespace {
 
 class RecordClearingTest : public WatchedServiceOnPlainProvider {
  protected:
-  // The number of times that the operation clears a record which an earlier failure filled, the
-  // first time before anything else.
+  // The number of times that the operation clears a record with an earlier failure. The first time
+  // must be before anything else.
   template <class Operation>
   std::size_t ClearsOf(Operation&& operation) {
     LeaveEarlierFailure();

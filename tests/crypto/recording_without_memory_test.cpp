@@ -1,4 +1,4 @@
-// A failure of memory can be recorded too: recording allocates nothing.
+// A failed allocation can be recorded, because recording allocates nothing.
 #include <gtest/gtest.h>
 
 #include "diagnostics/error_trap.h"

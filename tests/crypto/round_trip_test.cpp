@@ -1,4 +1,4 @@
-// Decrypt undoes Encrypt: every provider, hash and cipher.
+// Decrypt reverses Encrypt, for every provider, hash and cipher.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -40,7 +40,8 @@ class RoundTripTest : public testing::TestWithParam<Combination> {
 
   static bool EndsInASpace(const Bytes& data) { return !data.empty() && data.back() == ' '; }
 
-  // Data of that size that ends in no space, plain or encrypted: such a space would be lost.
+  // Data of that size that ends in a space neither plain nor encrypted, since such a space would be
+  // lost.
   Bytes DataOfSize(std::size_t size) {
     Bytes data = SampleBytes(size);
     for (int tries = 0; tries < 256; ++tries, ++data.back()) {
@@ -56,7 +57,7 @@ class RoundTripTest : public testing::TestWithParam<Combination> {
   std::int16_t hash = kFirstHash;
 };
 
-TEST_P(RoundTripTest, GivesBackDataOfEverySize) {
+TEST_P(RoundTripTest, DecryptReturnsDataOfEverySize) {
   ByteArray password = ArrayOf("correct horse");
   api.Password(password);
   for (; hash <= kLastHash; ++hash) {
@@ -67,12 +68,12 @@ TEST_P(RoundTripTest, GivesBackDataOfEverySize) {
   }
 }
 
-TEST_P(RoundTripTest, GivesBackLargeData) {
+TEST_P(RoundTripTest, DecryptReturnsLargeData) {
   const Bytes data = DataOfSize(1'000'001);
   EXPECT_EQ(Decrypted(Encrypted(data)), data);
 }
 
-TEST_P(RoundTripTest, WorksUnderTheDefaultPasswordInAnotherObject) {
+TEST_P(RoundTripTest, WorksWithTheDefaultPasswordInAnotherObject) {
   for (; hash <= kLastHash; ++hash) {
     const Bytes data = DataOfSize(20);
     const Bytes encrypted = Encrypted(data);
@@ -84,7 +85,7 @@ TEST_P(RoundTripTest, WorksUnderTheDefaultPasswordInAnotherObject) {
   }
 }
 
-TEST_P(RoundTripTest, WorksUnderNoPassword) {
+TEST_P(RoundTripTest, WorksWithoutAPassword) {
   api.UseDefaultPWD(false);
   for (; hash <= kLastHash; ++hash) {
     const Bytes data = DataOfSize(20);

@@ -1,4 +1,4 @@
-// Which letters CreateSaltValue draws, and how often.
+// The letters that CreateSaltValue draws, and their frequencies.
 #include <gtest/gtest.h>
 
 #include <map>
@@ -20,7 +20,7 @@ bool IsLetter(char16_t character) {
   return (character >= u'A' && character <= u'Z') || (character >= u'a' && character <= u'z');
 }
 
-TEST_F(SaltLettersTest, AreAsManyAsAskedFor) {
+TEST_F(SaltLettersTest, HaveTheRequestedLength) {
   for (const std::int32_t count : {1, 5, 20, 9'999, 10'000, 10'050}) {
     EXPECT_EQ(Letters(count).size(), static_cast<std::size_t>(count));
   }
@@ -29,9 +29,10 @@ TEST_F(SaltLettersTest, AreAsManyAsAskedFor) {
 
 TEST_F(SaltLettersTest, DifferFromCallToCall) { EXPECT_NE(Letters(40), Letters(40)); }
 
-// 34,800 draws from 58 codes, of which d to i have two each. A letter is expected 600 times and
-// deviates by 24 (1 sigma), d to i 1,200 times and by 34: every bound is more than 8 sigma away.
-TEST_F(SaltLettersTest, AreAllLettersOfTheAlphabetAndDToITwiceAsOften) {
+// 34,800 draws from 58 codes, of which d to i have two each. The expected count of a letter is 600
+// with a standard deviation of 24, and 1,200 with 34 for d to i; every bound is more than 8
+// standard deviations away.
+TEST_F(SaltLettersTest, IncludeAllLettersWithDToITwiceAsOften) {
   std::map<char16_t, int> counts;
   for (const char16_t letter : Letters(34'800)) {
     ASSERT_TRUE(IsLetter(letter)) << static_cast<unsigned>(letter);

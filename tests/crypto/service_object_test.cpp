@@ -1,4 +1,4 @@
-// State, properties and end of the service object.
+// State, properties and destruction of the service object.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -15,7 +15,7 @@ using testing::ElementsAre;
 
 class ServiceObjectTest : public WatchedService {
  protected:
-  // The cipher gets these bytes.
+  // Checks that the cipher gets these bytes.
   void ExpectInput(const Bytes& bytes) {
     journal.Clear();
     EXPECT_TRUE(api.Encrypt(1, 1));
@@ -26,13 +26,13 @@ class ServiceObjectTest : public WatchedService {
   int keys_ = 0;
 };
 
-TEST_F(ServiceObjectTest, ANewObjectHoldsNoOutputAndNoPassword) {
+TEST_F(ServiceObjectTest, ANewObjectHasNoOutputAndNoPassword) {
   EXPECT_EQ(api.OutputData().Dimensions(), 0);
   EXPECT_EQ(ElementsOf(api.OutputData()), Bytes());
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
-TEST_F(ServiceObjectTest, TheProviderIsLeftAloneUntilAnOperationNeedsIt) {
+TEST_F(ServiceObjectTest, DoesNotCallTheProviderUntilAnOperationNeedsIt) {
   {
     clsCryptoAPI unused;
     unused.EnhancedProvider(true);
@@ -48,7 +48,7 @@ TEST_F(ServiceObjectTest, TheProviderIsLeftAloneUntilAnOperationNeedsIt) {
   EXPECT_EQ(journal.Count("CryptReleaseContext"), 0U);
 }
 
-TEST_F(ServiceObjectTest, PropertiesLeaveTheRecordAlone) {
+TEST_F(ServiceObjectTest, PropertiesDoNotWriteTheRecord) {
   LeaveEarlierFailure();
   api.EnhancedProvider(true);
   api.UseDefaultPWD(false);
@@ -59,7 +59,7 @@ TEST_F(ServiceObjectTest, PropertiesLeaveTheRecordAlone) {
   EXPECT_TRUE(journal.All().empty());
 }
 
-TEST_F(ServiceObjectTest, InputDataIsAllElementsButTheLastWithoutTrailingSpaces) {
+TEST_F(ServiceObjectTest, InputDataOmitsTheLastElementAndTrailingSpaces) {
   api.InputData(ByteArray{1, 2, 3, 4});
   ExpectInput({1, 2, 3});
   api.InputData(ArrayOf(" a b  "));
@@ -80,7 +80,7 @@ TEST_F(ServiceObjectTest, InputDataKeepsEveryByteValue) {
   }
 }
 
-TEST_F(ServiceObjectTest, InputDataLeavesTheCallersArray) {
+TEST_F(ServiceObjectTest, InputDataKeepsTheCallersArray) {
   const ByteArray data{1, 2, 3, 0};
   api.InputData(data);
   EXPECT_EQ(data, (ByteArray{1, 2, 3, 0}));
@@ -121,7 +121,7 @@ TEST_F(ServiceObjectTest, TheProviderIsReleasedOnceWithTheObject) {
   EXPECT_THAT(journal.Named({"CryptReleaseContext"}), ElementsAre(calls::ReleaseContext(1)));
 }
 
-TEST_F(ServiceObjectTest, EachObjectHasAProviderOfItsOwn) {
+TEST_F(ServiceObjectTest, EachObjectOpensASeparateProvider) {
   clsCryptoAPI other;
   static_cast<void>(api.CreateHash(u"abc", 1));
   static_cast<void>(other.CreateHash(u"abc", 1));
@@ -137,7 +137,7 @@ TEST_F(ServiceObjectTest, AnObjectWhoseProviderCouldNotBeOpenedReleasesNothing) 
   EXPECT_EQ(journal.Count("CryptReleaseContext"), 0U);
 }
 
-// Uses an object once and lets it end; what happens from then on is in the journal.
+// Uses an object once and destroys it; the journal starts with the destruction.
 class ServiceObjectEndTest : public WatchedService {
  protected:
   void UseAndEnd() {
@@ -158,7 +158,7 @@ TEST_F(ServiceObjectEndTest, AFailedReleaseRecordsNothing) {
   EXPECT_THAT(journal.All(), ElementsAre(calls::ReleaseContext(1).Fails()));
 }
 
-TEST_F(ServiceObjectEndTest, AFaultOfTheReleaseGoesNoFurtherAndIsNotRecorded) {
+TEST_F(ServiceObjectEndTest, AFaultOfTheReleaseIsNeitherRaisedNorRecorded) {
   provider.ThrowAt("CryptReleaseContext", 1, Fault(FaultNumber::Overflow));
   EXPECT_NO_THROW(UseAndEnd());
   provider.ThrowAt("CryptReleaseContext", 1, std::bad_alloc());

@@ -1,4 +1,4 @@
-// Two threads at work at the same time, each with objects and a record of its own.
+// Two threads that work at the same time, each with separate objects and a separate record.
 #include <gtest/gtest.h>
 
 #include <atomic>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kRounds = 200;
 
-// Lets both threads go on only when both have come this far.
+// Blocks each thread until both have reached it.
 class Barrier {
  public:
   void Wait() {
@@ -32,15 +32,15 @@ class Barrier {
   std::atomic<int> round_{0};
 };
 
-// Whether the output decrypts to the data. Where it ends in a space it does not arrive whole, and
-// nothing can be said.
+// Whether the output decrypts to the data. True also if the output ends in a space, which InputData
+// removes.
 bool GivesBack(clsCryptoAPI& api, const Bytes& data) {
   if (api.OutputData().TextElements().back() == ' ') return true;
   api.InputData(api.OutputData());
   return api.Decrypt(4, 2) && DataOf(api.OutputData()) == data;
 }
 
-// Encrypts and decrypts under its own password; the rounds that came out right.
+// Encrypts and decrypts with its own password. Returns the number of correct rounds.
 int SucceedingRounds(Barrier& barrier) {
   const clsMain main;
   clsCryptoAPI api;
@@ -57,7 +57,7 @@ int SucceedingRounds(Barrier& barrier) {
   return right;
 }
 
-// Fails in every round, at a step of its own; the rounds in which the record says so.
+// Fails in every round, at its own step. Returns the number of rounds with a correct record.
 int FailingRounds(Barrier& barrier) {
   const clsMain main;
   clsCryptoAPI api;
@@ -75,7 +75,7 @@ int FailingRounds(Barrier& barrier) {
   return right;
 }
 
-TEST(ServiceThreadsTest, NeitherSeesTheFailuresOrTheDataOfTheOther) {
+TEST(ServiceThreadsTest, ThreadsDoNotSeeEachOthersFailuresOrData) {
   Barrier barrier;
   int failing = 0;
   std::thread other([&] { failing = FailingRounds(barrier); });

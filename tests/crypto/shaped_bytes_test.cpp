@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-TEST(ShapedBytesTest, FewElementsNeedNoMemory) {
+TEST(ShapedBytesTest, FewElementsAllocateNothing) {
   FailAllocation(1);
   const ShapedBytes password{1, 2, 3};
   ShapedBytes copy = password;
@@ -20,7 +20,7 @@ TEST(ShapedBytesTest, FewElementsNeedNoMemory) {
   FailAllocation(0);
 }
 
-TEST(ShapedBytesTest, GiveTheirStorageAway) {
+TEST(ShapedBytesTest, TakeStorageReturnsTheStorage) {
   ShapedBytes array(SampleBytes(1001));
   const std::uint8_t* const memory = array.Elements().data();
   InlineBytes storage = array.TakeStorage();
@@ -30,7 +30,7 @@ TEST(ShapedBytesTest, GiveTheirStorageAway) {
   EXPECT_EQ(ShapedBytes::WithTrailingZero(std::move(storage), 499).Elements().data(), memory);
 }
 
-TEST(ShapedBytesTest, BecomeAnArrayOfTheSameShapeInTheSameStorage) {
+TEST(ShapedBytesTest, ToByteArrayKeepsShapeAndStorage) {
   ShapedBytes array = ShapedBytes::WithShape(1, -1, 999, SampleBytes(1001));
   const std::uint8_t* const memory = array.Elements().data();
   const ByteArray made = std::move(array).ToByteArray();
@@ -38,7 +38,7 @@ TEST(ShapedBytesTest, BecomeAnArrayOfTheSameShapeInTheSameStorage) {
   EXPECT_EQ(made.Elements().data(), memory);
 }
 
-TEST(ShapedBytesTest, BecomeAnUnallocatedArrayWithoutMemory) {
+TEST(ShapedBytesTest, ToByteArrayAllocatesNothingWhenUnallocated) {
   FailAllocation(1);
   EXPECT_EQ(ShapedBytes().ToByteArray(), ByteArray());
   EXPECT_TRUE(AllocationFailurePending());

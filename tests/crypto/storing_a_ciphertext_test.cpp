@@ -1,5 +1,5 @@
-// What the samples do to store a ciphertext and to read it back, call by call: every text comes
-// back, and what was stored without an end mark reads as it did before there was one.
+// The calls by which the samples store a ciphertext and read it back: every text is restored, and
+// texts stored without an end mark are read as before the mark was introduced.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -20,7 +20,7 @@ namespace {
 constexpr int kInputs = 100'000;
 constexpr std::int16_t kRc4 = 1;
 constexpr TextView kEndMark = u"~lkend~";
-constexpr std::size_t kEndMarkLength = 8;  // with its digit
+constexpr std::size_t kEndMarkLength = 8;  // including its digit
 
 // Ciphertexts as hexadecimal text: the VBScript sample, the script of README.md, decrypt_file.
 struct AsHexText {
@@ -54,7 +54,7 @@ bool HasEndMark(TextView text) {
          TextView(u"0123456789").find(text.back()) != TextView::npos;
 }
 
-// Whether AnyText gave the text a whole mark, which is the one thing that is removed by mistake.
+// Whether AnyText ended the text with a complete mark. Only such a mark is removed by mistake.
 bool EndsWithAChosenMark(TextView text) {
   return text.ends_with(u"~lkend~0") || text.ends_with(u"~lkend~9 ");
 }
@@ -66,7 +66,7 @@ class StoringACiphertextTest : public testing::Test {
 
   std::size_t Below(std::size_t bound) { return random() % bound; }
 
-  // Another object, hash, cipher and password.
+  // Chooses a new object, hash, cipher and password.
   void ChooseSettings() {
     const bool useEnhanced = Below(2) == 1;
     api = useEnhanced ? &enhanced : &base;
@@ -76,7 +76,7 @@ class StoringACiphertextTest : public testing::Test {
     api->Password(password);
   }
 
-  // Any characters of the code page, often with an end that is at risk.
+  // Any characters of the code page, often with an end that may be damaged.
   Text AnyText() {
     static const std::array<std::string, 9> ends{
         "", "", " ", "    ", std::string(1, '\0'), "~lkend~0", "~lkend~", "end!", "~lkend~9 "};
@@ -94,7 +94,7 @@ class StoringACiphertextTest : public testing::Test {
     return api->Encrypt(hash, cipher);
   }
 
-  // Whether the ciphertext is whole after its way through text.
+  // Whether the ciphertext survives the conversion to text and back.
   [[nodiscard]] bool CanBeStored(const Text& plain) const {
     return api->ByteArrayToString(api->OutputData()).size() ==
            Form::LengthOfCiphertext(*api, plain.size(), cipher != kRc4);
@@ -111,7 +111,7 @@ class StoringACiphertextTest : public testing::Test {
     return std::nullopt;
   }
 
-  // Without a mark, as the samples did it before.
+  // Stores without a mark, as the samples did before.
   std::optional<typename Form::Stored> StoreUnmarked(const Text& text) {
     if (!Encrypt(text)) return std::nullopt;
     return Form::Keep(*api);
@@ -148,7 +148,7 @@ class StoringACiphertextTest : public testing::Test {
 using Forms = testing::Types<AsHexText, AsByteArray>;
 TYPED_TEST_SUITE(StoringACiphertextTest, Forms);
 
-TYPED_TEST(StoringACiphertextTest, GivesBackEveryText) {
+TYPED_TEST(StoringACiphertextTest, EveryTextSurvivesStoring) {
   for (int input = 0; input < kInputs; ++input) {
     this->ChooseSettings();
     const Text text = this->AnyText();

@@ -13,13 +13,13 @@ class StringToByteArrayTest : public WatchedModule {
  protected:
   Bytes Converted(const Variant& value) { return ElementsOf(api.StringToByteArray(value)); }
 
-  // The codes of an ASCII text and the trailing element.
+  // The codes of an ASCII text, followed by the trailing zero.
   static Bytes CodesAndZero(std::string_view text) { return ElementsOf(ArrayOf(text)); }
 
   const clsCryptoAPI api;
 };
 
-TEST_F(StringToByteArrayTest, GivesTheCodesAndOneZeroElement) {
+TEST_F(StringToByteArrayTest, ReturnsTheCodesAndOneZeroElement) {
   const ByteArray array = api.StringToByteArray(TextView(u"abc"));
   EXPECT_EQ(array.Dimensions(), 1);
   EXPECT_EQ(array.LowerBound(), 0);
@@ -69,7 +69,7 @@ TEST_F(StringToByteArrayTest, UsesTheCodePage) {
   EXPECT_EQ(Converted(TextView(u"\u20AC\u0481")), (Bytes{0x80, 0x81, 0}));
 }
 
-TEST_F(StringToByteArrayTest, WhatThePageCannotRepresentBecomesAQuestionMark) {
+TEST_F(StringToByteArrayTest, ACharacterOutsideTheCodePageBecomesAQuestionMark) {
   EXPECT_EQ(Converted(TextView(u"a\u3042\u0100")), (Bytes{97, 63, 63, 0}));
 }
 
@@ -82,7 +82,7 @@ TEST_F(StringToByteArrayTest, ACharacterOfSeveralBytesOverflows) {
   EXPECT_EQ(Converted(TextView(u"\u00E9")), (Bytes{0xE9, 0}));
 }
 
-TEST_F(StringToByteArrayTest, WritesNothingIntoTheRecord) {
+TEST_F(StringToByteArrayTest, DoesNotWriteTheRecord) {
   LeaveEarlierFailure();
   Converted(TextView(u"abc"));
   static_cast<void>(FaultOf([&] { return api.StringToByteArray(Null()); }));

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::int64_t kLargestLong = std::numeric_limits<std::int32_t>::max();
 
-// The rule carried out one piece after another: the number of pieces that can be written before a
-// position or the capacity leaves 32 bits.
+// Applies the rule one piece at a time. Returns the number of pieces that can be written before a
+// position or the capacity exceeds 32 bits.
 std::size_t PiecesThatFit(std::int64_t pieceLength) {
   std::int64_t capacity = 90'000;
   std::int64_t position = 1;
@@ -29,7 +29,7 @@ std::int32_t FaultOfChecking(std::size_t pieces, std::int32_t pieceLength) {
   return FaultOf([&] { CheckTextCapacity(pieces, pieceLength); });
 }
 
-TEST(TextCapacityTest, OverflowsWhereWritingPieceByPieceDoes) {
+TEST(TextCapacityTest, OverflowsExactlyWhenWritingPieceByPieceDoes) {
   for (const std::int32_t pieceLength : {97, 100, 997, 1000, 9973, 10'000}) {
     const std::size_t most = PiecesThatFit(pieceLength);
     EXPECT_EQ(FaultOfChecking(most, pieceLength), kNoFault) << pieceLength;
@@ -39,14 +39,14 @@ TEST(TextCapacityTest, OverflowsWhereWritingPieceByPieceDoes) {
 
 // The capacity may grow to 2,147,480,000 characters and no further, so the position after the last
 // piece must stay below that.
-TEST(TextCapacityTest, OverflowsAtTheEdgeForSinglesAndPairs) {
+TEST(TextCapacityTest, OverflowsAtTheLimitForPiecesOfOneAndTwo) {
   EXPECT_EQ(FaultOfChecking(2'147'479'998, 1), kNoFault);
   EXPECT_EQ(FaultOfChecking(2'147'479'999, 1), 6);
   EXPECT_EQ(FaultOfChecking(1'073'739'999, 2), kNoFault);
   EXPECT_EQ(FaultOfChecking(1'073'740'000, 2), 6);
 }
 
-TEST(TextCapacityTest, OverflowsForMorePiecesThanALongCounts) {
+TEST(TextCapacityTest, OverflowsForMorePiecesThanFitALong) {
   EXPECT_EQ(FaultOfChecking(2'147'483'647, 1), 6);
   EXPECT_EQ(FaultOfChecking(2'147'483'648, 1), 6);
   EXPECT_EQ(FaultOfChecking(std::numeric_limits<std::size_t>::max(), 2), 6);

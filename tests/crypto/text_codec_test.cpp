@@ -38,7 +38,7 @@ Bytes EveryByte() {
   return bytes;
 }
 
-TEST_F(TextCodecTest, EveryByteOfEveryPageComesBack) {
+TEST_F(TextCodecTest, EveryByteOfEveryPageSurvivesDecodingAndEncoding) {
   for (const CodePage* page :
        {&platform::SystemCodePage(), &OneToOnePage(), &DoubleBytePage(), &Utf8Page()}) {
     Use(*page);
@@ -47,13 +47,13 @@ TEST_F(TextCodecTest, EveryByteOfEveryPageComesBack) {
   }
 }
 
-TEST_F(TextCodecTest, CharactersGoThroughTheCodePage) {
+TEST_F(TextCodecTest, CharactersAreConvertedByTheCodePage) {
   Use(OneToOnePage());
   EXPECT_EQ(Encoded(u"A\u20AC\u0481"), (Bytes{0x41, 0x80, 0x81}));
   EXPECT_EQ(Decoded({0x41, 0x80, 0x81}), u"A\u20AC\u0481");
 }
 
-TEST_F(TextCodecTest, WhatThePageCannotRepresentBecomesAQuestionMark) {
+TEST_F(TextCodecTest, ACharacterOutsideTheCodePageBecomesAQuestionMark) {
   Use(OneToOnePage());
   EXPECT_EQ(Encoded(u"\u00E9\u3042\xD800"), (Bytes{63, 63, 63}));
   EXPECT_EQ(LowBytes(u"\u00E9\u3042\xD800"), (Bytes{63, 63, 63}));
@@ -76,7 +76,7 @@ TEST_F(TextCodecTest, SingleBytesOfADoubleBytePageStillConvert) {
   EXPECT_EQ(Decoded({0x61, 0xA1, 0xDF}), u"a\uFF61\uFF9F");
 }
 
-TEST_F(TextCodecTest, AByteThatIsNoCharacterByItselfIsTheOneOfItsNumber) {
+TEST_F(TextCodecTest, AByteThatIsNotACharacterBecomesTheOneWithItsNumber) {
   Use(DoubleBytePage());
   EXPECT_EQ(Decoded({0x61, 0x82, 0xE0}), u"a\u0082\u00E0");
   EXPECT_EQ(Encoded(u"a\u0082\u00E0"), (Bytes{0x61, 0x82, 0xE0}));
@@ -99,8 +99,8 @@ TEST_F(TextCodecTest, TrimsSpacesAndNothingElse) {
   EXPECT_TRUE(TrimSpaces(Bytes()).empty());
 }
 
-// Long text is converted in runs; a character beyond ASCII may stand anywhere in one.
-TEST_F(TextCodecTest, OneCharacterBeyondAsciiMayStandAnywhere) {
+// Long text is converted in steps; the character beyond ASCII may be at any place in a step.
+TEST_F(TextCodecTest, ConvertsACharacterBeyondAsciiAtAnyPosition) {
   for (std::size_t position = 0; position < 200; ++position) {
     Text text(200, u'a');
     text[position] = 0x20AC;

@@ -35,7 +35,7 @@ TEST(ErrorRecordTest, ClearKeepsLocationAndNumbersOnly) {
   EXPECT_EQ(ValuesOf(record), (RecordValues{410, 2, 117, "", 5, "", false, 0}));
 }
 
-// The steps of Clear, on a record whose every step can be watched and made to fail.
+// The steps of Clear, on a record that records every step and can make it fail.
 class ClearStepTest : public WatchedModule {
  protected:
   void Clear() { ClearStepByStep(SpiedErrorRecord()); }
@@ -57,7 +57,7 @@ struct FailingStep {
 
 class FailingClearTest : public ClearStepTest, public testing::WithParamInterface<FailingStep> {};
 
-TEST_P(FailingClearTest, SkipsTheStepAndTakesTheOthers) {
+TEST_P(FailingClearTest, SkipsTheStepAndDoesTheOthers) {
   SetValues(record, {410, 1, 117, "message", 5, "fault", true, 9});
   spy.ThrowAt(GetParam().member, 1, std::runtime_error("refused"));
   Clear();
@@ -73,7 +73,7 @@ INSTANTIATE_TEST_SUITE_P(
                     FailingStep{"MachineState", {410, 2, 117, "", 5, "", false, 9}}),
     [](const auto& step) { return step.param.member; });
 
-TEST(ErrorRecordTest, NumbersComeBackUnchanged) {
+TEST(ErrorRecordTest, ReturnsNumbersUnchanged) {
   clsErrorObject record;
   for (const std::int16_t value : {kMinInteger, std::int16_t{-1}, kMaxInteger}) {
     record.ErrorLocationID(value);
@@ -91,7 +91,7 @@ TEST(ErrorRecordTest, NumbersComeBackUnchanged) {
   }
 }
 
-TEST(ErrorRecordTest, FlagComesBackUnchanged) {
+TEST(ErrorRecordTest, ReturnsTheFlagUnchanged) {
   clsErrorObject record;
   record.ErrorExists(true);
   EXPECT_TRUE(record.ErrorExists());
@@ -99,7 +99,7 @@ TEST(ErrorRecordTest, FlagComesBackUnchanged) {
   EXPECT_FALSE(record.ErrorExists());
 }
 
-TEST(ErrorRecordTest, TextsComeBackUnchanged) {
+TEST(ErrorRecordTest, ReturnsTextsUnchanged) {
   clsErrorObject record;
   const Text withNul(u"before\0behind", 13);
   const Text beyondTheReserve(1000, u'\u20AC');
@@ -111,14 +111,14 @@ TEST(ErrorRecordTest, TextsComeBackUnchanged) {
   }
 }
 
-TEST(ErrorRecordTest, EachPropertyHasAFieldOfItsOwn) {
+TEST(ErrorRecordTest, EachPropertyHasASeparateField) {
   clsErrorObject record;
   const RecordValues distinct{401, -1, 102, "application", -3, "run-time", true, -4};
   SetValues(record, distinct);
   EXPECT_EQ(ValuesOf(record), distinct);
 }
 
-TEST(ErrorRecordTest, KeepsACopyOfATextNotTheCallersOwn) {
+TEST(ErrorRecordTest, KeepsACopyOfATextRatherThanTheCallers) {
   clsErrorObject record;
   Text text = u"as written";
   record.AppErrorDescription(text);

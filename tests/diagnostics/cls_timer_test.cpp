@@ -48,7 +48,7 @@ TEST_F(TimerTest, StartBeginsAgain) {
   EXPECT_EQ(timer.GetElapsedTime(), 60);
 }
 
-TEST_F(TimerTest, AFaultAtTheStartIsSwallowed) {
+TEST_F(TimerTest, AFaultAtTheStartIsIgnored) {
   probe.faults["GetTickCount"] = FaultNumber::InvalidProcedureCall;
   EXPECT_NO_THROW(clsTimer().Start());
   EXPECT_EQ(probe.CountCalls("GetTickCount"), 2U);

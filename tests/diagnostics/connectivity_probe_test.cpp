@@ -25,7 +25,7 @@ TEST_F(ConnectivityProbeTest, ConnectedGivesTrueAndTheFlags) {
   EXPECT_EQ(flags, 0x42);
 }
 
-TEST_F(ConnectivityProbeTest, OfflineGivesFalseAndTheFlagsThatWereLeft) {
+TEST_F(ConnectivityProbeTest, OfflineGivesFalseAndTheFlagsOfTheQuery) {
   connectivity.flags = 0x20;
   EXPECT_FALSE(QueryConnectionState(&flags));
   EXPECT_EQ(flags, 0x20);
@@ -44,7 +44,7 @@ TEST_F(ConnectivityProbeTest, BothQueriesGiveTheSameAnswer) {
   }
 }
 
-TEST_F(ConnectivityProbeTest, AsksOnceWithClearFlagsAndReservedZero) {
+TEST_F(ConnectivityProbeTest, QueriesOnceWithClearFlagsAndReservedZero) {
   connectivity.flagsOnEntry = 1;
   connectivity.reserved = 1;
   QueryConnectionExists();
@@ -53,13 +53,13 @@ TEST_F(ConnectivityProbeTest, AsksOnceWithClearFlagsAndReservedZero) {
   EXPECT_EQ(connectivity.reserved, 0U);
 }
 
-TEST_F(ConnectivityProbeTest, AnAbsentConnectionIsNoFailure) {
+TEST_F(ConnectivityProbeTest, BeingOfflineIsNotAFailure) {
   QueryConnectionState(&flags);
   QueryConnectionExists();
   EXPECT_TRUE(journal.All().empty());
 }
 
-TEST_F(ConnectivityProbeTest, FlagsFitUpToTheEdgesOfAnInteger) {
+TEST_F(ConnectivityProbeTest, FlagsFitUpToTheLimitsOfAnInteger) {
   connectivity.connected = true;
   connectivity.flags = 0x7FFF;
   EXPECT_TRUE(QueryConnectionState(&flags));
@@ -88,11 +88,11 @@ TEST_F(ConnectivityProbeTest, AFaultOfThePlatformIsRecordedAndGivesFalse) {
 }
 
 TEST_F(ConnectivityProbeTest, AMissingLibraryOrFunctionIsRecordedAndGivesFalse) {
-  connectivity.raise = [] { throw Fault(FaultNumber::FileNotFound); };
+  connectivity.fault = FaultNumber::FileNotFound;
   EXPECT_FALSE(QueryConnectionState(&flags));
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 53, "File not found"));
   journal.Clear();
-  connectivity.raise = [] { throw Fault(FaultNumber::DllFunctionNotFound); };
+  connectivity.fault = FaultNumber::DllFunctionNotFound;
   EXPECT_FALSE(QueryConnectionExists());
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 453, "Specified DLL function not found"));
 }
@@ -104,7 +104,7 @@ TEST_F(ConnectivityProbeTest, AFaultInTheStateQueryIsRecordedOnceUnderItsOwnLoca
   EXPECT_EQ(journal.All(), RunTimeWrites(419, 6, "Overflow"));
 }
 
-TEST_F(ConnectivityProbeTest, AFaultOfTheExistsQueryItselfHasAnotherLocation) {
+TEST_F(ConnectivityProbeTest, AFaultOfTheExistsQueryItselfIsRecordedAtLocation420) {
   connectivity.fault = FaultNumber::InvalidProcedureCall;
   spy.ThrowAt("ErrorLocationID", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(QueryConnectionExists());
@@ -120,7 +120,7 @@ TEST_F(ConnectivityProbeTest, TheRecordIsNotClearedFirst) {
   EXPECT_TRUE(journal.All().empty());
 }
 
-TEST_F(ConnectivityProbeTest, AFaultLeavesTheApplicationFields) {
+TEST_F(ConnectivityProbeTest, AFaultKeepsTheApplicationFields) {
   LeaveEarlierFailure();
   connectivity.fault = FaultNumber::OutOfMemory;
   QueryConnectionState(&flags);

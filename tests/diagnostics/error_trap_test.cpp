@@ -29,21 +29,21 @@ TEST_F(ErrorTrapTest, ARunTimeFailureIsWrittenInOrder) {
   EXPECT_EQ(journal.All(), RunTimeWrites(450, 6, "Overflow", -3));
 }
 
-TEST_F(ErrorTrapTest, AnApplicationFailureLeavesTheRunTimeFields) {
+TEST_F(ErrorTrapTest, AnApplicationFailureKeepsTheRunTimeFields) {
   LeaveEarlierFailure();
   RecordApplicationFailure(kCheck);
   EXPECT_EQ(ValuesOf(record),
             (RecordValues{760, 2, 160, "Error in a test", 13, "earlier fault", true, 0}));
 }
 
-TEST_F(ErrorTrapTest, ARunTimeFailureLeavesTheApplicationFields) {
+TEST_F(ErrorTrapTest, ARunTimeFailureKeepsTheApplicationFields) {
   LeaveEarlierFailure();
   RecordRunTimeFailure(kTrap, Fault(FaultNumber::DivisionByZero));
   EXPECT_EQ(ValuesOf(record),
             (RecordValues{450, 1, 150, "earlier message", 11, "Division by zero", true, 0}));
 }
 
-TEST_F(ErrorTrapTest, AnApplicationFailureStandsBesideTheRunTimeFailureBeforeIt) {
+TEST_F(ErrorTrapTest, AnApplicationFailureKeepsAnEarlierRunTimeFailure) {
   RecordRunTimeFailure(kTrap, Fault(FaultNumber::Overflow));
   RecordApplicationFailure(kCheck);
   EXPECT_EQ(ValuesOf(record),
@@ -57,7 +57,7 @@ TEST_F(ErrorTrapTest, AfterClearARunTimeFailureKeepsNumberAndLocation) {
   EXPECT_EQ(ValuesOf(record), (RecordValues{410, 2, 0, "", 5, "", false, 0}));
 }
 
-TEST_F(ErrorTrapTest, TheStepFitsUpToTheEdgesOfAnInteger) {
+TEST_F(ErrorTrapTest, TheStepFitsUpToTheLimitsOfAnInteger) {
   for (const std::int32_t step : {32767, -32768}) {
     ThisThread().currentStep = step;
     RecordApplicationFailure(kCheck);
@@ -65,7 +65,7 @@ TEST_F(ErrorTrapTest, TheStepFitsUpToTheEdgesOfAnInteger) {
   }
 }
 
-TEST_F(ErrorTrapTest, AStepThatDoesNotFitRaisesOverflowBehindTheFlag) {
+TEST_F(ErrorTrapTest, AStepThatDoesNotFitRaisesOverflowAfterTheFlagIsSet) {
   for (const std::int32_t step : {32768, -32769}) {
     journal.Clear();
     ThisThread().currentStep = step;
@@ -80,12 +80,12 @@ TEST_F(ErrorTrapTest, ACompletedBodyWritesNothing) {
   EXPECT_TRUE(journal.All().empty());
 }
 
-TEST_F(ErrorTrapTest, AFaultIsRecordedAtTheTrapAndGoesNoFurther) {
+TEST_F(ErrorTrapTest, AFaultIsRecordedAtTheTrapAndNotRaised) {
   EXPECT_FALSE(RunTrapped(kTrap, [] { throw Fault(FaultNumber::TypeMismatch); }));
   EXPECT_EQ(journal.All(), RunTimeWrites(450, 13, "Type mismatch"));
 }
 
-TEST_F(ErrorTrapTest, FailedMemoryIsRecordedAsOutOfMemory) {
+TEST_F(ErrorTrapTest, AFailedAllocationIsRecordedAsOutOfMemory) {
   EXPECT_FALSE(RunTrapped(kTrap, [] { throw std::bad_alloc(); }));
   EXPECT_EQ(journal.All(), RunTimeWrites(450, 7, "Out of memory"));
 }
@@ -95,7 +95,7 @@ TEST_F(ErrorTrapTest, AForeignExceptionIsRecordedAsAnInvalidCall) {
   EXPECT_EQ(journal.All(), RunTimeWrites(450, 5, "Invalid procedure call or argument"));
 }
 
-TEST_F(ErrorTrapTest, ACallOnTheRecordThatFailsIsAFaultOfTheOperation) {
+TEST_F(ErrorTrapTest, AFailedWriteToTheRecordIsAFaultOfTheOperation) {
   spy.ThrowAt("AppErrorNumber", 1, Fault(FaultNumber::TypeMismatch));
   EXPECT_FALSE(RunTrapped(kTrap, [] { RecordApplicationFailure(kCheck); }));
   EXPECT_EQ(ValuesOf(record), (RecordValues{450, 1, 0, "", 13, "Type mismatch", true, 0}));

@@ -74,7 +74,7 @@ TEST(FailureTableTest, NoLocationIsUsedTwice) {
   }
 }
 
-TEST(FailureTableTest, NumbersStayInTheirBands) {
+TEST(FailureTableTest, NumbersStayInTheirRanges) {
   for (const TrapSite& site : kTrapSites) {
     EXPECT_TRUE(site.location >= 401 && site.location <= 451) << site.location;
   }

@@ -1,4 +1,4 @@
-// Each thread has its own error record, step number and module data.
+// Each thread has its own error record, step number and state.
 #include <gtest/gtest.h>
 
 #include <thread>
@@ -33,7 +33,7 @@ TEST(RecordPerThreadTest, AFailureIsNotSeenOnAnotherThread) {
   });
 }
 
-TEST(RecordPerThreadTest, AFailureThereDoesNotReachHere) {
+TEST(RecordPerThreadTest, AFailureOnAnotherThreadDoesNotChangeThisRecord) {
   const ModuleScope scope;
   const clsMain main;
   RecordApplicationFailure(kHere);
@@ -54,14 +54,14 @@ TEST(RecordPerThreadTest, AThreadWithoutClsMainHasNoRecord) {
   });
 }
 
-TEST(RecordPerThreadTest, DestroyingClsMainThereLeavesTheRecordHere) {
+TEST(RecordPerThreadTest, DestroyingClsMainOnAnotherThreadKeepsThisRecord) {
   const ModuleScope scope;
   const clsMain main;
   OnAnotherThread([] { const clsMain other; });
   EXPECT_FALSE(main.ErrorExists());
 }
 
-TEST(RecordPerThreadTest, StepAndWorkingValuesAreTheThreadsOwn) {
+TEST(RecordPerThreadTest, StepAndWorkingValuesArePerThread) {
   const ModuleScope scope;
   ThreadState& here = ThisThread();
   here.currentStep = 12;

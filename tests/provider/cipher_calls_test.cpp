@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as in the seam
+using namespace provider;  // NOLINT: the provider's names, as in its interface
 
 constexpr std::uint32_t kBlock = kBlockSize;
 

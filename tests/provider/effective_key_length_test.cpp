@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as in the seam
+using namespace provider;  // NOLINT: the provider's names, as in its interface
 
 class EffectiveKeyLengthTest : public testing::Test {
  protected:

@@ -1,37 +1,22 @@
 // Hashes of the platform's own provider, and the keys derived from them.
-#include <gtest/gtest.h>
-
 #include <array>
 
+#include "tests/provider/provider_calls_test.h"
 #include "tests/support/freed_memory.h"
-#include "tests/support/provider_session.h"
 
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as in the seam
+using namespace provider;  // NOLINT: the provider's names, as in its interface
 
-constexpr HCRYPTPROV kUntouched = 0x5555;
-const Bytes kPassword{'a', 'b', 'c'};
-
-class HashCallsTest : public ::testing::Test {
+class HashCallsTest : public ProviderCallsTest {
  protected:
-  CryptoProvider& provider = SystemCryptoProvider();
-
   // Derives a key from a fresh hash of `algorithm`.
   std::uint32_t Derive(const ProviderSession& session, AlgorithmId cipher, AlgorithmId algorithm) {
     HCRYPTKEY key = 0;
     return ErrorOf(provider.CryptDeriveKey(session.Handle(), cipher,
                                            session.HashOf(algorithm, kPassword), 0, &key));
   }
-
-  std::uint32_t AddTo(HCRYPTHASH hash, const Bytes& data) {
-    return ErrorOf(
-        provider.CryptHashData(hash, data.data(), static_cast<std::uint32_t>(data.size()), 0));
-  }
-
-  ProviderSession base{kBaseProviderName};
-  ProviderSession enhanced{kEnhancedProviderName};
 };
 
 TEST_F(HashCallsTest, AHashNeedsAKnownAlgorithm) {

@@ -27,8 +27,7 @@ class MessageKeyTest : public testing::TestWithParam<AlgorithmId> {
   static Bytes Encrypted(const MessageKey& key, Bytes message) {
     auto length = static_cast<std::uint32_t>(message.size());
     message.resize(message.size() + 8);
-    EXPECT_TRUE(
-        key.Encrypt(message.data(), &length, static_cast<std::uint32_t>(message.size())));
+    EXPECT_TRUE(key.Encrypt(message.data(), &length, static_cast<std::uint32_t>(message.size())));
     message.resize(length);
     return message;
   }

@@ -1,35 +1,20 @@
 // Single calls of the platform's own provider, which must behave the same on Windows (CryptoAPI)
 // and on Linux.
-#include <gtest/gtest.h>
-
 #include <array>
 #include <optional>
 
-#include "tests/support/provider_session.h"
+#include "tests/provider/provider_calls_test.h"
 
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as in the seam
+using namespace provider;  // NOLINT: the provider's names, as in its interface
 
-constexpr HCRYPTPROV kUntouched = 0x5555;
-const Bytes kPassword{'a', 'b', 'c'};
-
-class ProviderTest : public ::testing::Test {
+class ProviderTest : public ProviderCallsTest {
  protected:
-  CryptoProvider& provider = SystemCryptoProvider();
-
   std::uint32_t Acquire(const char* name, std::uint32_t flags, HCRYPTPROV* handle) {
     return ErrorOf(provider.CryptAcquireContextA(handle, "", name, kProviderTypeRsaFull, flags));
   }
-
-  std::uint32_t AddTo(HCRYPTHASH hash, const Bytes& data) {
-    return ErrorOf(
-        provider.CryptHashData(hash, data.data(), static_cast<std::uint32_t>(data.size()), 0));
-  }
-
-  ProviderSession base{kBaseProviderName};
-  ProviderSession enhanced{kEnhancedProviderName};
 };
 
 TEST_F(ProviderTest, AnUnknownProviderNameIsRefusedAndTheHandleUnchanged) {

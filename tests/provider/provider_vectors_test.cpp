@@ -10,7 +10,7 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the provider's names, as in the seam
+using namespace provider;  // NOLINT: the provider's names, as in its interface
 
 const std::map<std::string, AlgorithmId> kHashNames{{"MD2", kAlgorithmMd2},
                                                     {"MD4", kAlgorithmMd4},

@@ -1,4 +1,4 @@
-// The allocations that something makes, failing one after another.
+// Makes the allocations of an operation fail, one after another.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -16,14 +16,14 @@
 
 namespace latchkey::test {
 
-// The fixture of tests that let the first, second, ... allocation of something fail until it
-// succeeds. The suite prints how many failed in all its tests.
+// The fixture of tests that make the first, second, ... allocation of an operation fail until it
+// succeeds. The suite prints the number of failures in all its tests.
 class AllocationSweep : public testing::Test {
  protected:
   static void SetUpTestSuite() { failureSum = 0; }
   static void TearDownTestSuite() { std::printf("%d allocations failed in turn\n", failureSum); }
 
-  // The machine's answers take no memory.
+  // Installs a machine whose answers allocate nothing.
   AllocationSweep() {
     still_.HoldStill();
     scope.Services().probe = &still_;
@@ -34,9 +34,9 @@ class AllocationSweep : public testing::Test {
     EXPECT_TRUE(still_.warnings.empty());
   }
 
-  // Calls run(nth), which lets the nth allocation fail, or none for 0, and returns whether it came
-  // to that: first for 0, then in turn. Nothing that a run made is left behind. Returns how many
-  // runs failed.
+  // Calls run(nth) for 0, 1, 2, ...: it must make the nth allocation fail, or none for 0, and
+  // return whether that allocation was made. Checks that each run frees and closes all that it
+  // made. Returns the number of runs with a failure.
   template <class Run>
   int Sweep(Run&& run) {
     EXPECT_FALSE(run(0));
@@ -48,17 +48,17 @@ class AllocationSweep : public testing::Test {
       answering_.ForgetCalls();
       EXPECT_EQ(provider.OpenHandles(), handles);
       EXPECT_EQ(provider.ClosedTwice(), 0);
-      EXPECT_EQ(LiveBlocks(), before) << "blocks left behind";
+      EXPECT_EQ(LiveBlocks(), before) << "blocks not freed";
       return failed;
     });
     failureSum += failures;
     return failures;
   }
 
-  // Sweeps a run that makes a seed, on a machine whose answers take memory too. What cannot be read
-  // for a seed is left out or replaced, for a drive with a warning, and a seed without digits is no
-  // number: each run succeeds (0), or ends in one of the ways of `endings`, and each of these is
-  // seen. run(nth) returns whether an allocation failed, and how the run ended.
+  // Sweeps a run that makes a seed, on a machine whose answers allocate memory too. Readings that
+  // fail are left out or replaced (a drive's with a warning), and a seed without digits is not a
+  // number. So each run must succeed (0) or end in one of the ways in `endings`, and each of these
+  // must occur. run(nth) returns whether an allocation failed, and how the run ended.
   template <class Run>
   int SweepSeed(std::initializer_list<int> endings, Run&& run) {
     scope.Services().probe = &answering_;

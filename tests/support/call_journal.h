@@ -16,7 +16,7 @@
 
 namespace latchkey::test {
 
-// A handle of the scripted provider: its kind, and its number among those of its kind, from 1.
+// A handle of the scripted provider: its kind, and its number within the kind, from 1.
 struct HandleName {
   enum class Kind { None, Context, Hash, Key };
 
@@ -41,7 +41,7 @@ struct Call {
   Call(const char* calledName, Values&&... values)
       : name(calledName), arguments{ToArgument(std::forward<Values>(values))...} {}
 
-  // The same call with another ending: it made a handle, failed or threw.
+  // The same call with a different outcome: it made a handle, failed or threw.
   [[nodiscard]] Call Makes(HandleName handle) const;
   [[nodiscard]] Call Fails() const;
   [[nodiscard]] Call Throws() const;
@@ -67,8 +67,8 @@ struct Call {
   }
 };
 
-// The record spy and the scripted provider enter their calls into one journal, so that the order of
-// writes and provider calls can be compared.
+// The record spy and the scripted provider share one journal, so that tests can check the order of
+// writes and provider calls.
 class CallJournal {
  public:
   using Entries = std::vector<Call>;

@@ -1,4 +1,4 @@
-// Which calls of a fake go wrong, and how.
+// A plan of the calls of a fake that fail, and how.
 #pragma once
 
 #include <functional>
@@ -9,14 +9,14 @@
 
 namespace latchkey::test {
 
-// Counts the calls of each name and carries out what a test planned for one of them. A planned call
-// that never came fails the test when the plan ends: such a test would show nothing.
+// Counts the calls of each name and runs the action that a test planned for one of them. Destroying
+// a plan whose call was never made fails the test, since such a test would show nothing.
 class CallPlan {
  public:
-  // As the number of a call: all of them.
+  // As the number of a call: every call.
   static constexpr int kEveryCall = 0;
 
-  // What happens instead of the call's work. It may throw what the call is to throw.
+  // Runs instead of the call. To make the call throw, it throws.
   using Action = std::function<void()>;
 
   CallPlan() = default;
@@ -27,10 +27,10 @@ class CallPlan {
   // Plans the nth call from now on (the first is 1) of that name.
   void At(std::string_view call, int nth, Action action);
 
-  // Counts a call and carries out what is planned for it. True when something was.
+  // Counts a call and runs the action planned for it. Returns whether there was one.
   bool Take(std::string_view call);
 
-  // Drops everything planned, whether it came or not.
+  // Removes all planned actions.
   void Forget() { steps_.clear(); }
 
  private:

@@ -11,7 +11,7 @@
 
 namespace latchkey::test {
 
-// What a failed step reports.
+// The report of a failed step.
 struct ReportedFailure {
   std::int16_t location;
   std::int16_t number;
@@ -64,7 +64,7 @@ inline const DirectionRow kDecryptRow{"Decrypt",
                                       436,
                                       {0}};
 
-// A direction, and whether the enhanced provider is asked for.
+// A direction, and whether to use the enhanced provider.
 using DirectionOnProvider = std::tuple<DirectionRow, bool>;
 
 inline std::string NameOf(const DirectionOnProvider& parameter) {

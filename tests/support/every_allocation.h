@@ -1,4 +1,4 @@
-// The fixture of tests that let the allocations of an object's operations and properties fail.
+// The fixture of tests that make the allocations of an object's operations and properties fail.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -21,10 +21,10 @@ inline ByteArray OwnPassword() {
 
 class EveryAllocationTest : public AllocationSweep {
  protected:
-  // Gives the result as text, empty when the operation failed.
+  // Returns the result as text, empty if the operation failed.
   using Call = std::function<Text(clsCryptoAPI&)>;
 
-  // Runs the operation on new objects. `check` looks at what a failed run left in the record.
+  // Runs the operation on new objects. `check` checks the record after a failed run.
   template <class Check>
   int SweepCall(const Call& run, Check&& check) {
     Text wanted;
@@ -41,7 +41,7 @@ class EveryAllocationTest : public AllocationSweep {
     });
   }
 
-  // Runs an operation that makes a seed. `traps` are where it records a fault.
+  // Runs an operation that makes a seed. `traps` are the locations at which it records a fault.
   int SweepSeedOf(const Call& run, const std::set<std::int16_t>& traps) {
     return SweepSeed({7, 13}, [&](int nth) {
       clsCryptoAPI object;
@@ -65,7 +65,7 @@ class EveryAllocationTest : public AllocationSweep {
     object.InputData(input);
   }
 
-  // What an operation that never had a provider records: its own check over the fault.
+  // An operation that could not open a provider records its own failure over the fault.
   static void ExpectOutOfMemory(const RecordValues& record, std::int16_t trap,
                                 std::int16_t providerCheck) {
     EXPECT_TRUE(record.exists);

@@ -22,7 +22,8 @@ bool AllocationFailurePending() noexcept { return allocationsToFailure > 0; }
 
 long LiveBlocks() noexcept { return liveBlocks; }
 
-// Zeroed, so that no part of a block that its owner never writes shows what an earlier owner left.
+// Zeroed, so that the parts of a block that its owner never writes do not show data of an earlier
+// owner.
 static void* Allocate(std::size_t size) {
   void* const memory = FailsNow() ? nullptr : std::calloc(size > 0 ? size : 1, 1);
   if (memory == nullptr) throw std::bad_alloc();
@@ -43,3 +44,7 @@ void operator delete(void* memory, std::size_t size) noexcept {
   latchkey::test::FreedMemory::Inspect(memory, size);
   latchkey::test::Free(memory);
 }
+// The sanitizers' own forms for arrays do not call those above.
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete[](void* memory) noexcept { operator delete(memory); }
+void operator delete[](void* memory, std::size_t size) noexcept { operator delete(memory, size); }

@@ -3,14 +3,14 @@
 
 namespace latchkey::test {
 
-// Makes the calling thread's nth allocation from now (the first is 1) raise std::bad_alloc; those
-// after it succeed again. 0 calls it off. The test program's operator new is replaced for this.
+// Makes the calling thread's nth allocation from now (the first is 1) raise std::bad_alloc; later
+// ones succeed again. 0 cancels it. Replaces the test program's operator new.
 void FailAllocation(int nth) noexcept;
 
-// Whether an allocation that was to fail is still to come.
+// Whether the allocation to fail has not happened yet.
 [[nodiscard]] bool AllocationFailurePending() noexcept;
 
-// How many blocks the calling thread has allocated so far beyond those that it has freed.
+// The number of blocks that the calling thread has allocated, minus those that it has freed.
 [[nodiscard]] long LiveBlocks() noexcept;
 
 }  // namespace latchkey::test

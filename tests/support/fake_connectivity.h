@@ -1,8 +1,7 @@
-// A connection state that is the test's.
+// A connection state that a test sets.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 
 #include "latchkey/fault.h"
@@ -13,11 +12,10 @@ namespace latchkey::test {
 class FakeConnectivity final : public platform::Connectivity {
  public:
   bool connected = false;
-  // What the query leaves in the flags; nothing leaves them as they came.
+  // The flags that the query writes; if empty, it does not write them.
   std::optional<std::uint32_t> flags;
-  // Raised instead of an answer.
+  // Raised instead of returning an answer.
   std::optional<FaultNumber> fault;
-  std::function<void()> raise;
 
   int calls = 0;
   std::uint32_t flagsOnEntry = 0;
@@ -28,7 +26,6 @@ class FakeConnectivity final : public platform::Connectivity {
     flagsOnEntry = *lpdwFlags;
     reserved = dwReserved;
     if (fault) throw Fault(*fault);
-    if (raise) raise();
     if (flags) *lpdwFlags = *flags;
     return connected;
   }

@@ -1,4 +1,4 @@
-// A machine whose every answer is the test's.
+// A machine whose answers a test sets.
 #pragma once
 
 #include <cstddef>
@@ -16,48 +16,49 @@
 
 namespace latchkey::test {
 
-// A window of the fake desktop. `children` are all its descendants, as EnumChildWindows gives them.
+// A window of the fake desktop. `children` are all its descendants, in the order of
+// EnumChildWindows.
 struct FakeWindow {
   platform::SystemProbe::WindowHandle handle = 0;
   std::string className = "Class";
   std::vector<FakeWindow> children = {};
 };
 
-// Set the answers, run the operation, read the journals. A fresh probe answers every question: one
+// Set the answers, run the operation, read the journals. A new probe answers every query: one
 // window, a volume, and disk space on drive C both in bytes and in clusters.
 //
-// A still one has no windows, an empty volume and no space on drive C, from which the seed text
-// "00" is made under tick digit 9, its first. Its answers allocate nothing, so it enters no calls.
+// After HoldStill it has no windows, an empty volume and no space on drive C: the seed text is "00"
+// for tick digit 9, the first one. Its answers then allocate nothing, so it keeps no journal.
 class FakeProbe final : public platform::SystemProbe {
  public:
   double now = 40000.5;
   std::optional<platform::VolumeInformation> volume;
-  // By root path; nothing for any other drive.
+  // By root path; other drives cannot be queried.
   std::map<std::string, platform::DiskSpace, std::less<>> space;
   std::map<std::string, platform::DiskClusters, std::less<>> clusters;
   std::vector<FakeWindow> windows;
 
-  // The member of that name raises the fault from now on.
+  // Members that raise a fault, by name.
   std::map<std::string, FaultNumber, std::less<>> faults;
 
-  // The calls made so far, as the member's name followed by its window or root path.
+  // The calls so far: the member's name followed by its window or root path.
   std::vector<std::string> calls;
   std::vector<Text> warnings;
-  // The smallest buffer that a title or class name was to be copied to.
+  // The size of the smallest buffer passed for a title or class name.
   std::size_t smallestBuffer = SIZE_MAX;
 
   FakeProbe();
 
-  // The probe is a still one from now on, with other ticks if they are set afterwards.
+  // See the class comment. Ticks may be set afterwards.
   void HoldStill();
 
-  // The next readings of the tick counter, one after another; the last one repeats.
+  // The next readings of the tick counter, in order; the last one repeats.
   void SetTicks(std::vector<std::uint32_t> readings);
 
-  // Empties the journals and lets their memory go.
+  // Empties the journals and frees their memory.
   void ForgetCalls();
 
-  // How many calls of the journal begin with `call`.
+  // The number of calls in the journal that begin with `call`.
   [[nodiscard]] std::size_t CountCalls(const std::string& call) const;
 
   std::uint32_t GetTickCount() override;

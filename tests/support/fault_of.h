@@ -1,4 +1,4 @@
-// What a call raises.
+// The fault that a call raises.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@ namespace latchkey::test {
 
 inline constexpr std::int32_t kNoFault = 0;
 
-// The number of the fault that `call` raises, kNoFault when it returns. Anything else that it
-// throws passes on.
+// The number of the fault that `call` raises; kNoFault if it returns. Other exceptions reach the
+// caller.
 template <class Call>
 [[nodiscard]] std::int32_t FaultOf(Call&& call) {
   try {

@@ -1,12 +1,24 @@
 #include "tests/support/faulty_provider.h"
 
-#include <numeric>
 #include <span>
 #include <utility>
 
 #include "latchkey/fault.h"
 
 namespace latchkey::test {
+namespace {
+
+// Letters in an order that no table of the program has, so that a search of the process finds only
+// copies of a digest.
+void FillWithDigest(std::span<std::uint8_t> digest) {
+  std::uint8_t state = 0x5A;
+  for (std::uint8_t& byte : digest) {
+    state = static_cast<std::uint8_t>(state * 5 + 59);
+    byte = static_cast<std::uint8_t>('A' + state % 26);
+  }
+}
+
+}  // namespace
 
 void FaultyProvider::FailCall(int nth, Manner manner) noexcept {
   callsToFailure_ = nth;
@@ -83,7 +95,7 @@ bool FaultyProvider::CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam,
                                        std::uint32_t dwFlags) {
   const bool done = Perform(
       [&] { return real_->CryptGetHashParam(hHash, dwParam, pbData, pdwDataLen, dwFlags); });
-  if (done && real_ == nullptr) std::iota(pbData, pbData + *pdwDataLen, std::uint8_t{0x5A});
+  if (done && real_ == nullptr) FillWithDigest(std::span(pbData, *pdwDataLen));
   return done;
 }
 
@@ -104,9 +116,8 @@ bool FaultyProvider::CryptDestroyKey(HCRYPTKEY hKey) {
 
 bool FaultyProvider::CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved,
                                        std::uint32_t dwFlags, HCRYPTKEY* phKey) {
-  return Opened(phKey, Perform([&] {
-                  return real_->CryptDuplicateKey(hKey, pdwReserved, dwFlags, phKey);
-                }));
+  return Opened(
+      phKey, Perform([&] { return real_->CryptDuplicateKey(hKey, pdwReserved, dwFlags, phKey); }));
 }
 
 bool FaultyProvider::CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam,

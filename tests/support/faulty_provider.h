@@ -1,4 +1,4 @@
-// A provider of which any one call can be made to fail, and that allocates nothing itself.
+// A provider that can make any single call fail, and allocates nothing itself.
 #pragma once
 
 #include <cstdint>
@@ -7,10 +7,10 @@
 
 namespace latchkey::test {
 
-// Passes each call on to a provider and counts the calls and the open handles. Without a provider
-// each call succeeds and keeps nothing of what it is given: every digest is the same, and a cipher
-// inverts each bit. For tests that watch memory or make it fail; ScriptedProvider keeps a journal,
-// and allocates for that. Used by one thread.
+// Passes each call to a provider, and counts the calls and the open handles. Without a provider
+// each call succeeds and keeps no data: every digest is the same, and a cipher inverts each bit.
+// For tests that watch memory or make allocations fail; ScriptedProvider keeps a journal, which it
+// allocates. Used by one thread.
 class FaultyProvider : public provider::CryptoProvider {
  public:
   using HCRYPTPROV = provider::HCRYPTPROV;
@@ -23,17 +23,18 @@ class FaultyProvider : public provider::CryptoProvider {
   explicit FaultyProvider(CryptoProvider* real = &provider::SystemCryptoProvider()) noexcept
       : real_(real) {}
 
-  // Makes the nth call from now (the first is 1) fail, by false or by a TypeMismatch fault. A
-  // closing call closes the handle all the same, and so may come once more after it threw. 0 calls
-  // it off. An opening of a context that is refused is refused again until the next FailCall.
+  // Makes the nth call from now (the first is 1) return false or raise a TypeMismatch fault; 0
+  // cancels it. A failing call that closes a handle still closes it, and may be repeated once after
+  // it raised a fault. Once opening a context is refused, all further attempts are refused until
+  // the next FailCall.
   void FailCall(int nth, Manner manner) noexcept;
 
-  // Whether a call that was to fail is still to come.
+  // Whether the call to fail has not happened yet.
   [[nodiscard]] bool FailurePending() const noexcept { return callsToFailure_ > 0; }
 
-  // Handles of every kind that were made and not yet closed.
+  // The number of handles of all kinds that were made and not closed.
   [[nodiscard]] int OpenHandles() const noexcept { return open_; }
-  // Closing calls for a handle that was not open, but those that may come again.
+  // The number of calls that close a handle that is not open, without permitted repetitions.
   [[nodiscard]] int ClosedTwice() const noexcept { return closedTwice_; }
 
   bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer, const char* szProvider,
@@ -64,9 +65,9 @@ class FaultyProvider : public provider::CryptoProvider {
   }
 
  private:
-  // True when this call is the one to be refused; throws when it is the one to throw.
+  // Returns true if this call must be refused; throws if it must raise a fault.
   bool Fails();
-  // Carries out a call that is not to fail: `call` on the real provider, or plain success.
+  // Makes a call that does not fail: `call` on the real provider, or success without one.
   template <class Work>
   bool Perform(Work&& call);
   template <class Work>

@@ -1,4 +1,4 @@
-// What is left of a secret in blocks of memory when they are freed.
+// Searches freed blocks of memory for a secret.
 #pragma once
 
 #include <cstddef>
@@ -8,10 +8,10 @@
 
 namespace latchkey::test {
 
-// The memory of a text that has one character for each of the bytes.
+// The bytes of a text with one 16-bit character for each byte.
 [[nodiscard]] std::vector<std::uint8_t> AsText(std::span<const std::uint8_t> bytes);
 
-// Searches, while it lives, every block that its thread frees. One at a time on a thread.
+// During its life, searches every block that its thread frees. One object at a time on each thread.
 class FreedMemory {
  public:
   // `secret` must outlive this.
@@ -20,7 +20,7 @@ class FreedMemory {
   FreedMemory& operator=(const FreedMemory&) = delete;
   ~FreedMemory();
 
-  // How many of the blocks freed so far held the secret.
+  // The number of blocks freed so far that held the secret.
   [[nodiscard]] std::size_t BlocksWithSecret() const noexcept { return blocksWithSecret_; }
 
   // Called by the test program's operator delete before it frees.

@@ -1,4 +1,4 @@
-// Gives a test the thread's module data, and the thread back as it was.
+// Gives a test fresh per-thread state, and restores the earlier state afterwards.
 #pragma once
 
 #include <utility>
@@ -7,9 +7,9 @@
 
 namespace latchkey::test {
 
-// Replaces the thread's whole module data for the scope: services start as the platform's own, the
-// record slot empty (make a clsMain inside the scope for one). Objects that hold provider handles
-// must end before the scope does.
+// Replaces the thread's whole state for the scope: the services are the platform's own, and no
+// record exists (make a clsMain inside the scope for one). Objects that hold provider handles must
+// be destroyed before the scope ends.
 class ModuleScope {
  public:
   ModuleScope() : saved_(std::exchange(ThisThread(), ThreadState())) {}

@@ -1,4 +1,4 @@
-// The calls of the provider that most tests expect, with the arguments that do not vary filled in.
+// The provider calls that most tests expect, with their constant arguments.
 #pragma once
 
 #include <gmock/gmock.h>

@@ -9,11 +9,11 @@
 
 namespace latchkey::test {
 
-// What a call of the provider came to: 0, or the code of the failure. Reads as the call itself:
+// The outcome of a provider call: 0, or the code of the failure. Used as
 // EXPECT_EQ(ErrorOf(provider.CryptDestroyKey(key)), provider::kErrorInvalidParameter).
 [[nodiscard]] std::uint32_t ErrorOf(bool succeeded);
 
-// A verify context of one provider. Whatever was made from it ends with it.
+// A verify context of one provider. Destroys its hashes and keys on destruction.
 class ProviderSession {
  public:
   explicit ProviderSession(const char* providerName);
@@ -23,8 +23,7 @@ class ProviderSession {
 
   [[nodiscard]] provider::HCRYPTPROV Handle() const noexcept { return handle_; }
 
-  // A hash that has taken `data`. Throws std::runtime_error with the error code when it cannot be
-  // made, as the next one does.
+  // A hash of `data`. Like KeyOf, throws std::runtime_error with the error code on failure.
   [[nodiscard]] provider::HCRYPTHASH HashOf(provider::AlgorithmId algorithm,
                                             std::span<const std::uint8_t> data) const;
 
@@ -42,13 +41,13 @@ class ProviderSession {
 // One call of CryptEncrypt or CryptDecrypt.
 struct CipherResult {
   std::uint32_t error = 0;   // 0 or the code of the failure
-  std::uint32_t length = 0;  // what the call left in the length
-  Bytes data;                // the first `length` bytes of the buffer; nothing after a failure
+  std::uint32_t length = 0;  // the length after the call
+  Bytes data;                // the first `length` bytes of the buffer; empty after a failure
 
   friend bool operator==(const CipherResult&, const CipherResult&) = default;
 };
 
-// `room` is the length of the buffer that the call is told of.
+// `room` is the buffer length that is passed to the call.
 [[nodiscard]] CipherResult Encrypt(provider::HCRYPTKEY key, bool final, const Bytes& plaintext,
                                    std::uint32_t room);
 [[nodiscard]] CipherResult Decrypt(provider::HCRYPTKEY key, bool final, const Bytes& ciphertext);

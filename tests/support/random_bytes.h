@@ -12,7 +12,8 @@ namespace latchkey::test {
 
 class RandomSource {
  public:
-  // Each number is a different sequence under the seed of the process (test_seed.h).
+  // Each number gives a different sequence, which also depends on the seed of the process
+  // (test_seed.h).
   explicit RandomSource(std::uint32_t number) : engine_(ProcessSeed() + number) {}
 
   // 0 to `limit` - 1.

@@ -1,4 +1,4 @@
-// The service object where random data, and the seed text offered for it, are the test's.
+// A service object for which the test sets the random data and the seed text.
 #pragma once
 
 #include <string_view>
@@ -7,10 +7,10 @@
 
 namespace latchkey::test {
 
-// The fixture of tests of random data. Its provider opens without a platform's.
+// The fixture of tests of random data. Its provider does not use the platform's.
 class RandomService : public WatchedServiceOnPlainProvider {
  protected:
-  // What BuildSeedText gives each time, once SetSeed was called for the next operation.
+  // The result of BuildSeedText. Call SetSeed before each operation.
   static constexpr TextView kSeed = u"123456123456";
 
   RandomService() {
@@ -22,12 +22,13 @@ class RandomService : public WatchedServiceOnPlainProvider {
   // With the readings above, digit 8 makes ticks / 0.75 the seed.
   void SetSeed() { probe.SetTicks({92'592, 8}); }
 
-  // A reading that faults with 11: digit 6 divides by the volume figure, which is 0.
+  // Makes the seed raise fault 11: digit 6 divides by the volume figure, which is 0.
   void SetImpossibleSeed() { probe.SetTicks({1000, 6}); }
 
   void SetRandom(std::string_view bytes) { provider.SetRandomBytes(BytesOf(bytes)); }
 
-  // The operation cleared the record before anything else, and then wrote just this failure.
+  // Checks that the operation cleared the record before anything else, and then wrote only this
+  // failure.
   void ExpectClearAndThen(const CallJournal::Entries& failure) const {
     ASSERT_FALSE(journal.All().empty());
     EXPECT_EQ(journal.All().front(), Call("Clear"));

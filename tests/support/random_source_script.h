@@ -1,4 +1,4 @@
-// The system's random source as a test wants it.
+// A random source of the system that a test controls.
 #pragma once
 
 #include <cstdint>
@@ -7,14 +7,14 @@
 
 namespace latchkey::test {
 
-// Answers one call for random bytes: gives how many bytes it has filled from the first on, or a
-// negative error number for a failure. On Windows, whose call fills all or fails, anything but the
+// Answers one request for random bytes: returns the number of bytes that it filled from the start,
+// or a negative error number. On Windows, whose call fills all bytes or fails, any result but the
 // span's size is a failure.
 using RandomAnswer = std::function<long(std::span<std::uint8_t> bytes)>;
 
-// While it lives, the calling thread's calls on the system's random source are answered by a
-// function. The function of the system that platform/system_random.h asks is replaced in the test
-// program for this; without a script it passes calls on.
+// During its life, a function answers the calling thread's calls of the system's random source. The
+// test program replaces the system function that platform/system_random.h calls; without a script
+// the replacement passes calls to the system.
 class RandomSourceScript {
  public:
   explicit RandomSourceScript(RandomAnswer answer);

@@ -1,4 +1,4 @@
-// RC2 under a key given as it is, which the provider seam has no call for.
+// RC2 with a raw key, for which the provider has no function.
 #pragma once
 
 #include <cstddef>
@@ -7,14 +7,14 @@
 
 namespace latchkey::test {
 
-// The key lengths in bytes that the platform's RC2 takes.
+// The key lengths, in bytes, that the platform's RC2 accepts.
 struct KeyLengths {
   std::size_t least;
   std::size_t most;
 };
 [[nodiscard]] KeyLengths RawRc2KeyLengths();
 
-// One block, encrypted in CBC mode from a zero initialisation vector, which for one block is
+// Encrypts one block in CBC mode with a zero initialization vector; for one block this equals
 // electronic codebook mode.
 [[nodiscard]] Bytes EncryptRc2Block(const Bytes& key, unsigned effectiveBits, Bytes block);
 

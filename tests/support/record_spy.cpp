@@ -21,7 +21,7 @@ void Write(const char* member, void (clsErrorObject::*property)(Value), Value va
   (ErrorRecord().*property)(value);
 }
 
-// The writes that both kinds of failure begin with.
+// The first writes of both kinds of failure.
 CallJournal::Entries BeginningWrites(int type, int location, int state) {
   return {Call("ErrorExists", true), Call("MachineState", state), Call("ErrorType", type),
           Call("ErrorLocationID", location)};

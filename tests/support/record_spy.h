@@ -1,4 +1,4 @@
-// The values of an error record, and a watch over the writes into it.
+// The values of an error record, and a spy that records the writes to it.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace latchkey::test {
 
-// All values of a record, to compare at once. The defaults are those of a new record.
+// All values of a record, for comparison. The defaults are those of a new record.
 struct RecordValues {
   std::int16_t location = 0;
   std::int32_t type = 2;
@@ -36,11 +36,12 @@ void PrintTo(const RecordValues& values, std::ostream* out);
 [[nodiscard]] CallJournal::Entries RunTimeWrites(int location, int number, std::string text,
                                                  int state = 0);
 
-// The writes of failures in the journal: those of the record but Clear.
+// The writes of failures in the journal: all writes to the record except Clear.
 [[nodiscard]] CallJournal::Entries FailureWritesIn(const CallJournal& journal);
 
-// While it lives, enters what the calling thread's operations write into the record, and any Clear,
-// as Call("ErrorLocationID", 709), Call("Clear"). What a test writes itself is not entered.
+// During its life, records each write of the calling thread's operations to the record, and each
+// Clear, in the journal: Call("ErrorLocationID", 709), Call("Clear"). Does not record the test's
+// own writes.
 class RecordSpy {
  public:
   explicit RecordSpy(CallJournal& journal);
@@ -48,7 +49,8 @@ class RecordSpy {
   RecordSpy& operator=(const RecordSpy&) = delete;
   ~RecordSpy();
 
-  // Makes the nth call from now on (or CallPlan::kEveryCall) throw; it is entered all the same.
+  // Makes the nth call from now on (or CallPlan::kEveryCall) throw; it is still recorded in the
+  // journal.
   template <class Exception>
   void ThrowAt(std::string_view call, int nth, Exception exception) {
     plan_.At(call, nth, [exception] { throw exception; });
@@ -61,8 +63,8 @@ class RecordSpy {
   CallPlan plan_;
 };
 
-// Takes the record's place in the tests' build of error_trap.cpp (watched_error_trap.cpp): passes
-// each write on to the thread's record after the spy, if any, has entered it.
+// Replaces the record in the tests' build of error_trap.cpp (watched_error_trap.cpp). Passes each
+// write to the thread's record after the spy, if any, has recorded it.
 class SpiedRecord {
  public:
   void Clear();

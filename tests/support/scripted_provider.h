@@ -1,4 +1,4 @@
-// A cryptographic provider that does what a test says, and remembers what it was asked.
+// A cryptographic provider that a test controls, and that records its calls.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +15,13 @@
 
 namespace latchkey::test {
 
-// Passes each call on to a real provider or, without one, to plain success as FaultyProvider gives
-// it. Any single call can be made to fail or throw.
+// Passes each call to a real provider; without one, calls succeed as in FaultyProvider. Any single
+// call can be made to fail or throw.
 //
-// It enters every call with its arguments into the journal, data of more than 64 bytes as no bytes.
-// Handles are its own numbers, given out once: using a handle that is not open, closing one twice,
-// closing a provider before its hashes and keys, or leaving one open at the end fails the test.
+// Records every call with its arguments in the journal; data of more than 64 bytes is recorded as
+// empty. Handles are its own numbers, each used once. Using a handle that is not open, closing one
+// twice, closing a provider before its hashes and keys, or leaving one open at the end fails the
+// test.
 class ScriptedProvider : public provider::CryptoProvider {
  public:
   using HCRYPTPROV = provider::HCRYPTPROV;
@@ -34,8 +35,8 @@ class ScriptedProvider : public provider::CryptoProvider {
   ~ScriptedProvider() override;
 
   // Makes the nth call from now on (or CallPlan::kEveryCall) of a function fail, throw, or do
-  // something else and then fail. Its output parameters are left alone. A closing call that fails
-  // or throws closes the handle all the same; after one that throws it may be closed once more.
+  // something else and then fail. Its output parameters are not written. A failing call that closes
+  // a handle still closes it, and may be repeated once after it threw.
   void FailAt(std::string_view call, int nth, std::uint32_t error = provider::kErrorProviderFailed);
   template <class Exception>
   void ThrowAt(std::string_view call, int nth, Exception exception) {
@@ -44,18 +45,18 @@ class ScriptedProvider : public provider::CryptoProvider {
   void FailAfter(std::string_view call, int nth, CallPlan::Action action) {
     plan_.At(call, nth, std::move(action));
   }
-  // From now on every call works again.
+  // From now on all calls succeed again.
   void Recover() { plan_.Forget(); }
 
-  // From now on data is entered as no bytes: the journal would be a copy of it.
+  // From now on all data is recorded as empty, so that the journal keeps no copy of it.
   void LeaveDataOut() { longestData_ = 0; }
 
-  // The digest that CryptGetHashParam gives, whatever was hashed.
+  // Sets the digest that CryptGetHashParam returns for any data.
   void SetDigest(Bytes digest) { digest_ = std::move(digest); }
-  // The bytes that CryptGenRandom writes, from the first again when they are used up.
+  // Sets the bytes that CryptGenRandom writes; it repeats them as needed.
   void SetRandomBytes(Bytes bytes) { randomBytes_ = std::move(bytes); }
 
-  // The handles that are open, contexts first.
+  // The open handles, contexts first.
   [[nodiscard]] std::vector<HandleName> OpenHandles() const;
 
   bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer, const char* szProvider,
@@ -91,11 +92,11 @@ class ScriptedProvider : public provider::CryptoProvider {
     std::uintptr_t real = 0;
   };
 
-  // Carries out a call: what is planned for it, or `work` on the real provider, and enters it.
+  // Makes a call, as planned or with `work` on the real provider, and records it.
   template <class Work>
   bool Perform(const Call& call, Work&& work);
-  // The same for a call that closes `handle`, which is closed whatever is planned; `work` closes
-  // the real one.
+  // The same for a call that closes `handle`, which it does even if a failure is planned; `work`
+  // closes the real one.
   template <class Work>
   bool PerformClose(const Call& call, Kind kind, std::uintptr_t handle, Work&& work);
   // The same for a call that makes a handle; `work` sets the real one.

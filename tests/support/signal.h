@@ -1,4 +1,4 @@
-// A signal that one thread gives and others wait for.
+// A signal that one thread sends and others wait for.
 #pragma once
 
 #include <condition_variable>
@@ -6,8 +6,8 @@
 
 namespace latchkey::test {
 
-// Not an atomic that is waited on: where the system has no wait on an address, the C++ library of
-// GCC 12 looks at the value before it takes the lock, and sleeps through a change in between.
+// Not std::atomic::wait: on systems without a wait on an address, the C++ library of GCC 12 reads
+// the value before it takes the lock, and misses a change in between.
 class Signal {
  public:
   void Give() {

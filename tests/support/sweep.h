@@ -1,4 +1,4 @@
-// Something that is run with its first, second, ... allocation or call failing.
+// Runs an operation with its first, second, ... allocation or call failing.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -12,8 +12,8 @@ namespace latchkey::test {
 
 inline constexpr int kMostFailures = 2000;
 
-// Calls run(nth) for nth = 1, 2, ..., which lets the nth thing fail and returns whether it came to
-// that, until it did not. Returns how many failed.
+// Calls run(nth) for nth = 1, 2, ... until it returns false. It makes the nth allocation or call
+// fail and returns whether that was made. Returns the number of failures.
 template <class Run>
 int FailEachInTurn(Run&& run) {
   for (int nth = 1; nth < kMostFailures; ++nth) {
@@ -24,7 +24,8 @@ int FailEachInTurn(Run&& run) {
   return kMostFailures;
 }
 
-// Runs `body` with the nth allocation failing, or none for 0. Returns whether it came to that.
+// Runs `body` with the nth allocation failing, or none for 0. Returns whether that allocation was
+// made.
 template <class Body>
 bool RunFailing(int nth, Body&& body) {
   FailAllocation(nth);

@@ -1,4 +1,4 @@
-// The calls that something makes of the provider, failing one after another.
+// Makes the provider calls of an operation fail, one after another.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -14,16 +14,16 @@ namespace latchkey::test {
 
 inline constexpr const char* kAcquire = "CryptAcquireContextA";
 
-// The fixture of tests that let each call of a good run fail, once refused and once with a fault
-// raised from it.
+// The fixture of tests that make each call of a successful run fail, once refused and once by
+// raising a fault.
 class SweptService : public WatchedService {
  protected:
-  // Freed memory is searched for the data.
+  // The tests search freed memory for the data, so the journal must not hold it.
   SweptService() { provider.LeaveDataOut(); }
 
   enum class Manner { Refused, Faulted };
 
-  // The names of the calls in the journal, in their order.
+  // The names of the calls in the journal, in order.
   [[nodiscard]] std::vector<std::string> CallsMade() const {
     std::vector<std::string> calls;
     for (const Call& call : journal.All()) {
@@ -33,7 +33,8 @@ class SweptService : public WatchedService {
     return calls;
   }
 
-  // Calls visit(call, nth, manner) for each of them: the nth of that name. Gives how often.
+  // Calls visit(call, nth, manner) for the nth call of each name, in both manners. Returns the
+  // number of visits.
   template <class Visit>
   static int ForEachFailure(const std::vector<std::string>& calls, Visit&& visit) {
     int failures = 0;
@@ -50,7 +51,7 @@ class SweptService : public WatchedService {
   }
 
   void PlanFailure(const std::string& call, int nth, Manner manner) {
-    // A base provider that is refused would be asked for once more, with a new key set.
+    // After a refusal the base provider would be opened once more, with a new key set.
     const int which = call == kAcquire ? CallPlan::kEveryCall : nth;
     if (manner == Manner::Refused) {
       provider.FailAt(call, which);

@@ -1,5 +1,5 @@
-// The seed of a test's random choices. It is the same in each run, so that a test that passed
-// passes again, unless the test asks for a fresh one.
+// The seed of a test's random choices. It is the same in each run, so that results repeat, unless
+// the test requests a fresh one.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace latchkey::test {
 
-// LATCHKEY_TEST_SEED, or `otherwise`; printed, so that a failure can be repeated.
+// LATCHKEY_TEST_SEED, or `otherwise` if it is not set. Printed, so that a failure can be repeated.
 inline std::uint64_t TestSeed(std::uint64_t otherwise = 20260117U) {
   const char* const given = std::getenv("LATCHKEY_TEST_SEED");
   const std::uint64_t seed = given == nullptr ? otherwise : std::strtoull(given, nullptr, 10);
@@ -17,7 +17,7 @@ inline std::uint64_t TestSeed(std::uint64_t otherwise = 20260117U) {
   return seed;
 }
 
-// An engine with the seed, cut to what the engine takes.
+// An engine with the seed, truncated to the type of the engine's seed.
 template <class Engine>
 Engine Seeded(std::uint64_t seed = TestSeed()) {
   return Engine{static_cast<typename Engine::result_type>(seed)};

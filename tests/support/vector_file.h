@@ -1,7 +1,7 @@
 // Reads the known answers under tests/vectors/.
 //
-// A file is lines of fields with spaces between; a line that starts with # tells what follows and
-// where it comes from. The last field of every other line is its source.
+// A file has lines of fields separated by spaces. A line that starts with # describes the following
+// lines and their origin. The last field of every other line is its source.
 #pragma once
 
 #include <cstddef>
@@ -19,12 +19,12 @@ struct VectorLine {
   std::vector<std::string> fields;
 };
 
-// The lines of "vectors/<name>", which is looked for in the working directory. Throws
-// std::runtime_error when the file cannot be read, has no lines, or has one without `fieldCount`
-// fields: a test must not pass for want of data.
+// The lines of "vectors/<name>" below the working directory. Throws std::runtime_error if the file
+// cannot be read, has no lines, or has a line without exactly `fieldCount` fields: a test must not
+// pass because it has no data.
 [[nodiscard]] std::vector<VectorLine> ReadVectors(std::string_view name, std::size_t fieldCount);
 
-// The bytes of a field of upper-case hexadecimal digits; "-" stands for none. Throws for other
+// The bytes of a field of upper-case hexadecimal digits; "-" means no bytes. Throws for other
 // texts.
 [[nodiscard]] Bytes BytesOfField(std::string_view hexadecimal);
 

@@ -1,5 +1,5 @@
-// The component's error trap, built once more to write through the spy. Every test program that has
-// this file links it in place of the library's, whose text it is.
+// The component's error trap, compiled a second time so that it writes through the spy. A test
+// program with this file links it instead of the library's error_trap.cpp.
 #include "diagnostics/error_trap.h"
 
 #include "base/checked_arithmetic.h"

@@ -1,4 +1,4 @@
-// A thread with a watched error record, on a machine whose answers are the test's.
+// A thread with a watched error record, on a machine whose answers the test sets.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,12 +11,12 @@
 
 namespace latchkey::test {
 
-// The fixture of tests that look at what an operation writes into the record.
+// The fixture of tests that check what an operation writes to the record.
 class WatchedModule : public testing::Test {
  protected:
   WatchedModule() { scope.Services().probe = &probe; }
 
-  // The record as an earlier failure of each kind left it: no field holds its first value.
+  // Fills the record as after an earlier failure of each kind: no field has its initial value.
   void LeaveEarlierFailure() {
     SetValues(record, kEarlierFailure);
     journal.Clear();

@@ -13,8 +13,8 @@
 
 namespace latchkey::test {
 
-// The fixture of tests that look at what an operation of the service object asks of the provider
-// and writes into the record. The provider passes calls on to the platform's.
+// The fixture of tests that check the provider calls of an operation of the service object and its
+// writes to the record. The provider passes calls to the platform's.
 class WatchedService : public WatchedModule {
  protected:
   explicit WatchedService(provider::CryptoProvider* real = &provider::SystemCryptoProvider())
@@ -22,8 +22,8 @@ class WatchedService : public WatchedModule {
     ThisThreadCrypto().provider = &provider;
   }
 
-  // What the record holds after an operation recorded this failure, when LeaveEarlierFailure went
-  // before it: the operation's own Clear emptied the texts and left the numbers.
+  // The record after LeaveEarlierFailure and an operation that recorded this failure: the
+  // operation's own Clear emptied the texts and kept the numbers.
   [[nodiscard]] RecordValues AfterApplicationFailure(std::int16_t location, std::int16_t number,
                                                      const std::string& text) const {
     return {location, 2, number, text, kEarlierFailure.rtNumber, "", true, 0};
@@ -52,7 +52,7 @@ class WatchedService : public WatchedModule {
   clsCryptoAPI api;
 };
 
-// The same on a provider that always succeeds and does nothing: for calls that would leave traces
+// The same with a provider that always succeeds and does nothing, for calls that would leave traces
 // on the machine, such as a new key set.
 class WatchedServiceOnPlainProvider : public WatchedService {
  protected:

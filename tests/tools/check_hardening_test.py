@@ -1,4 +1,4 @@
-"""tools/check_hardening misses nothing: it names each thing that a file built without hardening lacks."""
+"""tools/check_hardening reports every missing property of a file built without hardening."""
 import pathlib
 import subprocess
 import tempfile

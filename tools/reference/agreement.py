@@ -4,7 +4,7 @@ import re
 from reference.interface_definition import TYPES
 from reference.source import Disagreement, require
 
-BANDS = ("401 to 451", "700 to 761")  # of the location numbers: no locations themselves
+BANDS = ("401 to 451", "700 to 761")  # ranges of location numbers, which are not locations themselves
 
 
 def named_locations(comment):
@@ -49,11 +49,11 @@ def check_comment(member, declaration, sites):
 def check_fault_names(comment, faults):
     numbers = {fault.name: fault.number for fault in faults}
     for name, number in re.findall(rf"\b({'|'.join(numbers)}) \((\d+)\)", comment):
-        require(numbers[name] == int(number), f"{name} is {numbers[name]}, not {number} as a comment has it")
+        require(numbers[name] == int(number), f"{name} is {numbers[name]}, not {number} as in a comment")
 
 
 def check_class(interface, description, sites, faults):
-    """Raises Disagreement unless the header declares and describes what the interface definition has."""
+    """Raises Disagreement unless the header declares and describes the members of the interface definition."""
     undefined = sorted(set(description.declarations) - {member.name for member in interface.members})
     require(not undefined, f"{interface.class_name}: not in the interface definition: {undefined}")
     check_fault_names(description.comment, faults)

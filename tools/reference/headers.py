@@ -1,4 +1,4 @@
-"""The classes as their C++ headers declare and describe them."""
+"""Reads the classes and their descriptions from the C++ headers."""
 import dataclasses
 import re
 

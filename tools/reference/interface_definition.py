@@ -8,8 +8,8 @@ from reference.source import read, require
 @dataclasses.dataclass
 class Type:
     visual_basic: str
-    arguments: set  # what it may be in C++ as an argument
-    result: str  # and as a result
+    arguments: set  # the C++ types for an argument
+    result: str  # the C++ type for a result
 
 
 TYPES = {
@@ -33,7 +33,7 @@ class Argument:
     name: str
     type: str
     by_reference: bool
-    default: str | None  # None: must be given
+    default: str | None  # None: required
 
 
 @dataclasses.dataclass
@@ -99,12 +99,12 @@ def parse_members(body):
         require(help_text, f"latchkey.idl: {name} has no help text")
         members.append(Member(name, kind[0] if kind else "method", int(attribute(attributes, "id")), help_text,
                               *parse_arguments(arguments)))
-    require(len(members) == body.count("HRESULT"), "latchkey.idl: there are members that cannot be read")
+    require(len(members) == body.count("HRESULT"), "latchkey.idl: some members cannot be read")
     return members
 
 
 def read_definition():
-    # Within texts, brackets and parentheses must not be taken for those of the definition.
+    # Masks brackets and parentheses in texts, so that they are not mistaken for those of the definition.
     text = re.sub(r'"[^"]*"', lambda match: match[0].translate(MASKED), read("com/windows/latchkey.idl"))
     return re.sub(r"//.*", "", text)
 

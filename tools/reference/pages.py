@@ -1,4 +1,4 @@
-"""The two documents as Markdown."""
+"""Writes the two documents as Markdown."""
 import pathlib
 import re
 import textwrap
@@ -24,8 +24,8 @@ The same names serve COM clients and C++ (namespace `latchkey`). These types cor
 | `Byte()` | `SAFEARRAY(unsigned char)` | `ByteArray` | bytes; zero-based and of one dimension |
 | `Variant` | `VARIANT` | `Variant`, `Text` | a value of any type; as a result always a text |
 
-An optional argument that is omitted has the value given for it. An argument passed by reference is only read, unless
-its description says that it is changed.
+An omitted optional argument has the value in its table. An argument passed by reference is only read, unless its
+description says that it is changed.
 
 An operation *records* a failure: it returns its failure value and writes the thread's error record, which `clsMain`
 shows. The tables give the location numbers; [errors.md](errors.md) explains the record and lists them all. A member
@@ -48,10 +48,10 @@ ERRORS_START = """\
 Every number that the component reports. This file is made by `tools/make_reference` from `diagnostics/failure_table.h`
 and `include/latchkey/fault.h`: change those, not this.
 
-Test `ErrorExists` first: an operation clears the record when it starts, but that leaves `ErrorLocationID` and both
-error numbers of the failure before. Then `ErrorType` says which fields belong to the last failure: 1 a run-time
-failure (`ErrorLocationID`, `RTErrorNumber`, `RTErrorDescription`), 2 an application failure (`ErrorLocationID`,
-`AppErrorNumber`, `AppErrorDescription`). The last failure wins.
+Test `ErrorExists` first: an operation clears the record when it starts, but that keeps `ErrorLocationID` and both
+error numbers of the previous failure. Then `ErrorType` shows which fields belong to the last failure: 1 for a run-time
+failure (`ErrorLocationID`, `RTErrorNumber`, `RTErrorDescription`), 2 for an application failure (`ErrorLocationID`,
+`AppErrorNumber`, `AppErrorDescription`). A later failure overwrites an earlier one.
 """
 
 FAULTS_START = """\
@@ -108,10 +108,10 @@ def cpp(declaration):
 
 
 def argument_table(member):
-    return table(("argument", "type", "passed", "when left out"), [
+    return table(("argument", "type", "passed", "if omitted"), [
         (f"`{argument.name}`", f"`{TYPES[argument.type].visual_basic}`",
          "by reference" if argument.by_reference else "by value",
-         "must be given" if argument.default is None else f"`{default_of(argument)}`")
+         "required" if argument.default is None else f"`{default_of(argument)}`")
         for argument in member.arguments
     ])
 
@@ -160,7 +160,7 @@ def class_section(interface, description, sites, names):
 
 
 def code_names(interfaces, sites, faults):
-    """Names that are set as code wherever prose has them: no word of English is among them."""
+    """Names that are set as code in prose. None of them is an English word."""
     names = {fault.name for fault in faults} | {site.operation for site in sites.values()} | set(HEADERS)
     for interface in interfaces:
         for member in interface.members:

@@ -1,4 +1,4 @@
-"""Reading the sources, and what to do when they contradict each other."""
+"""Reads the sources, and reports contradictions between them."""
 import pathlib
 import re
 

@@ -33,7 +33,7 @@ struct Rc2Key {
 [[nodiscard]] const BulkDecryption<des::KeySchedule>& DesBulk(CpuLevel level) noexcept;
 [[nodiscard]] const BulkDecryption<Rc2Key>& Rc2Bulk(CpuLevel level) noexcept;
 
-// The bodies, one file each. Those of a level exist if the build has kernels for it.
+// The implementations, one file each. Those of a level exist if the build has kernels for it.
 extern const BulkDecryption<des::KeySchedule> kDesBulkPortable;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx2;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx512;

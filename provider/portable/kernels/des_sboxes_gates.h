@@ -1,7 +1,7 @@
 // The S-boxes of DES as circuits of and, or, exclusive or and complement.
 // Made by tools/make_des_sboxes, which describes the method; every circuit was checked against the
-// table of FIPS 46-3. The inputs a to f are the six bits of the box from its first, the result its
-// four.
+// table of FIPS 46-3. The inputs a to f are the box's six input bits, first to last; the output has
+// its four output bits.
 #pragma once
 
 #include <type_traits>

@@ -1,7 +1,7 @@
 // The S-boxes of DES as circuits of three-input look-up tables.
 // Made by tools/make_des_sboxes, which describes the method; every circuit was checked against the
-// table of FIPS 46-3. The inputs a to f are the six bits of the box from its first, the result its
-// four.
+// table of FIPS 46-3. The inputs a to f are the box's six input bits, first to last; the output has
+// its four output bits.
 #pragma once
 
 #include <type_traits>
@@ -12,7 +12,7 @@ template <class Logic>
 struct TernaryCircuits {
   using Word = typename Logic::Word;
 
-  // Bit 4a+2b+c of the table, in every position.
+  // In each position, bit 4a+2b+c of the table.
   template <int table>
   static Word Ternary(Word a, Word b, Word c) noexcept {
     return Logic::template Ternary<table>(a, b, c);

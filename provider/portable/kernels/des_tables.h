@@ -32,7 +32,7 @@ inline constexpr std::array<std::uint8_t, 48> kPermutedChoice2{
 inline constexpr std::array<std::uint8_t, 16> kKeyShifts{1, 1, 2, 2, 2, 2, 2, 2,
                                                          1, 2, 2, 2, 2, 2, 2, 1};
 
-// Box, then row * 16 + column.
+// Indexed by box, then by row * 16 + column.
 inline constexpr std::array<std::array<std::uint8_t, 64>, 8> kSboxes{
     {{{14, 4,  13, 1, 2,  15, 11, 8,  3,  10, 6,  12, 5,  9,  0, 7,  //
        0,  15, 7,  4, 14, 2,  13, 1,  10, 6,  12, 11, 9,  5,  3, 8,  //
@@ -67,8 +67,8 @@ inline constexpr std::array<std::array<std::uint8_t, 64>, 8> kSboxes{
        7,  11, 4,  1, 9,  12, 14, 2,  0,  6,  10, 13, 15, 3,  5,  8,  //
        2,  1,  14, 7, 4,  10, 8,  13, 15, 12, 9,  0,  3,  5,  6,  11}}}};
 
-// The four bits that a box gives for six, as a number with the first bit on top: the outer two
-// bits choose the row, the inner four the column.
+// The box's four output bits for six input bits, both as numbers with the first bit highest. The
+// outer two input bits choose the row, the inner four the column.
 [[nodiscard]] constexpr unsigned SboxOutput(unsigned box, unsigned input) noexcept {
   const unsigned row = (input >> 5 & 1) * 2 + (input & 1);
   return kSboxes[box][row * 16 + (input >> 1 & 15)];

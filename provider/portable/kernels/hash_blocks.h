@@ -41,6 +41,7 @@ class HashBlocks {
   static constexpr std::size_t kDigestSize = 4 * Compression::kInitial.size();
 
   void Add(const std::uint8_t* data, std::size_t length) noexcept {
+    if (length == 0) return;  // `data` may be null
     const std::size_t held = length_ % kBlock;
     length_ += length;
     if (held > 0) {
@@ -78,6 +79,25 @@ class HashBlocks {
   std::array<std::uint32_t, Compression::kInitial.size()> state_ = Compression::kInitial;
   std::uint64_t length_ = 0;  // bytes so far
   std::array<std::uint8_t, kBlock> block_{};
+};
+
+// The common part of MD4's and MD5's compression. Block::CompressOne processes one block in a copy
+// of the state.
+template <class Block>
+struct FourWordHash {
+  static constexpr std::array<std::uint32_t, 4> kInitial{0x67452301, 0xEFCDAB89, 0x98BADCFE,
+                                                         0x10325476};
+  static constexpr std::endian kWordOrder = std::endian::little;
+
+  static void Compress(std::uint32_t* state, const std::uint8_t* data, std::size_t count) noexcept {
+    std::uint32_t before[4] = {state[0], state[1], state[2], state[3]};
+    for (; count > 0; --count, data += 64) {
+      std::uint32_t s[4] = {before[0], before[1], before[2], before[3]};
+      Block::CompressOne(s, data);
+      for (std::size_t i = 0; i < 4; ++i) before[i] += s[i];
+    }
+    std::copy_n(before, 4, state);
+  }
 };
 
 // A word in the order of MD4 and MD5: lowest byte first.

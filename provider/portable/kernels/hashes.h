@@ -1,6 +1,6 @@
-// The hash kernels that are faster than Nettle's (none for MD2), in the form of Nettle's own
-// descriptions (a context of context_size bytes, aligned as for any type, used by one thread at a
-// time and wiped by its owner).
+// The hash kernels that are faster than Nettle's (none for MD2), described like Nettle's own.
+// Contexts have context_size bytes, are aligned for any type, are used by one thread at a time and
+// are wiped by their owner.
 #pragma once
 
 #include <nettle/nettle-meta.h>

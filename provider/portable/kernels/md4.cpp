@@ -36,10 +36,7 @@ template <class Function, int s0, int s1, int s2, int s3>
   Step<Function, s3>(s[1], s[2], s[3], s[0], z);
 }
 
-struct Md4 {
-  static constexpr std::array<Word, 4> kInitial{0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
-  static constexpr std::endian kWordOrder = std::endian::little;
-
+struct Md4Block {
   [[gnu::always_inline]] static void CompressOne(Word* s, const std::uint8_t* data) noexcept {
     const auto x = [data](std::size_t i) { return LowFirstWord(data + 4 * i); };
     FourSteps<Choose, 3, 7, 11, 19>(s, x(0), x(1), x(2), x(3));
@@ -55,20 +52,10 @@ struct Md4 {
     FourSteps<Parity, 3, 9, 11, 15>(s, x(1), x(9), x(5), x(13));
     FourSteps<Parity, 3, 9, 11, 15>(s, x(3), x(11), x(7), x(15));
   }
-
-  static void Compress(Word* state, const std::uint8_t* data, std::size_t count) noexcept {
-    Word before[4] = {state[0], state[1], state[2], state[3]};
-    for (; count > 0; --count, data += 64) {
-      Word s[4] = {before[0], before[1], before[2], before[3]};
-      CompressOne(s, data);
-      for (std::size_t i = 0; i < 4; ++i) before[i] += s[i];
-    }
-    std::copy_n(before, 4, state);
-  }
 };
 
 }  // namespace
 
-constinit const nettle_hash kMd4 = HashBlocks<Md4>::Describe("md4");
+constinit const nettle_hash kMd4 = HashBlocks<FourWordHash<Md4Block>>::Describe("md4");
 
 }  // namespace latchkey::provider

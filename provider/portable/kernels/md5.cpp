@@ -55,10 +55,7 @@ template <class Function, std::size_t first, int s0, int s1, int s2, int s3>
   Step<Function, first + 3, s3>(s[1], s[2], s[3], s[0], z);
 }
 
-struct Md5 {
-  static constexpr std::array<Word, 4> kInitial{0x67452301, 0xEFCDAB89, 0x98BADCFE, 0x10325476};
-  static constexpr std::endian kWordOrder = std::endian::little;
-
+struct Md5Block {
   [[gnu::always_inline]] static void CompressOne(Word* s, const std::uint8_t* data) noexcept {
     const auto x = [data](std::size_t i) { return LowFirstWord(data + 4 * i); };
     FourSteps<Choose, 0, 7, 12, 17, 22>(s, x(0), x(1), x(2), x(3));
@@ -78,20 +75,10 @@ struct Md5 {
     FourSteps<Mixed, 56, 6, 10, 15, 21>(s, x(8), x(15), x(6), x(13));
     FourSteps<Mixed, 60, 6, 10, 15, 21>(s, x(4), x(11), x(2), x(9));
   }
-
-  static void Compress(Word* state, const std::uint8_t* data, std::size_t count) noexcept {
-    Word before[4] = {state[0], state[1], state[2], state[3]};
-    for (; count > 0; --count, data += 64) {
-      Word s[4] = {before[0], before[1], before[2], before[3]};
-      CompressOne(s, data);
-      for (std::size_t i = 0; i < 4; ++i) before[i] += s[i];
-    }
-    std::copy_n(before, 4, state);
-  }
 };
 
 }  // namespace
 
-constinit const nettle_hash kMd5 = HashBlocks<Md5>::Describe("md5");
+constinit const nettle_hash kMd5 = HashBlocks<FourWordHash<Md5Block>>::Describe("md5");
 
 }  // namespace latchkey::provider

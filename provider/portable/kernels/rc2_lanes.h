@@ -19,8 +19,8 @@ namespace latchkey::provider {
 
 template <class Vector>
 class Rc2Lanes {
-  using Word = typename Vector::Word;    // 64-bit lanes, as blocks come
-  using Lanes = typename Vector::Lanes;  // the same size in 16-bit lanes
+  using Word = typename Vector::Word;    // 64-bit lanes, one block each
+  using Lanes = typename Vector::Lanes;  // the same size with 16-bit lanes
 
  public:
   static constexpr std::size_t kGroups = 2;

@@ -1,5 +1,5 @@
 // RFC 2268, sections 3 and 4, unrolled. The chain from one word to the next limits the speed of
-// encryption: the newest word passes one bitwise operation, the sums and the rotation.
+// encryption, so the newest word is used in only one bitwise operation, the sum and the rotation.
 #include "provider/portable/kernels/rc2_words.h"
 
 #include <array>

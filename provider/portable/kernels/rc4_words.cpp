@@ -1,10 +1,10 @@
 // The cipher is that of K. Kaukonen and R. Thayer, "A Stream Cipher Encryption Algorithm 'Arcfour'"
-// (draft-kaukonen-cipher-arcfour, 1999), whose i, j and permutation these are.
+// (draft-kaukonen-cipher-arcfour, 1999), with the same names for i, j and the permutation.
 //
-// Stores eight bytes of key stream at once, since single stores to the data would queue among those
-// to the permutation that each next byte reads. The eight use one base address, so that only j is
-// computed for each; and j is added as a byte if the CPU can, since each byte waits for the chain
-// of look-ups and additions through j.
+// Stores eight bytes of key stream at once, since single stores to the data would delay the stores
+// to the permutation, which the next byte reads. The eight bytes use one base address, so that only
+// j is computed for each. j is added as a byte if the CPU supports that, because each byte waits
+// for the chain of look-ups and additions through j.
 #include "provider/portable/kernels/rc4_words.h"
 
 #include <bit>

@@ -1,4 +1,5 @@
-// Each form of the loops over ASCII: whole steps are converted, up to the one with something else.
+// Each form of the ASCII conversion: it converts whole steps, up to the first one with another
+// character.
 #include "base/kernels/ascii_text.h"
 
 #include <gtest/gtest.h>
@@ -45,14 +46,14 @@ class KernelAsciiTextTest : public ::testing::TestWithParam<CpuLevel> {
   RandomSource random{20263};
 };
 
-TEST_P(KernelAsciiTextTest, NarrowsUpToWhatIsBeyondAscii) {
+TEST_P(KernelAsciiTextTest, NarrowsUpToTheFirstStepBeyondAscii) {
   for (int round = 0; round < 2000; ++round) {
     const auto bit = static_cast<char16_t>(0x80 << random.Below(9));
     ExpectSteps<char16_t, std::uint8_t>(form.narrow, static_cast<char16_t>(bit | u'a'));
   }
 }
 
-TEST_P(KernelAsciiTextTest, WidensUpToWhatIsBeyondAscii) {
+TEST_P(KernelAsciiTextTest, WidensUpToTheFirstStepBeyondAscii) {
   for (int round = 0; round < 2000; ++round) {
     ExpectSteps<std::uint8_t, char16_t>(form.widen, static_cast<std::uint8_t>(0x80 | round));
   }

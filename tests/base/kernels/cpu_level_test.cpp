@@ -8,24 +8,24 @@
 namespace latchkey {
 namespace {
 
-TEST(KernelCpuLevelTest, ANameForcesItsLevel) {
+TEST(KernelCpuLevelTest, ANameChoosesItsLevel) {
   EXPECT_EQ(CpuLevelNamed("portable", CpuLevel::Avx512), CpuLevel::Portable);
   EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Avx512), CpuLevel::Avx2);
   EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx512), CpuLevel::Avx512);
 }
 
-TEST(KernelCpuLevelTest, ALevelsNameIsTheOneThatForcesIt) {
+TEST(KernelCpuLevelTest, TheNameOfALevelChoosesIt) {
   for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
     EXPECT_EQ(CpuLevelNamed(NameOf(level), CpuLevel::Avx512), level);
   }
 }
 
-TEST(KernelCpuLevelTest, NoLevelAboveTheMachinesIsForced) {
+TEST(KernelCpuLevelTest, NeverChoosesALevelAboveTheMachines) {
   EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx2), CpuLevel::Avx2);
   EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Portable), CpuLevel::Portable);
 }
 
-TEST(KernelCpuLevelTest, AnyOtherNameLeavesTheHighest) {
+TEST(KernelCpuLevelTest, AnyOtherNameChoosesTheHighestLevel) {
   for (const char* const name : {"", "AVX2", "avx", "avx1024"}) {
     EXPECT_EQ(CpuLevelNamed(name, CpuLevel::Avx2), CpuLevel::Avx2) << name;
   }
@@ -34,7 +34,8 @@ TEST(KernelCpuLevelTest, AnyOtherNameLeavesTheHighest) {
 TEST(KernelCpuLevelTest, TheProcessFollowsTheVariable) {
   const char* const name = std::getenv("LATCHKEY_CPU");  // NOLINT(concurrency-mt-unsafe)
   if (name != nullptr && *name != '\0') {
-    EXPECT_STREQ(NameOf(ChosenCpuLevel()), name) << "what passes here would not be its kernels";
+    EXPECT_STREQ(NameOf(ChosenCpuLevel()), name)
+        << "the tests would not run the kernels of that level";
   } else {
     EXPECT_EQ(ChosenCpuLevel(), HighestCpuLevel());
   }

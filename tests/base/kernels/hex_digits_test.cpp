@@ -1,4 +1,5 @@
-// Each form of the hexadecimal loops against digits read and written one by one.
+// Each form of the hexadecimal conversion, compared with one that reads and writes digits one by
+// one.
 #include "base/kernels/hex_digits.h"
 
 #include <gtest/gtest.h>
@@ -16,7 +17,7 @@ constexpr TextView kSkipped = u" \t\n";
 constexpr std::size_t kLongest = 300;
 constexpr std::size_t kMargin = 64;
 
-// The number of a pair as someone reads it from left to right.
+// The value of a pair, read from left to right.
 std::uint8_t NumberOf(TextView pair) {
   std::size_t number = 0;
   for (const char16_t character : pair) {
@@ -30,7 +31,7 @@ std::uint8_t NumberOf(TextView pair) {
 
 class KernelHexDigitsTest : public ::testing::TestWithParam<CpuLevel> {
  protected:
-  // Mostly digits and what is near them, also in the low byte of a character beyond them.
+  // Mostly digits and neighboring characters, also as the low byte of a larger character.
   char16_t SomeCharacter() {
     const std::size_t kind = random.Below(8);
     if (kind == 0) return static_cast<char16_t>(random.Below(0x10000));
@@ -51,7 +52,7 @@ class KernelHexDigitsTest : public ::testing::TestWithParam<CpuLevel> {
   RandomSource random{20262};
 };
 
-TEST_P(KernelHexDigitsTest, EncodesAnyLengthAnywhere) {
+TEST_P(KernelHexDigitsTest, EncodesAnyLengthAtAnyAddress) {
   for (int round = 0; round < 2000; ++round) {
     const Bytes bytes = random.Some(random.Below(kLongest));
     const std::size_t offset = random.Below(kMargin);
@@ -66,7 +67,7 @@ TEST_P(KernelHexDigitsTest, EncodesAnyLengthAnywhere) {
   }
 }
 
-TEST_P(KernelHexDigitsTest, DecodesAnyLengthAnywhere) {
+TEST_P(KernelHexDigitsTest, DecodesAnyLengthAtAnyAddress) {
   for (int round = 0; round < 2000; ++round) {
     const std::size_t length = random.Below(kLongest);
     const std::size_t from = random.Below(kMargin);
@@ -82,8 +83,8 @@ TEST_P(KernelHexDigitsTest, DecodesAnyLengthAnywhere) {
   }
 }
 
-// Every character in either place of a pair, beside a digit, a skipped one and another one.
-TEST_P(KernelHexDigitsTest, EveryCharacterIsReadRight) {
+// Every character in either place of a pair, next to a digit, a skipped character and another one.
+TEST_P(KernelHexDigitsTest, ReadsEveryCharacterInEveryPlace) {
   for (const char16_t other : {u'b', u' ', u'g'}) {
     Text text;
     Bytes expected;

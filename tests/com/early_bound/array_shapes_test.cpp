@@ -30,10 +30,19 @@ class ArrayShapesTest : public ClientTest {
 
   HRESULT PutPassword(SAFEARRAY*& array) { return Api()->put_Password(&array); }
 
-  Bytes StoredPassword() {
-    SAFEARRAY* stored = nullptr;
-    EXPECT_EQ(Api()->get_Password(&stored), S_OK);
-    return Take(stored);
+  void StorePassword(const Bytes& bytes) {
+    SAFEARRAY* array = MakeByteArray(bytes);
+    EXPECT_EQ(PutPassword(array), S_OK);
+    EXPECT_EQ(array, nullptr);
+  }
+
+  void ExpectFaultAt(short location) {
+    short found = 0;
+    LONG number = 0;
+    EXPECT_EQ(Main()->get_ErrorLocationID(&found), S_OK);
+    EXPECT_EQ(Main()->get_RTErrorNumber(&number), S_OK);
+    EXPECT_EQ(found, location);
+    EXPECT_EQ(number, 9);
   }
 };
 
@@ -54,30 +63,22 @@ TEST_F(ArrayShapesTest, ANullArrayIsSubscriptOutOfRange) {
   ExpectFault(GiveToAll(nullptr), 9, L"Subscript out of range");
 }
 
-TEST_F(ArrayShapesTest, AnArrayWithoutElementsHasNoText) {
-  const UniqueSafeArray array(MakeByteArray({}));
-  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
-}
-
-TEST_F(ArrayShapesTest, AnArrayThatStartsAboveZeroHasNoText) {
-  const UniqueSafeArray array(MakeByteArray({1, 2, 3}, 1));
-  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
-}
-
-TEST_F(ArrayShapesTest, AnArrayThatEndsBeforeZeroHasNoText) {
-  const UniqueSafeArray array(MakeByteArray({1, 2, 3}, -3));
-  ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
+TEST_F(ArrayShapesTest, AnArrayWithoutAnElementZeroHasNoText) {
+  for (const auto& [elements, lowerBound] :
+       {std::pair{Bytes{}, 0}, {Bytes{1, 2, 3}, 1}, {Bytes{1, 2, 3}, -3}}) {
+    SCOPED_TRACE(lowerBound);
+    const UniqueSafeArray array(MakeByteArray(elements, lowerBound));
+    ExpectFault(GiveToReaders(array.Get()), 9, L"Subscript out of range");
+  }
 }
 
 // The first array is that of .NET's new byte[0].
 TEST_F(ArrayShapesTest, AnUpperBoundBelowOneIsNoPasswordAndStaysWithTheCaller) {
-  VARIANT_BOOL useDefault = VARIANT_FALSE;
-  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
+  UseDefaultPassword(false);
   const Bytes four = {1, 2, 3, 4};
   for (const auto& [elements, lowerBound] :
        {std::pair{Bytes{}, 0}, {Bytes{}, 1}, {four, -4}, {four, -3}}) {
-    SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
-    ASSERT_EQ(PutPassword(earlier), S_OK);
+    StorePassword(TextArray("abc"));
     const UniqueSafeArray array(MakeByteArray(elements, lowerBound));
     SAFEARRAY* raw = array.Get();
     EXPECT_EQ(PutPassword(raw), S_OK) << lowerBound;
@@ -85,11 +86,9 @@ TEST_F(ArrayShapesTest, AnUpperBoundBelowOneIsNoPasswordAndStaysWithTheCaller) {
     EXPECT_EQ(ElementsOf(raw), elements);
     EXPECT_EQ(StoredPassword(), Bytes{0});
   }
-  SAFEARRAY* const none = MakeByteArray({});
-  useDefault = VARIANT_TRUE;
-  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
-  const UniqueSafeArray array(none);
-  SAFEARRAY* raw = none;
+  UseDefaultPassword(true);
+  const UniqueSafeArray array(MakeByteArray({}));
+  SAFEARRAY* raw = array.Get();
   EXPECT_EQ(PutPassword(raw), S_OK);
   EXPECT_GE(StoredPassword().size(), 2U);
 }
@@ -108,27 +107,16 @@ TEST_F(ArrayShapesTest, APasswordAboveElementZeroIsReadBackWithItsBoundsAndFails
   EXPECT_EQ(upper, 4);
   EXPECT_EQ(Take(stored), (Bytes{1, 2, 3, 4}));
 
-  const auto expectFault = [this](short location) {
-    short found = 0;
-    LONG number = 0;
-    EXPECT_EQ(Main()->get_ErrorLocationID(&found), S_OK);
-    EXPECT_EQ(Main()->get_RTErrorNumber(&number), S_OK);
-    EXPECT_EQ(found, location);
-    EXPECT_EQ(number, 9);
-  };
-  VARIANT_BOOL done = VARIANT_TRUE;
-  EXPECT_EQ(Api()->Encrypt(1, 1, &done), S_OK);
-  EXPECT_EQ(done, VARIANT_FALSE);
-  expectFault(438);
-  EXPECT_EQ(Api()->Decrypt(1, 1, &done), S_OK);
-  EXPECT_EQ(done, VARIANT_FALSE);
-  expectFault(436);
+  EXPECT_EQ(Encrypt(1, 1), VARIANT_FALSE);
+  ExpectFaultAt(438);
+  EXPECT_EQ(Decrypt(1, 1), VARIANT_FALSE);
+  ExpectFaultAt(436);
   const UniqueBstr text = Bstr(L"abc");
   BSTR hash = nullptr;
   EXPECT_EQ(Api()->CreateHash(text.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE, &hash),
             S_OK);
   EXPECT_EQ(Take(hash), L"");
-  expectFault(432);
+  ExpectFaultAt(432);
 }
 
 TEST_F(ArrayShapesTest, AnArrayOfTwoDimensionsIsSubscriptOutOfRange) {
@@ -170,10 +158,8 @@ TEST_F(ArrayShapesTest, AnArrayWhoseBoundsPassTheLastSubscriptIsRefused) {
 
 // Its upper bound does not fit 32 bits.
 TEST_F(ArrayShapesTest, AnEmptyArrayFromTheLowestSubscriptIsNoPassword) {
-  SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
-  ASSERT_EQ(PutPassword(earlier), S_OK);
-  VARIANT_BOOL useDefault = VARIANT_FALSE;
-  ASSERT_EQ(Api()->put_UseDefaultPWD(&useDefault), S_OK);
+  StorePassword(TextArray("abc"));
+  UseDefaultPassword(false);
   const UniqueSafeArray array(MakeByteArray({}, std::numeric_limits<LONG>::min()));
   SAFEARRAY* raw = array.Get();
   EXPECT_EQ(PutPassword(raw), S_OK);
@@ -185,8 +171,7 @@ class RefusedPasswordTest : public ArrayShapesTest {
  protected:
   // The stored password after another was refused.
   Bytes StoredAfter(SAFEARRAY* refused, std::int32_t number, const wchar_t* description) {
-    SAFEARRAY* earlier = MakeByteArray(TextArray("abc"));
-    EXPECT_EQ(PutPassword(earlier), S_OK);
+    StorePassword(TextArray("abc"));
     ExpectFault(PutPassword(refused), number, description);
     return StoredPassword();
   }
@@ -244,9 +229,7 @@ TEST_F(ArrayShapesTest, ReadingDoesNotChangeTheCallersArray) {
 }
 
 TEST_F(ArrayShapesTest, APasswordErasesADynamicArray) {
-  SAFEARRAY* array = MakeByteArray(TextArray("abc"));
-  EXPECT_EQ(PutPassword(array), S_OK);
-  EXPECT_EQ(array, nullptr);
+  StorePassword(TextArray("abc"));
   EXPECT_EQ(StoredPassword(), TextArray("abc"));
 }
 

@@ -6,7 +6,7 @@ function check(name, got, wanted) {
         checksPassed++;
     } else {
         checksFailed++;
-        WScript.Echo("FAILED " + name + ": got [" + got + "], wanted [" + wanted + "]");
+        WScript.Echo("FAILED " + name + ": got [" + got + "], expected [" + wanted + "]");
     }
 }
 

@@ -13,6 +13,15 @@ constexpr const wchar_t* kMd5OfAbc = L"900150983CD24FB0D6963F7D28E17F72";  // RF
 
 class ArgumentsTest : public LateClientTest {
  protected:
+  // Looks up the numbers of a member and of its arguments.
+  HRESULT FindIds(std::vector<std::wstring> names, std::vector<DISPID>& ids) {
+    std::vector<wchar_t*> texts;
+    for (std::wstring& name : names) texts.push_back(name.data());
+    ids.assign(names.size(), -7);
+    return Api()->GetIDsOfNames(IID_NULL, texts.data(), static_cast<UINT>(texts.size()),
+                                LOCALE_USER_DEFAULT, ids.data());
+  }
+
   UniqueBstr abc = Bstr(L"abc");
 };
 
@@ -24,35 +33,22 @@ TEST_F(ArgumentsTest, AllByPosition) {
 }
 
 TEST_F(ArgumentsTest, NamesOfMembersAndArgumentsAreFoundInAnyCase) {
-  std::wstring member = L"createHASH";
-  std::wstring argument = L"INTHASHCHOICE";
-  wchar_t* names[] = {member.data(), argument.data()};
-  DISPID ids[] = {-7, -7};
-  ASSERT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), S_OK);
-  EXPECT_EQ(ids[0], api.IdOf(L"CreateHash"));
-  EXPECT_EQ(ids[1], 1);
+  std::vector<DISPID> ids;
+  ASSERT_EQ(FindIds({L"createHASH", L"INTHASHCHOICE"}, ids), S_OK);
+  EXPECT_EQ(ids, (std::vector<DISPID>{api.IdOf(L"CreateHash"), 1}));
 }
 
 TEST_F(ArgumentsTest, UnknownMembersAndArgumentsHaveDifferentResults) {
-  std::wstring member = L"CreateHash";
-  std::wstring argument = L"strNothing";
-  wchar_t* names[] = {member.data(), argument.data()};
-  DISPID ids[] = {-7, -7};
-  EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+  std::vector<DISPID> ids;
+  EXPECT_EQ(FindIds({L"CreateHash", L"strNothing"}, ids), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
   EXPECT_EQ(api.IdOf(L"Nothing"), DISPID_UNKNOWN);
 }
 
 TEST_F(ArgumentsTest, AnUnknownNameLeavesTheOthersFound) {
-  std::wstring member = L"CreateHash";
-  std::wstring unknown = L"strNothing";
-  std::wstring known = L"blnConvertToHex";
-  wchar_t* names[] = {member.data(), unknown.data(), known.data()};
-  DISPID ids[] = {-7, -7, -7};
-  EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 3, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
-  EXPECT_EQ(ids[0], api.IdOf(L"CreateHash"));
-  EXPECT_EQ(ids[1], DISPID_UNKNOWN);
-  EXPECT_EQ(ids[2], 2);
+  std::vector<DISPID> ids;
+  EXPECT_EQ(FindIds({L"CreateHash", L"strNothing", L"blnConvertToHex"}, ids), DISP_E_UNKNOWNNAME);
+  EXPECT_EQ(ids, (std::vector<DISPID>{api.IdOf(L"CreateHash"), DISPID_UNKNOWN, 2}));
 }
 
 // Only whole names match, and neither results nor the members of every interface have one.
@@ -61,28 +57,24 @@ TEST_F(ArgumentsTest, OnlyCallableMembersHaveANumber) {
        {L"CreateHas", L"CreateHash1", L"", L"QueryInterface", L"Invoke"}) {
     EXPECT_EQ(api.IdOf(name), DISPID_UNKNOWN) << name;
   }
-  std::wstring member = L"CreateHash";
-  std::wstring result = L"result";
-  wchar_t* names[] = {member.data(), result.data()};
-  DISPID ids[] = {-7, -7};
-  EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, 2, LOCALE_USER_DEFAULT, ids), DISP_E_UNKNOWNNAME);
+  std::vector<DISPID> ids;
+  EXPECT_EQ(FindIds({L"CreateHash", L"result"}, ids), DISP_E_UNKNOWNNAME);
   EXPECT_EQ(ids[1], DISPID_UNKNOWN);
 }
 
 // The numbers and positions of all names are those of the type information.
 TEST_F(ArgumentsTest, EveryNameHasItsNumberInTheTypeLibrary) {
-  ITypeInfo* found = nullptr;
-  ASSERT_EQ(Api()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &found), S_OK);
-  const UniqueInterface<ITypeInfo> typeInfo(found);
+  UniqueInterface<ITypeInfo> found;
+  ASSERT_EQ(Api()->GetTypeInfo(0, LOCALE_USER_DEFAULT, found.Put()), S_OK);
   int members = 0;
   for (DISPID id = 1; id < 100; ++id) {
     BSTR names[20] = {};
     UINT count = 0;
-    if (FAILED(found->GetNames(id, names, 20, &count))) continue;
+    if (FAILED(found.Get()->GetNames(id, names, 20, &count))) continue;
     ++members;
     DISPID expected[20] = {};
     DISPID given[20] = {};
-    ASSERT_EQ(found->GetIDsOfNames(names, count, expected), S_OK);
+    ASSERT_EQ(found.Get()->GetIDsOfNames(names, count, expected), S_OK);
     EXPECT_EQ(Api()->GetIDsOfNames(IID_NULL, names, count, LOCALE_USER_DEFAULT, given), S_OK) << id;
     EXPECT_TRUE(std::equal(expected, expected + count, given)) << id;
     std::for_each(names, names + count, [](BSTR name) { SysFreeString(name); });

@@ -4,7 +4,7 @@
 namespace latchkey::test {
 namespace {
 
-class ClassFactoryTest : public testing::Test {
+class ClassFactoryTest : public LoadedServerTest {
  protected:
   HRESULT Create(REFCLSID classId, REFIID interfaceId, IUnknown* outer = nullptr) const {
     void* object = server.Module();  // any pointer that is not null
@@ -14,9 +14,6 @@ class ClassFactoryTest : public testing::Test {
     if (SUCCEEDED(result)) static_cast<IUnknown*>(object)->Release();
     return result;
   }
-
-  Apartment apartment;
-  LoadedServer server;
 };
 
 TEST_F(ClassFactoryTest, MakesObjectsOfAllThreeClassesForTheirInterfaces) {

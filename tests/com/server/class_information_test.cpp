@@ -4,27 +4,21 @@
 namespace latchkey::test {
 namespace {
 
-class ClassInformationTest : public testing::Test {
+class ClassInformationTest : public LoadedServerTest {
  protected:
   [[nodiscard]] UniqueInterface<ITypeInfo> Describe(REFCLSID classId) const {
     const auto object = server.Create<IProvideClassInfo>(classId, IID_IProvideClassInfo);
-    ITypeInfo* typeInfo = nullptr;
-    EXPECT_EQ(object.Get()->GetClassInfo(&typeInfo), S_OK);
-    return UniqueInterface<ITypeInfo>(typeInfo);
+    UniqueInterface<ITypeInfo> typeInfo;
+    EXPECT_EQ(object.Get()->GetClassInfo(typeInfo.Put()), S_OK);
+    return typeInfo;
   }
-
-  Apartment apartment;
-  LoadedServer server;
 };
 
 TEST_F(ClassInformationTest, EveryObjectShowsItsOwnClass) {
   for (const CLSID& classId : {CLSID_clsMain, CLSID_clsCryptoAPI, CLSID_clsTimer}) {
-    const auto described = Describe(classId);
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(described.Get()->GetTypeAttr(&attributes), S_OK);
-    EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
-    EXPECT_TRUE(IsEqualGUID(attributes->guid, classId));
-    described.Get()->ReleaseTypeAttr(attributes);
+    const TYPEATTR attributes = AttributesOf(Describe(classId).Get());
+    EXPECT_EQ(attributes.typekind, TKIND_COCLASS);
+    EXPECT_TRUE(IsEqualGUID(attributes.guid, classId));
   }
 }
 

@@ -17,6 +17,12 @@ void LoadedServer::Unload() {
   module_ = nullptr;
 }
 
+std::wstring LoadedServer::Path() const {
+  std::wstring path(MAX_PATH, L'\0');
+  path.resize(GetModuleFileNameW(module_, path.data(), MAX_PATH));
+  return path;
+}
+
 UniqueInterface<IClassFactory> LoadedServer::Factory(REFCLSID classId) const {
   void* factory = nullptr;
   EXPECT_EQ(getClassObject_(classId, IID_IClassFactory, &factory), S_OK);
@@ -25,18 +31,25 @@ UniqueInterface<IClassFactory> LoadedServer::Factory(REFCLSID classId) const {
 
 UniqueInterface<ITypeLib> LoadedServer::TypeLibrary() const {
   const auto timer = Create<_clsTimer>(CLSID_clsTimer, IID__clsTimer);
-  ITypeInfo* typeInfo = nullptr;
-  EXPECT_EQ(timer.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &typeInfo), S_OK);
-  const UniqueInterface<ITypeInfo> owner(typeInfo);
-  ITypeLib* library = nullptr;
+  UniqueInterface<ITypeInfo> typeInfo;
+  EXPECT_EQ(timer.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, typeInfo.Put()), S_OK);
+  UniqueInterface<ITypeLib> library;
   UINT index = 0;
-  EXPECT_EQ(typeInfo->GetContainingTypeLib(&library, &index), S_OK);
-  return UniqueInterface<ITypeLib>(library);
+  EXPECT_EQ(typeInfo.Get()->GetContainingTypeLib(library.Put(), &index), S_OK);
+  return library;
 }
 
 ULONG ReferencesTo(ITypeLib* library) {
   library->AddRef();
   return library->Release();
+}
+
+TYPEATTR AttributesOf(ITypeInfo* typeInfo) {
+  TYPEATTR* attributes = nullptr;
+  EXPECT_EQ(typeInfo->GetTypeAttr(&attributes), S_OK);
+  const TYPEATTR copy = *attributes;
+  typeInfo->ReleaseTypeAttr(attributes);
+  return copy;
 }
 
 }  // namespace latchkey::test

@@ -16,6 +16,7 @@ class LoadedServer {
   void Unload();
 
   [[nodiscard]] HMODULE Module() const { return module_; }
+  [[nodiscard]] std::wstring Path() const;
 
   HRESULT GetClassObject(REFCLSID classId, REFIID interfaceId, void** object) const {
     return getClassObject_(classId, interfaceId, object);
@@ -56,8 +57,17 @@ class LoadedServer {
   HRESULT(STDAPICALLTYPE* install_)(BOOL install, const wchar_t* options) = nullptr;
 };
 
+class LoadedServerTest : public testing::Test {
+ protected:
+  Apartment apartment;
+  LoadedServer server;
+};
+
 // The number of references to a type library, including the caller's. Every client that loads a
 // file gets the same object.
 ULONG ReferencesTo(ITypeLib* library);
+
+// A copy of a type's attributes, of which the numbers and identifiers may be used.
+TYPEATTR AttributesOf(ITypeInfo* typeInfo);
 
 }  // namespace latchkey::test

@@ -15,9 +15,8 @@ void UseEverything(const LoadedServer& server) {
   BSTR salt = nullptr;
   EXPECT_EQ(api.Get()->CreateRandom(8, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE, &salt), S_OK);
   EXPECT_EQ(Take(salt).size(), 8U);
-  ITypeInfo* typeInfo = nullptr;
-  EXPECT_EQ(api.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, &typeInfo), S_OK);
-  const UniqueInterface<ITypeInfo> owner(typeInfo);
+  UniqueInterface<ITypeInfo> typeInfo;
+  EXPECT_EQ(api.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, typeInfo.Put()), S_OK);
   VARIANT null = {};
   V_VT(&null) = VT_NULL;
   SAFEARRAY* array = nullptr;
@@ -25,11 +24,11 @@ void UseEverything(const LoadedServer& server) {
   EXPECT_TRUE(TakeErrorInfo().present);
 }
 
+using ModuleLifeTest = LoadedServerTest;
+
 bool IsLoaded() { return GetModuleHandleW(L"latchkey.dll") != nullptr; }
 
-TEST(ModuleLifeTest, TheModuleMayBeUnloadedBeforeAndAfterButNotWhileSomethingLives) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(ModuleLifeTest, TheModuleMayBeUnloadedBeforeAndAfterButNotWhileSomethingLives) {
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
   {
     const auto factory = server.Factory(CLSID_clsTimer);
@@ -43,9 +42,7 @@ TEST(ModuleLifeTest, TheModuleMayBeUnloadedBeforeAndAfterButNotWhileSomethingLiv
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
   server.Factory(CLSID_clsMain).Get()->LockServer(TRUE);
   server.Factory(CLSID_clsMain).Get()->LockServer(TRUE);
   EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
@@ -55,9 +52,7 @@ TEST(ModuleLifeTest, LockServerKeepsTheModuleUntilItIsUnlocked) {
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST(ModuleLifeTest, AnExtraUnlockIsRefusedAndChangesNothing) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(ModuleLifeTest, AnExtraUnlockIsRefusedAndChangesNothing) {
   const auto factory = server.Factory(CLSID_clsTimer);
   EXPECT_EQ(factory.Get()->LockServer(FALSE), E_UNEXPECTED);
   EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
@@ -67,37 +62,31 @@ TEST(ModuleLifeTest, AnExtraUnlockIsRefusedAndChangesNothing) {
   EXPECT_EQ(server.CanUnloadNow(), S_FALSE);
 }
 
-TEST(ModuleLifeTest, ARefusedObjectDoesNotCount) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(ModuleLifeTest, ARefusedObjectDoesNotCount) {
   void* object = nullptr;
   EXPECT_EQ(server.Factory(CLSID_clsMain).Get()->CreateInstance(nullptr, IID_IStream, &object),
             E_NOINTERFACE);
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
 }
 
-TEST(ModuleLifeTest, TheModuleIsGoneOnceItIsUnloaded) {
-  const Apartment apartment;
-  LoadedServer server;
+TEST_F(ModuleLifeTest, TheModuleIsGoneOnceItIsUnloaded) {
   UseEverything(server);
   EXPECT_EQ(server.CanUnloadNow(), S_OK);
   server.Unload();
   EXPECT_FALSE(IsLoaded());
 }
 
-TEST(ModuleLifeTest, TheModuleMayBeLoadedAndUnloadedManyTimes) {
-  const Apartment apartment;
+TEST_F(ModuleLifeTest, TheModuleMayBeLoadedAndUnloadedManyTimes) {
+  server.Unload();
   for (int i = 0; i < 20; ++i) {
-    LoadedServer server;
-    UseEverything(server);
-    server.Unload();
+    LoadedServer again;
+    UseEverything(again);
+    again.Unload();
     ASSERT_FALSE(IsLoaded());
   }
 }
 
-TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndAfterItIsUnloaded) {
-  const Apartment apartment;
-  LoadedServer server;
+TEST_F(ModuleLifeTest, AThreadThatUsedTheModuleMayEndAfterItIsUnloaded) {
   std::promise<void> used;
   std::promise<void> unloaded;
   std::thread user([&] {
@@ -115,9 +104,7 @@ TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndAfterItIsUnloaded) {
   user.join();
 }
 
-TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
-  const Apartment apartment;
-  LoadedServer server;
+TEST_F(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
   std::thread([&] {
     const Apartment ownApartment;
     UseEverything(server);
@@ -129,19 +116,19 @@ TEST(ModuleLifeTest, AThreadThatUsedTheModuleMayEndBeforeItIsUnloaded) {
 // It is loaded when a client queries the connection. Afterwards neither unloading the module nor
 // any number of calls of FreeLibrary unloads it, and it is loaded once even if the module is loaded
 // several times.
-TEST(ModuleLifeTest, TheInternetLibraryStaysAfterTheFirstQuery) {
-  const Apartment apartment;
+TEST_F(ModuleLifeTest, TheInternetLibraryStaysAfterTheFirstQuery) {
+  server.Unload();
   EXPECT_EQ(GetModuleHandleW(L"wininet.dll"), nullptr);
   constexpr int kRounds = 3;
   for (int i = 0; i < kRounds; ++i) {
-    LoadedServer server;
+    LoadedServer again;
     {
-      const auto main = server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
+      const auto main = again.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
       VARIANT_BOOL connected = VARIANT_FALSE;
       EXPECT_EQ(main.Get()->DoesInternetConnectionExist(&connected), S_OK);
     }
-    EXPECT_EQ(server.CanUnloadNow(), S_OK);
-    server.Unload();
+    EXPECT_EQ(again.CanUnloadNow(), S_OK);
+    again.Unload();
     EXPECT_FALSE(IsLoaded());
     EXPECT_NE(GetModuleHandleW(L"wininet.dll"), nullptr);
   }
@@ -150,8 +137,8 @@ TEST(ModuleLifeTest, TheInternetLibraryStaysAfterTheFirstQuery) {
 }
 
 // The registered server: COM asks the DLL and unloads it.
-TEST(ModuleLifeTest, ComUnloadsTheModuleWhenNothingUsesIt) {
-  const Apartment apartment;
+TEST_F(ModuleLifeTest, ComUnloadsTheModuleWhenNothingUsesIt) {
+  server.Unload();
   auto timer = CreateTimer();
   ASSERT_TRUE(IsLoaded());
   CoFreeUnusedLibrariesEx(0, 0);

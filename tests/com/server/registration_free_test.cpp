@@ -68,14 +68,9 @@ class RegistrationFreeTest : public testing::Test {
 
 // The class of an object, by its class information.
 CLSID ClassOf(IProvideClassInfo* object) {
-  ITypeInfo* found = nullptr;
-  EXPECT_EQ(object->GetClassInfo(&found), S_OK);
-  const UniqueInterface<ITypeInfo> typeInfo(found);
-  TYPEATTR* attributes = nullptr;
-  EXPECT_EQ(found->GetTypeAttr(&attributes), S_OK);
-  const CLSID classId = attributes->guid;
-  found->ReleaseTypeAttr(attributes);
-  return classId;
+  UniqueInterface<ITypeInfo> typeInfo;
+  EXPECT_EQ(object->GetClassInfo(typeInfo.Put()), S_OK);
+  return AttributesOf(typeInfo.Get()).guid;
 }
 
 TEST_F(RegistrationFreeTest, EveryClassIsMadeByItsIdentifier) {

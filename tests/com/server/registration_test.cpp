@@ -52,7 +52,7 @@ std::wstring Read(const std::wstring& path, const wchar_t* name = nullptr,
   return status == ERROR_SUCCESS ? text : L"(none)";
 }
 
-class RegistrationTest : public testing::Test {
+class RegistrationTest : public LoadedServerTest {
  protected:
   RegistrationTest() { UnregisterAll(); }
   ~RegistrationTest() override { UnregisterAll(); }
@@ -61,15 +61,6 @@ class RegistrationTest : public testing::Test {
     EXPECT_EQ(server.Install(false, L"user"), S_OK);
     EXPECT_EQ(server.Unregister(), S_OK);
   }
-
-  [[nodiscard]] std::wstring ServerPath() const {
-    std::wstring path(MAX_PATH, L'\0');
-    path.resize(GetModuleFileNameW(server.Module(), path.data(), MAX_PATH));
-    return path;
-  }
-
-  Apartment apartment;
-  LoadedServer server;
 };
 
 using Nothing = std::vector<std::wstring>;
@@ -81,7 +72,7 @@ TEST_F(RegistrationTest, RegisteringMakesAllKeys) {
 
 TEST_F(RegistrationTest, AClassKeyHasServerNamesTypeLibraryAndVersion) {
   ASSERT_EQ(server.Register(), S_OK);
-  EXPECT_EQ(Read(kMainClass + L"\\InprocServer32"), ServerPath());
+  EXPECT_EQ(Read(kMainClass + L"\\InprocServer32"), server.Path());
   EXPECT_EQ(Read(kMainClass + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
   EXPECT_EQ(Read(kMainClass + L"\\ProgID"), L"Latchkey.clsMain.1");
   EXPECT_EQ(Read(kMainClass + L"\\VersionIndependentProgID"), L"Latchkey.clsMain");
@@ -107,9 +98,8 @@ TEST_F(RegistrationTest, EveryNameRefersToItsClass) {
 
 TEST_F(RegistrationTest, TheTypeLibraryIsFoundByItsIdentifier) {
   ASSERT_EQ(server.Register(), S_OK);
-  ITypeLib* library = nullptr;
-  ASSERT_EQ(LoadRegTypeLib(LIBID_Latchkey, 1, 0, LOCALE_NEUTRAL, &library), S_OK);
-  library->Release();
+  UniqueInterface<ITypeLib> library;
+  EXPECT_EQ(LoadRegTypeLib(LIBID_Latchkey, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
 }
 
 // No object exists whose destruction would release it.
@@ -174,11 +164,10 @@ TEST_F(RegistrationTest, ForTheUserTheClassesAndNamesAreOnlyTheUsers) {
     EXPECT_EQ(Read(path), L"(none)");
   }
   const std::wstring serverKey = kMainClass + L"\\InprocServer32";
-  EXPECT_EQ(Read(serverKey, nullptr, HKEY_CURRENT_USER), ServerPath());
+  EXPECT_EQ(Read(serverKey, nullptr, HKEY_CURRENT_USER), server.Path());
   EXPECT_EQ(Read(serverKey, L"ThreadingModel", HKEY_CURRENT_USER), L"Apartment");
-  ITypeLib* library = nullptr;
-  ASSERT_EQ(LoadRegTypeLib(LIBID_Latchkey, 1, 0, LOCALE_NEUTRAL, &library), S_OK);
-  library->Release();
+  UniqueInterface<ITypeLib> library;
+  EXPECT_EQ(LoadRegTypeLib(LIBID_Latchkey, 1, 0, LOCALE_NEUTRAL, library.Put()), S_OK);
 }
 
 TEST_F(RegistrationTest, UnregisteringForTheUserLeavesNoKey) {

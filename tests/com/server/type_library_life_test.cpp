@@ -6,18 +6,16 @@
 #include <utility>
 #include <vector>
 
+#include "tests/com/late_bound/late_client.h"
 #include "tests/com/server/loaded_server.h"
 
 namespace latchkey::test {
 namespace {
 
 // Looks a member up by name, which reads the members of the class.
-DISPID FindMember(IDispatch* object, const wchar_t* name) {
-  DISPID id = DISPID_UNKNOWN;
-  auto* text = const_cast<wchar_t*>(name);
-  EXPECT_EQ(object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_USER_DEFAULT, &id), S_OK);
-  return id;
-}
+DISPID FindMember(IDispatch* object, const wchar_t* name) { return LateClient(object).IdOf(name); }
+
+using TypeLibraryLifeTest = LoadedServerTest;
 
 UniqueInterface<_clsTimer> NewTimer(const LoadedServer& server) {
   return server.Create<_clsTimer>(CLSID_clsTimer, IID__clsTimer);
@@ -27,9 +25,7 @@ UniqueInterface<_clsMain> NewMain(const LoadedServer& server) {
   return server.Create<_clsMain>(CLSID_clsMain, IID__clsMain);
 }
 
-TEST(TypeLibraryLifeTest, IsKeptUntilTheLastObjectIsReleased) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(TypeLibraryLifeTest, IsKeptUntilTheLastObjectIsReleased) {
   auto main = NewMain(server);
   auto timer = NewTimer(server);
   const auto library = server.TypeLibrary();
@@ -41,9 +37,7 @@ TEST(TypeLibraryLifeTest, IsKeptUntilTheLastObjectIsReleased) {
   EXPECT_EQ(ReferencesTo(library.Get()), 1U);
 }
 
-TEST(TypeLibraryLifeTest, IsReadAgainForALaterObject) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(TypeLibraryLifeTest, IsReadAgainForALaterObject) {
   auto timer = NewTimer(server);
   const auto library = server.TypeLibrary();
   for (int i = 0; i < 3; ++i) {
@@ -57,9 +51,7 @@ TEST(TypeLibraryLifeTest, IsReadAgainForALaterObject) {
 
 // Several threads make and release objects, so that the last one is often released while another is
 // made. A library released too early crashes the look-up; one released too seldom stays.
-TEST(TypeLibraryLifeTest, ThreadsThatMakeAndReleaseObjectsShareIt) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(TypeLibraryLifeTest, ThreadsThatMakeAndReleaseObjectsShareIt) {
   const auto library = server.TypeLibrary();
   std::atomic<int> wrong{0};
   std::vector<std::thread> threads;
@@ -99,9 +91,7 @@ ReleaseFunction ReplaceRelease(ITypeLib* library, ReleaseFunction function) {
 
 // Another thread makes an object while the last object releases the library: it is not blocked,
 // does not get the library being released, and the module is in use throughout.
-TEST(TypeLibraryLifeTest, AnObjectMadeWhileItIsReleasedReadsItsOwn) {
-  const Apartment apartment;
-  const LoadedServer server;
+TEST_F(TypeLibraryLifeTest, AnObjectMadeWhileItIsReleasedReadsItsOwn) {
   auto timer = NewTimer(server);
   const auto library = server.TypeLibrary();
   HRESULT unused = S_OK;
@@ -155,9 +145,7 @@ int TrapImports(HMODULE module, const char* library) {
   return count;
 }
 
-TEST(TypeLibraryLifeTest, UnloadingCallsNothingOfComOrAutomation) {
-  const Apartment apartment;
-  LoadedServer server;
+TEST_F(TypeLibraryLifeTest, UnloadingCallsNothingOfComOrAutomation) {
   auto timer = NewTimer(server);
   EXPECT_EQ(FindMember(timer.Get(), L"Start"), 1);
   const auto library = server.TypeLibrary();

@@ -11,28 +11,23 @@ namespace {
 class TypeLibraryTest : public testing::Test {
  protected:
   TypeLibraryTest() {
-    const LoadedServer server;
-    std::wstring path(MAX_PATH, L'\0');
-    GetModuleFileNameW(server.Module(), path.data(), MAX_PATH);
-    ITypeLib* loaded = nullptr;
-    EXPECT_EQ(LoadTypeLibEx(path.c_str(), REGKIND_NONE, &loaded), S_OK);
-    library.Reset(loaded);
+    EXPECT_EQ(LoadTypeLibEx(LoadedServer().Path().c_str(), REGKIND_NONE, library.Put()), S_OK);
   }
 
   [[nodiscard]] UniqueInterface<ITypeInfo> Describe(REFIID id) const {
-    ITypeInfo* typeInfo = nullptr;
-    EXPECT_EQ(library.Get()->GetTypeInfoOfGuid(id, &typeInfo), S_OK);
-    return UniqueInterface<ITypeInfo>(typeInfo);
+    UniqueInterface<ITypeInfo> typeInfo;
+    EXPECT_EQ(library.Get()->GetTypeInfoOfGuid(id, typeInfo.Put()), S_OK);
+    return typeInfo;
   }
 
   // The interface with its vtable members.
   [[nodiscard]] UniqueInterface<ITypeInfo> DescribeSlots(REFIID id) const {
     const auto late = Describe(id);
     HREFTYPE reference = 0;
-    ITypeInfo* early = nullptr;
+    UniqueInterface<ITypeInfo> early;
     EXPECT_EQ(late.Get()->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
-    EXPECT_EQ(late.Get()->GetRefTypeInfo(reference, &early), S_OK);
-    return UniqueInterface<ITypeInfo>(early);
+    EXPECT_EQ(late.Get()->GetRefTypeInfo(reference, early.Put()), S_OK);
+    return early;
   }
 
   // For example "latchkeyHashMD5 = 1" for each member of an enum, which must have a help text.
@@ -109,35 +104,29 @@ std::wstring ConstantAt(ITypeInfo* typeInfo, UINT index) {
 }
 
 std::vector<std::wstring> TypeLibraryTest::Constants(std::wstring name) const {
-  ITypeInfo* found = nullptr;
+  UniqueInterface<ITypeInfo> found;
   MEMBERID member = 0;
   USHORT count = 1;
-  EXPECT_EQ(library.Get()->FindName(name.data(), 0, &found, &member, &count), S_OK);
+  EXPECT_EQ(library.Get()->FindName(name.data(), 0, found.Put(), &member, &count), S_OK);
   if (count != 1) return {};
-  const UniqueInterface<ITypeInfo> typeInfo(found);
-  EXPECT_NE(HelpOf(found, MEMBERID_NIL), L"");
-  TYPEATTR* attributes = nullptr;
-  EXPECT_EQ(found->GetTypeAttr(&attributes), S_OK);
-  EXPECT_EQ(attributes->typekind, TKIND_ENUM);
+  EXPECT_NE(HelpOf(found.Get(), MEMBERID_NIL), L"");
+  const TYPEATTR attributes = AttributesOf(found.Get());
+  EXPECT_EQ(attributes.typekind, TKIND_ENUM);
   std::vector<std::wstring> constants;
-  for (UINT i = 0; i < attributes->cVars; ++i) constants.push_back(ConstantAt(found, i));
-  found->ReleaseTypeAttr(attributes);
+  for (UINT i = 0; i < attributes.cVars; ++i) constants.push_back(ConstantAt(found.Get(), i));
   return constants;
 }
 
 // The members after those of IDispatch, each in its slot.
 std::vector<std::wstring> Declarations(ITypeInfo* typeInfo) {
   std::vector<std::wstring> declarations;
-  TYPEATTR* attributes = nullptr;
-  EXPECT_EQ(typeInfo->GetTypeAttr(&attributes), S_OK);
-  for (UINT i = 0; i < attributes->cFuncs; ++i) {
+  for (UINT i = 0; i < AttributesOf(typeInfo).cFuncs; ++i) {
     FUNCDESC* function = nullptr;
     EXPECT_EQ(typeInfo->GetFuncDesc(i, &function), S_OK);
     EXPECT_EQ(function->oVft, static_cast<SHORT>((7 + i) * sizeof(void*)));
     declarations.push_back(Declaration(typeInfo, *function));
     typeInfo->ReleaseFuncDesc(function);
   }
-  typeInfo->ReleaseTypeAttr(attributes);
   return declarations;
 }
 
@@ -190,32 +179,24 @@ TEST_F(TypeLibraryTest, EveryClassHasItsDualInterfaceAsDefault) {
     const auto described = Describe(classId);
     INT flags = 0;
     HREFTYPE reference = 0;
-    ITypeInfo* found = nullptr;
+    UniqueInterface<ITypeInfo> found;
     ASSERT_EQ(described.Get()->GetImplTypeFlags(0, &flags), S_OK);
     ASSERT_EQ(described.Get()->GetRefTypeOfImplType(0, &reference), S_OK);
-    ASSERT_EQ(described.Get()->GetRefTypeInfo(reference, &found), S_OK);
-    const UniqueInterface<ITypeInfo> typeInfo(found);
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(found->GetTypeAttr(&attributes), S_OK);
+    ASSERT_EQ(described.Get()->GetRefTypeInfo(reference, found.Put()), S_OK);
     EXPECT_EQ(flags, IMPLTYPEFLAG_FDEFAULT);
-    EXPECT_TRUE(IsEqualGUID(attributes->guid, interfaceId));
-    found->ReleaseTypeAttr(attributes);
+    EXPECT_TRUE(IsEqualGUID(AttributesOf(found.Get()).guid, interfaceId));
   }
 }
 
-WORD FlagsOf(ITypeInfo* typeInfo) {
-  TYPEATTR* attributes = nullptr;
-  EXPECT_EQ(typeInfo->GetTypeAttr(&attributes), S_OK);
-  const WORD flags = attributes->wTypeFlags;
-  typeInfo->ReleaseTypeAttr(attributes);
-  return flags;
+WORD FlagsOf(const UniqueInterface<ITypeInfo>& typeInfo) {
+  return AttributesOf(typeInfo.Get()).wTypeFlags;
 }
 
 // With both flags the system marshals the interface without a separate proxy.
 TEST_F(TypeLibraryTest, EveryInterfaceIsDualAndOfAutomationTypes) {
   constexpr WORD kExpected = TYPEFLAG_FDUAL | TYPEFLAG_FOLEAUTOMATION;
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
-    EXPECT_EQ(FlagsOf(DescribeSlots(id).Get()) & kExpected, kExpected);
+    EXPECT_EQ(FlagsOf(DescribeSlots(id)) & kExpected, kExpected);
   }
 }
 
@@ -223,8 +204,8 @@ TEST_F(TypeLibraryTest, EveryInterfaceIsDualAndOfAutomationTypes) {
 // interface.
 TEST_F(TypeLibraryTest, EveryInterfaceIsNonextensible) {
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
-    EXPECT_NE(FlagsOf(Describe(id).Get()) & TYPEFLAG_FNONEXTENSIBLE, 0);
-    EXPECT_NE(FlagsOf(DescribeSlots(id).Get()) & TYPEFLAG_FNONEXTENSIBLE, 0);
+    EXPECT_NE(FlagsOf(Describe(id)) & TYPEFLAG_FNONEXTENSIBLE, 0);
+    EXPECT_NE(FlagsOf(DescribeSlots(id)) & TYPEFLAG_FNONEXTENSIBLE, 0);
   }
 }
 
@@ -284,11 +265,7 @@ TEST_F(TypeLibraryTest, ThePropertiesOfTheServiceObjectHaveTheirHelpTexts) {
 TEST_F(TypeLibraryTest, EveryMemberHasAHelpText) {
   for (const IID& id : {IID__clsMain, IID__clsCryptoAPI, IID__clsTimer}) {
     const auto described = DescribeSlots(id);
-    TYPEATTR* attributes = nullptr;
-    ASSERT_EQ(described.Get()->GetTypeAttr(&attributes), S_OK);
-    const UINT count = attributes->cFuncs;
-    described.Get()->ReleaseTypeAttr(attributes);
-    for (UINT i = 0; i < count; ++i) {
+    for (UINT i = 0; i < AttributesOf(described.Get()).cFuncs; ++i) {
       FUNCDESC* function = nullptr;
       ASSERT_EQ(described.Get()->GetFuncDesc(i, &function), S_OK);
       EXPECT_NE(HelpOf(described.Get(), function->memid), L"");

@@ -6,8 +6,7 @@ namespace {
 
 TEST(VersionResourceTest, HasProductAndVersion) {
   const LoadedServer server;
-  std::wstring path(MAX_PATH, L'\0');
-  GetModuleFileNameW(server.Module(), path.data(), MAX_PATH);
+  const std::wstring path = server.Path();
   DWORD ignored = 0;
   std::vector<std::uint8_t> information(GetFileVersionInfoSizeW(path.c_str(), &ignored));
   ASSERT_TRUE(GetFileVersionInfoW(path.c_str(), 0, static_cast<DWORD>(information.size()),

@@ -9,7 +9,7 @@ Sub Check(name, got, wanted)
         checksPassed = checksPassed + 1
     Else
         checksFailed = checksFailed + 1
-        WScript.Echo "FAILED " & name & ": got [" & got & "], wanted [" & wanted & "]"
+        WScript.Echo "FAILED " & name & ": got [" & got & "], expected [" & wanted & "]"
     End If
 End Sub
 

@@ -10,7 +10,7 @@ Check "Encrypt without clsMain", LastError, NOT_SET
 result = api.CreateHash("abc", 1)
 Check "CreateHash without clsMain", LastError, NOT_SET
 result = api.ConvertStringToHex("A")
-Check "what needs no record works", LastError, NO_ERROR
+Check "members that need no record work", LastError, NO_ERROR
 
 Set main = CreateObject("Latchkey.clsMain")
 Check "new ErrorLocationID", main.ErrorLocationID, 0

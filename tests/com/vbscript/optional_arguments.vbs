@@ -4,7 +4,7 @@ Set main = CreateObject("Latchkey.clsMain")
 Set api = CreateObject("Latchkey.clsCryptoAPI")
 
 Check "no hash number", api.CreateHash("abc"), ""
-Check "refused in silence", main.ErrorExists, False
+Check "refusal is not recorded", main.ErrorExists, False
 Check "no arguments", api.CreateHash(), ""
 Check "no text", api.CreateHash(, 1, True), "D41D8CD98F00B204E9800998ECF8427E"
 Check "none in the middle", api.CreateHash("abc", 1, True, , True), "900150983CD24FB0D6963F7D28E17F72"

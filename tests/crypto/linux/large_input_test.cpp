@@ -1,6 +1,7 @@
-// Encrypt and Decrypt of an input whose double length is no signed 32-bit number.
+// Encrypt and Decrypt of an input whose double length does not fit a signed 32-bit number.
 //
-// The array's memory is never written, so it takes none; the object's copy of it takes 1 GiB.
+// The array's memory is never written, so the system does not provide any; the object's copy takes
+// 1 GiB.
 #include <gtest/gtest.h>
 
 #include "crypto/shaped_bytes.h"
@@ -18,7 +19,7 @@ ByteArray LargeArray(std::size_t length) {
 
 using LargeInputTest = WatchedServiceOnPlainProvider;
 
-TEST_F(LargeInputTest, TwiceItsLengthOverflowsAfterTheKeyIsDerived) {
+TEST_F(LargeInputTest, ABufferOfTwiceTheLengthOverflowsAfterTheKeyIsDerived) {
   api.InputData(LargeArray(std::size_t{1} << 30));
   for (const DirectionRow& row : {kEncryptRow, kDecryptRow}) {
     LeaveEarlierFailure();

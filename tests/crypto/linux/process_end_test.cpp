@@ -10,8 +10,8 @@
 namespace latchkey::test {
 namespace {
 
-// Ends the process with its objects of static duration still in use: what a thread owns is gone by
-// the time that they are destroyed.
+// Ends the process while objects of static duration are still in use. The data of the main thread
+// is destroyed before them.
 [[noreturn]] void EndProcessWithStaticObjects() {
   static clsCryptoAPI api;
   static const clsMain main;
@@ -36,7 +36,7 @@ struct FailsWhenDestroyed {
   std::exit(EXIT_SUCCESS);
 }
 
-TEST(ProcessEndDeathTest, WhatIsNeverDestroyedIsNotDestroyedAtTheEndEither) {
+TEST(ProcessEndDeathTest, NeverDestroyedObjectsAreNotDestroyedAtTheEnd) {
   EXPECT_EXIT(EndProcessWithAnObjectNeverDestroyed(), ::testing::ExitedWithCode(EXIT_SUCCESS), "");
 }
 

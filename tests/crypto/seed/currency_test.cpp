@@ -26,8 +26,8 @@ TEST(CurrencyTest, RoundsToFourDecimalsHalfToEven) {
   EXPECT_EQ(Currency::FromDouble(-0.15625).ToDouble(), -0.1562);
 }
 
-// A Double that is written like a half lies above or below it: the product with 10,000 in double
-// precision would be the half itself.
+// A Double written as an exact half is really above or below it, but its product with 10,000 in
+// double precision would be the half itself.
 TEST(CurrencyTest, RoundsTheExactValueOfTheDouble) {
   EXPECT_EQ(Currency::FromDouble(0.00005).ToDouble(), 0.0001);  // 0.0000500000000000000024...
   EXPECT_EQ(Currency::FromDouble(-0.00005).ToDouble(), -0.0001);
@@ -36,14 +36,14 @@ TEST(CurrencyTest, RoundsTheExactValueOfTheDouble) {
   EXPECT_EQ(Currency::FromDouble(std::nextafter(0.03125, 1)).ToDouble(), 0.0313);
   EXPECT_EQ(Currency::FromDouble(std::numeric_limits<double>::denorm_min()).ToDouble(), 0);
   EXPECT_EQ(Currency::FromDouble(-std::numeric_limits<double>::min()).ToDouble(), 0);
-  // Of 2^47 and more, where the product has more bits than a Double.
+  // From 2^47 on, where the product has more bits than a Double.
   EXPECT_EQ(Currency::FromDouble(900000000000000.125),
             Currency::FromWhole(900'000'000'000'000) + Currency::FromDouble(0.125));
   EXPECT_EQ(Currency::FromDouble(140737488355328.03125),
             Currency::FromWhole(140'737'488'355'328) + Currency::FromDouble(0.0312));
 }
 
-TEST(CurrencyTest, FromDoubleRefusesWhatIsOutOfRange) {
+TEST(CurrencyTest, FromDoubleRefusesValuesOutOfRange) {
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(922337203685477.5); }), kNoFault);
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(-922337203685477.5); }), kNoFault);
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(922337203685477.625); }), 6);
@@ -52,28 +52,28 @@ TEST(CurrencyTest, FromDoubleRefusesWhatIsOutOfRange) {
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(1e300); }), 6);
 }
 
-TEST(CurrencyTest, FromDoubleRefusesWhatIsNoNumber) {
+TEST(CurrencyTest, FromDoubleRefusesNotANumber) {
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(std::numeric_limits<double>::quiet_NaN()); }),
             5);
   EXPECT_EQ(FaultOf([] { return Currency::FromDouble(std::numeric_limits<double>::infinity()); }),
             6);
 }
 
-TEST(CurrencyTest, WholeNumbersAreExactUpToTheEdges) {
+TEST(CurrencyTest, WholeNumbersAreExactUpToTheLimits) {
   EXPECT_EQ(Currency::FromWhole(kLargestWhole).ToDouble(), 922337203685477.0);
   EXPECT_EQ(Currency::FromWhole(-kLargestWhole).ToDouble(), -922337203685477.0);
   EXPECT_EQ(FaultOf([] { return Currency::FromWhole(kLargestWhole + 1); }), 6);
   EXPECT_EQ(FaultOf([] { return Currency::FromWhole(-kLargestWhole - 1); }), 6);
 }
 
-TEST(CurrencyTest, TheLargestByteCountsAreNegativeNumbersOfSixtyFourBits) {
+TEST(CurrencyTest, TheLargestByteCountsAreNegative) {
   constexpr std::uint64_t kLast = std::numeric_limits<std::uint64_t>::max();
   EXPECT_EQ(Currency::FromBytes(kLast).ToDouble(), -1);
   EXPECT_EQ(Currency::FromBytes(kLast - kLargestWhole + 1), Currency::FromWhole(-kLargestWhole));
   EXPECT_EQ(FaultOf([] { return Currency::FromBytes(kLast - kLargestWhole); }), 6);
 }
 
-TEST(CurrencyTest, ByteCountsAreExactUpToTheEdge) {
+TEST(CurrencyTest, ByteCountsAreExactUpToTheLimit) {
   EXPECT_EQ(Currency::FromBytes(kLargestWhole).ToDouble(), 922337203685477.0);
   EXPECT_EQ(FaultOf([] { return Currency::FromBytes(kLargestWhole + 1); }), 6);
   EXPECT_EQ(FaultOf([] { return Currency::FromBytes(std::uint64_t{1} << 63); }), 6);
@@ -86,7 +86,7 @@ TEST(CurrencyTest, AddsAndSubtractsExactly) {
   EXPECT_EQ(tenth - fifth, Currency::FromDouble(-0.1));
 }
 
-TEST(CurrencyTest, SumsBeyondTheEdgesOverflow) {
+TEST(CurrencyTest, SumsBeyondTheLimitsOverflow) {
   const Currency step = Currency::FromDouble(kSmallest);
   const Currency back = Currency::FromDouble(-kSmallest);
   EXPECT_EQ(FaultOf([&] { return Largest() + step; }), 6);
@@ -95,7 +95,7 @@ TEST(CurrencyTest, SumsBeyondTheEdgesOverflow) {
   EXPECT_EQ(Largest() + Lowest(), Currency());
 }
 
-TEST(CurrencyTest, DifferencesBeyondTheEdgesOverflow) {
+TEST(CurrencyTest, DifferencesBeyondTheLimitsOverflow) {
   const Currency step = Currency::FromDouble(kSmallest);
   const Currency back = Currency::FromDouble(-kSmallest);
   EXPECT_EQ(FaultOf([&] { return Lowest() - step; }), 6);

@@ -44,7 +44,7 @@ TEST(DigitsOnlyTest, ALongRowOfDigitsStays) {
   EXPECT_EQ(DigitsOnly(TextView(digits)), digits);
 }
 
-TEST(DigitsOnlyTest, EveryKindOfValueIsTakenAsItsText) {
+TEST(DigitsOnlyTest, ConvertsEveryKindOfValueByItsText) {
   EXPECT_EQ(DigitsOnly(std::int32_t{-42}), u"42");
   EXPECT_EQ(DigitsOnly(true), u"84114117101");  // True
   EXPECT_EQ(DigitsOnly(0.25F), u"025");

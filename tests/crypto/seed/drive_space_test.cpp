@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::uint64_t kLargestByteCount = 922'337'203'685'477;  // as Currency
 
-// On drive C, and on drive D where a test gives it an answer of its own.
+// Queries drive C, and drive D if a test sets values for it.
 class DriveSpaceTest : public WatchedModule {
  protected:
   bool Get(const char* root = "C:\\") { return GetDriveSpace(root, info); }
@@ -23,7 +23,7 @@ class DriveSpaceTest : public WatchedModule {
   DriveSpaceInfo info;
 };
 
-TEST_F(DriveSpaceTest, TakesTheByteCountsOfTheDrive) {
+TEST_F(DriveSpaceTest, ReturnsTheByteCountsOfTheDrive) {
   probe.space["C:\\"] = {300, 1000, 400};
   EXPECT_TRUE(Get());
   EXPECT_EQ(info.AvailableBytes.ToDouble(), 300);
@@ -41,7 +41,7 @@ TEST_F(DriveSpaceTest, AlwaysTriesTheByteCountsOnDriveC) {
   EXPECT_EQ(info.TotalBytes.ToDouble(), 2);
 }
 
-TEST_F(DriveSpaceTest, ADriveWithoutAnAnswerIsNoFault) {
+TEST_F(DriveSpaceTest, ADriveThatCannotBeQueriedIsNotAFault) {
   info.TotalBytes = Currency::FromWhole(7);
   info.SectorsPerCluster = 8;
   EXPECT_FALSE(Get("D:\\"));
@@ -66,14 +66,14 @@ TEST_F(DriveSpaceTest, WithoutByteCountsOnDriveCClustersAreCounted) {
   EXPECT_EQ(info.UsedBytes.ToDouble(), 614'400);
 }
 
-TEST_F(DriveSpaceTest, NeitherAnswerGivesFalseWithoutAMessage) {
+TEST_F(DriveSpaceTest, ReturnsFalseWithoutAMessageWhenNeitherQuerySucceeds) {
   probe.space.clear();
   probe.clusters.clear();
   EXPECT_FALSE(Get());
   EXPECT_TRUE(probe.warnings.empty());
 }
 
-TEST_F(DriveSpaceTest, ClustersAreMultipliedInThirtyTwoBits) {
+TEST_F(DriveSpaceTest, ClustersAreMultipliedIn32Bits) {
   CountClustersOnly({1, 1, 0, 2'147'483'647});
   EXPECT_TRUE(Get());
   EXPECT_EQ(info.TotalBytes.ToDouble(), 2147483647.0);
@@ -122,7 +122,7 @@ TEST_F(DriveSpaceTest, AFaultOfTheClusterQueryShowsTheMessageToo) {
   EXPECT_EQ(probe.warnings.size(), 1U);
 }
 
-TEST_F(DriveSpaceTest, KeepsTheLastDriveForTheThread) {
+TEST_F(DriveSpaceTest, StoresTheLastDriveForTheThread) {
   probe.space["C:\\"] = {300, 1000, 400};
   Get();
   EXPECT_EQ(ThisThreadCrypto().lastDriveTotal, 1000);
@@ -130,14 +130,14 @@ TEST_F(DriveSpaceTest, KeepsTheLastDriveForTheThread) {
   EXPECT_EQ(ThisThreadCrypto().lastDriveUsed, 600);
 }
 
-TEST_F(DriveSpaceTest, AnUnansweredDriveIsKeptAsTheCallersRecordHasIt) {
+TEST_F(DriveSpaceTest, ADriveThatCannotBeQueriedStoresTheCallersValues) {
   info.TotalBytes = Currency::FromWhole(7);
   Get("D:\\");
   EXPECT_EQ(ThisThreadCrypto().lastDriveTotal, 7);
   EXPECT_EQ(ThisThreadCrypto().lastDriveFree, 0);
 }
 
-TEST_F(DriveSpaceTest, AFaultLeavesTheLastDrive) {
+TEST_F(DriveSpaceTest, AFaultKeepsTheLastDrive) {
   Get();
   CountClustersOnly({64, 4096, 100'000, 1'000'000});
   Get();

@@ -1,4 +1,4 @@
-// What the readers of numbers leave of a seed in memory that they free.
+// Functions that read numbers must wipe the seed before they free memory.
 #include <gtest/gtest.h>
 
 #include "crypto/seed/digits_only.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kDigits = "41757402841549";
 
-// How many freed blocks hold the digits, as bytes or as text.
+// The number of freed blocks that hold the digits, as bytes or as text.
 template <class Operation>
 std::size_t BlocksLeftBy(Operation&& operation) {
   const Bytes digits = BytesOf(kDigits);
@@ -24,7 +24,7 @@ std::size_t BlocksLeftBy(Operation&& operation) {
   return blocks;
 }
 
-TEST(NumberWipingTest, TheReadersWipeTheDigits) {
+TEST(NumberWipingTest, ReadingANumberWipesItsDigits) {
   const Text once = Wide(kDigits);
   for (const Text& text : {once, once + once, u"&H" + once, u"-" + once + u"e4"}) {
     EXPECT_EQ(BlocksLeftBy([&] { return platform::IsNumericText(text); }), 0U);
@@ -32,8 +32,8 @@ TEST(NumberWipingTest, TheReadersWipeTheDigits) {
   }
 }
 
-// A text with a letter, whose codes make it longer.
-TEST(NumberWipingTest, DigitsOnlyWipesWhatItGrowsOver) {
+// The letter's code makes the text longer.
+TEST(NumberWipingTest, DigitsOnlyWipesTheMemoryItOutgrows) {
   const ModuleScope scope;
   const Text text = Wide(kDigits) + Text(100, u'z');
   EXPECT_EQ(BlocksLeftBy([&] { return DigitsOnly(TextView(text)); }), 0U);

@@ -1,4 +1,4 @@
-// Which readings make a seed impossible: the fault reaches BuildSeedText's caller.
+// Readings for which no seed can be computed: the fault reaches BuildSeedText's caller.
 #include <gtest/gtest.h>
 
 #include "crypto/seed/seed_text.h"
@@ -21,7 +21,7 @@ class SeedFaultTest : public WatchedModule {
   }
 };
 
-TEST_F(SeedFaultTest, NothingIsRecordedHere) {
+TEST_F(SeedFaultTest, FaultsAreNotRecorded) {
   probe.windows.clear();
   TakeDriveSpaceAway();
   EXPECT_NE(FaultFor(1), kNoFault);
@@ -35,7 +35,7 @@ TEST_F(SeedFaultTest, DigitSixDividesByTheVolumeFigure) {
   EXPECT_EQ(FaultFor(6), 11);
 }
 
-TEST_F(SeedFaultTest, DigitEightAddsVolumeNumberAndTicksInThirtyTwoBits) {
+TEST_F(SeedFaultTest, DigitEightAddsVolumeNumberAndTicksIn32Bits) {
   probe.volume = {"", 0x0FFFFFFF, ""};  // shifted: 7FFFFFF8
   EXPECT_EQ(FaultFor(8, 7), kNoFault);
   EXPECT_EQ(FaultFor(8, 8), 6);
@@ -44,20 +44,20 @@ TEST_F(SeedFaultTest, DigitEightAddsVolumeNumberAndTicksInThirtyTwoBits) {
   EXPECT_EQ(FaultFor(8, static_cast<std::uint32_t>(-1)), 6);
 }
 
-TEST_F(SeedFaultTest, TheSameSumIsNoFaultForTheOtherDigits) {
+TEST_F(SeedFaultTest, TheSameReadingsAreNoFaultForTheOtherDigits) {
   probe.volume = {"", 0x0FFFFFFF, ""};
   EXPECT_EQ(FaultFor(4, 8), kNoFault);
   EXPECT_EQ(FaultFor(6, 8), kNoFault);
   EXPECT_EQ(FaultFor(-1, 8), kNoFault);
 }
 
-TEST_F(SeedFaultTest, DigitNineHasNoRootOfANegativeUse) {
+TEST_F(SeedFaultTest, DigitNineFailsForNegativeUsedSpace) {
   probe.space["C:\\"] = {0, 1000, 1001};
   EXPECT_EQ(FaultFor(9), 5);
   EXPECT_EQ(FaultFor(8), kNoFault);
 }
 
-TEST_F(SeedFaultTest, DigitOneHasNoRootOfANegativeShare) {
+TEST_F(SeedFaultTest, DigitOneFailsForANegativeShareOfTheTicks) {
   TakeDriveSpaceAway();
   EXPECT_EQ(FaultFor(1, static_cast<std::uint32_t>(-100)), 5);
   EXPECT_EQ(FaultFor(1, 100), kNoFault);
@@ -69,41 +69,41 @@ TEST_F(SeedFaultTest, DigitZeroOverflowsTheRangeOfCurrency) {
   EXPECT_EQ(FaultFor(4), kNoFault);
 }
 
-TEST_F(SeedFaultTest, WithoutDriveSpaceThereMustBeWindows) {
+TEST_F(SeedFaultTest, WithoutDriveSpaceNoWindowsIsAFault) {
   probe.windows.clear();
   EXPECT_EQ(FaultFor(4), kNoFault);
   TakeDriveSpaceAway();
   EXPECT_EQ(FaultFor(4), 11);
 }
 
-TEST_F(SeedFaultTest, WithoutDriveSpaceTheHandlesMustNotAddUpToZero) {
+TEST_F(SeedFaultTest, WithoutDriveSpaceAHandleSumOfZeroIsAFault) {
   probe.windows = {{5}, {static_cast<std::uintptr_t>(0xFFFFFFFBU)}};  // 5 and -5
   TakeDriveSpaceAway();
   EXPECT_EQ(FaultFor(4), 11);
 }
 
-TEST_F(SeedFaultTest, WithoutDriveSpaceTheHandleSumMustFitThirtyTwoBits) {
+TEST_F(SeedFaultTest, WithoutDriveSpaceTheHandleSumMustFit32Bits) {
   probe.windows = {{0x7FFFFFFF}, {1}};
   TakeDriveSpaceAway();
   EXPECT_EQ(FaultFor(4), 6);
 }
 
-// The one quotient of two 32-bit numbers that is none.
-TEST_F(SeedFaultTest, TheLowestTickSharedByMinusOneOverflows) {
+// The only quotient of two 32-bit numbers that does not fit 32 bits.
+TEST_F(SeedFaultTest, TheLowestTickCountDividedByMinusOneOverflows) {
   probe.windows = {{static_cast<std::uintptr_t>(0xFFFFFFFFU)}};
   TakeDriveSpaceAway();
   EXPECT_EQ(FaultFor(4, 0x80000000U), 6);
   EXPECT_EQ(FaultFor(4, 0x80000001U), kNoFault);
 }
 
-TEST_F(SeedFaultTest, AnImpossibleReadingPassesOn) {
+TEST_F(SeedFaultTest, AFaultOfAReadingReachesTheCaller) {
   for (const char* member : {"GetTickCount", "EnumWindows", "GetVolumeInformationA", "Now"}) {
     probe.faults = {{member, FaultNumber::OutOfMemory}};
     EXPECT_EQ(FaultFor(4), 7) << member;
   }
 }
 
-TEST_F(SeedFaultTest, AVolumeFigureBeyondTheRangeOfDoublesOverflows) {
+TEST_F(SeedFaultTest, AVolumeFigureTooLargeForADoubleOverflows) {
   probe.volume = {std::string(310, '9'), 0x1234, ""};
   EXPECT_EQ(FaultFor(4), 6);
 }

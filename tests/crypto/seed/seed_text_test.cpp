@@ -1,4 +1,4 @@
-// What BuildSeedText makes of the machine's readings.
+// The text that BuildSeedText makes from the machine's readings.
 #include "crypto/seed/seed_text.h"
 
 #include <gtest/gtest.h>
@@ -9,7 +9,7 @@
 namespace latchkey::test {
 namespace {
 
-// Readings that show in every formula: window count 3 and handle sum 112; volume identification
+// Readings that affect every formula: window count 3 and handle sum 112; volume identification
 // number 1234 (hexadecimal) shifted to 37280, so that the volume figure of a file system named 1
 // and a volume named 2 is 1372802; 250,000 bytes free and 750,000 used.
 class SeedTextTest : public WatchedModule {
@@ -21,7 +21,7 @@ class SeedTextTest : public WatchedModule {
     probe.space = {{"C:\\", {200'000, 1'000'000, 250'000}}};
   }
 
-  // The digit is read from the tick counter a second time.
+  // The second reading of the tick counter gives the digit.
   Text SeedFor(std::int32_t digit, std::uint32_t ticks = 1'234'567) {
     probe.SetTicks({ticks, static_cast<std::uint32_t>(digit)});
     return BuildSeedText();
@@ -30,7 +30,7 @@ class SeedTextTest : public WatchedModule {
 
 struct Formula {
   std::int32_t digit;
-  std::u16string digits;  // of the seed's decimal text, computed apart from this program
+  std::u16string digits;  // of the seed's decimal text, computed outside this program
 };
 
 class SeedFormulaTest : public SeedTextTest, public testing::WithParamInterface<Formula> {};
@@ -128,21 +128,21 @@ TEST_F(SeedTextTest, TheSignOfANegativeSeedIsLost) {
   EXPECT_EQ(SeedFor(7), u"752982890862571752982890862571");
 }
 
-TEST_F(SeedTextTest, WithoutDriveSpaceTheTicksAreShared) {
+TEST_F(SeedTextTest, WithoutDriveSpaceTheTicksAreDivided) {
   probe.space.clear();
   probe.clusters.clear();
   // free is 1234567 \ 3 and used 1234567 \ 112: (411522 + root of 11022 + 37280) * pi.
   EXPECT_EQ(SeedFor(9), u"141028288842026141028288842026");
 }
 
-TEST_F(SeedTextTest, AFaultOfTheDriveShowsItsMessageAndTheTicksAreShared) {
+TEST_F(SeedTextTest, AFaultOfTheDriveShowsItsMessageAndTheTicksAreDivided) {
   probe.space.clear();
   probe.clusters["C:\\"] = {64, 4096, 100'000, 1'000'000};  // more than 32 bits of bytes
   EXPECT_EQ(SeedFor(9), u"141028288842026141028288842026");
   EXPECT_EQ(probe.warnings.size(), 1U);
 }
 
-TEST_F(SeedTextTest, SharesOfNegativeTicksAreCutTowardsZero) {
+TEST_F(SeedTextTest, QuotientsOfNegativeTicksAreTruncatedTowardZero) {
   probe.space.clear();
   probe.clusters.clear();
   // (-700000 + pi + 37280 + (-700000 \ 3)) / (1372802 / pi) = -2.05056785494166

@@ -16,21 +16,21 @@ class TickDigitTest : public WatchedModule {
   }
 };
 
-TEST_F(TickDigitTest, SumsUpUntilOneDigitIsLeft) {
+TEST_F(TickDigitTest, SumsTheDigitsUntilOneIsLeft) {
   EXPECT_EQ(DigitOf(99995), 5);  // 41, 5
   EXPECT_EQ(DigitOf(12345), 6);  // 15, 6
   EXPECT_EQ(DigitOf(99999), 9);  // 45, 9
   EXPECT_EQ(DigitOf(19), 1);     // 10, 1
 }
 
-TEST_F(TickDigitTest, ASingleDigitStaysItself) {
+TEST_F(TickDigitTest, ASingleDigitIsReturnedUnchanged) {
   for (std::uint32_t digit = 0; digit <= 9; ++digit) {
     EXPECT_EQ(DigitOf(digit), static_cast<std::int32_t>(digit));
   }
   EXPECT_EQ(DigitOf(10), 1);
 }
 
-TEST_F(TickDigitTest, TakesTheLastFiveCharactersOnly) {
+TEST_F(TickDigitTest, UsesOnlyTheLastFiveCharacters) {
   EXPECT_EQ(DigitOf(100'000), 0);
   EXPECT_EQ(DigitOf(1'299'995), 5);
   EXPECT_EQ(DigitOf(2147483647), 1);  // 83647: 28, 10, 1

@@ -38,14 +38,14 @@ TEST_F(WindowCountTest, ADescendantWithoutAClassNameIsNotCounted) {
   EXPECT_EQ(sum, 40);
 }
 
-TEST_F(WindowCountTest, ATopLevelWindowIsCountedWhateverItsClass) {
+TEST_F(WindowCountTest, ATopLevelWindowIsCountedWithoutAClassName) {
   probe.windows = {{16, ""}};
   CountAll();
   EXPECT_EQ(count, 1);
   EXPECT_EQ(sum, 16);
 }
 
-TEST_F(WindowCountTest, EveryHandleIsClosedOnceCountedOrNot) {
+TEST_F(WindowCountTest, EveryHandleIsClosedOnceEvenIfNotCounted) {
   probe.windows = {{16, "Class", {{20, ""}, {24}}}, {32}};
   CountAll();
   EXPECT_EQ(probe.CountCalls("CloseHandle"), 4U);
@@ -70,14 +70,14 @@ TEST_F(WindowCountTest, NamesAreReadIntoBuffersOf260Characters) {
   EXPECT_EQ(probe.smallestBuffer, 260U);
 }
 
-TEST_F(WindowCountTest, HandlesAreSignedNumbersOfThirtyTwoBits) {
+TEST_F(WindowCountTest, HandlesAreSigned32BitNumbers) {
   probe.windows = {{static_cast<std::uintptr_t>(0xFFFFFFF0U)},
                    {static_cast<std::uintptr_t>(0x80000000U)}};
   CountAll();
   EXPECT_EQ(sum, -16.0 - 2147483648.0);
 }
 
-TEST_F(WindowCountTest, TheSumMayLeaveThirtyTwoBits) {
+TEST_F(WindowCountTest, TheSumMayExceed32Bits) {
   probe.windows = {{0x7FFFFFFF}, {0x7FFFFFFE}, {0x7FFFFFFD}};
   CountAll();
   EXPECT_EQ(sum, 3 * 2147483646.0);
@@ -90,14 +90,14 @@ TEST_F(WindowCountTest, EachWalkBeginsAtZero) {
   EXPECT_EQ(sum, 16);
 }
 
-TEST_F(WindowCountTest, KeepsTheFiguresForTheThread) {
+TEST_F(WindowCountTest, StoresTheSumsForTheThread) {
   probe.windows = {{16}, {32}};
   CountAll();
   EXPECT_EQ(ThisThreadCrypto().windowCount, 2);
   EXPECT_EQ(ThisThreadCrypto().windowHandleSum, 48);
 }
 
-TEST_F(WindowCountTest, AFaultDuringTheWalkPassesOn) {
+TEST_F(WindowCountTest, AFaultDuringTheWalkReachesTheCaller) {
   probe.windows = {{16, "Class", {{20}}}};
   probe.faults["GetClassNameA"] = FaultNumber::OutOfMemory;
   EXPECT_EQ(FaultOf([&] { CountAll(); }), 7);

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "provider/portable/cipher.h"
+#include "provider/portable/kernels/bulk_decryption.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 
@@ -22,6 +23,7 @@ class KernelCipherTest : public ::testing::TestWithParam<AlgorithmId> {
     const Bytes bytes = random.Some(ReferenceKeySize(GetParam()));
     key.assign(bytes.begin(), bytes.end());
     cipher = MakeCipher(GetParam(), key, static_cast<unsigned>(8 * key.size()));
+    state.batch = std::make_unique<std::uint8_t[]>(kLargestBatch);
   }
 
   [[nodiscard]] Bytes Reference(const Bytes& plaintext) const {

@@ -10,9 +10,9 @@
 namespace latchkey::test {
 namespace {
 
-using namespace provider;  // NOLINT: the algorithms, as they stand in the seam
+using namespace provider;  // NOLINT: the names of the provider's algorithms
 
-// Gives Nettle's block functions, one of which takes a context that is not constant, one signature.
+// Gives Nettle's block functions the same signature. One of them takes a non-constant context.
 template <class Context, auto encrypt>
 void Blocks(const void* context, std::size_t length, std::uint8_t* to, const std::uint8_t* from) {
   encrypt(static_cast<Context*>(const_cast<void*>(context)), length, to, from);

@@ -1,4 +1,4 @@
-// Nettle's CBC and RC4 as the plain ciphers that the kernels must equal.
+// Nettle's CBC and RC4, as references for the kernels.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +9,12 @@
 
 namespace latchkey::test {
 
-// `feedback` is the initialisation vector, eight bytes; RC4 takes none. RC2 has all its bits
+// `feedback` is the initialization vector, eight bytes, unused by RC4. All bits of an RC2 key are
 // effective.
 [[nodiscard]] Bytes ReferenceEncryption(provider::AlgorithmId id, const Bytes& key,
                                         const Bytes& feedback, std::span<const std::uint8_t> data);
 
-// The key of that length is what MakeCipher takes.
+// The key length that MakeCipher requires, in bytes.
 [[nodiscard]] std::size_t ReferenceKeySize(provider::AlgorithmId id);
 
 }  // namespace latchkey::test

@@ -18,11 +18,11 @@ alignas(4096) Stack stack;
 struct Job {
   const std::function<void()>& run;
   Stack& picture;
-  std::size_t depth;  // of what stands beneath the function that runs it
+  std::size_t depth;  // the size of the part below the function that runs it
 };
 
-// The picture is taken by the thread itself, since its end uses the stack again; but this function
-// and what it calls for that stand where `run` was, so they use as little as can be.
+// The thread itself copies its stack, since its end uses the stack again. But the copy uses the
+// same part of the stack as `run`, so it must use as little of it as possible.
 void* RunJob(void* argument) {
   Job& job = *static_cast<Job*>(argument);
   const auto* const frame = static_cast<const std::uint8_t*>(__builtin_frame_address(0));
@@ -36,7 +36,7 @@ void Check(int error) {
   if (error != 0) throw std::runtime_error(std::strerror(error));  // NOLINT(concurrency-mt-unsafe)
 }
 
-// Gives the depth.
+// Returns the depth.
 std::size_t TakePicture(const std::function<void()>& run, Stack& picture) {
   stack.fill(0);
   Job job{run, picture, 0};
@@ -55,7 +55,7 @@ std::size_t TakePicture(const std::function<void()>& run, Stack& picture) {
 std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
                                 const std::function<void()>& run) {
   static std::array<Stack, 2> pictures;
-  static Stack picture;  // of both, so that its address is no difference
+  static Stack picture;  // the same for both runs, so that its address does not differ
   std::size_t depth = 0;
   for (const std::size_t which : {0U, 0U, 1U}) {
     prepare(static_cast<int>(which));

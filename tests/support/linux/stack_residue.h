@@ -1,4 +1,4 @@
-// What a function leaves on the stack beneath its caller.
+// Finds data that a function leaves on the stack below its caller.
 #pragma once
 
 #include <cstddef>
@@ -8,10 +8,10 @@
 
 namespace latchkey::test {
 
-// How many bytes beneath the caller of `run` differ between a run after prepare(0) and one after
-// prepare(1). `run` has a fresh stack at the same addresses each time, so what differs depends on
-// what was prepared, which must stand at the same addresses too. There is a run before these two,
-// for what the process does only once.
+// The number of bytes below the caller of `run` that differ between a run after prepare(0) and one
+// after prepare(1). Each run has a fresh stack at the same addresses, and the prepared data must
+// also be at the same addresses, so that only its contents can make a difference. A run before
+// these two does the process's one-time work.
 std::size_t DifferingStackBytes(const std::function<void(int which)>& prepare,
                                 const std::function<void()>& run);
 

@@ -14,7 +14,7 @@ void Require(BOOL succeeded) {
   if (!succeeded) throw std::runtime_error("RC2 with a raw key failed");
 }
 
-// A key in the form that CryptImportKey takes: header, length, bytes.
+// A key in the form that CryptImportKey reads: header, length, bytes.
 Bytes PlaintextKeyBlob(const Bytes& key) {
   const BLOBHEADER header{PLAINTEXTKEYBLOB, CUR_BLOB_VERSION, 0, CALG_RC2};
   const auto length = static_cast<DWORD>(key.size());

@@ -1,4 +1,4 @@
-// advapi32's RtlGenRandom, replaced in the test program under the name it is exported by.
+// advapi32's RtlGenRandom, replaced in the test program under its exported name.
 #include <windows.h>
 
 #include "tests/support/random_source_script.h"
@@ -10,7 +10,7 @@ extern "C" BOOLEAN NTAPI SystemFunction036(PVOID buffer, ULONG length) {
     const long answer = script->Answer({static_cast<std::uint8_t*>(buffer), length});
     return answer == static_cast<long>(length) ? TRUE : FALSE;
   }
-  // By way of void*, since the compiler warns of casts between functions.
+  // Through void*, since the compiler warns about casts between function types.
   auto* const address =
       reinterpret_cast<void*>(GetProcAddress(LoadLibraryW(L"advapi32.dll"), "SystemFunction036"));
   return reinterpret_cast<Function>(address)(buffer, length);

@@ -22,9 +22,9 @@ LOCALES = {
 }
 VECTOR_COUNT = 384  # of tests/vectors/encryption.txt
 VECTORS = """\
-# What Wine 8.0's WideCharToMultiByte (WC_NO_BEST_FIT_CHARS) and MultiByteToWideChar make of each code page, 32-bit and
-# 64-bit alike, where every byte is a character: the one of the plain conversion when that comes back, else the one of
-# the same number. Written by tests/system/code_pages/run_pages.py --write.
+# The results of Wine 8.0's WideCharToMultiByte (WC_NO_BEST_FIT_CHARS) and MultiByteToWideChar, for each page, 32-bit and
+# 64-bit alike. Every byte has a character: that of the plain conversion if it converts back, otherwise the one with the
+# same number. Written by tests/system/code_pages/run_pages.py --write.
 # page  characters of bytes 80 to FF  characters of several bytes  characters that it does not have
 # 64-bit FNV-1a of the codes of all 65,536 characters (tests/system/code_pages/visible_page.h)  source
 """

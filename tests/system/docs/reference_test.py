@@ -20,7 +20,7 @@ def make_reference(project, *options):
 
 
 class CommittedDocuments(unittest.TestCase):
-    def test_say_what_the_sources_say(self):
+    def test_agree_with_the_sources(self):
         made = make_reference(PROJECT, "--check")
         self.assertEqual(made.returncode, 0, made.stderr)
 
@@ -85,7 +85,7 @@ class ChangedSources(unittest.TestCase):
         self.remove_comment_above(SERVICE, "Text CreateSaltValue(")
         self.assert_refused("CreateSaltValue has no comment")
 
-    def test_a_member_behind_a_commented_one_is_refused(self):
+    def test_a_member_after_a_commented_one_is_refused(self):
         self.remove_comment_above("include/latchkey/cls_timer.h", "std::int32_t GetElapsedTime()")
         self.assert_refused("GetElapsedTime has no comment")
 

@@ -45,38 +45,27 @@ class Library {
 
 #define LATCHKEY_FIND(function) library.Find<decltype(function)>(#function)
 
-void UseCrypto(const Library& library, latchkey_crypto* crypto) {
+void Use(const Library& library) {
+  latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
+  settings.hash = LATCHKEY_MD5;
+  settings.cipher = LATCHKEY_3DES;
+  latchkey_key* key = nullptr;
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_key_open)(&settings, nullptr, 0, &key, nullptr), LATCHKEY_OK);
   std::array<std::uint8_t, 100> bytes{};
   std::size_t length = bytes.size();
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_hash)(crypto, LATCHKEY_SHA1, nullptr, 0, bytes.data(), &length),
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_encrypt)(key, nullptr, 0, bytes.data(), &length, nullptr),
             LATCHKEY_OK);
-  const latchkey_key key{LATCHKEY_ENHANCED, LATCHKEY_MD5, LATCHKEY_3DES, 0, nullptr, 0};
-  length = bytes.size();
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_encrypt)(crypto, &key, nullptr, 0, bytes.data(), &length),
-            LATCHKEY_OK);
-  length = bytes.size();
+  length = 50;
   EXPECT_EQ(
-      LATCHKEY_FIND(latchkey_create_salt)(crypto, LATCHKEY_LETTERS_ONLY, 8, bytes.data(), &length),
-      LATCHKEY_OK);
-  length = bytes.size();
-  EXPECT_EQ(
-      LATCHKEY_FIND(latchkey_decrypt)(crypto, &key, bytes.data(), 7, bytes.data() + 50, &length),
+      LATCHKEY_FIND(latchkey_decrypt)(key, bytes.data(), 7, bytes.data() + 50, &length, nullptr),
       LATCHKEY_CIPHER_FAILED);
-}
-
-void Use(const Library& library) {
-  latchkey_thread* thread = nullptr;
-  latchkey_crypto* crypto = nullptr;
-  latchkey_timer* timer = nullptr;
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_thread_open)(&thread), LATCHKEY_OK);
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_crypto_open)(&crypto), LATCHKEY_OK);
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_timer_open)(&timer), LATCHKEY_OK);
-  UseCrypto(library, crypto);
-  std::int32_t connected = 0;
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_connection_exists)(thread, &connected), LATCHKEY_OK);
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_timer_close)(timer), LATCHKEY_OK);
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_crypto_close)(crypto), LATCHKEY_OK);
-  EXPECT_EQ(LATCHKEY_FIND(latchkey_thread_close)(thread), LATCHKEY_OK);
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_key_close)(key), LATCHKEY_OK);
+  length = bytes.size();
+  EXPECT_EQ(
+      LATCHKEY_FIND(latchkey_digest)(LATCHKEY_SHA1, nullptr, 0, bytes.data(), &length, nullptr),
+      LATCHKEY_OK);
+  std::array<char, 8> letters{};
+  EXPECT_EQ(LATCHKEY_FIND(latchkey_salt)(letters.data(), letters.size(), nullptr), LATCHKEY_OK);
 }
 
 // The library is unloaded when no thread lives that has used it.

@@ -54,61 +54,90 @@ void DecryptUnderAnotherKey(std::int16_t cipher) {
   static_cast<void>(service.api.Decrypt(2, cipher));
 }
 
-// The same through the C interface, whose handles end with the scope.
-struct Handles {
-  Handles() {
-    Require(latchkey_thread_open(&thread) == LATCHKEY_OK);
-    Require(latchkey_crypto_open(&crypto) == LATCHKEY_OK);
+// The same through the C interface. The key is closed with the scope.
+struct CKey {
+  CKey(std::int32_t hash, std::int32_t cipher) {
+    latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
+    settings.hash = hash;
+    settings.cipher = cipher;
+    settings.provider = LATCHKEY_ENHANCED;
+    Require(latchkey_key_open(&settings, nullptr, 0, &key, nullptr) == LATCHKEY_OK);
   }
-  Handles(const Handles&) = delete;
-  Handles& operator=(const Handles&) = delete;
-  ~Handles() {
-    latchkey_crypto_close(crypto);
-    latchkey_thread_close(thread);
-  }
+  CKey(const CKey&) = delete;
+  CKey& operator=(const CKey&) = delete;
+  ~CKey() { latchkey_key_close(key); }
 
-  latchkey_thread* thread = nullptr;
-  latchkey_crypto* crypto = nullptr;
+  latchkey_key* key = nullptr;
 };
 
 void RoundTripInC(std::int32_t hash, std::int32_t cipher, std::size_t length) {
-  const Handles handles;
-  const latchkey_key key{LATCHKEY_ENHANCED, hash, cipher, 0, nullptr, 0};
+  const CKey key(hash, cipher);
   const Bytes plain(length, 'x');
   Bytes secret(length + 8);
   std::size_t secretLength = secret.size();
-  Require(latchkey_encrypt(handles.crypto, &key, plain.data(), plain.size(), secret.data(),
-                           &secretLength) == LATCHKEY_OK);
+  Require(latchkey_encrypt(key.key, plain.data(), plain.size(), secret.data(), &secretLength,
+                           nullptr) == LATCHKEY_OK);
   Bytes again(secretLength);
   std::size_t againLength = again.size();
-  Require(latchkey_decrypt(handles.crypto, &key, secret.data(), secretLength, again.data(),
-                           &againLength) == LATCHKEY_OK);
+  Require(latchkey_decrypt(key.key, secret.data(), secretLength, again.data(), &againLength,
+                           nullptr) == LATCHKEY_OK);
 }
 
-void HashInC(std::int32_t hash) {
-  const Handles handles;
+void StreamInC(std::int32_t cipher) {
+  const CKey key(LATCHKEY_MD5, cipher);
+  latchkey_stream* stream = nullptr;
+  Require(latchkey_stream_open(key.key, LATCHKEY_ENCRYPT, &stream, nullptr) == LATCHKEY_OK);
+  const Bytes plain(10'000, 'x');
+  Bytes secret(plain.size() + 8);
+  std::size_t length = secret.size();
+  Require(latchkey_stream_update(stream, plain.data(), plain.size(), secret.data(), &length,
+                                 nullptr) == LATCHKEY_OK);
+  length = 8;
+  Require(latchkey_stream_finish(stream, secret.data(), &length, nullptr) == LATCHKEY_OK);
+  Require(latchkey_stream_close(stream) == LATCHKEY_OK);
+}
+
+void EncryptRecordsInC(std::int32_t cipher) {
+  const CKey key(LATCHKEY_MD5, cipher);
+  const std::array<std::int64_t, 3> offsets{0, 100, 4100};
+  const Bytes data(4100, 'x');
+  Bytes secret(data.size() + 16);
+  std::array<std::int64_t, 3> resultOffsets{};
+  const latchkey_records records{sizeof(latchkey_records), 8,           2,
+                                 offsets.data(),           data.data(), data.size()};
+  latchkey_results results{
+      sizeof(latchkey_results), 8, resultOffsets.data(), secret.data(), secret.size(), nullptr, 0};
+  Require(latchkey_encrypt_records(key.key, &records, 1, &results, nullptr) == LATCHKEY_OK);
+}
+
+void IdentifyInC() {
+  const std::array<std::int64_t, 2> offsets{0, 24};
+  const Bytes data(24, 'x');
+  const latchkey_records records{sizeof(latchkey_records), 8,           1,
+                                 offsets.data(),           data.data(), data.size()};
+  std::array<latchkey_candidate, 4> candidates{};
+  std::size_t count = candidates.size();
+  Require(latchkey_identify(&records, nullptr, 0, sizeof candidates[0], candidates.data(), &count,
+                            nullptr) == LATCHKEY_OK);
+}
+
+void DigestInC(std::int32_t hash) {
   const Bytes data(10'000, 'x');
   std::array<std::uint8_t, 20> digest{};
   std::size_t length = digest.size();
-  Require(latchkey_hash(handles.crypto, hash, data.data(), data.size(), digest.data(), &length) ==
+  Require(latchkey_digest(hash, data.data(), data.size(), digest.data(), &length, nullptr) ==
           LATCHKEY_OK);
 }
 
 void HexInC() {
-  const Handles handles;
   Bytes data(1000, 'x');
   std::vector<char> digits(2 * data.size() + 1);
   std::size_t length = digits.size();
-  Require(latchkey_hex_encode(data.data(), data.size(), digits.data(), &length) == LATCHKEY_OK);
+  Require(latchkey_hex_encode(data.data(), data.size(), digits.data(), &length, nullptr) ==
+          LATCHKEY_OK);
   std::size_t dataLength = data.size();
-  Require(latchkey_hex_decode(digits.data(), length - 1, data.data(), &dataLength) == LATCHKEY_OK);
-}
-
-void MakeTextInC(decltype(latchkey_create_random)& make, std::uint32_t flags) {
-  const Handles handles;
-  Bytes text(100);
-  std::size_t length = text.size();
-  Require(make(handles.crypto, flags, 32, text.data(), &length) == LATCHKEY_OK);
+  Require(latchkey_hex_decode(digits.data(), length - 1, data.data(), &dataLength, nullptr) ==
+          LATCHKEY_OK);
 }
 
 void AddHashes(std::vector<Operation>& operations) {
@@ -119,7 +148,7 @@ void AddHashes(std::vector<Operation>& operations) {
                             const Text text(10'000, u'x');
                             Require(!service.api.CreateHash(text, hash, true, true).empty());
                           }});
-    operations.push_back({"latchkey_hash " + number, [hash] { HashInC(hash); }});
+    operations.push_back({"latchkey_digest " + number, [hash] { DigestInC(hash); }});
   }
 }
 
@@ -133,6 +162,9 @@ void AddCiphers(std::vector<Operation>& operations) {
       operations.push_back({"latchkey_encrypt, latchkey_decrypt " + what,
                             [=] { RoundTripInC(hash, cipher, length); }});
     }
+    operations.push_back({"latchkey_stream " + number, [cipher] { StreamInC(cipher); }});
+    operations.push_back(
+        {"latchkey_encrypt_records " + number, [cipher] { EncryptRecordsInC(cipher); }});
     operations.push_back(
         {"Decrypt under another key " + number, [=] { DecryptUnderAnotherKey(cipher); }});
   }
@@ -147,6 +179,7 @@ void AddConversions(std::vector<Operation>& operations) {
                           Require(api.ConvertStringFromHex(api.ConvertStringToHex(text)) == text);
                         }});
   operations.push_back({"latchkey_hex_encode, latchkey_hex_decode", HexInC});
+  operations.push_back({"latchkey_identify", IdentifyInC});
 }
 
 void AddFailures(std::vector<Operation>& operations) {
@@ -168,13 +201,10 @@ void AddFailures(std::vector<Operation>& operations) {
                           const Service service;
                           Require(service.api.ConvertStringFromHex(u"abc").empty());
                         }});
-  operations.push_back({"latchkey_hash without a record", [] {
-                          latchkey_crypto* crypto = nullptr;
-                          Require(latchkey_crypto_open(&crypto) == LATCHKEY_OK);
+  operations.push_back({"latchkey_hex_decode of an odd length", [] {
                           std::size_t length = 0;
-                          const int status = latchkey_hash(crypto, 1, nullptr, 0, nullptr, &length);
-                          latchkey_crypto_close(crypto);
-                          Require(status == LATCHKEY_NO_RECORD);
+                          Require(latchkey_hex_decode("abc", 3, nullptr, &length, nullptr) ==
+                                  LATCHKEY_BAD_HEX);
                         }});
 }
 
@@ -210,18 +240,13 @@ std::vector<Operation> OperationsThatAskTheSystem() {
        }},
       {"latchkey_random_bytes",
        [] {
-         const Handles handles;
          Bytes bytes(1000);
-         Require(latchkey_random_bytes(handles.crypto, bytes.data(), bytes.size()) == LATCHKEY_OK);
+         Require(latchkey_random_bytes(bytes.data(), bytes.size(), nullptr) == LATCHKEY_OK);
        }},
-      {"latchkey_create_random",
-       [] { MakeTextInC(latchkey_create_random, LATCHKEY_EXACT_LENGTH); }},
-      {"latchkey_create_salt", [] { MakeTextInC(latchkey_create_salt, LATCHKEY_LETTERS_ONLY); }},
-      {"latchkey_connection_exists",
+      {"latchkey_salt",
        [] {
-         const Handles handles;
-         std::int32_t connected = 0;
-         Require(latchkey_connection_exists(handles.thread, &connected) == LATCHKEY_OK);
+         std::array<char, 32> letters{};
+         Require(latchkey_salt(letters.data(), letters.size(), nullptr) == LATCHKEY_OK);
        }},
   };
 }

@@ -160,7 +160,7 @@ class UninstallationTest(installer_case.InstallerCase):
 
 
 class FailedInstallationTest(installer_case.InstallerCase):
-    """An installation that fails reports it and leaves everything as it was."""
+    """A failed installation reports the failure and changes nothing."""
 
     @classmethod
     def setUpClass(cls):

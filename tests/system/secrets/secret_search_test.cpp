@@ -1,6 +1,6 @@
 // After each operation, successful or not, the process contains only those copies of secrets that
 // the caller and the object hold by right.
-#include "tests/system/secrets/c_interface.h"
+#include "tests/system/secrets/known_results.h"
 #include "tests/system/secrets/searched_service.h"
 
 namespace latchkey::test {
@@ -19,7 +19,7 @@ class SecretSearchTest : public SearchedService {
  protected:
   // Keys are derived from the digest of the password.
   void AddDigestsOfPassword() {
-    for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
+    for (std::int16_t hash = 1; hash <= kHashes; ++hash) {
       search.Add(kResult, DigestOf(hash, password));
     }
   }

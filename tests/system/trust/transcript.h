@@ -14,7 +14,7 @@ namespace latchkey::test {
 
 class Transcript {
  public:
-  // The lines are printed as they come when `shown`.
+  // Prints each line immediately if `shown`.
   explicit Transcript(bool shown = false) : shown_(shown) {}
 
   void Line(std::string_view line);

@@ -1,4 +1,4 @@
-// What BuildSeedText leaves of its readings and of the seed in memory.
+// BuildSeedText must wipe its readings and the seed from memory.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -15,21 +15,21 @@
 namespace latchkey::test {
 namespace {
 
-// 250,000 bytes free and 750,000 used; the volume figure is 1372802.
+// Free: 250,000 bytes, used: 750,000; the volume figure is 1372802.
 void SetKnownReadings(FakeProbe& probe) {
   probe.windows = {{16}, {32, "Class", {{64}}}};
   probe.volume = {"2", 0x1234, "1"};
   probe.space = {{"C:\\", {200'000, 1'000'000, 250'000}}};
 }
 
-// In the order in which BuildSeedText keeps them.
+// In the same order as in BuildSeedText.
 struct KeptReadings {
   double volumeFigure = 1'372'802;
   std::int64_t free = std::int64_t{250'000} * 10'000;
   std::int64_t used = std::int64_t{750'000} * 10'000;
 };
 
-TEST(SeedWipingTest, NothingOfTheReadingsStaysOnTheStack) {
+TEST(SeedWipingTest, TheReadingsAreWipedFromTheStack) {
   const auto readings = std::bit_cast<std::array<std::uint8_t, 24>>(KeptReadings{});
   FakeProbe probe;
   SetKnownReadings(probe);
@@ -40,7 +40,7 @@ TEST(SeedWipingTest, NothingOfTheReadingsStaysOnTheStack) {
     static_cast<void>(BuildSeedText());
   };
   EXPECT_EQ(StackCopiesOf(readings, run), 0U);
-  // The search finds what is left.
+  // Without the wipe, the search finds the readings.
   EXPECT_NE(StackCopiesOf(readings,
                           [&] {
                             auto left = readings;

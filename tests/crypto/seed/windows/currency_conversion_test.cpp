@@ -37,7 +37,7 @@ void ExpectAutomations(double value) {
       << std::hexfloat << value;
 }
 
-TEST(CurrencyConversionTest, RandomValuesAreAutomations) {
+TEST(CurrencyConversionTest, RandomValuesRoundAsInAutomation) {
   auto random = Seeded<std::mt19937_64>(TestSeed(20250101));
   for (int i = 0; i < 200'000; ++i) {
     const auto bits = static_cast<double>(random() >> (64 - kExactBits));
@@ -47,7 +47,7 @@ TEST(CurrencyConversionTest, RandomValuesAreAutomations) {
   }
 }
 
-TEST(CurrencyConversionTest, HalvesAndEdgesAreAutomations) {
+TEST(CurrencyConversionTest, HalvesAndLimitsRoundAsInAutomation) {
   for (int thirtySeconds = -2000; thirtySeconds <= 2000; ++thirtySeconds) {
     ExpectAutomations(thirtySeconds / 32.0);
   }

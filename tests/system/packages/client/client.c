@@ -5,6 +5,6 @@
 int main(void) {
   char text[5];
   size_t length = sizeof text;
-  const int status = latchkey_hex_encode((const uint8_t*)"JK", 2, text, &length);
+  const int status = latchkey_hex_encode((const uint8_t*)"JK", 2, text, &length, NULL);
   return status == LATCHKEY_OK && strcmp(text, "4A4B") == 0 ? 0 : 1;
 }

@@ -43,7 +43,7 @@ class AutomationFailuresTest : public LateClientTest {
       }
       EXPECT_TRUE(call());
     }
-    ADD_FAILURE() << "there is no end of allocations";
+    ADD_FAILURE() << "the allocations do not end";
     return kMostAllocations;
   }
 

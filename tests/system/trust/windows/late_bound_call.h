@@ -25,7 +25,7 @@ struct Member {
 [[nodiscard]] std::vector<Member> MembersOfCryptoApi(const LateClient& object);
 [[nodiscard]] std::vector<Member> MembersOfTimer(const LateClient& object);
 
-// A call as it is sent, valid or not.
+// A call, valid or not.
 struct LateCall {
   DISPID member = DISPID_UNKNOWN;
   WORD flags = 0;

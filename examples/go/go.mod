@@ -1,0 +1,3 @@
+module decrypt_records
+
+go 1.19

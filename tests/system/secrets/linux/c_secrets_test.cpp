@@ -1,0 +1,164 @@
+// Search for secrets after the C interface, which keeps data only in its objects.
+#include <array>
+
+#include "latchkey.h"
+#include "tests/system/secrets/known_results.h"
+#include "tests/system/secrets/searched_service.h"
+
+namespace latchkey::test {
+namespace {
+
+using CSecretsTest = SearchedService;
+
+// Only the password, which the object of the fixture has.
+constexpr auto kPasswordAlone = [](bool) { return Copies{1}; };
+
+// A key for one scope; null when it cannot be made.
+class OpenKey {
+ public:
+  OpenKey(std::int32_t cipher, const WipedBytes& password) {
+    latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
+    settings.hash = LATCHKEY_MD5;
+    settings.cipher = cipher;
+    settings.provider = LATCHKEY_ENHANCED;
+    latchkey_key_open(&settings, password.data(), password.size(), &key_, nullptr);
+  }
+  OpenKey(const OpenKey&) = delete;
+  OpenKey& operator=(const OpenKey&) = delete;
+  ~OpenKey() { latchkey_key_close(key_); }
+
+  [[nodiscard]] latchkey_key* Get() const { return key_; }
+
+ private:
+  latchkey_key* key_ = nullptr;
+};
+
+// Encrypts and decrypts again.
+bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
+  const OpenKey key(cipher, password.Bytes());
+  if (key.Get() == nullptr) return false;  // before the test itself copies the text
+  const WipedBytes text = plaintext.Bytes();
+  std::array<std::uint8_t, 64> ciphertext{};
+  std::size_t length = ciphertext.size();
+  WipedBytes again(ciphertext.size());
+  std::size_t lengthAgain = again.size();
+  return latchkey_encrypt(key.Get(), text.data(), text.size(), ciphertext.data(), &length,
+                          nullptr) == LATCHKEY_OK &&
+         latchkey_decrypt(key.Get(), ciphertext.data(), length, again.data(), &lengthAgain,
+                          nullptr) == LATCHKEY_OK;
+}
+
+// The same in pieces.
+bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
+  const OpenKey key(cipher, password.Bytes());
+  latchkey_stream* stream = nullptr;
+  latchkey_stream_open(key.Get(), LATCHKEY_ENCRYPT, &stream, nullptr);
+  if (stream == nullptr) return false;
+  bool done = true;
+  const WipedBytes text = plaintext.Bytes();
+  for (const std::uint8_t& byte : text) {
+    std::array<std::uint8_t, 16> piece{};
+    std::size_t length = piece.size();
+    done = done &&
+           latchkey_stream_update(stream, &byte, 1, piece.data(), &length, nullptr) == LATCHKEY_OK;
+  }
+  latchkey_stream_close(stream);
+  return done;
+}
+
+// The same of many records, one of them the text.
+bool PassesInRecords(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
+  const OpenKey key(cipher, password.Bytes());
+  if (key.Get() == nullptr) return false;  // before the test itself copies the text
+  const WipedBytes text = plaintext.Bytes();
+  const std::array<std::int32_t, 4> offsets{0, 0, static_cast<std::int32_t>(text.size()),
+                                            static_cast<std::int32_t>(text.size())};
+  const latchkey_records records{sizeof(latchkey_records), 4,           3,
+                                 offsets.data(),           text.data(), text.size()};
+  WipedBytes bytes(text.size() + 24);
+  std::array<std::int32_t, 4> resultOffsets{};
+  latchkey_results results{
+      sizeof(latchkey_results), 4, resultOffsets.data(), bytes.data(), bytes.size(), nullptr, 0};
+  return latchkey_encrypt_records(key.Get(), &records, 1, &results, nullptr) == LATCHKEY_OK;
+}
+
+using Passage = bool (*)(std::int32_t cipher, const Secret& password, const Secret& plaintext);
+
+// Keys are derived from the digest of the password.
+TEST_F(CSecretsTest, AfterEncryptionNeitherTextNorPasswordNorItsDigestIsLeft) {
+  const Secret other = Secret::Random(16);
+  search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
+  EXPECT_EQ(Count(), kNone);
+  for (const Passage passage : {&PassesThrough, &Streams, &PassesInRecords}) {
+    for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
+      SCOPED_TRACE("cipher " + std::to_string(cipher));
+      SearchAfterEveryEnding(
+          other,
+          [&](const clsCryptoAPI&) {
+            return SucceedsInMemory([&] { return passage(cipher, password, plaintext); });
+          },
+          kPasswordAlone);
+    }
+  }
+}
+
+// Makes the digest and the digits of the text, and reads the digits again.
+bool IsConverted(const Secret& plaintext) {
+  const WipedBytes text = plaintext.Bytes();
+  WipedBytes digest(20);
+  std::size_t digestLength = digest.size();
+  WipedBytes digits(2 * text.size() + 1);
+  std::size_t digitsLength = digits.size();
+  WipedBytes again(text.size());
+  std::size_t lengthAgain = again.size();
+  return latchkey_digest(LATCHKEY_SHA1, text.data(), text.size(), digest.data(), &digestLength,
+                         nullptr) == LATCHKEY_OK &&
+         latchkey_hex_encode(text.data(), text.size(), reinterpret_cast<char*>(digits.data()),
+                             &digitsLength, nullptr) == LATCHKEY_OK &&
+         latchkey_hex_decode(reinterpret_cast<const char*>(digits.data()), digitsLength - 1,
+                             again.data(), &lengthAgain, nullptr) == LATCHKEY_OK;
+}
+
+TEST_F(CSecretsTest, AfterDigestsAndDigitsNothingOfTextDigestOrDigitsIsLeft) {
+  const Secret other = Secret::Random(16);
+  search.Add(kResult, DigestOf(LATCHKEY_SHA1, plaintext));
+  search.Add(kRandom, DigitsOf(plaintext));
+  EXPECT_EQ(Count(), kNone);
+  SearchAfterEveryEnding(
+      other,
+      [&](const clsCryptoAPI&) { return SucceedsInMemory([&] { return IsConverted(plaintext); }); },
+      kPasswordAlone);
+}
+
+// Random data is known when the provider returns it, and then searched for with its digits.
+TEST_F(CSecretsTest, AfterRandomBytesNothingOfThemIsLeft) {
+  const Secret other = Secret::Random(16);
+  const Secret random = Secret::Random(48);
+  provider.GiveRandom(random);
+  search.Add(kRandom, random);
+  search.Add(kResult, DigitsOf(random));
+  SearchAfterEveryEnding(
+      other,
+      [&](const clsCryptoAPI&) {
+        return SucceedsInMemory([&] {
+          WipedBytes bytes(48);
+          return latchkey_random_bytes(bytes.data(), bytes.size(), nullptr) == LATCHKEY_OK;
+        });
+      },
+      kPasswordAlone);
+}
+
+// The letters are searched for once they are known.
+TEST_F(CSecretsTest, AfterASaltNothingOfItIsLeft) {
+  const Secret letters = [&] {
+    WipedBytes bytes(48);
+    EXPECT_EQ(latchkey_salt(reinterpret_cast<char*>(bytes.data()), bytes.size(), nullptr),
+              LATCHKEY_OK);
+    return Secret(bytes);
+  }();
+  search.Add(kRandom, letters, SecretSearch::kLongPart);
+  Expect(kNone, "after a salt of letters");
+}
+
+}  // namespace
+}  // namespace latchkey::test
