@@ -56,9 +56,8 @@ CipherStep PasswordKey::Transform(CipherDirection direction, std::span<std::uint
 
 PasswordKey PasswordKey::NewSession(const provider::MessageKey& messages) const {
   PasswordKey session;
-  session.key_ = Receive<KeyTrait>(*key_.Get().provider, [&](provider::HCRYPTKEY* made) {
-    return messages.Duplicate(made);
-  });
+  session.key_ = Receive<KeyTrait>(
+      *key_.Get().provider, [&](provider::HCRYPTKEY* made) { return messages.Duplicate(made); });
   return session;
 }
 

@@ -270,8 +270,8 @@ LATCHKEY_C_API int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_
 typedef struct latchkey_hash latchkey_hash;
 
 /* The digest of a message in pieces. After _finish, and after a failure other than
- * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. Fail as
- * latchkey_digest does. */
+ * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. They
+ * fail as latchkey_digest does. */
 LATCHKEY_C_API int32_t latchkey_hash_open(int32_t hash, latchkey_hash** object,
                                           latchkey_failure* failure);
 LATCHKEY_C_API int32_t latchkey_hash_update(latchkey_hash* object, const uint8_t* input,
