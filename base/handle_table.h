@@ -59,6 +59,10 @@ class HandleTable {
     return entry.empty() ? nullptr : std::move(entry.mapped());
   }
 
+  // Keep every other thread out, for a fork of the process.
+  void Hold() const { mutex_.lock(); }
+  void Release() const { mutex_.unlock(); }
+
   template <class Predicate>
   void RemoveIf(Predicate predicate) {
     const std::lock_guard lock(mutex_);

@@ -76,7 +76,8 @@ bool Memory::Overlaps(const Memory& other) const noexcept {
 
 bool Output::IsGood(std::initializer_list<Memory> inputs) const noexcept {
   const Memory buffer(data_, room_);
-  return length_ != nullptr && buffer.IsGood() && std::ranges::all_of(inputs, [&](const Memory& input) {
+  return length_ != nullptr && buffer.IsGood() &&
+         std::ranges::all_of(inputs, [&](const Memory& input) {
            return input.IsGood() && !buffer.Overlaps(input);
          });
 }

@@ -25,8 +25,7 @@ class Hasher {
     algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
     if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
     context_ = OpenProvider(false);
-    return context_ ? Outcome(LATCHKEY_OK)
-                    : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
+    return context_ ? Outcome(LATCHKEY_OK) : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
   }
 
   Outcome Add(InputBytes data) {
@@ -80,7 +79,7 @@ struct latchkey_hash {
   latchkey::c::Hasher hasher;
 };
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 using latchkey::trap::kCreateHash;
 
 int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_t input_length, uint8_t* digest,

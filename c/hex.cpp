@@ -35,8 +35,7 @@ Outcome Decode(InputBytes text, Output& output) {
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 
 int32_t latchkey_hex_encode(const uint8_t* input, size_t input_length, char* text,
                             size_t* text_length, latchkey_failure* failure) {

@@ -47,8 +47,7 @@ bool IsRoomGood(const latchkey_candidate* candidates, std::size_t count, const M
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 
 int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* password,
                           size_t password_length, size_t candidate_size,

@@ -49,8 +49,7 @@ void ReleaseKey(const latchkey_key* key) noexcept {
 
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 
 int32_t latchkey_key_open(const latchkey_settings* settings, const uint8_t* password,
                           size_t password_length, latchkey_key** key, latchkey_failure* failure) {

@@ -49,8 +49,7 @@ std::int32_t Run(const latchkey_key* key, CipherDirection direction, const Memor
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 using latchkey::CipherDirection;
 
 int32_t latchkey_encrypt(const latchkey_key* key, const uint8_t* input, size_t input_length,

@@ -66,8 +66,7 @@ std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure, W
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 
 int32_t latchkey_random_bytes(uint8_t* bytes, size_t length, latchkey_failure* failure) {
   return Fill(bytes, length, failure, FillBytes);

@@ -144,8 +144,7 @@ bool ReadRecords(const latchkey_records* given, Records& records) noexcept {
 
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 using latchkey::CipherDirection;
 
 int32_t latchkey_encrypt_records(const latchkey_key* key, const latchkey_records* records,

@@ -66,8 +66,7 @@ std::int32_t OnMessage(latchkey_stream* stream, latchkey_failure* failure, Body&
 }  // namespace
 }  // namespace latchkey::c
 
-using namespace latchkey::c;  // NOLINT(google-build-using-namespace): what the functions are made
-                              // of
+using namespace latchkey::c;  // NOLINT(google-build-using-namespace): their parts
 
 int32_t latchkey_stream_open(latchkey_key* key, int32_t direction, latchkey_stream** stream,
                              latchkey_failure* failure) {

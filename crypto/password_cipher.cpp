@@ -54,13 +54,11 @@ CipherStep PasswordKey::Transform(CipherDirection direction, std::span<std::uint
   return done ? CipherStep::Done : CipherStep::Cipher;
 }
 
-PasswordKey PasswordKey::Duplicate() const {
-  const auto& [provider, key] = key_.Get();
-  PasswordKey copy;
-  copy.key_ = Receive<KeyTrait>(*provider, [&](provider::HCRYPTKEY* made) {
-    return provider->CryptDuplicateKey(key, nullptr, 0, made);
-  });
-  return copy;
+PasswordKey PasswordKey::NewSession(const provider::MessageKey& messages) const {
+  PasswordKey session;
+  session.key_ = Receive<KeyTrait>(
+      *key_.Get().provider, [&](provider::HCRYPTKEY* made) { return messages.Duplicate(made); });
+  return session;
 }
 
 }  // namespace latchkey

@@ -50,8 +50,6 @@ class PasswordKey {
   [[nodiscard]] CipherStep Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                      std::uint32_t& length, bool final = true);
 
-  // A key with the state of this one; without a key if the provider refuses.
-  [[nodiscard]] PasswordKey Duplicate() const;
   [[nodiscard]] bool HasKey() const noexcept { return static_cast<bool>(key_); }
 
   // A key for whole messages, for any number of threads, from a key that nothing was encrypted or
@@ -59,6 +57,10 @@ class PasswordKey {
   [[nodiscard]] std::unique_ptr<const provider::MessageKey> MakeMessageKey() const {
     return key_.Get().provider->MakeMessageKey(key_.Get().value);
   }
+
+  // A key for one thread, from what MakeMessageKey made of this one; without a key if the provider
+  // refuses. Any number of threads may call it at once.
+  [[nodiscard]] PasswordKey NewSession(const provider::MessageKey& messages) const;
 
  private:
   UniqueHash hash_;

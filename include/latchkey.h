@@ -188,6 +188,8 @@ LATCHKEY_C_API int32_t latchkey_stream_update(latchkey_stream* stream, const uin
  * trust what the stream returned before. */
 LATCHKEY_C_API int32_t latchkey_stream_finish(latchkey_stream* stream, uint8_t* output,
                                               size_t* output_length, latchkey_failure* failure);
+
+/* Wipes and destroys the stream, at any point of a message. */
 LATCHKEY_C_API int32_t latchkey_stream_close(latchkey_stream* stream);
 
 /* ---- Many messages ---- */
@@ -265,11 +267,11 @@ LATCHKEY_C_API int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_
                                        uint8_t* digest, size_t* digest_length,
                                        latchkey_failure* failure);
 
-/* The same of a message in pieces. After _finish, and after a failure other than
- * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. Fail as
- * latchkey_digest does. */
 typedef struct latchkey_hash latchkey_hash;
 
+/* The digest of a message in pieces. After _finish, and after a failure other than
+ * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. They
+ * fail as latchkey_digest does. */
 LATCHKEY_C_API int32_t latchkey_hash_open(int32_t hash, latchkey_hash** object,
                                           latchkey_failure* failure);
 LATCHKEY_C_API int32_t latchkey_hash_update(latchkey_hash* object, const uint8_t* input,

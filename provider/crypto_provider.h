@@ -74,6 +74,9 @@ class MessageKey {
   virtual bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                        std::uint32_t dwBufLen) const = 0;
   virtual bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const = 0;
+
+  // As CryptDuplicateKey: a session key in the initial state, which belongs to the caller.
+  virtual bool Duplicate(HCRYPTKEY* phKey) const = 0;
 };
 
 class CryptoProvider {

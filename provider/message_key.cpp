@@ -23,11 +23,16 @@ class DuplicatedKey final : public MessageKey {
         [&](HCRYPTKEY key) { return provider_.CryptDecrypt(key, 0, true, 0, pbData, pdwDataLen); });
   }
 
+  bool Duplicate(HCRYPTKEY* phKey) const override {
+    const std::lock_guard lock(mutex_);  // a handle is used by one thread at a time
+    return provider_.CryptDuplicateKey(key_, nullptr, 0, phKey);
+  }
+
  private:
-  struct Duplicate {
+  struct Owner {
     CryptoProvider& provider;
     HCRYPTKEY key = 0;
-    ~Duplicate() {
+    ~Owner() {
       try {
         if (key != 0) provider.CryptDestroyKey(key);
       } catch (...) {  // NOLINT(bugprone-empty-catch): the message's result stands
@@ -37,12 +42,8 @@ class DuplicatedKey final : public MessageKey {
 
   template <class Work>
   bool OnDuplicate(Work&& work) const {
-    Duplicate duplicate{provider_};
-    {
-      const std::lock_guard lock(mutex_);  // a handle is used by one thread at a time
-      if (!provider_.CryptDuplicateKey(key_, nullptr, 0, &duplicate.key)) return false;
-    }
-    return work(duplicate.key);
+    Owner duplicate{provider_};
+    return Duplicate(&duplicate.key) && work(duplicate.key);
   }
 
   CryptoProvider& provider_;

@@ -70,9 +70,6 @@ std::size_t DerivedKey::MostAdded() const noexcept {
   return settings_.HasBlockCipher() ? kLargestPadding : 0;
 }
 
-PasswordKey DerivedKey::NewSession() const {
-  const std::lock_guard lock(duplicating_);
-  return key_.Duplicate();
-}
+PasswordKey DerivedKey::NewSession() const { return key_.NewSession(*messages_); }
 
 }  // namespace latchkey

@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <memory>
-#include <mutex>
 #include <span>
 
 #include "crypto/cipher_sites.h"
@@ -59,7 +58,6 @@ class DerivedKey {
   UniqueContext context_;
   PasswordKey key_;  // stays in its first state
   std::unique_ptr<const provider::MessageKey> messages_;
-  mutable std::mutex duplicating_;
 };
 
 }  // namespace latchkey

@@ -11,6 +11,7 @@
 
 #include "base/handle_table.h"
 #include "base/never_destroyed.h"
+#include "platform/fork_hold.h"
 #include "platform/stack_wipe.h"
 #include "platform/system_random.h"
 #include "provider/portable/hash_object.h"
@@ -38,8 +39,9 @@ std::optional<ProviderKind> ProviderNamed(const char* name) {
 // A session of the cipher for each message.
 class SharedCipherKey final : public MessageKey {
  public:
-  explicit SharedCipherKey(std::shared_ptr<const Cipher> cipher) noexcept
-      : cipher_(std::move(cipher)) {}
+  SharedCipherKey(CryptoProvider& provider, HCRYPTKEY key,
+                  std::shared_ptr<const Cipher> cipher) noexcept
+      : provider_(provider), key_(key), cipher_(std::move(cipher)) {}
 
   bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                std::uint32_t dwBufLen) const override {
@@ -56,7 +58,13 @@ class SharedCipherKey final : public MessageKey {
     return error == 0 || Fail(error);
   }
 
+  bool Duplicate(HCRYPTKEY* phKey) const override {
+    return provider_.CryptDuplicateKey(key_, nullptr, 0, phKey);
+  }
+
  private:
+  CryptoProvider& provider_;
+  HCRYPTKEY key_;
   std::shared_ptr<const Cipher> cipher_;
 };
 
@@ -207,7 +215,19 @@ class NettleProvider final : public CryptoProvider {
 
   [[nodiscard]] std::unique_ptr<const MessageKey> MakeMessageKey(HCRYPTKEY hKey) override {
     const auto key = keys_.Find(hKey);
-    return key ? std::make_unique<SharedCipherKey>(key->SharedCipher()) : nullptr;
+    return key ? std::make_unique<SharedCipherKey>(*this, hKey, key->SharedCipher()) : nullptr;
+  }
+
+  // Another thread may be in a table when the process forks.
+  void HoldTables() const {
+    contexts_.Hold();
+    hashes_.Hold();
+    keys_.Hold();
+  }
+  void ReleaseTables() const {
+    contexts_.Release();
+    hashes_.Release();
+    keys_.Release();
   }
 
  private:
@@ -217,11 +237,21 @@ class NettleProvider final : public CryptoProvider {
   std::atomic<bool> keySetExists_{false};  // the default-named one, shared by all providers
 };
 
+NettleProvider& TheProvider() {
+  static NeverDestroyed<NettleProvider> provider;
+  return provider.Get();
+}
+
 }  // namespace
 
 CryptoProvider& SystemCryptoProvider() {
-  static NeverDestroyed<NettleProvider> provider;
-  return provider.Get();
+  static const bool forks = [] {
+    platform::HoldDuringFork([] { TheProvider().HoldTables(); },
+                             [] { TheProvider().ReleaseTables(); });
+    return true;
+  }();
+  static_cast<void>(forks);
+  return TheProvider();
 }
 
 }  // namespace latchkey::provider

@@ -5,9 +5,8 @@ namespace latchkey::test {
 Key OpenKey(const latchkey_settings& settings, std::span<const std::uint8_t> password) {
   Key key;
   latchkey_failure failure = LATCHKEY_FAILURE_INIT;
-  EXPECT_EQ(
-      latchkey_key_open(&settings, password.data(), password.size(), key.Address(), &failure),
-      LATCHKEY_OK)
+  EXPECT_EQ(latchkey_key_open(&settings, password.data(), password.size(), key.Address(), &failure),
+            LATCHKEY_OK)
       << failure.text;
   EXPECT_EQ(ReasonOf(failure), Reason{});
   return key;

@@ -87,12 +87,12 @@ struct Output {
   // The result of a call that succeeded.
   [[nodiscard]] Bytes Result() const {
     EXPECT_EQ(reason, Reason{});
-    return {room.begin(), room.begin() + static_cast<std::ptrdiff_t>(std::min(length, room.size()))};
+    return {room.begin(),
+            room.begin() + static_cast<std::ptrdiff_t>(std::min(length, room.size()))};
   }
   // Whether each byte of the room is as it was before, or zero.
   [[nodiscard]] bool IsBlank() const {
-    return std::ranges::all_of(room,
-                               [](std::uint8_t byte) { return byte == kGuard || byte == 0; });
+    return std::ranges::all_of(room, [](std::uint8_t byte) { return byte == kGuard || byte == 0; });
   }
 };
 

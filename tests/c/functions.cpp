@@ -49,9 +49,8 @@ std::int32_t IntoBuffer(std::span<const std::uint8_t> expected, Call&& call) {
 
 std::int32_t OpenAndCloseKey(const Subject& subject, latchkey_failure* failure) {
   Key key;
-  const std::int32_t status =
-      latchkey_key_open(&subject.settings, subject.password.data(), subject.password.size(),
-                        key.Address(), failure);
+  const std::int32_t status = latchkey_key_open(&subject.settings, subject.password.data(),
+                                                subject.password.size(), key.Address(), failure);
   EXPECT_EQ(key == nullptr, status != LATCHKEY_OK);
   return status;
 }
@@ -109,8 +108,7 @@ std::int32_t UseHash(const Subject& subject, latchkey_failure* failure) {
   return status;
 }
 
-std::int32_t UseRecords(const Subject& subject, std::int32_t direction,
-                        latchkey_failure* failure) {
+std::int32_t UseRecords(const Subject& subject, std::int32_t direction, latchkey_failure* failure) {
   const bool encrypts = direction == LATCHKEY_ENCRYPT;
   const latchkey_records records = encrypts ? subject.plain.View() : subject.secret.View();
   std::int64_t offsets[4] = {};
@@ -124,9 +122,8 @@ std::int32_t UseRecords(const Subject& subject, std::int32_t direction,
   results.data_length = sizeof data;
   latchkey_failure own = LATCHKEY_FAILURE_INIT;
   latchkey_failure* const seen = failure != nullptr ? failure : &own;
-  const std::int32_t status =
-      (encrypts ? latchkey_encrypt_records : latchkey_decrypt_records)(subject.key, &records, 1,
-                                                                       &results, seen);
+  const std::int32_t status = (encrypts ? latchkey_encrypt_records : latchkey_decrypt_records)(
+      subject.key, &records, 1, &results, seen);
   const Bytes& expected = encrypts ? subject.ciphertext : subject.message;
   if (status != LATCHKEY_OK) {
     EXPECT_TRUE(std::ranges::all_of(data, [](auto byte) { return byte == kGuard || byte == 0; }));

@@ -56,12 +56,10 @@ TEST(CIdentifyTest, TheBestCandidateOpensTheKeyForEverySetting) {
           EXPECT_GT(found[0].probability, 0.99);
           EXPECT_EQ(found[0].settings.hash, hash);
           EXPECT_EQ(found[0].settings.cipher, cipher);
-          EXPECT_EQ(Decrypted(OpenKey(found[0].settings, kPassword), samples.data),
-                    BytesOf(kText))
+          EXPECT_EQ(Decrypted(OpenKey(found[0].settings, kPassword), samples.data), BytesOf(kText))
               << provider << ' ' << cipher << ' ' << hash << ' ' << bits;
           EXPECT_EQ(found[0].padding,
-                    cipher == LATCHKEY_RC4 ? -1
-                                           : static_cast<std::int32_t>(8 - kText.size() % 8));
+                    cipher == LATCHKEY_RC4 ? -1 : static_cast<std::int32_t>(8 - kText.size() % 8));
         }
       }
     }
@@ -77,8 +75,8 @@ TEST(CIdentifyTest, MoreSamplesGiveAMoreProbableAnswer) {
     samples.Add(Encrypted(key, random.Some(5)));  // three bytes of padding
     double now = 0;
     for (const latchkey_candidate& candidate : Found(samples)) {
-      const bool isRight = candidate.settings.cipher == LATCHKEY_3DES &&
-                           candidate.settings.hash == LATCHKEY_MD5;
+      const bool isRight =
+          candidate.settings.cipher == LATCHKEY_3DES && candidate.settings.hash == LATCHKEY_MD5;
       if (isRight) now = candidate.probability;
     }
     EXPECT_GT(now, before) << i;
@@ -126,8 +124,8 @@ TEST(CIdentifyTest, BadArgumentsAreRefused) {
                            std::size_t roomCount) {
     std::size_t count = roomCount;
     latchkey_failure failure = LATCHKEY_FAILURE_INIT;
-    EXPECT_EQ(latchkey_identify(given, static_cast<const std::uint8_t*>(password), 3,
-                                candidateSize, room, &count, &failure),
+    EXPECT_EQ(latchkey_identify(given, static_cast<const std::uint8_t*>(password), 3, candidateSize,
+                                room, &count, &failure),
               LATCHKEY_BAD_ARGUMENT);
     EXPECT_EQ(ReasonOf(failure), (Reason{LATCHKEY_BAD_ARGUMENT, 0, 0}));
     EXPECT_EQ(count, 0U);

@@ -31,9 +31,9 @@ TEST(CKeyTest, AnyProviderIsEnhancedWhereBaseLacksTheCipherOrTheBits) {
        {std::tuple{LATCHKEY_3DES, 0U, 0U}, std::tuple{LATCHKEY_3DES_112, 0U, 0U},
         std::tuple{LATCHKEY_RC4, 64U, 0U}, std::tuple{LATCHKEY_RC2, 128U, 0U},
         std::tuple{LATCHKEY_RC2, 0U, 40U}}) {
-    EXPECT_EQ(MessageUnder(SettingsOf(LATCHKEY_SHA1, cipher, 0, keyBits, effectiveBits)),
-              MessageUnder(SettingsOf(LATCHKEY_SHA1, cipher, LATCHKEY_ENHANCED, keyBits,
-                                      effectiveBits)))
+    EXPECT_EQ(
+        MessageUnder(SettingsOf(LATCHKEY_SHA1, cipher, 0, keyBits, effectiveBits)),
+        MessageUnder(SettingsOf(LATCHKEY_SHA1, cipher, LATCHKEY_ENHANCED, keyBits, effectiveBits)))
         << cipher << ' ' << keyBits << ' ' << effectiveBits;
   }
 }
@@ -111,8 +111,7 @@ TEST(CKeyTest, EffectiveBitsAreForRc2AndWithBaseFortyOnly) {
   EXPECT_EQ(refusal(LATCHKEY_RC2, LATCHKEY_ENHANCED, 1), Reason{});
   EXPECT_EQ(refusal(LATCHKEY_RC2, LATCHKEY_ENHANCED, 1024), Reason{});
   EXPECT_EQ(refusal(LATCHKEY_RC2, LATCHKEY_ENHANCED, 1025), kKeyFailed);
-  for (const std::int32_t cipher :
-       {LATCHKEY_RC4, LATCHKEY_DES, LATCHKEY_3DES, LATCHKEY_3DES_112}) {
+  for (const std::int32_t cipher : {LATCHKEY_RC4, LATCHKEY_DES, LATCHKEY_3DES, LATCHKEY_3DES_112}) {
     EXPECT_EQ(refusal(cipher, LATCHKEY_ENHANCED, 40), kKeyFailed) << cipher;
   }
 }

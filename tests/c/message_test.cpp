@@ -55,12 +55,13 @@ TEST(CDigestTest, VectorsHoldInOneCallAndInPieces) {
       ASSERT_EQ(latchkey_hash_update(pieces, text.data(), text.size(), nullptr), LATCHKEY_OK);
     }
     EXPECT_EQ(Hex(Digest(hash, whole).Result()), line.fields[3]);
-    EXPECT_EQ(Hex(RunCall(20,
-                      [&](std::uint8_t* digest, std::size_t* length, latchkey_failure* failure) {
-                        return latchkey_hash_finish(pieces, digest, length, failure);
-                      })
-                      .Result()),
-              line.fields[3]);
+    EXPECT_EQ(
+        Hex(RunCall(20,
+                    [&](std::uint8_t* digest, std::size_t* length, latchkey_failure* failure) {
+                      return latchkey_hash_finish(pieces, digest, length, failure);
+                    })
+                .Result()),
+        line.fields[3]);
   }
 }
 

@@ -19,8 +19,9 @@ using Function = decltype(&latchkey_encrypt_records);
 // The status and the description of the first failed record.
 template <class Offset>
 std::pair<std::int32_t, Reason> Transform(Function function, const latchkey_key* key,
-                                    const latchkey_records& records, ResultColumn<Offset>& results,
-                                    std::uint32_t threads = 1) {
+                                          const latchkey_records& records,
+                                          ResultColumn<Offset>& results,
+                                          std::uint32_t threads = 1) {
   latchkey_failure failure = LATCHKEY_FAILURE_INIT;
   const std::int32_t status = function(key, &records, threads, &results.view, &failure);
   return {status, ReasonOf(failure)};
@@ -34,16 +35,16 @@ TYPED_TEST_SUITE(CRecordsTest, OffsetTypes);
 
 // What the same records give one by one; nothing for those that fail.
 template <class Offset>
-void ExpectAsOneByOne(const latchkey_key* key, bool encrypts,
-                      const std::vector<Bytes>& records, const ResultColumn<Offset>& results) {
+void ExpectAsOneByOne(const latchkey_key* key, bool encrypts, const std::vector<Bytes>& records,
+                      const ResultColumn<Offset>& results) {
   std::size_t sum = 0;
   std::size_t failed = 0;
   for (std::size_t i = 0; i < records.size(); ++i) {
     const std::size_t room = records[i].size() + 8;
     const Output one = encrypts ? Encrypt(key, records[i], room) : Decrypt(key, records[i], room);
     ASSERT_EQ(results.statuses[i], one.status) << i;
-    ASSERT_EQ(results[i], Bytes(one.room.begin(), one.room.begin() + static_cast<std::ptrdiff_t>(
-                                                                         one.length)))
+    ASSERT_EQ(results[i],
+              Bytes(one.room.begin(), one.room.begin() + static_cast<std::ptrdiff_t>(one.length)))
         << i;
     sum += one.length;
     if (one.status != LATCHKEY_OK) ++failed;
@@ -93,9 +94,8 @@ TYPED_TEST(CRecordsTest, ARecordFailsAlone) {
   ResultColumn<TypeParam> results(4, column.data.size());
   EXPECT_EQ(Transform(latchkey_decrypt_records, key, column.View(), results),
             std::pair(static_cast<std::int32_t>(LATCHKEY_OK), kFailed));
-  EXPECT_EQ(results.statuses,
-            (std::vector<std::int32_t>{LATCHKEY_OK, LATCHKEY_CIPHER_FAILED, LATCHKEY_CIPHER_FAILED,
-                                       LATCHKEY_OK}));
+  EXPECT_EQ(results.statuses, (std::vector<std::int32_t>{LATCHKEY_OK, LATCHKEY_CIPHER_FAILED,
+                                                         LATCHKEY_CIPHER_FAILED, LATCHKEY_OK}));
   EXPECT_EQ(results.offsets, (std::vector<TypeParam>{0, 5, 5, 5, 9}));
   EXPECT_EQ(results[3], BytesOf("last"));
   EXPECT_EQ(results.view.failed, 2U);
@@ -196,7 +196,8 @@ TYPED_TEST(CRecordsTest, OffsetsThatDescendOrLeaveTheDataAreRefused) {
     column.data = SampleBytes(20);
     column.offsets = offsets;
     ResultColumn<TypeParam> results(2, 64);
-    EXPECT_EQ(Transform(latchkey_decrypt_records, key, column.View(), results).second, kBadArgument);
+    EXPECT_EQ(Transform(latchkey_decrypt_records, key, column.View(), results).second,
+              kBadArgument);
     EXPECT_TRUE(results.IsUntouched());
   }
 }
@@ -259,8 +260,8 @@ TYPED_TEST(CRecordsTest, OverlappingMemoryIsRefused) {
     column.Add(SampleBytes(16));
     latchkey_records records = column.View();
     Results results(1, 16);
-    std::copy_n(reinterpret_cast<const std::uint8_t*>(column.offsets.data()),
-                2 * sizeof(TypeParam), memory.begin() + 64);
+    std::copy_n(reinterpret_cast<const std::uint8_t*>(column.offsets.data()), 2 * sizeof(TypeParam),
+                memory.begin() + 64);
     lay(records, results.view);
     EXPECT_EQ(Transform(latchkey_encrypt_records, key, records, results).second, kBadArgument);
   };

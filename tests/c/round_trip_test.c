@@ -4,12 +4,12 @@
 #include <stdlib.h>
 #include <string.h>
 
-#define CHECK(condition)                                                     \
-  do {                                                                       \
-    if (!(condition)) {                                                      \
-      fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition);        \
-      exit(EXIT_FAILURE);                                                    \
-    }                                                                        \
+#define CHECK(condition)                                              \
+  do {                                                                \
+    if (!(condition)) {                                               \
+      fprintf(stderr, "%s:%d: %s\n", __FILE__, __LINE__, #condition); \
+      exit(EXIT_FAILURE);                                             \
+    }                                                                 \
   } while (0)
 
 static const uint8_t kText[] = "a message for the other program";

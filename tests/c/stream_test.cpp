@@ -7,7 +7,8 @@
 namespace latchkey::test {
 namespace {
 
-// The whole result of a message that is split at random, with exactly the room that each step needs.
+// The whole result of a message that is split at random, with exactly the room that each step
+// needs.
 Bytes InPieces(latchkey_stream* stream, std::span<const std::uint8_t> message,
                RandomSource& random) {
   Bytes result;
@@ -104,8 +105,7 @@ TEST(CStreamTest, ABadMessageEndsTheStream) {
 TEST(CStreamTest, DecryptingNothingFailsExceptUnderRc4) {
   for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
     const Stream stream = OpenStream(OpenKey(cipher), LATCHKEY_DECRYPT);
-    EXPECT_EQ(Finish(stream).status,
-              cipher == LATCHKEY_RC4 ? LATCHKEY_OK : LATCHKEY_CIPHER_FAILED);
+    EXPECT_EQ(Finish(stream).status, cipher == LATCHKEY_RC4 ? LATCHKEY_OK : LATCHKEY_CIPHER_FAILED);
   }
 }
 
@@ -117,10 +117,9 @@ TEST(CStreamTest, BadArgumentsLeaveItAsItWas) {
   std::size_t length = 8;
   EXPECT_EQ(latchkey_stream_update(stream, nullptr, 1, result.data(), &length, nullptr),
             LATCHKEY_BAD_ARGUMENT);
-  EXPECT_EQ(latchkey_stream_finish(stream, result.data(), nullptr, nullptr),
-            LATCHKEY_BAD_ARGUMENT);
-  for (const Bytes& part : {Update(stream, std::span(message).subspan(10), 16).Result(),
-                            Finish(stream).Result()}) {
+  EXPECT_EQ(latchkey_stream_finish(stream, result.data(), nullptr, nullptr), LATCHKEY_BAD_ARGUMENT);
+  for (const Bytes& part :
+       {Update(stream, std::span(message).subspan(10), 16).Result(), Finish(stream).Result()}) {
     result.insert(result.end(), part.begin(), part.end());
   }
   EXPECT_EQ(result, Encrypted(key, message));

@@ -1,4 +1,4 @@
-// Threads, cancellation and fork. ThreadSanitizer runs the tests of threads too (c_thread_races).
+// Threads, cancellation and fork. CThreadTest runs under ThreadSanitizer too (system/trust/linux).
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <sys/wait.h>

@@ -1,0 +1,11 @@
+// What must be whole when the process forks.
+#pragma once
+
+namespace latchkey::platform {
+
+// Calls `hold` before each fork from now on, and `release` after it in both processes; neither may
+// throw. A lock that `hold` takes is free in the child. Raises std::bad_alloc. Does nothing on
+// Windows, where processes do not fork.
+void HoldDuringFork(void (*hold)(), void (*release)());
+
+}  // namespace latchkey::platform
