@@ -7,6 +7,13 @@ cache=${LATCHKEY_CACHE:-~/.cache/latchkey}
 wine32_root=$cache/wine32/root  # a Debian for i386, for its Wine, if the machine has no 32-bit one
 package_root=$cache/packages/root  # a clean Debian that the project's packages are installed in, for a test
 
+# Sources that were compiled in another clone, or before a change of branch, are not compiled again. The preprocessor's
+# output decides, because a list of the headers does not show that a header has moved.
+if command -v ccache >/dev/null; then
+  export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
+  export CCACHE_BASEDIR=$project CCACHE_NOHASHDIR=1 CCACHE_NODIRECT=1
+fi
+
 # 125 means a failure of the script itself, not of the program that it runs.
 die() {
   printf '%s: %s\n' "${0##*/}" "$*" >&2
