@@ -13,8 +13,11 @@
 namespace latchkey::c {
 namespace {
 
-// A status of the engine goes into the caller's array, and is then replaced.
+// The engine writes its statuses into the caller's array.
 static_assert(sizeof(RecordStatus) == sizeof(std::int32_t));
+static_assert(static_cast<int>(RecordStatus::Done) == LATCHKEY_OK);
+static_assert(static_cast<int>(RecordStatus::CipherFailed) == LATCHKEY_CIPHER_FAILED);
+static_assert(static_cast<int>(RecordStatus::TooLong) == LATCHKEY_FAULT);
 
 // The memory of `count` numbers of `size` bytes; bad if it cannot exist or is not aligned.
 Memory NumbersAt(const void* numbers, std::size_t count, std::size_t size) noexcept {
@@ -61,17 +64,6 @@ bool AreGood(const latchkey_records& records, const latchkey_results& results) n
          !out.offsets.Overlaps(out.statuses) && !out.data.Overlaps(out.statuses);
 }
 
-std::int32_t StatusOf(RecordStatus status) noexcept {
-  switch (status) {
-    case RecordStatus::Done:
-      return LATCHKEY_OK;
-    case RecordStatus::TooLong:
-      return LATCHKEY_FAULT;
-    default:
-      return LATCHKEY_CIPHER_FAILED;
-  }
-}
-
 Results ResultsOf(const latchkey_results& results, std::size_t room, std::size_t count) noexcept {
   auto* const statuses = reinterpret_cast<RecordStatus*>(results.statuses);
   return {
@@ -98,9 +90,6 @@ Outcome RunBatch(const DerivedKey& key, CipherDirection direction, const Records
   if (std::exchange(results.data_length, room) < room) return LATCHKEY_BUFFER_TOO_SMALL;
   results.data_length = 0;
   batch.Run(threads, ResultsOf(results, room, records.count));
-  for (std::size_t i = 0; results.statuses != nullptr && i < records.count; ++i) {
-    results.statuses[i] = StatusOf(static_cast<RecordStatus>(results.statuses[i]));
-  }
   results.data_length = batch.Length();
   results.failed = batch.FailedCount();
   first = batch.FirstFailure();

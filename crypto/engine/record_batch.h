@@ -52,8 +52,8 @@ struct Records {
   }
 };
 
-// TooLong: a message of 4 GiB - 8 bytes or more.
-enum class RecordStatus : std::int32_t { Done, CipherFailed, TooLong };
+// The numbers are those of latchkey.h. TooLong: a message of 4 GiB - 8 bytes or more.
+enum class RecordStatus : std::int32_t { Done = 0, CipherFailed = 9, TooLong = 12 };
 
 struct Results {
   ResultOffsets offsets;             // room for count + 1
