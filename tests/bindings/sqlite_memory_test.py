@@ -1,17 +1,18 @@
 #!/usr/bin/python3
-"""sqlite_memory_test.py EXTENSION: the sqlite3 program with the extension while each of its allocations fails in turn."""
+"""The sqlite3 program with the extension while each of its allocations fails in turn.
+
+LD_LIBRARY_PATH names the folder of the extension.
+"""
 import concurrent.futures
 import os
 import pathlib
 import signal
 import subprocess
-import sys
 import tempfile
 import unittest
 
-EXTENSION = sys.argv.pop(1)
 PRELOADED = pathlib.Path(__file__).resolve().parents[1] / "cli" / "failing_memory.c"
-SCRIPT = f""".load {EXTENSION}
+SCRIPT = """.load mod_latchkey
 SELECT hex(latchkey_encrypt('text', 'x', 'md5', '3des'));
 SELECT latchkey_try_decrypt(x'00', 'x', 'md5', 'des') IS NULL;
 SELECT hex(latchkey_digest('text', 'sha1'));
