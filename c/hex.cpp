@@ -1,6 +1,8 @@
 // The C interface: hexadecimal text.
 #include <algorithm>
+#include <array>
 
+#include "base/hex_digits.h"
 #include "base/secure_memory.h"
 #include "c/call.h"
 #include "crypto/hexadecimal.h"
@@ -10,15 +12,24 @@ namespace {
 
 constexpr std::size_t kDigits = static_cast<std::size_t>(kDigitsPerByte);
 
+// Bytes that are converted at a time, through digits of 16 bits on the stack.
+constexpr std::size_t kPiece = 256;
+using Digits = std::array<char16_t, kDigits * kPiece>;
+
 Outcome Encode(InputBytes bytes, Output& output) {
   const std::size_t needed = kDigits * bytes.size() + 1;
   if (output.Room().size() < needed) return output.TooSmall(needed);
-  Text digits;
+  Digits digits{};
   const WipeAtExit wipeDigits(digits);
-  EncodeHex(bytes, digits);
-  auto end = std::transform(digits.begin(), digits.end(), output.Room().begin(),
-                            [](char16_t digit) { return static_cast<std::uint8_t>(digit); });
-  *end = 0;
+  auto place = output.Room().begin();
+  for (InputBytes rest = bytes; !rest.empty();) {
+    const auto piece = rest.first(std::min(rest.size(), kPiece));
+    FastestHexDigits().encode(piece.data(), piece.size(), digits.data());
+    place = std::transform(digits.begin(), digits.begin() + kDigits * piece.size(), place,
+                           [](char16_t digit) { return static_cast<std::uint8_t>(digit); });
+    rest = rest.subspan(piece.size());
+  }
+  *place = 0;
   return output.Finish(needed);
 }
 
@@ -26,9 +37,15 @@ Outcome Decode(InputBytes text, Output& output) {
   if (text.size() % kDigits != 0) return check::kHexLength;
   const std::size_t needed = text.size() / kDigits;
   if (output.Room().size() < needed) return output.TooSmall(needed);
-  Text digits(text.begin(), text.end());
+  Digits digits{};
   const WipeAtExit wipeDigits(digits);
-  DecodeHex(digits, output.Room().first(needed));
+  for (std::size_t done = 0; done < needed;) {
+    const std::size_t count = std::min(needed - done, kPiece);
+    const auto piece = text.subspan(kDigits * done, kDigits * count);
+    std::copy(piece.begin(), piece.end(), digits.begin());
+    FastestHexDigits().decode(digits.data(), count, &output.Room()[done]);
+    done += count;
+  }
   return output.Finish(needed);
 }
 

@@ -21,9 +21,9 @@ latchkey_settings SettingsOf(const KeySettings& settings) noexcept {
 }
 
 latchkey_candidate CandidateOf(const Candidate& candidate) noexcept {
-  return {SettingsOf(candidate.settings.front()),
+  return {candidate.probability,
           candidate.padding ? static_cast<std::int32_t>(*candidate.padding) : -1,
-          candidate.probability};
+          SettingsOf(candidate.settings.front())};
 }
 
 std::vector<CiphertextSample> SamplesOf(const Records& records) {

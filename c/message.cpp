@@ -20,8 +20,7 @@ Outcome TransformIn(std::span<std::uint8_t> buffer, const DerivedKey& key,
 Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes input,
                   Output& output) {
   const bool encrypts = direction == CipherDirection::Encrypt;
-  const std::size_t needed = encrypts ? key.EncryptedLength(input.size()) : input.size();
-  static_cast<void>(NarrowTo<std::uint32_t>(needed));  // the longer of both
+  const auto needed = NarrowTo<std::uint32_t>(key.RoomFor(direction, input.size()));
   auto length = static_cast<std::uint32_t>(input.size());
   if (needed <= output.Room().size()) {
     const auto buffer = output.Room().first(needed);

@@ -13,12 +13,6 @@
 namespace latchkey::c {
 namespace {
 
-// The engine writes its statuses into the caller's array.
-static_assert(sizeof(RecordStatus) == sizeof(std::int32_t));
-static_assert(static_cast<int>(RecordStatus::Done) == LATCHKEY_OK);
-static_assert(static_cast<int>(RecordStatus::CipherFailed) == LATCHKEY_CIPHER_FAILED);
-static_assert(static_cast<int>(RecordStatus::TooLong) == LATCHKEY_FAULT);
-
 // The memory of `count` numbers of `size` bytes; bad if it cannot exist or is not aligned.
 Memory NumbersAt(const void* numbers, std::size_t count, std::size_t size) noexcept {
   const bool isGood = count < PTRDIFF_MAX / size && numbers != nullptr &&
@@ -64,12 +58,14 @@ bool AreGood(const latchkey_records& records, const latchkey_results& results) n
          !out.offsets.Overlaps(out.statuses) && !out.data.Overlaps(out.statuses);
 }
 
+constexpr StatusCodes kCodes{LATCHKEY_OK, LATCHKEY_CIPHER_FAILED, LATCHKEY_FAULT};
+
 Results ResultsOf(const latchkey_results& results, std::size_t room, std::size_t count) noexcept {
-  auto* const statuses = reinterpret_cast<RecordStatus*>(results.statuses);
   return {
       OffsetsAt<ResultOffsets, std::int32_t, std::int64_t>(results.offsets, results.offset_size),
       {results.data, room},
-      {statuses, statuses == nullptr ? 0 : count}};
+      {results.statuses, results.statuses == nullptr ? 0 : count},
+      kCodes};
 }
 
 // Describes the first record that failed; the call succeeds.
@@ -83,12 +79,15 @@ void ReportFirst(latchkey_failure* failure, RecordStatus first, CipherDirection 
 
 Outcome RunBatch(const DerivedKey& key, CipherDirection direction, const Records& records,
                  std::uint32_t threads, latchkey_results& results, RecordStatus& first) {
+  const std::size_t given = std::exchange(results.data_length, 0);
   RecordBatch batch(key, direction, records);
   const std::size_t room = batch.RoomNeeded();
   const bool isNarrow = results.offset_size == sizeof(std::int32_t);
   if (isNarrow && !std::in_range<std::int32_t>(room)) return LATCHKEY_BAD_ARGUMENT;
-  if (std::exchange(results.data_length, room) < room) return LATCHKEY_BUFFER_TOO_SMALL;
-  results.data_length = 0;
+  if (given < room) {
+    results.data_length = room;
+    return LATCHKEY_BUFFER_TOO_SMALL;
+  }
   batch.Run(threads, ResultsOf(results, room, records.count));
   results.data_length = batch.Length();
   results.failed = batch.FailedCount();

@@ -123,10 +123,9 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   const KeySettings settings = SettingsOf(options);
   InputFile input(options.input);
   const CipherSites& sites = SitesOf(command.direction);
-  if (!settings.IsAllowed()) Require(&sites.cipherType, input.Name());
   DerivedKey key;
-  Require(key.Derive(settings, ReadPassword(options.password, command.prompt), sites),
-          input.Name());
+  Require(key.Open(settings, sites), input.Name());
+  Require(key.Derive(ReadPassword(options.password, command.prompt)), input.Name());
   CipherWork work = PrepareWork(command, key, input);
   OutputFile output(options.output.file, options.output.force, command.readers);
   ByteCounts counts;

@@ -11,7 +11,8 @@ constexpr std::size_t kPiece = std::size_t{1} << 18;
 
 // Keeps the last bytes of those read so far.
 void AddToTail(std::vector<std::uint8_t>& tail, std::span<const std::uint8_t> bytes) {
-  tail.insert(tail.end(), bytes.begin(), bytes.end());
+  const auto last = bytes.last(std::min(bytes.size(), CiphertextSample::kTailLength));
+  tail.insert(tail.end(), last.begin(), last.end());
   const std::size_t kept = std::min(tail.size(), CiphertextSample::kTailLength);
   tail.erase(tail.begin(), tail.end() - static_cast<std::ptrdiff_t>(kept));
 }

@@ -1,4 +1,5 @@
-# Installs the library for its clients: cmake --install, in the components library, development and command.
+# Installs the library for its clients: cmake --install, in the components library, development, command, sqlite and
+# postgresql.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -26,4 +27,17 @@ install(FILES ${PROJECT_BINARY_DIR}/latchkey.pc DESTINATION ${pkgconfig_folder} 
 # Its manual page and completion are installed by the rules that make them.
 if(LATCHKEY_BUILD_CLI)
   install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+endif()
+
+if(TARGET latchkey_sqlite)
+  install(TARGETS latchkey_sqlite LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT sqlite)
+endif()
+
+# With the prefix /usr in the server's own folders.
+if(TARGET latchkey_postgresql)
+  file(RELATIVE_PATH modules /usr ${LATCHKEY_POSTGRESQL_MODULES})
+  file(RELATIVE_PATH shared /usr ${LATCHKEY_POSTGRESQL_SHARED})
+  install(TARGETS latchkey_postgresql LIBRARY DESTINATION ${modules} COMPONENT postgresql)
+  install(FILES bindings/postgresql/latchkey.control bindings/postgresql/latchkey--1.0.sql
+    DESTINATION ${shared}/extension COMPONENT postgresql)
 endif()

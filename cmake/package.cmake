@@ -1,6 +1,6 @@
-# Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev, latchkey and
-# python3-latchkey.
-# dpkg-shlibdeps finds what the library and the command need.
+# Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev, latchkey and,
+# where they are built, python3-latchkey, libsqlite3-mod-latchkey and postgresql-15-latchkey.
+# dpkg-shlibdeps finds what they need of Debian.
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME latchkey)
@@ -25,6 +25,7 @@ set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})  # of the library, for the extensions
 
 set(debian ${PROJECT_SOURCE_DIR}/packaging/debian)
 set(library_package lib${CPACK_PACKAGE_NAME}${PROJECT_VERSION_MAJOR})
@@ -52,6 +53,18 @@ if(LATCHKEY_BUILD_CLI)
 endif()
 if(LATCHKEY_BUILD_PYTHON)
   declare_package(python python3-${CPACK_PACKAGE_NAME} python "Python package")
+endif()
+
+if(TARGET latchkey_sqlite)
+  declare_package(sqlite libsqlite3-mod-${CPACK_PACKAGE_NAME} database "SQLite extension")
+  set(CPACK_DEBIAN_SQLITE_PACKAGE_DEPENDS "${library_package} (>= ${PROJECT_VERSION})")
+  set(CPACK_DEBIAN_SQLITE_PACKAGE_ENHANCES sqlite3)
+  set(CPACK_DEBIAN_SQLITE_PACKAGE_CONTROL_EXTRA ${debian}/triggers)
+endif()
+if(TARGET latchkey_postgresql)
+  set(server_package postgresql-${LATCHKEY_POSTGRESQL_VERSION})
+  declare_package(postgresql ${server_package}-${CPACK_PACKAGE_NAME} database "PostgreSQL extension")
+  set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_DEPENDS "${server_package}, ${library_package} (>= ${PROJECT_VERSION})")
 endif()
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "${library_package} (= ${PROJECT_VERSION})")

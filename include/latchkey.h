@@ -108,7 +108,7 @@ enum latchkey_cipher_number {
 /* The provider sets the length of RC4 and RC2 keys: 40 bits (base) or 128 bits (enhanced). DES keys
  * are the same in both. */
 enum latchkey_provider_number {
-  LATCHKEY_ANY_PROVIDER = 0, /* base, or enhanced where base lacks the cipher or the bits */
+  LATCHKEY_ANY_PROVIDER = 0, /* base; enhanced for 3DES, RC2's effective bits, over 56 key bits */
   LATCHKEY_BASE = 1,
   LATCHKEY_ENHANCED = 2
 };
@@ -152,7 +152,7 @@ LATCHKEY_C_API int32_t latchkey_key_close(latchkey_key* key);
 
 /* ---- One message ---- */
 
-/* Encrypt and decrypt a whole message of less than 4 GiB - 8 bytes. RC4 keeps the length. The block
+/* Encrypt and decrypt a whole message whose ciphertext is shorter than 4 GiB. RC4 keeps the length. The block
  * ciphers (CBC mode, zero initialization vector) pad to the next multiple of 8 above the input's
  * length; their plaintext is 1 to 8 bytes shorter than the ciphertext. Room for input_length, plus
  * 8 when encrypting, is always enough. A wrong password goes unnoticed under RC4, and one time in
@@ -225,11 +225,11 @@ typedef struct latchkey_results {
 
 /* Encrypt and decrypt each record as a message, on up to `threads` threads (0: one for each
  * processor that the process may use). A record that fails has a result of length 0 and its own
- * status; the call succeeds, and `failure` describes the first one. Room for the records' sum of
- * lengths, plus 8 for each record when encrypting, is always enough; when there is less than that,
- * the call fails with LATCHKEY_BUFFER_TOO_SMALL, data_length is that number and nothing else is
- * written. Results of 2 GiB and more need offsets of 8 bytes (LATCHKEY_BAD_ARGUMENT). Offsets that
- * descend or leave the buffer are LATCHKEY_BAD_ARGUMENT. */
+ * status; the call succeeds, and `failure` describes the first one. The room that is needed is the
+ * sum of the ciphertexts' lengths: decrypting, of the records; encrypting, at most 8 bytes more for
+ * each record. With less, the call fails with LATCHKEY_BUFFER_TOO_SMALL, data_length is that number
+ * and nothing else is written. From 2 GiB of it on, offsets of 8 bytes are required
+ * (LATCHKEY_BAD_ARGUMENT). Offsets that descend or leave the buffer are LATCHKEY_BAD_ARGUMENT. */
 LATCHKEY_C_API int32_t latchkey_encrypt_records(const latchkey_key* key,
                                                 const latchkey_records* records, uint32_t threads,
                                                 latchkey_results* results,
@@ -243,9 +243,9 @@ LATCHKEY_C_API int32_t latchkey_decrypt_records(const latchkey_key* key,
 
 /* Settings that ciphertexts may have been made with. */
 typedef struct latchkey_candidate {
-  latchkey_settings settings; /* ready for latchkey_key_open */
-  int32_t padding;            /* bytes of padding of the first sample; -1 for RC4 */
   double probability;         /* that these settings are the right ones, 0 to 1 */
+  int32_t padding;            /* bytes of padding of the first sample; -1 for RC4 */
+  latchkey_settings settings; /* ready for latchkey_key_open */
 } latchkey_candidate;
 
 /* Decrypts samples under every provider, hash and cipher and judges the results. All samples must

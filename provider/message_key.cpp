@@ -42,8 +42,10 @@ class DuplicatedKey final : public MessageKey {
 
   template <class Work>
   bool OnDuplicate(Work&& work) const {
-    Owner duplicate{provider_};
-    return Duplicate(&duplicate.key) && work(duplicate.key);
+    HCRYPTKEY made = 0;  // a refused call may have written one
+    if (!Duplicate(&made)) return false;
+    const Owner duplicate{provider_, made};
+    return work(made);
   }
 
   CryptoProvider& provider_;

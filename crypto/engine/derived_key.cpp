@@ -32,27 +32,35 @@ bool KeySettings::UsesEnhancedProvider() const noexcept {
 
 bool KeySettings::HasBlockCipher() const noexcept { return cipher != kRc4; }
 
-bool KeySettings::IsAllowed() const noexcept {
-  return FindHashAlgorithm(ComponentNumber(hash)).id != provider::kAlgorithmNone &&
-         CipherOf(*this, UsesEnhancedProvider()) != provider::kAlgorithmNone;
+const CheckSite* DerivedKey::Open(const KeySettings& settings, const CipherSites& sites) {
+  settings_ = settings;
+  sites_ = &sites;
+  const bool enhanced = settings.UsesEnhancedProvider();
+  request_ = {FindHashAlgorithm(ComponentNumber(settings.hash)).id,
+              CipherOf(settings, enhanced),
+              {},
+              settings.rc2EffectiveBits,
+              settings.keyBits};
+  if (request_.hash == provider::kAlgorithmNone) return &sites.hashType;
+  if (request_.cipher == provider::kAlgorithmNone) return &sites.cipherType;
+  context_ = OpenProvider(enhanced);
+  return context_ ? nullptr : &sites.provider;
+}
+
+const CheckSite* DerivedKey::Derive(std::span<const std::uint8_t> password) {
+  KeyRequest request = request_;
+  request.password = password;
+  const CipherStep step = key_.Derive(context_, request);
+  if (step != CipherStep::Done) return &sites_->SiteOf(step);
+  messages_ = key_.MakeMessageKey();
+  return messages_ ? nullptr : &sites_->key;
 }
 
 const CheckSite* DerivedKey::Derive(const KeySettings& settings,
                                     std::span<const std::uint8_t> password,
                                     const CipherSites& sites) {
-  settings_ = settings;
-  const bool enhanced = settings.UsesEnhancedProvider();
-  const HashAlgorithm hash = FindHashAlgorithm(ComponentNumber(settings.hash));
-  if (hash.id == provider::kAlgorithmNone) return &sites.hashType;
-  const provider::AlgorithmId cipher = CipherOf(settings, enhanced);
-  if (cipher == provider::kAlgorithmNone) return &sites.cipherType;
-  context_ = OpenProvider(enhanced);
-  if (!context_) return &sites.provider;
-  const CipherStep step = key_.Derive(
-      context_, {hash.id, cipher, password, settings.rc2EffectiveBits, settings.keyBits});
-  if (step != CipherStep::Done) return &sites.SiteOf(step);
-  messages_ = key_.MakeMessageKey();
-  return messages_ ? nullptr : &sites.key;
+  const CheckSite* const failed = Open(settings, sites);
+  return failed != nullptr ? failed : Derive(password);
 }
 
 bool DerivedKey::Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
@@ -62,8 +70,10 @@ bool DerivedKey::Transform(CipherDirection direction, std::span<std::uint8_t> bu
              : messages_->Decrypt(buffer.data(), &length);
 }
 
-std::size_t DerivedKey::EncryptedLength(std::size_t length) const noexcept {
-  return settings_.HasBlockCipher() ? length - length % kLargestPadding + kLargestPadding : length;
+std::uint64_t DerivedKey::RoomFor(CipherDirection direction, std::size_t length) const noexcept {
+  const bool pads = direction == CipherDirection::Encrypt && settings_.HasBlockCipher();
+  const std::size_t padding = pads ? kLargestPadding - length % kLargestPadding : 0;
+  return std::uint64_t{length} + padding;
 }
 
 std::size_t DerivedKey::MostAdded() const noexcept {

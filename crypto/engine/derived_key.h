@@ -10,8 +10,8 @@
 
 namespace latchkey {
 
-// Any is the base provider, or the enhanced one if the base provider lacks the cipher or cannot
-// have the bits.
+// Any is the base provider, or the enhanced one if the base provider lacks the cipher, for
+// effective bits of RC2 and for more than 56 key bits.
 enum class ProviderChoice { Any, Base, Enhanced };
 
 // What a key is derived from, besides the password.
@@ -24,8 +24,6 @@ struct KeySettings {
 
   [[nodiscard]] bool UsesEnhancedProvider() const noexcept;
   [[nodiscard]] bool HasBlockCipher() const noexcept;
-  // Whether the hash and the cipher exist and the provider has the cipher.
-  [[nodiscard]] bool IsAllowed() const noexcept;
 
   friend bool operator==(const KeySettings&, const KeySettings&) = default;
 };
@@ -33,8 +31,14 @@ struct KeySettings {
 // After Derive it never changes: any number of threads may use it at once.
 class DerivedKey {
  public:
-  // Call it once; nothing else before it succeeded. Returns the check of `sites` that failed, or
-  // null. Raises Overflow for a password of 4 GiB or more.
+  // Opens the provider, and then derives the key. Call each once, and nothing else before both
+  // succeeded. They return the check of `sites` that failed, or null. Derive raises Overflow for a
+  // password of 4 GiB or more.
+  [[nodiscard]] const CheckSite* Open(const KeySettings& settings,
+                                      const CipherSites& sites = kEncryptionSites);
+  [[nodiscard]] const CheckSite* Derive(std::span<const std::uint8_t> password);
+
+  // Both.
   [[nodiscard]] const CheckSite* Derive(const KeySettings& settings,
                                         std::span<const std::uint8_t> password,
                                         const CipherSites& sites = kEncryptionSites);
@@ -42,12 +46,15 @@ class DerivedKey {
   [[nodiscard]] const KeySettings& Settings() const noexcept { return settings_; }
 
   // Encrypts or decrypts a whole message in place: the first `length` bytes of `buffer`. `length`
-  // becomes that of the result. Encryption requires room for EncryptedLength.
+  // becomes that of the result. Requires the room that RoomFor returns.
   [[nodiscard]] bool Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                std::uint32_t& length) const;
 
-  // The length of the ciphertext of a message, and the most bytes that it is longer.
-  [[nodiscard]] std::size_t EncryptedLength(std::size_t length) const noexcept;
+  // The room for a message of that length; for encryption it is the ciphertext's length. If it does
+  // not fit into 32 bits, the message is too long.
+  [[nodiscard]] std::uint64_t RoomFor(CipherDirection direction, std::size_t length) const noexcept;
+
+  // The most bytes that encryption adds to a message.
   [[nodiscard]] std::size_t MostAdded() const noexcept;
 
   // A key for messages in pieces, for one thread; without a key if the provider refuses.
@@ -55,6 +62,8 @@ class DerivedKey {
 
  private:
   KeySettings settings_;
+  const CipherSites* sites_ = nullptr;
+  KeyRequest request_;  // without the password
   UniqueContext context_;
   PasswordKey key_;  // stays in its first state
   std::unique_ptr<const provider::MessageKey> messages_;

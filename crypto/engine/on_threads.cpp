@@ -12,8 +12,8 @@ namespace latchkey {
 
 namespace {
 
-// Starts up to `count` threads; fewer do the work if the system refuses some. What raising an
-// exception left on the stack is wiped.
+// Starts up to `count` threads; fewer do the work if the system refuses some. Here and below, the
+// stack is wiped of what raising an exception left there.
 void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
                   const std::function<void()>& body) {
   try {
@@ -32,11 +32,12 @@ void RunOnThreads(std::size_t count, const std::function<void()>& work) {
   std::exception_ptr failure;
   const auto guarded = [&]() noexcept {
     try {
-      work();
+      return work();
     } catch (...) {
       const std::lock_guard lock(failing);
       if (!failure) failure = std::current_exception();
     }
+    platform::WipeStackFarBelow();
   };
   {
     std::vector<std::jthread> others;

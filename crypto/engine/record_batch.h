@@ -18,7 +18,6 @@ class OffsetsOf {
   explicit OffsetsOf(Narrow* offsets) noexcept : narrow_(offsets) {}
   explicit OffsetsOf(Wide* offsets) noexcept : wide_(offsets) {}
 
-  [[nodiscard]] bool IsWide() const noexcept { return wide_ != nullptr; }
   [[nodiscard]] std::int64_t Get(std::size_t i) const noexcept {
     return wide_ != nullptr ? wide_[i] : narrow_[i];
   }
@@ -52,13 +51,26 @@ struct Records {
   }
 };
 
-// The numbers are those of latchkey.h. TooLong: a message of 4 GiB - 8 bytes or more.
-enum class RecordStatus : std::int32_t { Done = 0, CipherFailed = 9, TooLong = 12 };
+// TooLong: the result may not fit into 32 bits.
+enum class RecordStatus { Done, CipherFailed, TooLong };
+
+// The numbers of a caller for the statuses.
+struct StatusCodes {
+  std::int32_t done;
+  std::int32_t cipherFailed;
+  std::int32_t tooLong;
+
+  [[nodiscard]] std::int32_t Of(RecordStatus status) const noexcept {
+    if (status == RecordStatus::Done) return done;
+    return status == RecordStatus::TooLong ? tooLong : cipherFailed;
+  }
+};
 
 struct Results {
   ResultOffsets offsets;             // room for count + 1
   std::span<std::uint8_t> data;      // RoomNeeded bytes, which do not overlap the records
-  std::span<RecordStatus> statuses;  // count, or none
+  std::span<std::int32_t> statuses;  // count, or none
+  StatusCodes codes{};
 };
 
 // Encrypts or decrypts records. A record that fails has a result of length 0.
@@ -88,7 +100,8 @@ class RecordBatch {
     RecordStatus firstFailure = RecordStatus::Done;
   };
 
-  [[nodiscard]] std::size_t RoomFor(std::size_t recordLength) const noexcept;
+  // 0 for a record that is too long.
+  [[nodiscard]] std::uint32_t RoomFor(std::size_t recordLength) const noexcept;
   void RunChunk(std::size_t number, const Results& results);
   RecordStatus RunRecord(std::span<const std::uint8_t> record, std::span<std::uint8_t> room,
                          std::uint32_t& length) const;

@@ -46,14 +46,14 @@ class SharedCipherKey final : public MessageKey {
   bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                std::uint32_t dwBufLen) const override {
     const platform::StackWipe wipe;
-    SessionKey session(0, cipher_, 0);  // encryption has no batches
+    SessionKey session(cipher_, 0);  // encryption has no batches
     const std::uint32_t error = session.Encrypt(true, pbData, *pdwDataLen, dwBufLen);
     return error == 0 || Fail(error);
   }
 
   bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
     const platform::StackWipe wipe;
-    SessionKey session(0, cipher_, *pdwDataLen);
+    SessionKey session(cipher_, *pdwDataLen);
     const std::uint32_t error = session.Decrypt(true, pbData, *pdwDataLen);
     return error == 0 || Fail(error);
   }
@@ -159,6 +159,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved, std::uint32_t dwFlags,
                          HCRYPTKEY* phKey) override {
+    const platform::StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || pdwReserved != nullptr) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);

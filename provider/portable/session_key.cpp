@@ -1,6 +1,7 @@
 #include "provider/portable/session_key.h"
 
 #include <cstring>
+#include <new>
 #include <span>
 #include <utility>
 
@@ -15,10 +16,17 @@ bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kBlockSize =
 
 }  // namespace
 
-SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher,
-                       std::size_t longest)
+SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher)
     : provider_(provider), cipher_(std::move(cipher)) {
-  if (cipher_->UsesBatch(longest)) state_.batch = std::make_unique<std::uint8_t[]>(kLargestBatch);
+  if (cipher_->IsBlockCipher()) state_.batch = std::make_unique<std::uint8_t[]>(kLargestBatch);
+  cipher_->Start(state_);
+}
+
+SessionKey::SessionKey(std::shared_ptr<const Cipher> cipher, std::size_t length) noexcept
+    : provider_(0), cipher_(std::move(cipher)) {
+  if (cipher_->UsesBatch(length)) {
+    state_.batch.reset(new (std::nothrow) std::uint8_t[kLargestBatch]);
+  }
   cipher_->Start(state_);
 }
 

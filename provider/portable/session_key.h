@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <limits>
 #include <memory>
 
 #include "provider/crypto_provider.h"
@@ -15,9 +14,10 @@ namespace latchkey::provider {
 // call that processed its data resets the key, also after bad padding.
 class SessionKey {
  public:
-  // For messages up to `longest` bytes; more than that take longer.
-  SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher,
-             std::size_t longest = std::numeric_limits<std::size_t>::max());
+  SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher);
+
+  // For one message of that length, of no provider. Without memory for a batch it takes longer.
+  SessionKey(std::shared_ptr<const Cipher> cipher, std::size_t length) noexcept;
 
   // A key in the same state as the other one, for messages of any length.
   SessionKey(const SessionKey& other);

@@ -1,6 +1,6 @@
-/* Preloaded into the command: the allocation whose number is in LATCHKEY_FAIL_ALLOCATION fails, from 1; with a plus
- * after it, so do all later ones. At the end the number of allocations is written to the file that LATCHKEY_COUNT_FILE
- * names, if any. */
+/* Preloaded into the command: the allocation whose number is in LATCHKEY_FAIL_ALLOCATION fails,
+ * from 1; with a plus after it, so do all later ones. At the end the number of allocations is
+ * written to the file that LATCHKEY_COUNT_FILE names, if any. */
 #include <errno.h>
 #include <fcntl.h>
 #include <stdatomic.h>
@@ -20,7 +20,8 @@ static atomic_long allocations;
 static long failing = -1; /* not known yet */
 static int for_ever;
 
-/* getenv needs no memory, but neither is the environment's order known to be set up before the first allocation. */
+/* getenv needs no memory, but neither is the environment's order known to be set up before the
+ * first allocation. */
 static void read_plan(void) {
   failing = 0;
   for (char** each = environ; each != NULL && *each != NULL; ++each) {
@@ -43,7 +44,9 @@ static int fails(void) {
 void* malloc(size_t size) { return fails() ? NULL : __libc_malloc(size); }
 void* calloc(size_t count, size_t size) { return fails() ? NULL : __libc_calloc(count, size); }
 void* realloc(void* memory, size_t size) { return fails() ? NULL : __libc_realloc(memory, size); }
-void* memalign(size_t alignment, size_t size) { return fails() ? NULL : __libc_memalign(alignment, size); }
+void* memalign(size_t alignment, size_t size) {
+  return fails() ? NULL : __libc_memalign(alignment, size);
+}
 void* aligned_alloc(size_t alignment, size_t size) { return memalign(alignment, size); }
 int posix_memalign(void** memory, size_t alignment, size_t size) {
   void* const made = memalign(alignment, size);

@@ -19,6 +19,7 @@ Bytes Encrypted(const KeySettings& settings, std::string_view text) {
   auto length = static_cast<std::uint32_t>(message.size());
   message.resize(message.size() + key.MostAdded());
   EXPECT_TRUE(key.Transform(CipherDirection::Encrypt, message, length));
+  message.resize(length);
   return message;
 }
 

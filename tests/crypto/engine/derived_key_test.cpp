@@ -53,9 +53,6 @@ TEST(DerivedKeyTest, SettingsThatNoProviderHasFailAtTheirCheck) {
   EXPECT_EQ(LocationOf({kMd5, 65537}), 719);
   EXPECT_EQ(LocationOf({kMd5, k3Des, base}), 719);
   EXPECT_EQ(LocationOf({kMd5, k3Des, base}, kDecryptionSites), 712);
-  EXPECT_FALSE(KeySettings({kMd5, k3Des, base}).IsAllowed());
-  EXPECT_FALSE(KeySettings({5, kDes}).IsAllowed());
-  EXPECT_TRUE(KeySettings({kMd5, k3Des}).IsAllowed());
 }
 
 TEST(DerivedKeyTest, BitsThatAProviderRefusesFailAsDerivingTheKey) {
@@ -85,13 +82,13 @@ TEST(DerivedKeyTest, EffectiveBitsFollowTheKeyBitsUnlessGiven) {
   EXPECT_NE(Transformed(other, CipherDirection::Encrypt, zeros), expected);
 }
 
-TEST(DerivedKeyTest, EncryptedLengthIsThatOfTheCiphertext) {
+TEST(DerivedKeyTest, TheRoomForEncryptionIsTheCiphertextsLength) {
   for (const std::int32_t cipher : {kRc4, kDes}) {
     DerivedKey key;
     ASSERT_EQ(key.Derive({kMd5, cipher}, BytesOf("pw")), nullptr);
     for (std::size_t length = 0; length < 20; ++length) {
       EXPECT_EQ(Transformed(key, CipherDirection::Encrypt, Bytes(length)).size(),
-                key.EncryptedLength(length));
+                key.RoomFor(CipherDirection::Encrypt, length));
     }
   }
 }

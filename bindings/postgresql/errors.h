@@ -1,0 +1,14 @@
+/* Failures of the library as errors of PostgreSQL. */
+#ifndef LATCHKEY_BINDINGS_POSTGRESQL_ERRORS_H
+#define LATCHKEY_BINDINGS_POSTGRESQL_ERRORS_H
+
+#include <postgres.h>
+
+#include <latchkey.h>
+
+/* Raises the error for a status other than LATCHKEY_OK: 53200 without memory, 22023 for settings,
+ * otherwise 22000. The detail has location and number. No text contains data or an argument, which
+ * may be a password in the wrong place. */
+pg_attribute_noreturn() void raise_failure(int32_t status, const latchkey_failure* failure);
+
+#endif

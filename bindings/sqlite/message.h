@@ -1,0 +1,16 @@
+/* latchkey_encrypt, latchkey_decrypt, latchkey_try_decrypt. */
+#ifndef LATCHKEY_BINDINGS_SQLITE_MESSAGE_H
+#define LATCHKEY_BINDINGS_SQLITE_MESSAGE_H
+
+#include <sqlite3ext.h>
+
+/* Each has these arguments: data, password, hash, cipher, and optionally provider, key bits, RC2
+ * effective bits. An argument that is NULL makes the result NULL. The key of a password that is
+ * constant in the statement is derived once and closed with the statement. */
+enum { FEWEST_MESSAGE_ARGUMENTS = 4, MOST_MESSAGE_ARGUMENTS = 7 };
+
+void call_encrypt(sqlite3_context* context, int count, sqlite3_value** values);
+void call_decrypt(sqlite3_context* context, int count, sqlite3_value** values);
+void call_try_decrypt(sqlite3_context* context, int count, sqlite3_value** values);
+
+#endif
