@@ -165,6 +165,22 @@ TEST(CHexTest, DecodesPairsUpToTheFirstCharacterThatIsNoDigit) {
   EXPECT_EQ(decode("414243", 2).length, 3U);
 }
 
+TEST(CHexTest, LongDataComeBack) {
+  for (const std::size_t size : {255U, 257U, 512U, 1000U, 70001U}) {
+    const Bytes bytes = RandomSource(7).Some(size);
+    std::string text(2 * size + 1, '?');
+    std::size_t length = text.size();
+    ASSERT_EQ(latchkey_hex_encode(bytes.data(), size, text.data(), &length, nullptr), LATCHKEY_OK);
+    text.pop_back();
+    EXPECT_EQ(text, Hex(bytes));
+    Bytes decoded(size);
+    length = size;
+    ASSERT_EQ(latchkey_hex_decode(text.data(), text.size(), decoded.data(), &length, nullptr),
+              LATCHKEY_OK);
+    EXPECT_EQ(decoded, bytes);
+  }
+}
+
 TEST(CRandomTest, SaltHasOnlyLettersAllEquallyOften) {
   std::string letters(100000, '?');
   ASSERT_EQ(latchkey_salt(letters.data(), letters.size(), nullptr), LATCHKEY_OK);
