@@ -152,12 +152,12 @@ LATCHKEY_C_API int32_t latchkey_key_close(latchkey_key* key);
 
 /* ---- One message ---- */
 
-/* Encrypt and decrypt a whole message whose ciphertext is shorter than 4 GiB. RC4 keeps the length. The block
- * ciphers (CBC mode, zero initialization vector) pad to the next multiple of 8 above the input's
- * length; their plaintext is 1 to 8 bytes shorter than the ciphertext. Room for input_length, plus
- * 8 when encrypting, is always enough. A wrong password goes unnoticed under RC4, and one time in
- * 255 under the others. Fail with LATCHKEY_CIPHER_FAILED (encrypting: location 724, decrypting:
- * 717), LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
+/* Encrypt and decrypt a whole message whose ciphertext is shorter than 4 GiB. RC4 keeps the length.
+ * The block ciphers (CBC mode, zero initialization vector) pad to the next multiple of 8 above the
+ * input's length; their plaintext is 1 to 8 bytes shorter than the ciphertext. Room for
+ * input_length, plus 8 when encrypting, is always enough. A wrong password goes unnoticed under
+ * RC4, and one time in 255 under the others. Fail with LATCHKEY_CIPHER_FAILED (encrypting: location
+ * 724, decrypting: 717), LATCHKEY_FAULT (438, 436; fault 6 for too long an input). */
 LATCHKEY_C_API int32_t latchkey_encrypt(const latchkey_key* key, const uint8_t* input,
                                         size_t input_length, uint8_t* output, size_t* output_length,
                                         latchkey_failure* failure);
