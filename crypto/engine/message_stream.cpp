@@ -39,8 +39,7 @@ bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::u
   const std::size_t fromHeld = std::min(heldLength_, result.size());
   const std::size_t fromPiece = result.size() - fromHeld;
   std::copy_n(piece.begin(), fromPiece, std::copy_n(held_.begin(), fromHeld, result.begin()));
-  // The new rest is the end of the piece, after what of the old one was not used.
-  std::copy(held_.begin() + fromHeld, held_.begin() + heldLength_, held_.begin());
+  // The new rest is the end of the piece, after the old one if nothing is ready.
   std::copy(piece.begin() + static_cast<std::ptrdiff_t>(fromPiece), piece.end(),
             held_.begin() + (heldLength_ - fromHeld));
   heldLength_ = total - result.size();

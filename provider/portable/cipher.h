@@ -21,7 +21,7 @@ struct CipherState {
   std::array<std::uint8_t, kBlockSize> feedback{};  // the others; ciphertext, not secret
   // kLargestBatch bytes for a partly filled batch of a kernel, or none: without them single blocks
   // give the same result more slowly. Not on the stack, which may be small.
-  std::unique_ptr<std::uint8_t[]> batch;
+  std::unique_ptr<std::uint8_t[]> batch;  // NOLINT(modernize-avoid-c-arrays): it has no size
   const WipeAtExit<arcfour_ctx> wipeStream{stream};
 };
 

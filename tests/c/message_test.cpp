@@ -165,17 +165,34 @@ TEST(CHexTest, DecodesPairsUpToTheFirstCharacterThatIsNoDigit) {
   EXPECT_EQ(decode("414243", 2).length, 3U);
 }
 
-TEST(CRandomTest, SaltHasOnlyLettersAndAllOfThem) {
-  std::string letters(20000, '?');
+TEST(CHexTest, LongDataComeBack) {
+  for (const std::size_t size : {255U, 257U, 512U, 1000U, 70001U}) {
+    const Bytes bytes = RandomSource(7).Some(size);
+    std::string text(2 * size + 1, '?');
+    std::size_t length = text.size();
+    ASSERT_EQ(latchkey_hex_encode(bytes.data(), size, text.data(), &length, nullptr), LATCHKEY_OK);
+    text.pop_back();
+    EXPECT_EQ(text, Hex(bytes));
+    Bytes decoded(size);
+    length = size;
+    ASSERT_EQ(latchkey_hex_decode(text.data(), text.size(), decoded.data(), &length, nullptr),
+              LATCHKEY_OK);
+    EXPECT_EQ(decoded, bytes);
+  }
+}
+
+TEST(CRandomTest, SaltHasOnlyLettersAllEquallyOften) {
+  std::string letters(100000, '?');
   ASSERT_EQ(latchkey_salt(letters.data(), letters.size(), nullptr), LATCHKEY_OK);
   std::map<char, int> counts;
   for (const char letter : letters) ++counts[letter];
   EXPECT_EQ(counts.size(), 52U);
   for (const auto& [letter, count] : counts) {
     EXPECT_TRUE((letter >= 'A' && letter <= 'Z') || (letter >= 'a' && letter <= 'z')) << letter;
-    EXPECT_GT(count, 240) << letter;  // 385 on average; 7 standard deviations less
-    EXPECT_LT(count, 530) << letter;
+    EXPECT_NEAR(count, 1923, 350) << letter;  // 8 standard deviations
   }
+  // A byte taken modulo 52 would give these 6,250 on average; 7,692 is right.
+  EXPECT_GT(counts['w'] + counts['x'] + counts['y'] + counts['z'], 7000);
 }
 
 TEST(CRandomTest, BytesAreFilledToTheEndAndDiffer) {
