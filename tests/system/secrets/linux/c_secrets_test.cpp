@@ -48,21 +48,35 @@ bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& pl
                           nullptr) == LATCHKEY_OK;
 }
 
+// A stream for one scope; null when it cannot be made.
+class OpenStream {
+ public:
+  explicit OpenStream(const OpenKey& key) {
+    latchkey_stream_open(key.Get(), LATCHKEY_ENCRYPT, &stream_, nullptr);
+  }
+  OpenStream(const OpenStream&) = delete;
+  OpenStream& operator=(const OpenStream&) = delete;
+  ~OpenStream() { latchkey_stream_close(stream_); }
+
+  [[nodiscard]] latchkey_stream* Get() const { return stream_; }
+
+ private:
+  latchkey_stream* stream_ = nullptr;
+};
+
 // The same in pieces.
 bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
   const OpenKey key(cipher, password.Bytes());
-  latchkey_stream* stream = nullptr;
-  latchkey_stream_open(key.Get(), LATCHKEY_ENCRYPT, &stream, nullptr);
-  if (stream == nullptr) return false;
+  const OpenStream stream(key);
+  if (stream.Get() == nullptr) return false;
   bool done = true;
   const WipedBytes text = plaintext.Bytes();
   for (const std::uint8_t& byte : text) {
     std::array<std::uint8_t, 16> piece{};
     std::size_t length = piece.size();
-    done = done &&
-           latchkey_stream_update(stream, &byte, 1, piece.data(), &length, nullptr) == LATCHKEY_OK;
+    done = done && latchkey_stream_update(stream.Get(), &byte, 1, piece.data(), &length, nullptr) ==
+                       LATCHKEY_OK;
   }
-  latchkey_stream_close(stream);
   return done;
 }
 
