@@ -24,7 +24,7 @@ class Hasher {
     if (!std::in_range<std::int16_t>(hash)) return LATCHKEY_BAD_HASH;
     algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
     if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
-    context_ = OpenProvider(false);
+    context_ = OpenProvider(provider::SharedCryptoProvider(), false);
     return context_ ? Outcome(LATCHKEY_OK) : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
   }
 

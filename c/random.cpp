@@ -26,7 +26,7 @@ class RandomSource {
   }
 
  private:
-  UniqueContext context_ = OpenProvider(false);
+  UniqueContext context_ = OpenProvider(provider::SharedCryptoProvider(), false);
 };
 
 Outcome FillLetters(RandomSource& source, std::span<std::uint8_t> letters) {

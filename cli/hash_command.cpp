@@ -31,7 +31,7 @@ class Hashing {
       : options_(options),
         report_(report),
         number_(NumberOf(options.algorithm, HashNames())),
-        context_(OpenProvider(false)) {
+        context_(OpenProvider(provider::SharedCryptoProvider(), false)) {
     if (!context_) throw CommandError(FailureAt(check::kHashProvider));
   }
 

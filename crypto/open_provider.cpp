@@ -10,8 +10,8 @@ namespace {
 constexpr const char* kNoContainer = "";
 constexpr const char* kDefaultProviderName = "";
 
-UniqueContext Open(const char* providerName, std::uint32_t flags) {
-  provider::CryptoProvider& provider = *ThisThreadCrypto().provider;
+UniqueContext Open(provider::CryptoProvider& provider, const char* providerName,
+                   std::uint32_t flags) {
   return Receive<ContextTrait>(provider, [&](provider::HCRYPTPROV* context) {
     return provider.CryptAcquireContextA(context, kNoContainer, providerName,
                                          provider::kProviderTypeRsaFull, flags);
@@ -21,9 +21,13 @@ UniqueContext Open(const char* providerName, std::uint32_t flags) {
 }  // namespace
 
 UniqueContext OpenProvider(bool enhanced) {
-  if (enhanced) return Open(provider::kEnhancedProviderName, provider::kVerifyContext);
-  UniqueContext context = Open(provider::kBaseProviderName, provider::kVerifyContext);
-  return context ? std::move(context) : Open(kDefaultProviderName, provider::kNewKeySet);
+  return OpenProvider(*ThisThreadCrypto().provider, enhanced);
+}
+
+UniqueContext OpenProvider(provider::CryptoProvider& provider, bool enhanced) {
+  if (enhanced) return Open(provider, provider::kEnhancedProviderName, provider::kVerifyContext);
+  UniqueContext context = Open(provider, provider::kBaseProviderName, provider::kVerifyContext);
+  return context ? std::move(context) : Open(provider, kDefaultProviderName, provider::kNewKeySet);
 }
 
 }  // namespace latchkey

@@ -10,4 +10,8 @@ namespace latchkey {
 // set. Returns no handle on failure.
 [[nodiscard]] UniqueContext OpenProvider(bool enhanced);
 
+// The same of that provider, without data for the calling thread: no thread needs any to use keys
+// that threads share.
+[[nodiscard]] UniqueContext OpenProvider(provider::CryptoProvider& provider, bool enhanced);
+
 }  // namespace latchkey

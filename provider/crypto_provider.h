@@ -163,4 +163,10 @@ class CryptoProvider {
 // The platform's provider. Lives as long as the process.
 CryptoProvider& SystemCryptoProvider();
 
+// The provider of what threads share: the platform's, unless a test has replaced it.
+CryptoProvider& SharedCryptoProvider();
+
+// For tests, while no other thread uses it. Null means the platform's.
+void ReplaceSharedCryptoProvider(CryptoProvider* provider) noexcept;
+
 }  // namespace latchkey::provider

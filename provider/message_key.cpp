@@ -1,10 +1,14 @@
-// The message key of a provider that has none: each message works on its own duplicate of a key.
+// What threads share: the provider, and the message key of a provider that has none, in which each
+// message works on its own duplicate of a key.
+#include <atomic>
 #include <mutex>
 
 #include "provider/crypto_provider.h"
 
 namespace latchkey::provider {
 namespace {
+
+std::atomic<CryptoProvider*> replacement{nullptr};
 
 class DuplicatedKey final : public MessageKey {
  public:
@@ -54,6 +58,13 @@ class DuplicatedKey final : public MessageKey {
 };
 
 }  // namespace
+
+CryptoProvider& SharedCryptoProvider() {
+  CryptoProvider* const provider = replacement;
+  return provider != nullptr ? *provider : SystemCryptoProvider();
+}
+
+void ReplaceSharedCryptoProvider(CryptoProvider* provider) noexcept { replacement = provider; }
 
 std::unique_ptr<const MessageKey> CryptoProvider::MakeMessageKey(HCRYPTKEY hKey) {
   return std::make_unique<DuplicatedKey>(*this, hKey);

@@ -9,7 +9,6 @@
 #include <string>
 #include <tuple>
 
-#include "crypto/crypto_state.h"
 #include "tests/c/client.h"
 #include "tests/c/functions.h"
 #include "tests/support/faulty_provider.h"
@@ -59,8 +58,11 @@ const std::map<std::string, Expected> kExpected{
 
 class EveryCFailureTest : public testing::TestWithParam<std::int32_t> {
  protected:
-  EveryCFailureTest() { ThisThreadCrypto().provider = &provider; }
-  ~EveryCFailureTest() override { EXPECT_EQ(provider.OpenHandles(), 0); }
+  EveryCFailureTest() { provider::ReplaceSharedCryptoProvider(&provider); }
+  ~EveryCFailureTest() override {
+    provider::ReplaceSharedCryptoProvider(nullptr);
+    EXPECT_EQ(provider.OpenHandles(), 0);
+  }
 
   // Calls the function with its nth thing failing, for n = 1, 2, ... `arm` arranges the failure,
   // and `disarm` returns whether it came. Returns the reasons that the function gave.
@@ -125,7 +127,7 @@ TEST_P(EveryCFailureTest, OfAnAllocationIsNoMemoryAndLeavesNothing) {
 
 // The same on the system's own provider, whose allocations are those of the library.
 TEST_P(EveryCFailureTest, OfAnAllocationOfTheSystemsProviderLeavesNothing) {
-  ThisThreadCrypto().provider = &provider::SystemCryptoProvider();
+  provider::ReplaceSharedCryptoProvider(nullptr);
   for (const CFunction& function : AllCFunctions(GetParam())) {
     const Reason noMemory{LATCHKEY_NO_MEMORY, kExpected.at(function.name).trap, 7};
     const Reasons reasons = SweepAllocations(function);

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "crypto/crypto_state.h"
 #include "tests/support/bytes.h"
 #include "tests/support/faulty_provider.h"
 
@@ -112,8 +111,7 @@ TEST(DerivedKeyTest, MessagesAndSessionsDoNotDisturbEachOther) {
 // Each call of the provider fails in turn: the key fails at a check, and no handle stays open.
 TEST(DerivedKeyTest, NoHandleIsLeftWhenAProviderCallFails) {
   FaultyProvider provider;
-  provider::CryptoProvider*& current = ThisThreadCrypto().provider;
-  provider::CryptoProvider* const before = std::exchange(current, &provider);
+  provider::ReplaceSharedCryptoProvider(&provider);
   int failed = 0;
   for (int call = 1;; ++call) {
     provider.FailCall(call, FaultyProvider::Manner::Refuse);
@@ -127,7 +125,7 @@ TEST(DerivedKeyTest, NoHandleIsLeftWhenAProviderCallFails) {
   }
   EXPECT_EQ(failed, 5) << "opening, hash, password, key and its bits";
   EXPECT_EQ(provider.OpenHandles(), 0);
-  current = before;
+  provider::ReplaceSharedCryptoProvider(nullptr);
 }
 
 }  // namespace

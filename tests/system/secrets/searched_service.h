@@ -66,10 +66,12 @@ class SearchedService : public testing::Test {
  protected:
   SearchedService() {
     ThisThreadCrypto().provider = &provider;
+    provider::ReplaceSharedCryptoProvider(&provider);
     search.Add(kPassword, password);
     search.Add(kPlaintext, plaintext);
   }
   ~SearchedService() override {
+    provider::ReplaceSharedCryptoProvider(nullptr);
     std::printf("%d searches, the last of %zu bytes\n", searches, bytesSearched);
   }
 
