@@ -115,7 +115,7 @@ class CryptoProvider {
   // Completes the hash and derives a session key from it. The upper 16 bits of dwFlags are the
   // key's length in bits, 0 for the provider's default; the lower ones are 0. RC4 and RC2 have
   // lengths from 40 to 56, with the enhanced provider to 128, in steps of 8, and 11 zero bytes of
-  // salt after a key of exactly 40 bits. Another length gives kErrorBadFlags. What a length does
+  // salt after a key of exactly 40 bits. Another length gives kErrorBadData. What a length does
   // for another cipher depends on the provider.
   virtual bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                               std::uint32_t dwFlags, HCRYPTKEY* phKey) = 0;

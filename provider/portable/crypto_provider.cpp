@@ -147,7 +147,7 @@ class NettleProvider final : public CryptoProvider {
     std::optional<KeyForm> form = KeyFormOf(*kind, Algid);
     if (!form) return Fail(kErrorBadAlgorithm);
     if (bits != 0) form = KeyFormOf(*kind, Algid, bits);
-    if (!form) return Fail(kErrorBadFlags);
+    if (!form) return Fail(kErrorBadData);
     auto cipher = MakeCipher(Algid, DeriveKey(*hash, *form), form->effectiveBits);
     *phKey = keys_.Add(std::make_shared<SessionKey>(hProv, std::move(cipher)));
     return true;

@@ -31,12 +31,18 @@ inline Secret DigitsOf(const Secret& secret) {
   return Secret(WipedBytes(digits.begin(), digits.end()));
 }
 
+// Calls the body in a frame of its own, below that of the caller.
+template <class Body>
+[[gnu::noinline]] bool InItsFrame(Body& body) {
+  return body();
+}
+
 // Whether the body succeeds. Without memory, a client's own copy may fail: exceptions are handled
 // as in the interfaces.
 template <class Body>
 bool SucceedsInMemory(Body&& body) {
   try {
-    return body();
+    return InItsFrame(body);
   } catch (...) {
     static_cast<void>(CurrentFault());
   }
