@@ -71,7 +71,7 @@ class Result:
         return json.loads(self.out)
 
     def __repr__(self):
-        return f"status {self.status}\n--- out\n{self.out!r}\n--- err\n{self.err.decode(errors='replace')}"
+        return f"status {self.status}\n--- out, {len(self.out)} bytes\n{self.out[:500]!r}\n--- err\n{self.err.decode(errors='replace')}"
 
 
 class CommandTest(unittest.TestCase):

@@ -44,7 +44,17 @@ void operator delete(void* memory, std::size_t size) noexcept {
   latchkey::test::FreedMemory::Inspect(memory, size);
   latchkey::test::Free(memory);
 }
-// The sanitizers' own forms for arrays do not call those above.
+// The sanitizers' own forms for arrays and without exceptions do not call those above.
 void* operator new[](std::size_t size) { return operator new(size); }
 void operator delete[](void* memory) noexcept { operator delete(memory); }
 void operator delete[](void* memory, std::size_t size) noexcept { operator delete(memory, size); }
+void* operator new(std::size_t size, const std::nothrow_t& /*form*/) noexcept {
+  try {
+    return operator new(size);
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
+}
+void* operator new[](std::size_t size, const std::nothrow_t& form) noexcept {
+  return operator new(size, form);
+}
