@@ -1,6 +1,5 @@
 // The C interface: digests.
 #include <algorithm>
-#include <limits>
 #include <memory>
 #include <optional>
 #include <utility>

@@ -1,4 +1,4 @@
-// The objects behind the pointers of the C interface.
+// The objects that the pointers of the C interface point to.
 #pragma once
 
 #include <atomic>

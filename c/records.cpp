@@ -1,13 +1,11 @@
-// The C interface: many messages in one call, and the settings that they were made with.
+// The C interface: many messages in one call.
 #include "c/records.h"
 
 #include <algorithm>
 #include <array>
-#include <limits>
-#include <vector>
+#include <utility>
 
 #include "c/objects.h"
-#include "crypto/engine/candidates.h"
 #include "crypto/engine/record_batch.h"
 
 namespace latchkey::c {

@@ -52,7 +52,7 @@ class PieceStages {
   virtual void StopReading() noexcept = 0;
 };
 
-// Lets pieces pass in the order of their numbers.
+// Admits pieces in the order of their numbers.
 class Gate {
  public:
   // Waits until all earlier pieces have passed; returns false if the gate was closed.

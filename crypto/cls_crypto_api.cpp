@@ -33,7 +33,7 @@ void clsCryptoAPI::UseDefaultPWD(bool blnUseDefaultPWD) {
 }
 
 void clsCryptoAPI::Password(ByteArray& arPWord) {
-  // Discards the old password first: it must be gone even if there is no memory for the new one.
+  // Discards the old password first: it must be gone even if allocating the new one fails.
   ShapedBytes& arPassword = state_->arPassword;
   arPassword = ShapedBytes{0};
   if (arPWord.UpperBound() >= 1) {

@@ -9,10 +9,10 @@
  * object of another kind are LATCHKEY_BAD_OBJECT. Passing a pointer that was closed, or that no
  * _open function returned, is undefined. After a failed _open the pointer is NULL.
  *
- * Threads. There is no state but the objects'. Any number of threads may use one latchkey_key at
- * the same time; a latchkey_stream or latchkey_hash is used by one thread at a time. Every object
- * may be closed on any thread, and used after fork() in both processes. Thread cancellation is held
- * off inside every function.
+ * Threads. Only objects keep state. Any number of threads may use one latchkey_key at the same
+ * time; only one thread at a time may use a latchkey_stream or latchkey_hash. Every object may be
+ * closed on any thread, and used after fork() in both processes. Thread cancellation is held off
+ * inside every function.
  *
  * Bytes. Data and passwords are exact bytes: none is trimmed, added or converted. Input is a
  * pointer and a length; the pointer may be NULL when the length is 0.
@@ -133,12 +133,12 @@ typedef struct latchkey_settings {
 
 typedef struct latchkey_key latchkey_key;
 
-/* Derives a key as CryptDeriveKey does from the hash of the password. There is no salt: the same
- * settings and password always give the same key. A password of length 0 is the empty one, which is
- * allowed. Key bits set the length of an RC4 or RC2 key; exactly 40 adds 11 zero bytes of salt, and
- * RC2's effective bits follow the key bits unless given. Data that Windows 2000 and before
- * encrypted under RC2 with the enhanced provider has 40 effective bits. The key is immutable and
- * wiped when it is destroyed. Fails with LATCHKEY_BAD_HASH (location 718), LATCHKEY_BAD_CIPHER
+/* Derives a key as CryptDeriveKey does from the hash of the password. No salt is random: the
+ * same settings and password always give the same key. A password of length 0 is the empty one,
+ * which is allowed. Key bits set the length of an RC4 or RC2 key; exactly 40 adds 11 zero bytes of
+ * salt, and RC2's effective bits follow the key bits unless given. Data that Windows 2000 and
+ * before encrypted under RC2 with the enhanced provider has 40 effective bits. The key is immutable
+ * and wiped when it is destroyed. Fails with LATCHKEY_BAD_HASH (location 718), LATCHKEY_BAD_CIPHER
  * (719), LATCHKEY_NO_PROVIDER (720), LATCHKEY_KEY_FAILED (721 to 723), LATCHKEY_FAULT (438; fault 6
  * for a password of 4 GiB or more). */
 LATCHKEY_C_API int32_t latchkey_key_open(const latchkey_settings* settings, const uint8_t* password,

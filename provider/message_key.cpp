@@ -39,7 +39,7 @@ class DuplicatedKey final : public MessageKey {
     ~Owner() {
       try {
         if (key != 0) provider.CryptDestroyKey(key);
-      } catch (...) {  // NOLINT(bugprone-empty-catch): the message's result stands
+      } catch (...) {  // NOLINT(bugprone-empty-catch): the message is already done
       }
     }
   };

@@ -25,7 +25,7 @@ struct DriveSpaceInfo {
 // Fills `info` for the drive with this root path, and stores the thread's values of the last drive.
 // Returns false and leaves `info` unchanged if the drive cannot be queried. A fault (a byte count
 // outside the range of Currency or, where only clusters are counted, outside 32 bits) shows a
-// message box and returns false. Raises only bad_alloc, if there is no memory for that box.
+// message box and returns false. Raises only bad_alloc, if the box runs out of memory.
 bool GetDriveSpace(const char* driveRoot, DriveSpaceInfo& info);
 
 // Whether the query that counts bytes in 64 bits succeeds on drive C; it is always tried there, for

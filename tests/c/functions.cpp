@@ -102,7 +102,7 @@ std::int32_t UseHash(const Subject& subject, latchkey_failure* failure) {
   std::size_t length = sizeof digest;
   if (status == LATCHKEY_OK) status = latchkey_hash_finish(hash, digest, &length, failure);
   if (status != LATCHKEY_OK && hash != nullptr) {
-    latchkey_hash_update(hash, subject.message.data(), 1, nullptr);  // whatever it says
+    latchkey_hash_update(hash, subject.message.data(), 1, nullptr);  // safe after a failure
     latchkey_hash_finish(hash, digest, &length, nullptr);
   }
   return status;

@@ -11,8 +11,8 @@
 
 namespace latchkey::cli {
 
-// A handle that is null where there is none, as those of threads and tokens are. Those of files are
-// -1 instead: see UniqueFile.
+// A handle whose empty value is null, as for threads and tokens. For files it is -1: see
+// UniqueFile.
 struct ObjectTrait {
   using Type = HANDLE;
   static Type None() noexcept { return nullptr; }

@@ -31,7 +31,7 @@ inline Secret DigitsOf(const Secret& secret) {
   return Secret(WipedBytes(digits.begin(), digits.end()));
 }
 
-// Calls the body in a frame of its own, below that of the caller.
+// Calls the body in a separate stack frame, below that of the caller.
 template <class Body>
 [[gnu::noinline]] bool InItsFrame(Body& body) {
   return body();

@@ -21,7 +21,7 @@ _PADDING = 8  # bytes that encrypting adds at most
 
 
 class Key:
-    """A key, derived from a password as CryptDeriveKey does. There is no salt: the same arguments give the same key.
+    """A key, derived from a password as CryptDeriveKey does. No salt is random: the same arguments give the same key.
 
     password            exact bytes, or text with its `encoding`: programs for Windows often used the system's code page
                         ("cp1252") or "utf-16-le". BUILT_IN_PASSWORD is the library's own.
