@@ -28,22 +28,22 @@ bool AsksForJson(const std::vector<std::string>& arguments) {
 // Records whether memory runs out during its life: a stream hides that and drops text.
 class MemoryWatch {
  public:
-  MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut_ = false; }
+  MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut = false; }
   MemoryWatch(const MemoryWatch&) = delete;
   MemoryWatch& operator=(const MemoryWatch&) = delete;
   ~MemoryWatch() { std::set_new_handler(before_); }
 
   static void RequireEnough() {
-    if (ranOut_) throw std::bad_alloc();
+    if (ranOut) throw std::bad_alloc();
   }
 
  private:
   static void Note() {
-    ranOut_ = true;
+    ranOut = true;
     throw std::bad_alloc();
   }
 
-  static inline bool ranOut_ = false;
+  static inline bool ranOut = false;
   std::new_handler before_;
 };
 
@@ -95,7 +95,7 @@ ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std
   std::ostringstream complaint;
   const MemoryWatch watch;
   const bool isComplaint = parser_.exit(error, help, complaint) != 0;
-  watch.RequireEnough();
+  MemoryWatch::RequireEnough();
   if (!isComplaint) {
     options_ = {};
     chosen_ = [text = help.str()](Report& report) {

@@ -11,8 +11,8 @@ namespace {
 
 template <std::size_t size>
 void WipeFrame() noexcept {
-  std::array<std::uint8_t, size>
-      below;  // NOLINT: uninitialized on purpose, to wipe the old contents
+  // Uninitialized, to wipe the old contents.
+  std::array<std::uint8_t, size> below;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   SecureWipe(below.data(), below.size());
 }
 

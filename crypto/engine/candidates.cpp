@@ -71,7 +71,7 @@ std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
     }
   }
   return keys;
-}
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the vector owns each key
 
 // Decrypts in place and cuts `bytes` to the result. False when the settings do not fit.
 bool Decrypt(const DerivedKey& key, WipedBytes& bytes, bool whole) {

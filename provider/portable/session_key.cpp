@@ -18,7 +18,10 @@ bool IsWholeBlocks(std::uint32_t length) noexcept { return length % kBlockSize =
 
 SessionKey::SessionKey(HCRYPTPROV provider, std::shared_ptr<const Cipher> cipher)
     : provider_(provider), cipher_(std::move(cipher)) {
-  if (cipher_->IsBlockCipher()) state_.batch = std::make_unique<std::uint8_t[]>(kLargestBatch);
+  if (cipher_->IsBlockCipher()) {
+    state_.batch =
+        std::make_unique<std::uint8_t[]>(kLargestBatch);  // NOLINT(modernize-avoid-c-arrays)
+  }
   cipher_->Start(state_);
 }
 

@@ -38,8 +38,8 @@ template <class Word>
 // an alias whose size depends on a template's argument.
 template <class Word>
 struct Halves {
-  typedef std::uint32_t Type
-      __attribute__((vector_size(sizeof(Word))));  // NOLINT(modernize-use-using)
+  // NOLINTNEXTLINE(modernize-use-using)
+  typedef std::uint32_t Type __attribute__((vector_size(sizeof(Word))));
 };
 
 template <class Word>
