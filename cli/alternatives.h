@@ -7,19 +7,13 @@
 
 namespace latchkey::cli {
 
-// Checks that a value is one of the words.
-[[nodiscard]] inline CLI::Validator OneOf(const std::vector<std::string>& words) {
-  return CLI::IsMember(words).description("");
-}
+// Replaces a value by the word that it means, in any case and with or without hyphens.
+[[nodiscard]] CLI::Validator OneOf(const std::vector<std::string>& words);
+
+// The same, or by the word whose number it is, counted from 1.
+[[nodiscard]] CLI::Validator OneOfNumbered(const std::vector<std::string>& words);
 
 // The words as help shows them: "md5|md4". The parser's own join truncates when memory runs out.
-[[nodiscard]] inline std::string Alternatives(const std::vector<std::string>& words) {
-  std::string text;
-  for (const std::string& word : words) {
-    if (!text.empty()) text += '|';
-    text += word;
-  }
-  return text;
-}
+[[nodiscard]] std::string Alternatives(const std::vector<std::string>& words);
 
 }  // namespace latchkey::cli

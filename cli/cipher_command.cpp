@@ -3,19 +3,16 @@
 #include <optional>
 #include <utility>
 
-#include "cli/algorithm_names.h"
-#include "cli/alternatives.h"
 #include "cli/cipher_stream.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
-#include "cli/json.h"
+#include "cli/key_options.h"
 #include "cli/output_options.h"
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/output_file.h"
 #include "cli/progress.h"
-#include "crypto/engine/derived_key.h"
 
 namespace latchkey::cli {
 namespace {
@@ -47,35 +44,11 @@ constexpr CipherCommand kDecrypt{
     Prompt::Once};
 
 struct Options {
-  std::string hash;
-  std::string cipher;
-  std::string provider;
-  std::uint32_t rc2EffectiveBits = 0;
+  KeyOptions key;
   PasswordOptions password;
   OutputOptions output;
   std::string input = "-";
 };
-
-ProviderChoice ChoiceOf(const std::string& provider) {
-  if (provider.empty()) return ProviderChoice::Any;
-  return provider == ProviderName(true) ? ProviderChoice::Enhanced : ProviderChoice::Base;
-}
-
-KeySettings SettingsOf(const Options& options) {
-  KeySettings settings;
-  settings.hash = NumberOf(options.hash, HashNames());
-  settings.cipher = NumberOf(options.cipher, CipherNames());
-  settings.provider = ChoiceOf(options.provider);
-  settings.rc2EffectiveBits = options.rc2EffectiveBits;
-  return settings;
-}
-
-void CheckOptions(const Options& options) {
-  if (options.rc2EffectiveBits != 0 && options.cipher != "rc2") {
-    throw WrongUsage("--rc2-effective-bits requires --cipher rc2");
-  }
-  RequireOwnSource(options.password, options.input);
-}
 
 // Raises CommandError about `file` if a check failed.
 void Require(const CheckSite* failed, const std::string& file) {
@@ -106,12 +79,8 @@ ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output, Pro
 }
 
 Json Result(const Options& options, const KeySettings& settings, const ByteCounts& counts) {
-  Json result{{"input", options.input},
-              {"output", options.output.file},
-              {"provider", ProviderName(settings.UsesEnhancedProvider())},
-              {"hash", options.hash},
-              {"cipher", options.cipher}};
-  if (settings.rc2EffectiveBits != 0) result["rc2_effective_bits"] = settings.rc2EffectiveBits;
+  Json result{{"input", options.input}, {"output", options.output.file}};
+  AddSettings(result, settings);
   result["bytes_in"] = counts.in;
   result["bytes_out"] = counts.out;
   return result;
@@ -119,8 +88,8 @@ Json Result(const Options& options, const KeySettings& settings, const ByteCount
 
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
-  CheckOptions(options);
-  const KeySettings settings = SettingsOf(options);
+  RequireOwnSource(options.password, options.input);
+  const KeySettings settings = SettingsOf(options.key);
   InputFile input(options.input);
   const CipherSites& sites = SitesOf(command.direction);
   DerivedKey key;
@@ -146,27 +115,7 @@ void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
                       [options, &cipherCommand](Report& report) {
                         return RunCipherCommand(cipherCommand, *options, report);
                       });
-  command.add_option("--hash", options->hash, "Derive the key with this hash")
-      ->required()
-      ->check(OneOf(HashNames()))
-      ->type_name(Alternatives(HashNames()));
-  command.add_option("--cipher", options->cipher, "Use this cipher")
-      ->required()
-      ->check(OneOf(CipherNames()))
-      ->type_name(Alternatives(CipherNames()));
-  command
-      .add_option("--provider", options->provider,
-                  "Use this provider's key lengths (default: the one that allows the cipher, base "
-                  "if both do)")
-      ->check(OneOf(ProviderNames()))
-      ->type_name(Alternatives(ProviderNames()));
-  command
-      .add_option(
-          "--rc2-effective-bits", options->rc2EffectiveBits,
-          "Set RC2's effective key length; 40 for data of Windows 2000 and before, made with "
-          "the enhanced provider (the default with this option)")
-      ->check(CLI::Range(1, 1024).description(""))
-      ->type_name("N");
+  AddKeyOptions(command, options->key, Required::Yes);
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
   command.add_option("IN", options->input, "Read this file (default: standard input)")

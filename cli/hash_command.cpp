@@ -193,7 +193,7 @@ void AddHashCommand(CommandLine& commandLine) {
                       "latchkey hash -a sha1 *.pdf >SHA1SUMS && latchkey hash -a sha1 -c SHA1SUMS",
                       [options](Report& report) { return RunHash(*options, report); });
   command.add_option("-a,--algorithm", options->algorithm, "The hash (md5)")
-      ->check(OneOf(HashNames()))
+      ->transform(OneOfNumbered(HashNames()))
       ->type_name(Alternatives(HashNames()));
   command.add_flag("-c,--check", options->check,
                    "Read digests from the files and check them; with --quiet, print only failures");

@@ -7,7 +7,7 @@
 #include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/json.h"
+#include "cli/key_options.h"
 #include "cli/password_options.h"
 
 namespace latchkey::cli {
@@ -40,17 +40,6 @@ std::string Providers(const Candidate& candidate, const char* separator) {
   return names;
 }
 
-// The options that decrypt with the candidate's settings.
-std::string OptionsOf(const Candidate& candidate) {
-  const KeySettings& settings = candidate.settings.front();
-  std::string options = "--provider " + ProviderName(settings.UsesEnhancedProvider()) + " --hash " +
-                        HashName(settings.hash) + " --cipher " + CipherName(settings.cipher);
-  if (settings.rc2EffectiveBits != 0) {
-    options += " --rc2-effective-bits " + std::to_string(settings.rc2EffectiveBits);
-  }
-  return options;
-}
-
 std::string Padded(std::string text, std::size_t width) {
   text.resize(std::max(width, text.size()), ' ');
   return text + "  ";
@@ -72,7 +61,8 @@ void PrintTable(const Candidates& candidates, const Report& report) {
   for (const Candidate& candidate : candidates.fitting) text += Line(candidate);
   text += Padded(Percent(candidates.noneProbability), 11) + "none of the " +
           std::to_string(candidates.tried) + " keys tried\n";
-  text += std::string(Confidence(best.probability)) + ": " + OptionsOf(best) + "\n";
+  text +=
+      std::string(Confidence(best.probability)) + ": " + OptionsOf(best.settings.front()) + "\n";
   report.Text(text);
 }
 

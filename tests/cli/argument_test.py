@@ -86,3 +86,42 @@ class JsonOfWrongUsageTest(CommandTest):
         result = self.run_command("salt", "--bogus", "--", "--json")
         self.assertEqual((result.status, result.out), (2, b""))
         self.assertTrue(result.lines[0].startswith("latchkey: "), result)
+
+
+class WordTest(CommandTest):
+    def test_names_are_taken_in_any_case_with_or_without_hyphens_and_as_numbers(self):
+        self.write("in", b"abc")
+        for algorithm in ("sha1", "SHA1", "SHA-1", "sha-1", "4"):
+            digest = self.run_well("hash", "--json", "-a", algorithm, "in").json
+            self.assertEqual((digest["algorithm"], digest["results"][0]["digest"][:8]), ("sha1", "a9993e36"), algorithm)
+        for cipher in ("3des-112", "3DES-112", "3des112", "5"):
+            result = self.run_well("encrypt", "--json", "--hash", "MD5", "--provider", "Enhanced", "--cipher", cipher,
+                                   "--no-password", "--force", "-o", "out", "in").json
+            self.assertEqual((result["provider"], result["hash"], result["cipher"]), ("enhanced", "md5", "3des-112"))
+
+    def test_other_words_are_refused(self):
+        right = {"--hash": "md5", "--cipher": "rc4", "--provider": "base"}
+        wrong = [("--hash", "0"), ("--hash", "5"), ("--hash", "sha 1"), ("--cipher", "04"), ("--cipher", ""),
+                 ("--provider", "1")]
+        for change, status in [({}, 0)] + [({option: word}, 2) for option, word in wrong]:
+            options = [word for pair in (right | change).items() for word in pair]
+            self.assertEqual(self.run_command("encrypt", *options, "--no-password").status, status, change)
+
+
+class KeyBitsTest(CommandTest):
+    # A known sample of another program: 10 key bytes, no salt, 80 effective bits.
+    SAMPLE = bytes.fromhex("DC3D962329DD1B2F")
+
+    def decrypt(self, *options):
+        self.write("password", b"PNEMAIL")
+        self.write("in", self.SAMPLE)
+        return self.run_command("decrypt", "--hash", "md5", *options, "--password-file", "password", "in")
+
+    def test_data_of_another_program_with_80_bits(self):
+        self.assertEqual(self.decrypt("--cipher", "rc2", "--key-bits", "80").out, bytes.fromhex("42463041433431"))
+        self.assertEqual(self.decrypt("--cipher", "rc2").status, 1)
+
+    def test_lengths_that_do_not_exist_are_refused(self):
+        for options in (["--cipher", "des", "--key-bits", "56"], ["--cipher", "rc2", "--key-bits", "84"],
+                        ["--cipher", "rc2", "--key-bits", "136"], ["--cipher", "rc4", "--key-bits", "32"]):
+            self.assertEqual(self.decrypt(*options).status, 2, options)

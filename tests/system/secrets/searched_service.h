@@ -100,7 +100,8 @@ class SearchedService : public testing::Test {
 
   // Encrypts with MD5. InputData would lose trailing spaces of the ciphertext, so the text's last
   // byte is changed to a letter whose ciphertext has none.
-  [[nodiscard]] Bytes EncryptWithoutTrailingSpace(std::span<std::uint8_t> text, std::int16_t cipher) const {
+  [[nodiscard]] Bytes EncryptWithoutTrailingSpace(std::span<std::uint8_t> text,
+                                                  std::int16_t cipher) const {
     for (char letter = 'A'; letter <= 'Z'; ++letter) {
       text.back() = static_cast<std::uint8_t>(letter);
       clsCryptoAPI object;
