@@ -32,6 +32,11 @@ bool KeySettings::UsesEnhancedProvider() const noexcept {
 
 bool KeySettings::HasBlockCipher() const noexcept { return cipher != kRc4; }
 
+std::size_t KeySettings::MissingBytes(std::uint64_t length) const noexcept {
+  const auto rest = static_cast<std::size_t>(length % provider::kBlockSize);
+  return HasBlockCipher() && rest != 0 ? provider::kBlockSize - rest : 0;
+}
+
 const CheckSite* DerivedKey::Open(const KeySettings& settings, const CipherSites& sites) {
   settings_ = settings;
   sites_ = &sites;

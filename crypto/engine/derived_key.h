@@ -25,6 +25,10 @@ struct KeySettings {
   [[nodiscard]] bool UsesEnhancedProvider() const noexcept;
   [[nodiscard]] bool HasBlockCipher() const noexcept;
 
+  // What a ciphertext of that length lacks to whole blocks; 0 for a stream cipher. A client that
+  // drops trailing spaces cuts bytes of value 20 (hexadecimal) from a ciphertext's end.
+  [[nodiscard]] std::size_t MissingBytes(std::uint64_t length) const noexcept;
+
   friend bool operator==(const KeySettings&, const KeySettings&) = default;
 };
 

@@ -31,6 +31,13 @@ Bytes Transformed(const DerivedKey& key, CipherDirection direction, Bytes messag
   return message;
 }
 
+TEST(KeySettingsTest, OnlyABlockCipherMissesBytesToWholeBlocks) {
+  for (const auto& [length, missing] : {std::pair{0U, 0U}, {1U, 7U}, {8U, 0U}, {15U, 1U}}) {
+    EXPECT_EQ(KeySettings({kMd5, kDes}).MissingBytes(length), missing) << length;
+    EXPECT_EQ(KeySettings({kMd5, kRc4}).MissingBytes(length), 0) << length;
+  }
+}
+
 TEST(KeySettingsTest, AnyProviderIsTheBaseOneUnlessItLacksTheCipherOrTheBits) {
   for (const std::int32_t cipher : {kRc4, kRc2, kDes}) {
     EXPECT_FALSE(KeySettings({kMd5, cipher}).UsesEnhancedProvider()) << cipher;
