@@ -6,10 +6,10 @@
 #include <thread>
 #include <vector>
 
+#include "platform/signal_mask.h"
 #include "platform/stack_wipe.h"
 
 namespace latchkey {
-
 namespace {
 
 // Starts up to `count` threads; fewer do the work if the system refuses some. Here and below, the
@@ -17,7 +17,9 @@ namespace {
 void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
                   const std::function<void()>& body) {
   try {
-    while (threads.size() < count) threads.emplace_back(body);
+    platform::StartWithoutSignals([&] {
+      while (threads.size() < count) threads.emplace_back(body);
+    });
     return;
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
   }
