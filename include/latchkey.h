@@ -148,9 +148,11 @@ LATCHKEY_C_API int32_t latchkey_key_open(const latchkey_settings* settings, cons
                                          size_t password_length, latchkey_key** key,
                                          latchkey_failure* failure);
 
-/* Adds an owner to a key. The key is destroyed after latchkey_key_close was called once for
- * latchkey_key_open and once for each latchkey_key_share. */
+/* Adds an owner to a key. Each owner closes the key once. */
 LATCHKEY_C_API int32_t latchkey_key_share(latchkey_key* key);
+
+/* Removes an owner of a key. The key is wiped and destroyed with its last owner, which may be a
+ * stream. */
 LATCHKEY_C_API int32_t latchkey_key_close(latchkey_key* key);
 
 /* ---- One message ---- */
@@ -176,7 +178,7 @@ typedef struct latchkey_stream latchkey_stream;
 
 enum latchkey_direction { LATCHKEY_ENCRYPT = 1, LATCHKEY_DECRYPT = 2 };
 
-/* A stream of any length. It shares the key, which may be closed before it. */
+/* Opens a stream for messages of any length. It shares the key, which may be closed first. */
 LATCHKEY_C_API int32_t latchkey_stream_open(latchkey_key* key, int32_t direction,
                                             latchkey_stream** stream, latchkey_failure* failure);
 
@@ -278,9 +280,9 @@ LATCHKEY_C_API int32_t latchkey_digest(int32_t hash, const uint8_t* input, size_
 
 typedef struct latchkey_hash latchkey_hash;
 
-/* The digest of a message in pieces. After _finish, and after a failure other than
- * LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next update begins a new message. They
- * fail as latchkey_digest does. */
+/* Hash a message in pieces: _update adds a piece, and _finish returns the digest. After _finish,
+ * and after a failure other than LATCHKEY_BUFFER_TOO_SMALL and LATCHKEY_BAD_ARGUMENT, the next
+ * update begins a new message. They fail as latchkey_digest does. */
 LATCHKEY_C_API int32_t latchkey_hash_open(int32_t hash, latchkey_hash** object,
                                           latchkey_failure* failure);
 LATCHKEY_C_API int32_t latchkey_hash_update(latchkey_hash* object, const uint8_t* input,
