@@ -159,8 +159,8 @@ class Key:
         [b'one', None, None]
 
         With `offsets` the records are in one buffer, as in a binary column of Apache Arrow: record i is the bytes from
-        offsets[i] up to offsets[i + 1]. The offsets are int32 or int64, one more than there are records. Nothing is copied:
-        the result is a Records of views, with offsets of the same width, for numpy.frombuffer and pyarrow.py_buffer.
+        offsets[i] up to offsets[i + 1]. The offsets are int32 or int64, one more than there are records. The result is a
+        Records of views, with offsets of the same width, for numpy.frombuffer and pyarrow.py_buffer; nothing is copied.
         errors="null" leaves a failed record empty, with its status in `statuses`.
 
         >>> import array
