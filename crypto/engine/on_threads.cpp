@@ -12,8 +12,8 @@
 namespace latchkey {
 namespace {
 
-// Starts up to `count` threads; fewer do the work if the system refuses some. Here and below, the
-// stack is wiped of what raising an exception left there.
+// Starts up to `count` threads. If the system refuses some, the others do the work. Here and below,
+// the stack is wiped after an exception, because raising it leaves data there.
 void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
                   const std::function<void()>& body) {
   try {
