@@ -51,7 +51,7 @@ WScript.Echo "done"
 
 ' ---------------------------------------------------------------------------------------------
 
-' An environment variable: a command line could be read by everyone on the machine.
+' The password comes from an environment variable: other users could read a command line.
 Function Password()
     Dim shell
     Set shell = CreateObject("WScript.Shell")
