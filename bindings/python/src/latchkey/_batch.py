@@ -79,9 +79,9 @@ def process_buffers(batch: Batch, data: ReadableBuffer, offsets: ReadableBuffer,
         raise ValueError(f'errors: {errors!r} is not "raise" or "null"')
     view = memoryview(offsets)
     if view.format not in ("i", "l", "q") or view.ndim != 1 or view.itemsize not in (4, 8):
-        raise TypeError('offsets: int32 or int64 is required; of raw bytes memoryview(offsets).cast("i") makes int32')
+        raise TypeError('offsets: int32 or int64 is required; convert raw bytes with memoryview(offsets).cast("i")')
     if not view:
-        raise ValueError("offsets: one more than the records is required, also for no records")
+        raise ValueError("offsets: one more than the number of records is required, also for no records")
     records, failure = batch.run(data, view)
     if failure and errors == "raise":
         raise _first_error(records, failure, range(len(records.statuses)))

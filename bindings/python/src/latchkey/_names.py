@@ -57,5 +57,5 @@ def find(kind: type[Choice], name: str | int) -> Choice:
         matching = [member for member in kind if member == name]
     if not matching:
         names = ", ".join(member.name for member in kind)
-        raise ValueError(f"{name!r} is no {kind.__name__.lower()}: use one of {names}")
+        raise ValueError(f"{name!r} is not a {kind.__name__.lower()}: use one of {names}")
     return matching[0]
