@@ -202,8 +202,8 @@ LATCHKEY_C_API int32_t latchkey_stream_close(latchkey_stream* stream);
 /* ---- Many messages ---- */
 
 /* Records in one buffer, as in a binary column of Apache Arrow: record i is the bytes from
- * offsets[i] up to offsets[i + 1] of `data`. Offsets that decrease, or are not
- * from 0 to data_length, are LATCHKEY_BAD_ARGUMENT. */
+ * offsets[i] up to offsets[i + 1] of `data`. Offsets that decrease, or are not from 0 to
+ * data_length, are LATCHKEY_BAD_ARGUMENT. */
 typedef struct latchkey_records {
   uint32_t size;
   uint32_t offset_size; /* 4: offsets are int32_t; 8: int64_t */
