@@ -78,7 +78,7 @@ typedef struct latchkey_failure {
   uint32_t size;
   int32_t status;   /* what the function returned, or the first failed record's status */
   int32_t type;     /* 1 run-time fault, 2 failed check, 0 neither: only `status` says more */
-  int32_t location; /* 718 to 724 encrypting, 711 to 717 decrypting, 709 and 710, 727; or 0 */
+  int32_t location; /* of the failed check (709 to 727) or the fault (432 to 441); or 0 */
   int32_t number;   /* 101 to 160 for a failed check, an Automation number for a fault; or 0 */
   char text[76];    /* in English, with a zero at the end */
 } latchkey_failure;
@@ -178,7 +178,8 @@ typedef struct latchkey_stream latchkey_stream;
 
 enum latchkey_direction { LATCHKEY_ENCRYPT = 1, LATCHKEY_DECRYPT = 2 };
 
-/* Opens a stream for messages of any length. It shares the key, which may be closed first. */
+/* Opens a stream for messages of any length. It shares the key, which may be closed first. Fails
+ * with LATCHKEY_KEY_FAILED (encrypting: location 723, decrypting: 716). */
 LATCHKEY_C_API int32_t latchkey_stream_open(latchkey_key* key, int32_t direction,
                                             latchkey_stream** stream, latchkey_failure* failure);
 

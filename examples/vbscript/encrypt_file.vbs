@@ -102,7 +102,7 @@ Function WithoutEndMark(text)
     End If
 End Function
 
-' The padding of the last block reveals a wrong password, except about one in 256.
+' The padding of the last block reveals a wrong password, except about one in 255.
 Sub TryWrongPasswords(text)
     Dim wrong
     api.InputData = api.StringToByteArray(text)

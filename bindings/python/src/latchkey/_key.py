@@ -26,7 +26,8 @@ class Key:
     password            exact bytes, or text with its `encoding`: Windows programs often used the system's code page
                         ("cp1252") or "utf-16-le". BUILT_IN_PASSWORD is the library's built-in password.
     hash, cipher        members of Hash and Cipher, or their names
-    provider            a member of Provider or its name; None is base, or enhanced if base lacks the cipher or bits
+    provider            a member of Provider or its name; None is base, or enhanced if base lacks the cipher or key bits
+                        or for any rc2_effective_bits
     key_bits            the length of an RC4 or RC2 key: 40 to 56, with the enhanced provider up to 128, in steps of 8.
                         Exactly 40 adds 11 zero bytes of salt, as CryptoAPI does.
     rc2_effective_bits  RC2: 1 to 1024; None is the length of the key. Data that Windows 2000 and earlier encrypted with
