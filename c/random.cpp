@@ -3,10 +3,9 @@
 #include <array>
 #include <string_view>
 
-#include "base/checked_arithmetic.h"
 #include "base/secure_memory.h"
 #include "c/call.h"
-#include "crypto/open_provider.h"
+#include "crypto/engine/provider_random.h"
 
 namespace latchkey::c {
 namespace {
@@ -15,21 +14,7 @@ constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmno
 // Bytes below this number map to each letter equally often; other bytes are dropped.
 constexpr std::size_t kFairBytes = 256 - 256 % kLetters.size();
 
-// The provider's random source, opened by the constructor.
-class RandomSource {
- public:
-  [[nodiscard]] bool IsOpen() const noexcept { return static_cast<bool>(context_); }
-
-  [[nodiscard]] bool Fill(std::span<std::uint8_t> bytes) {
-    const auto length = NarrowTo<std::uint32_t>(bytes.size());
-    return context_.Get().provider->CryptGenRandom(context_.Get().value, length, bytes.data());
-  }
-
- private:
-  UniqueContext context_ = OpenProvider(provider::SharedCryptoProvider(), false);
-};
-
-Outcome FillLetters(RandomSource& source, std::span<std::uint8_t> letters) {
+Outcome FillLetters(ProviderRandom& source, std::span<std::uint8_t> letters) {
   std::array<std::uint8_t, 64> pool{};
   const WipeAtExit wipePool(pool);
   for (auto place = letters.begin(); place != letters.end();) {
@@ -42,7 +27,7 @@ Outcome FillLetters(RandomSource& source, std::span<std::uint8_t> letters) {
   return LATCHKEY_OK;
 }
 
-Outcome FillBytes(RandomSource& source, std::span<std::uint8_t> bytes) {
+Outcome FillBytes(ProviderRandom& source, std::span<std::uint8_t> bytes) {
   return source.Fill(bytes) ? LATCHKEY_OK : LATCHKEY_PROVIDER_REFUSED;
 }
 
@@ -55,7 +40,7 @@ std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure, W
   const std::span bytes(static_cast<std::uint8_t*>(memory), length);
   std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
   const std::int32_t status = Call(failure, trap::kCreateRandom, [&]() -> Outcome {
-    RandomSource source;
+    ProviderRandom source;
     if (!source.IsOpen()) return {LATCHKEY_NO_PROVIDER, &check::kRandomProvider};
     return work(source, bytes);
   });

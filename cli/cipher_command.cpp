@@ -68,11 +68,13 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
   return work;
 }
 
-ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output, Progress& progress) {
+ByteCounts Transform(CipherWork& work, InputFile& input, const OutputOptions& options,
+                     OutputFile& output, Progress& progress) {
   if (work.workers > 1) input.AllowStop();
   return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
                           [&] { input.StopReading(); },
                           [&](std::span<const std::uint8_t> result, std::size_t consumed) {
+                            RefuseTerminal(options, result);
                             output.Write(result);
                             progress.Advance(consumed);
                           }});
@@ -88,6 +90,7 @@ Json Result(const Options& options, const KeySettings& settings, const ByteCount
 
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
+  if (command.direction == CipherDirection::Encrypt) RefuseTerminal(options.output);
   RequireOwnSource(options.password, options.input);
   const KeySettings settings = SettingsOf(options.key);
   InputFile input(options.input);
@@ -100,7 +103,7 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   ByteCounts counts;
   {
     Progress progress(input.Size(), report.IsQuiet());
-    counts = Transform(work, input, output, progress);
+    counts = Transform(work, input, options.output, output, progress);
   }
   input.Close();
   output.Commit();

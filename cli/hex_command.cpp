@@ -31,7 +31,7 @@ void ForEachPiece(InputFile& input, Progress& progress, Take take) {
   }
 }
 
-void Encode(InputFile& input, OutputFile& output, Progress& progress) {
+void Encode(const Options&, InputFile& input, OutputFile& output, Progress& progress) {
   bool isEmpty = true;
   ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
     isEmpty = isEmpty && piece.empty();
@@ -41,10 +41,12 @@ void Encode(InputFile& input, OutputFile& output, Progress& progress) {
   if (!isEmpty) output.Write(kLineEnd);
 }
 
-void Decode(InputFile& input, OutputFile& output, Progress& progress) {
+void Decode(const Options& options, InputFile& input, OutputFile& output, Progress& progress) {
   HexReader reader;
   ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
-    output.Write(reader.Read(piece, input.Name()));
+    const WipedBytes bytes = reader.Read(piece, input.Name());
+    RefuseTerminal(options.output, bytes);
+    output.Write(bytes);
   });
   if (reader.IsOdd()) throw CommandError(FailureAt(check::kHexLength, input.Name()));
 }
@@ -55,7 +57,7 @@ ExitStatus RunHex(const Options& options, Report& report) {
   OutputFile output(options.output.file, options.output.force, Readers::Default);
   {
     Progress progress(input.Size(), report.IsQuiet());
-    (options.decode ? Decode : Encode)(input, output, progress);
+    (options.decode ? Decode : Encode)(options, input, output, progress);
   }
   input.Close();
   output.Commit();

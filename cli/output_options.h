@@ -1,6 +1,8 @@
 // The output of a command's data.
 #pragma once
 
+#include <cstdint>
+#include <span>
 #include <string>
 
 #include "cli/platform/stream_name.h"
@@ -13,6 +15,7 @@ namespace latchkey::cli {
 
 struct OutputOptions {
   std::string file = "-";  // "-" is standard output
+  bool isNamed = false;    // "-" was given
   bool force = false;      // replaces an existing file
 
   [[nodiscard]] bool IsStandardOutput() const { return cli::IsStandardOutput(file); }
@@ -20,8 +23,14 @@ struct OutputOptions {
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);
 
+// Raises CommandError (wrong usage) if data would appear on a terminal that it was not sent to by
+// name: whatever it is, or bytes with control characters that no text has.
+void RefuseTerminal(const OutputOptions& options);
+void RefuseTerminal(const OutputOptions& options, std::span<const std::uint8_t> bytes);
+
 // Whether a command would write its data to standard output, judging by the arguments parsed so
-// far, valid or not. False for commands without these options.
+// far, valid or not. False for commands without these options, and without input: their data is in
+// the JSON object.
 [[nodiscard]] bool WritesDataToStandardOutput(const CLI::App& command);
 
 }  // namespace latchkey::cli

@@ -94,8 +94,8 @@ class CommandTest(unittest.TestCase):
         if "stdin" not in options:
             options["input"] = data
         process = subprocess.run(
-            [*program, *map(str, arguments)], capture_output=True, cwd=self.folder,
-            env={**os.environ, **environment}, timeout=200, check=False, **options)
+            [*program, *map(str, arguments)], cwd=self.folder, env={**os.environ, **environment}, timeout=200,
+            check=False, **{"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, **options})
         return Result(process)
 
     def run_well(self, *arguments, **options):

@@ -5,22 +5,51 @@ from command import CommandTest
 
 
 class RandomTest(CommandTest):
+    def test_n_bytes_that_differ_each_time(self):
+        # 65,536 is one piece.
+        for length in (0, 1, 32, 65536, 65537, 200000):
+            self.assertEqual(len(self.run_well("random", length).out), length)
+        self.assertEqual(len({self.run_well("random", 16).out for _ in range(5)}), 5)
+
+    def test_hexadecimal_has_two_digits_for_each_byte(self):
+        for length in (0, 5, 70000):
+            self.assertRegex(self.run_well("random", length, "--hex").text, "^[0-9A-F]{%d}\n\\Z" % (2 * length))
+
+    def test_a_file_that_its_owner_may_read(self):
+        self.run_well("random", 32, "-o", "key")
+        self.assertEqual(len(self.read("key")), 32)
+        self.assertEqual(self.run_command("random", 32, "-o", "key").status, 1)
+        self.assertEqual(self.run_well("random", 8, "--json", "-o", "key", "--force").json, {"output": "key"})
+        self.assertEqual(len(self.read("key")), 8)
+
+    def test_lengths_that_are_none_are_refused(self):
+        for length in ("-1", "x", "1.5", "99999999999999999999"):
+            self.assertEqual(self.run_command("random", length).status, 2, length)
+
+
+class ComponentRandomTest(CommandTest):
     def test_exact_hexadecimal_is_n_digits_and_differs_each_time(self):
-        lines = {self.run_well("random", 32, "--hex", "--exact").text for _ in range(5)}
+        lines = {self.run_well("random", 32, "--component", "--hex", "--exact").text for _ in range(5)}
         self.assertEqual(len(lines), 5)
         for line in lines:
             self.assertRegex(line, r"^[0-9A-F]{32}\n\Z")
 
     def test_exact_bytes_are_n_bytes_except_spaces_at_both_ends(self):
-        self.assertIn(len(self.run_well("random", 1000, "--exact").out), range(990, 1001))
+        self.assertIn(len(self.run_well("random", 1000, "--component", "--exact").out), range(990, 1001))
 
     def test_without_exact_the_rest_of_the_seed_text_follows_a_short_result(self):
         # The seed text is one digit twice at least. The random byte is trimmed away when it is a space.
-        digits = self.run_well("random", 1, "--hex").text
+        digits = self.run_well("random", 1, "--component", "--hex").text
         self.assertRegex(digits, r"^([0-9A-F]{2})?(3[0-9])+\n\Z")
 
-    def test_zero_bytes_give_empty_output(self):
-        self.assertEqual(self.run_well("random", 0, "--exact").out, b"")
+    def test_its_options_and_limits(self):
+        self.assertEqual(self.run_command("random", 8, "--exact").status, 2)
+        self.assertEqual(self.run_command("random", 1 << 31, "--component").status, 2)
+
+
+class SaltTest(CommandTest):
+    def test_zero_characters_give_empty_output(self):
+        self.assertEqual(self.run_well("random", 0, "--component", "--exact").out, b"")
         self.assertEqual(self.run_well("salt", 0).out, b"")
 
     def test_letters_of_a_salt(self):
@@ -33,8 +62,8 @@ class RandomTest(CommandTest):
         self.assertIn(len(self.run_well("salt", 100).out), range(90, 101))
 
     def test_json(self):
-        self.assertRegex(self.run_well("random", 16, "--hex", "--exact", "--json").json["text"], "^[0-9A-F]{16}$")
-        self.assertRegex(self.run_well("random", 16, "--exact", "--json").json["hex"], "^([0-9a-f]{2}){6,16}$")
+        self.assertRegex(self.run_well("random", 8, "--hex", "--json").json["text"], "^[0-9A-F]{16}$")
+        self.assertRegex(self.run_well("random", 16, "--json").json["hex"], "^[0-9a-f]{32}$")
         self.assertRegex(self.run_well("salt", 16, "--letters", "--json").json["text"], "^[A-Za-z]{16}$")
 
 

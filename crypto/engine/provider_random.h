@@ -1,0 +1,23 @@
+// The provider's random bytes.
+#pragma once
+
+#include <cstdint>
+#include <span>
+
+#include "crypto/open_provider.h"
+
+namespace latchkey {
+
+// Opened with the object.
+class ProviderRandom {
+ public:
+  [[nodiscard]] bool IsOpen() const noexcept { return static_cast<bool>(context_); }
+
+  // False if the provider refuses. Raises Overflow for 4 GiB or more.
+  [[nodiscard]] bool Fill(std::span<std::uint8_t> bytes);
+
+ private:
+  UniqueContext context_ = OpenProvider(provider::SharedCryptoProvider(), false);
+};
+
+}  // namespace latchkey
