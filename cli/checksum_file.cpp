@@ -1,6 +1,10 @@
 #include "cli/checksum_file.h"
 
 #include <algorithm>
+#include <utility>
+
+#include "cli/failure.h"
+#include "cli/text_encoding.h"
 
 namespace latchkey::cli {
 namespace {
@@ -90,11 +94,52 @@ std::optional<Parts> SplitTagged(std::string_view line, const std::string& tag) 
   return Parts{line.substr(close + 4), line.substr(start.size(), close - start.size())};
 }
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
+constexpr std::string_view kBigEndianMark = "\xFE\xFF";
+
+// UTF-8 of UTF-16LE.
+std::string FromUtf16(std::string_view text) {
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
+  const auto converted = Converted(bytes, TextEncoding("utf-16le"), TextEncoding("utf-8"));
+  if (converted) return {converted->begin(), converted->end()};
+  Failure failure;
+  failure.text = "the list begins as UTF-16 does, but is not UTF-16";
+  throw CommandError(failure);
+}
+
+std::string Utf8Of(std::string list) {
+  if (list.starts_with(kUtf8Mark)) return list.substr(kUtf8Mark.size());
+  if (list.starts_with(kBigEndianMark) && list.size() % 2 == 0) {
+    for (std::size_t i = 0; i < list.size(); i += 2) std::swap(list[i], list[i + 1]);
+  }
+  if (list.starts_with(kLittleEndianMark)) {
+    return FromUtf16(std::string_view(list).substr(kLittleEndianMark.size()));
+  }
+  return list;
+}
+
 }  // namespace
 
-std::string ChecksumLine(const std::string& digest, const std::string& name) {
-  const bool escape = NeedsEscapes(name);
-  return (escape ? "\\" : "") + digest + "  " + (escape ? Escaped(name) : name);
+std::string WrittenLine(const Checksum& checksum, const ChecksumForm& form, LineForm lineForm) {
+  const bool escape = !lineForm.zero && NeedsEscapes(checksum.name);
+  const std::string name = escape ? Escaped(checksum.name) : checksum.name;
+  return (escape ? "\\" : "") +
+         (lineForm.tagged ? form.tag + " (" + name + ") = " + checksum.digest
+                          : checksum.digest + "  " + name) +
+         (lineForm.zero ? '\0' : '\n');
+}
+
+std::vector<std::string> ChecksumLines(std::string list) {
+  const std::string text = Utf8Of(std::move(list));
+  std::vector<std::string> lines;
+  for (std::size_t start = 0; start < text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    const bool hasReturn = end > start && text[end - 1] == '\r';
+    lines.push_back(text.substr(start, end - start - (hasReturn ? 1 : 0)));
+    start = end + 1;
+  }
+  return lines;
 }
 
 std::string OutcomeLine(const std::string& name, std::string_view outcome) {

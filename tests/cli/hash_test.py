@@ -25,6 +25,12 @@ class HashTest(CommandTest):
             expected = subprocess.run([tool, *names], cwd=self.folder, capture_output=True, check=True).stdout
             self.assertEqual(self.run_well("hash", "-a", algorithm, *names).out, expected)
 
+    def test_tagged_lines_and_lines_that_end_with_nul(self):
+        names = [self.write(name, name.encode()) for name in ("a", "two words", "b\\c", "d\ne")]
+        for options in (["--tag"], ["-z"], ["--zero", "--tag"]):
+            expected = subprocess.run(["md5sum", *options, *names], cwd=self.folder, capture_output=True, check=True).stdout
+            self.assertEqual(self.run_well("hash", *options, *names).out, expected, options)
+
     def test_a_file_longer_than_a_piece(self):
         for length in ((1 << 18) - 1, 1 << 18, (1 << 18) + 1, 3 << 18):
             data = self.random.randbytes(length)
@@ -119,6 +125,36 @@ class CheckTest(CommandTest):
         result = self.run_command("hash", "--check", "sums")
         self.assertEqual((result.status, result.text), (0, "one: OK\ntwo words: OK\n"))
         self.assertEqual(result.lines, ["latchkey: WARNING: 2 lines are improperly formatted"])
+
+    def test_warn_names_each_improper_line_and_strict_fails(self):
+        self.write("sums", b"rubbish\n" + self.sums("md5sum") + b"0123  short\n")
+        result = self.run_command("hash", "--check", "--warn", "sums")
+        self.assertEqual((result.status, result.lines[:2]), (0, [
+            "latchkey: sums: 1: improperly formatted MD5 checksum line",
+            "latchkey: sums: 4: improperly formatted MD5 checksum line"]))
+        self.assertEqual(self.run_command("hash", "--check", "--strict", "sums").status, 1)
+
+    def test_missing_files_are_ignored_if_asked_and_one_is_verified(self):
+        self.write("sums", self.sums("md5sum"))
+        (self.folder / "one").unlink()
+        self.assertEqual(self.run_well("hash", "-c", "--ignore-missing", "sums").text, "two words: OK\n")
+        (self.folder / "two words").unlink()
+        result = self.run_command("hash", "-c", "--ignore-missing", "sums")
+        self.assertEqual((result.status, result.lines), (1, ["latchkey: no file was verified: sums"]))
+        (self.folder / "one").mkdir()
+        self.assertEqual(self.run_command("hash", "-c", "--ignore-missing", "sums").status, 1)
+
+    def test_lists_with_a_byte_order_mark_and_in_utf_16(self):
+        name = self.write("gr\u00fc\u00df", b"first")
+        text = f"{hashlib.md5(b'first').hexdigest()}  {name}\r\n"
+        for encoding in ("utf-8-sig", "utf-16", "utf-16-le", "utf-16-be"):
+            mark = "\ufeff" if encoding.endswith("e") else ""
+            result = self.run_well("hash", "-c", data=(mark + text).encode(encoding))
+            self.assertEqual(result.text, f"{name}: OK\n", encoding)
+
+    def test_options_of_the_other_mode_are_refused(self):
+        for options in (["--warn"], ["--strict"], ["--ignore-missing"], ["--status"], ["-c", "--tag"], ["-c", "-z"]):
+            self.assertEqual(self.run_command("hash", *options).status, 2, options)
 
     def test_a_line_that_begins_with_a_number_sign_is_a_comment(self):
         self.write("sums", b"# made by md5sum\n" + self.sums("md5sum") + b"\n#\n")
