@@ -9,6 +9,7 @@
 #include "cli/commands.h"
 #include "cli/output_options.h"
 #include "cli/shielded_argument.h"
+#include "cli/usage_failure.h"
 #include "diagnostics/thread_state.h"
 
 namespace latchkey::cli {
@@ -50,11 +51,12 @@ class MemoryWatch {
 }  // namespace
 
 CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
-  parser_.set_version_flag("--version", "latchkey " LATCHKEY_VERSION, "Print the version and exit");
+  parser_.set_version_flag("-V,--version", "latchkey " LATCHKEY_VERSION,
+                           "Print the version and exit");
   parser_.set_help_flag("-h,--help", "Print this help and exit");
   parser_.allow_windows_style_options(false);  // a name may start with a slash
   parser_.require_subcommand(1);
-  parser_.footer("Run 'latchkey COMMAND --help' for the options of a command.");
+  parser_.footer("Run 'latchkey help COMMAND' for the options of a command.");
   AddCipherCommands(*this);
   AddIdentifyCommand(*this);
   AddHashCommand(*this);
@@ -76,6 +78,7 @@ CLI::App& CommandLine::Add(const char* name, const char* description, const std:
 }
 
 ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
+  if (!arguments.empty() && arguments.front() == "help") AskForHelp(arguments);
   const std::string first = arguments.empty() ? "" : arguments.front();
   const bool wantsJson = AsksForJson(arguments);
   for (std::string& argument : arguments) Shield(argument);
@@ -87,6 +90,16 @@ ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
     return ReportParseError(error, first);
   }
   return RunChosen();
+}
+
+// "help encrypt" means "encrypt --help".
+void CommandLine::AskForHelp(std::vector<std::string>& arguments) const {
+  arguments.erase(arguments.begin());
+  const auto isNamed = [&](const CLI::App* command) {
+    return command->get_name() == arguments.front();
+  };
+  const bool isKnown = arguments.empty() || !parser_.get_subcommands(isNamed).empty();
+  if (isKnown) arguments.emplace_back("--help");
 }
 
 // The parser throws for --help and --version too.
@@ -104,15 +117,9 @@ ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std
     };
     return RunChosen();
   }
-  const auto chosen = parser_.get_subcommands();
-  const bool isUnknown = chosen.empty() && !first.empty() && !first.starts_with('-');
-  const Failure failure =
-      WrongUsage(isUnknown ? "no such command: " + first : error.what(),
-                 "run 'latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
-                     "--help' for the options")
-          .Get();
+  const Failure failure = UsageFailure(parser_, error, first);
   Report report(options_);
-  if (!chosen.empty() && WritesDataToStandardOutput(*chosen.front())) report.GiveOutputToData();
+  if (WritesDataToStandardOutput(ChosenCommand(parser_))) report.GiveOutputToData();
   report.Fail(failure);
   return failure.status;
 }

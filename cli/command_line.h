@@ -30,6 +30,7 @@ class CommandLine {
   [[nodiscard]] ExitStatus Run(std::vector<std::string> arguments);
 
  private:
+  void AskForHelp(std::vector<std::string>& arguments) const;
   [[nodiscard]] ExitStatus ReportParseError(const CLI::ParseError& error, const std::string& first);
   [[nodiscard]] ExitStatus RunChosen();
 

@@ -1,18 +1,15 @@
 #include "cli/shielded_argument.h"
 
 namespace latchkey::cli {
-namespace {
-
-std::string Unshielded(std::string value) {
-  if (value.ends_with('\0')) value.pop_back();
-  return value;
-}
-
-}  // namespace
 
 void Shield(std::string& argument) {
   const bool isList = argument.starts_with('[') && argument.ends_with(']');
   if (isList || argument == "++") argument.push_back('\0');
+}
+
+std::string Unshielded(std::string value) {
+  if (value.ends_with('\0')) value.pop_back();
+  return value;
 }
 
 void UnshieldValues(CLI::App& parser) {

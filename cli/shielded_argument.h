@@ -14,6 +14,9 @@ namespace latchkey::cli {
 // Appends the zero to an argument that needs it.
 void Shield(std::string& argument);
 
+// The argument without the zero.
+[[nodiscard]] std::string Unshielded(std::string value);
+
 // Makes the options of all commands remove the zero. Call it after all commands are added.
 void UnshieldValues(CLI::App& parser);
 

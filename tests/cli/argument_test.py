@@ -39,7 +39,7 @@ class NameTest(CommandTest):
         self.assertEqual(self.read("-out"), self.read("-out2"))
         result = self.run_command("hash", "-x")
         self.assertEqual((result.status, result.lines[0]),
-                         (2, "latchkey: The following argument was not expected: -x"))
+                         (2, "latchkey: no such option: -x"))
 
     def test_a_failure_shows_the_name_as_given(self):
         for name in ("[none]", "++"):
@@ -48,7 +48,7 @@ class NameTest(CommandTest):
             self.assertTrue(line.startswith("latchkey: cannot open: ") and line.endswith(f": {name}"), line)
             result = self.run_command("random", "1", name)
             self.assertEqual((result.status, result.lines[0]),
-                             (2, f"latchkey: The following argument was not expected: {name}"))
+                             (2, f"latchkey: unexpected argument: {name}"))
 
 
 class EmptyNameTest(CommandTest):
@@ -125,3 +125,38 @@ class KeyBitsTest(CommandTest):
         for options in (["--cipher", "des", "--key-bits", "56"], ["--cipher", "rc2", "--key-bits", "84"],
                         ["--cipher", "rc2", "--key-bits", "136"], ["--cipher", "rc4", "--key-bits", "32"]):
             self.assertEqual(self.decrypt(*options).status, 2, options)
+
+
+class MisspelledWordTest(CommandTest):
+    def complaint(self, *arguments):
+        result = self.run_command(*arguments)
+        self.assertEqual((result.status, result.out), (2, b""), arguments)
+        return result.lines
+
+    def test_an_unknown_option_is_named_before_a_missing_one(self):
+        for option, nearest in (("--hahs", "--hash"), ("--pasword-file", "--password-file"), ("--forse=1", "--force")):
+            lines = self.complaint("encrypt", option, "md5")
+            self.assertEqual(lines[0], f"latchkey: no such option: {option.split('=')[0]}")
+            self.assertIn(f"did you mean {nearest}? run 'latchkey encrypt --help'", lines[1])
+
+    def test_a_word_that_resembles_none_gets_no_proposal(self):
+        for arguments in (["encrypt", "--frobnicate"], ["frobnicate"]):
+            self.assertNotIn("did you mean", " ".join(self.complaint(*arguments)))
+
+    def test_an_unknown_command(self):
+        lines = self.complaint("encript", "--hash", "md5")
+        self.assertEqual(lines[0], "latchkey: no such command: encript")
+        self.assertIn("did you mean encrypt? run 'latchkey --help'", lines[1])
+
+    def test_a_missing_option_is_named_if_all_words_are_known(self):
+        self.assertEqual(self.complaint("encrypt", "--cipher", "rc4")[0], "latchkey: --hash is required")
+
+
+class HelpTest(CommandTest):
+    def test_help_of_a_command_has_two_forms(self):
+        self.assertEqual(self.run_well("help", "encrypt").text, self.run_well("encrypt", "--help").text)
+        self.assertEqual(self.run_well("help").text, self.run_well("--help").text)
+        self.assertIn("no such command: bogus", self.run_command("help", "bogus").lines[0])
+
+    def test_version(self):
+        self.assertEqual(self.run_well("-V").text, self.run_well("--version").text)
