@@ -48,7 +48,7 @@ void Decode(const Options& options, InputFile& input, OutputFile& output, Progre
     RefuseTerminal(options.output, bytes);
     output.Write(bytes);
   });
-  if (reader.IsOdd()) throw CommandError(FailureAt(check::kHexLength, input.Name()));
+  reader.Finish(input.Name());
 }
 
 ExitStatus RunHex(const Options& options, Report& report) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "cli/failure.h"
 #include "crypto/hexadecimal.h"
@@ -15,6 +16,10 @@ bool IsDigit(std::uint8_t character) {
          (character >= 'a' && character <= 'f');
 }
 
+bool IsSpace(std::uint8_t character) {
+  return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
 CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::string& file) {
   const bool isVisible = character > ' ' && character < 0x7F;
   const std::array code{character};
@@ -24,7 +29,9 @@ CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::
                             : "byte " + LowerHexOf(code)) +
                  " at position " + std::to_string(position);
   failure.file = file;
-  failure.hint = "the digits are 0 to 9, A to F and a to f; line ends are skipped";
+  failure.hint =
+      "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x before a byte are "
+      "skipped";
   return CommandError(std::move(failure));
 }
 
@@ -49,25 +56,42 @@ std::string LowerHexOf(std::span<const std::uint8_t> bytes) {
   return lower;
 }
 
+void HexReader::Take(std::uint8_t character, const std::string& file) {
+  if (mark_ != 0) {
+    const char mark = std::exchange(mark_, '\0');
+    if ((character | 0x20) == 'x') return;
+    if (mark == '\\') throw NoDigit('\\', position_ - 1, file);
+    digits_.push_back('0');
+  }
+  if (IsSpace(character)) return;
+  const bool startsByte = digits_.size() % 2 == 0;
+  if (startsByte && (character == '0' || character == '\\')) {
+    mark_ = static_cast<char>(character);
+  } else if (IsDigit(character)) {
+    digits_.push_back(character);
+  } else {
+    throw NoDigit(character, position_, file);
+  }
+}
+
 WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string& file) {
-  WipedBytes digits = std::move(half_);
-  half_.clear();
-  digits.reserve(digits.size() + text.size());
+  digits_.reserve(digits_.size() + text.size() + 1);
   for (const std::uint8_t character : text) {
     ++position_;
-    if (character == '\r' || character == '\n') continue;
-    if (!IsDigit(character)) throw NoDigit(character, position_, file);
-    digits.push_back(character);
+    Take(character, file);
   }
-  if (digits.size() % 2 != 0) {
-    half_.assign(1, digits.back());
-    digits.pop_back();
-  }
-  Text pairs(digits.begin(), digits.end());
+  const auto rest = digits_.end() - static_cast<std::ptrdiff_t>(digits_.size() % 2);
+  Text pairs(digits_.begin(), rest);
   const WipeAtExit wipe(pairs);
-  WipedBytes bytes(digits.size() / 2);
+  digits_.erase(digits_.begin(), rest);
+  WipedBytes bytes(pairs.size() / 2);
   DecodeHex(pairs, bytes);
   return bytes;
+}
+
+void HexReader::Finish(const std::string& file) const {
+  if (mark_ == '\\') throw NoDigit('\\', position_, file);
+  if (mark_ != 0 || !digits_.empty()) throw CommandError(FailureAt(check::kHexLength, file));
 }
 
 }  // namespace latchkey::cli

@@ -15,18 +15,20 @@ namespace latchkey::cli {
 // The same in lower case, as the md5sum family writes digests.
 [[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
 
-// Decodes digits that arrive in pieces. Skips line ends (CR, LF).
+// Decodes digits that arrive in pieces. Skips white space anywhere, and 0x or \x before a byte.
 class HexReader {
  public:
-  // The complete bytes so far. Raises CommandError, about `file`, for any character that is neither
-  // a digit nor a line end.
+  // The complete bytes so far. Raises CommandError, about `file`, for any other character.
   [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text, const std::string& file);
 
-  // Whether one digit without its second remains.
-  [[nodiscard]] bool IsOdd() const noexcept { return !half_.empty(); }
+  // Raises CommandError if a digit has no second.
+  void Finish(const std::string& file) const;
 
  private:
-  WipedBytes half_;  // a digit without its second
+  void Take(std::uint8_t character, const std::string& file);
+
+  WipedBytes digits_;  // not decoded yet
+  char mark_ = 0;      // the 0 or backslash of what may be 0x or \x
   std::uint64_t position_ = 0;
 };
 

@@ -21,6 +21,10 @@ class HexTest(CommandTest):
         for text in (b"4a\n4B\n", b"4a4B", b"4\na\r\n4\r\nB\r\n", b"\n\n4a4B"):
             self.assertEqual(self.run_well("hex", "-d", data=text).out, b"JK")
 
+    def test_white_space_and_prefixes_are_skipped(self):
+        for text in (b"4a 4B", b"0x4a4B", b"0x4a 0x4b\n", rb"\x4A4B", rb"\x4a\x4b", b"\t4 a 4\x0bB\x0c"):
+            self.assertEqual(self.run_well("hex", "-d", data=text).out, b"JK", text)
+
     def test_long_data_in_lines_of_odd_length(self):
         data = self.random.randbytes(300_000)
         digits = self.run_well("hex", data=data).out
@@ -36,8 +40,8 @@ class HexTest(CommandTest):
         self.assertEqual(self.names(), ["odd"])
 
     def test_other_characters_are_reported_with_their_position(self):
-        for text, place in ((b"41zz", "'z' at position 3"), (b"41 42", "byte 20 at position 3"),
-                           (b"4142\n\n4g", "'g' at position 8"), (b"0x41", "'x' at position 2"),
+        for text, place in ((b"41zz", "'z' at position 3"), (b"41,42", "',' at position 3"),
+                           (b"4142\n\n4g", "'g' at position 8"), (b"4x41", "'x' at position 2"),
                            (b"41\xe4", "byte e4 at position 3"), (b"41\0", "byte 00 at position 3")):
             result = self.run_command("hex", "-d", "-o", "out", data=text)
             self.assertEqual((result.status, len(result.lines)), (1, 2), (text, result))
