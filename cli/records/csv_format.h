@@ -31,6 +31,7 @@ class CsvFormat final : public RecordFormat {
   [[nodiscard]] bool Unescape(ByteSpan source, WipedBytes& text) const override;
   [[nodiscard]] bool Write(ByteSpan value, const ScannedRecord& record,
                            WipedBytes& output) const override;
+  [[nodiscard]] bool AddsToEvery() const noexcept override { return true; }
   void WriteNothing(const ScannedRecord& record, WipedBytes& output) const override;
 
  private:

@@ -5,6 +5,8 @@
 #include <optional>
 #include <string_view>
 
+#include "cli/utf8.h"
+
 namespace latchkey::cli {
 namespace {
 
@@ -33,17 +35,9 @@ std::optional<char32_t> UnitOf(ByteSpan text) {
 }
 
 void AppendUtf8(char32_t code, WipedBytes& text) {
-  const auto add = [&](char32_t lead, unsigned shift) {
-    text.push_back(static_cast<std::uint8_t>(lead | code >> shift));
-    while (shift > 0) {
-      shift -= 6;
-      text.push_back(static_cast<std::uint8_t>(0x80 | (code >> shift & 0x3F)));
-    }
-  };
-  if (code < 0x80) return add(0, 0);
-  if (code < 0x800) return add(0xC0, 6);
-  if (code < 0x10000) return add(0xE0, 12);
-  add(0xF0, 18);
+  std::array<std::uint8_t, 4> bytes{};
+  const WipeAtExit wipe(bytes);
+  Append(std::span(bytes).first(PutUtf8(code, bytes.data())), text);
 }
 
 // Appends the meaning of the escape that the text begins with. Returns its length; 0 if it is wrong.
