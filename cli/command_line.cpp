@@ -124,10 +124,9 @@ ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std
     name += chosen->get_name() + " ";
   }
   const bool isUnknown = chosen == &parser_ && !first.empty() && !first.starts_with('-');
-  const Failure failure =
-      WrongUsage(isUnknown ? "no such command: " + first : error.what(),
-                 "run 'latchkey " + name + "--help' for the options")
-          .Get();
+  const Failure failure = WrongUsage(isUnknown ? "no such command: " + first : error.what(),
+                                     "run 'latchkey " + name + "--help' for the options")
+                              .Get();
   Report report(options_);
   if (WritesDataToStandardOutput(*chosen)) report.GiveOutputToData();
   report.Fail(failure);

@@ -207,19 +207,19 @@ RecordCounts Run(RecordFormat& format, std::vector<RecordTools> tools, InputFile
                  OutputFile& output, RecordReport& records, bool isQuiet) {
   Progress progress(input.Size(), isQuiet);
   if (tools.size() > 1) input.AllowStop();
-  const RecordStreams streams{
-      [&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
-      [&] { input.StopReading(); },
-      [&](ByteSpan text, std::size_t consumed) {
-        output.Write(text);
-        progress.Advance(consumed);
-      },
-      [&](const BlockResult& result) {
-        if (!result.isStopped) return records.Add(result.noted);
-        const std::vector<NotedRecord> before(result.noted.begin(), result.noted.end() - 1);
-        records.Add(before);
-        records.Stop(result.noted.back());
-      }};
+  const RecordStreams streams{[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
+                              [&] { input.StopReading(); },
+                              [&](ByteSpan text, std::size_t consumed) {
+                                output.Write(text);
+                                progress.Advance(consumed);
+                              },
+                              [&](const BlockResult& result) {
+                                if (!result.isStopped) return records.Add(result.noted);
+                                const std::vector<NotedRecord> before(result.noted.begin(),
+                                                                      result.noted.end() - 1);
+                                records.Add(before);
+                                records.Stop(result.noted.back());
+                              }};
   return RunRecords(format, std::move(tools), streams, input.Name());
 }
 
@@ -279,9 +279,10 @@ void AddFieldOptions(CLI::App& command, Options& options) {
 }
 
 void AddErrorOptions(CLI::App& command, Options& options) {
-  AddChoice(command, "--on-error", options.onError,
-            "Stop at a record that fails, leave it out, keep it as it is, or empty its field (stop)",
-            OnErrorNames());
+  AddChoice(
+      command, "--on-error", options.onError,
+      "Stop at a record that fails, leave it out, keep it as it is, or empty its field (stop)",
+      OnErrorNames());
   command
       .add_option("--report", options.report.file,
                   "Write a line of JSON for each failed record to this file (default: lines on "

@@ -57,9 +57,7 @@ class DigestTransform final : public ColumnTransform {
     }
   }
 
-  [[nodiscard]] Failure FailureOfValue() const override {
-    return FailureAt(check::kHashProvider);
-  }
+  [[nodiscard]] Failure FailureOfValue() const override { return FailureAt(check::kHashProvider); }
 
  private:
   HashAlgorithm algorithm_;

@@ -159,8 +159,9 @@ class SameTextCodec final : public FieldCodec {
  private:
   [[nodiscard]] FieldFailure Copy(ByteSpan from, WipedBytes& to, const char* refusal) const {
     if (!takesAny_ && !IsUtf8(from)) {
-      return Because(refusal, "--text-encoding names the encoding of the encrypted text, for "
-                              "example windows-1252");
+      return Because(refusal,
+                     "--text-encoding names the encoding of the encrypted text, for "
+                     "example windows-1252");
     }
     Append(from, to);
     return {};

@@ -96,8 +96,8 @@ class Members {
   [[nodiscard]] bool SkipWord() {
     const std::size_t begin = at_;
     const auto isInside = [](std::uint8_t byte) {
-      return !IsSpace(byte) && std::string_view(",:\"{}[]").find(static_cast<char>(byte)) ==
-                                   std::string_view::npos;
+      return !IsSpace(byte) &&
+             std::string_view(",:\"{}[]").find(static_cast<char>(byte)) == std::string_view::npos;
     };
     while (at_ < line_.size() && isInside(line_[at_])) ++at_;
     return at_ > begin;
@@ -109,7 +109,8 @@ class Members {
 };
 
 bool IsText(ByteSpan bytes, std::string_view text) {
-  return std::ranges::equal(bytes, text, {}, {}, [](char c) { return static_cast<std::uint8_t>(c); });
+  return std::ranges::equal(bytes, text, {}, {},
+                            [](char c) { return static_cast<std::uint8_t>(c); });
 }
 
 bool IsName(ByteSpan escaped, std::string_view name) {
@@ -138,7 +139,9 @@ void ReadValue(ByteSpan line, BlockRange value, ScannedRecord& record) {
   }
 }
 
-BlockRange Shifted(BlockRange range, std::uint32_t by) { return {range.begin + by, range.end + by}; }
+BlockRange Shifted(BlockRange range, std::uint32_t by) {
+  return {range.begin + by, range.end + by};
+}
 
 }  // namespace
 

@@ -40,7 +40,8 @@ void AppendUtf8(char32_t code, WipedBytes& text) {
   Append(std::span(bytes).first(PutUtf8(code, bytes.data())), text);
 }
 
-// Appends the meaning of the escape that the text begins with. Returns its length; 0 if it is wrong.
+// Appends the meaning of the escape that the text begins with. Returns its length; 0 if it is
+// wrong.
 std::size_t Unescape(ByteSpan escaped, WipedBytes& text) {
   if (escaped.size() < 2) return 0;
   const std::size_t letter = kLetters.find(static_cast<char>(escaped[1]));

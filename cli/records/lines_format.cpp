@@ -21,8 +21,7 @@ bool LinesFormat::Unescape(ByteSpan source, WipedBytes& text) const {
 }
 
 bool LinesFormat::Write(ByteSpan value, const ScannedRecord& /*record*/, WipedBytes& output) const {
-  const bool fits =
-      Find(value, '\n') == value.size() && (value.empty() || value.back() != '\r');
+  const bool fits = Find(value, '\n') == value.size() && (value.empty() || value.back() != '\r');
   if (fits) Append(value, output);
   return fits;
 }

@@ -64,7 +64,8 @@ class RecordFormat {
   [[nodiscard]] virtual bool Write(ByteSpan value, const ScannedRecord& record,
                                    WipedBytes& output) const = 0;
 
-  // Whether a record without a result gets the added field too, since all must have the same number.
+  // Whether a record without a result gets the added field too, since all must have the same
+  // number.
   [[nodiscard]] virtual bool AddsToEvery() const noexcept { return false; }
 
   // Appends what means no value, in the same place.

@@ -1,7 +1,7 @@
 #include "cli/platform/base64.h"
 
-#include <windows.h>
 #include <wincrypt.h>
+#include <windows.h>
 
 #include <algorithm>
 
