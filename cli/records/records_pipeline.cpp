@@ -79,11 +79,11 @@ void RecordStages::ReadWhole(StreamPiece& piece) {
     const ByteSpan bytes = piece.bytes.All().first(count);
     piece.length = piece.isLast ? count : format_.LengthOfWhole(bytes);
     if (piece.length > 0 || piece.isLast) break;
-    if (count > kLongestRecord) {
+    if (count >= kLongestRecord) {
       throw Failed("a record is longer than 64 MiB, from line " + std::to_string(line_),
                    "does a quoted field there have no end?");
     }
-    InlineBytes larger(2 * piece.bytes.size());
+    InlineBytes larger(std::min(2 * piece.bytes.size(), kLongestRecord));
     std::ranges::copy(bytes, larger.data());
     piece.bytes = std::move(larger);
   }
