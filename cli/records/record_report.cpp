@@ -9,13 +9,9 @@
 namespace latchkey::cli {
 namespace {
 
-// File names are UTF-8 on Windows, and bytes on Linux.
+// Names are UTF-8 on Windows; on Linux they are any bytes, which this leaves as they are.
 std::filesystem::path PathOf(const std::string& name) {
-#ifdef _WIN32
-  return std::filesystem::path(std::u8string(name.begin(), name.end()));
-#else
-  return name;
-#endif
+  return std::u8string(name.begin(), name.end());
 }
 
 CommandError CannotWrite(const std::string& file, std::string hint = {}) {
