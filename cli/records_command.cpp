@@ -214,11 +214,8 @@ RecordCounts Run(RecordFormat& format, std::vector<RecordTools> tools, InputFile
                                 progress.Advance(consumed);
                               },
                               [&](const BlockResult& result) {
-                                if (!result.isStopped) return records.Add(result.noted);
-                                const std::vector<NotedRecord> before(result.noted.begin(),
-                                                                      result.noted.end() - 1);
-                                records.Add(before);
-                                records.Stop(result.noted.back());
+                                progress.Hide();
+                                records.Add(result);
                               }};
   return RunRecords(format, std::move(tools), streams, input.Name());
 }

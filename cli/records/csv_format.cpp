@@ -39,11 +39,11 @@ void ReadQuoted(ByteSpan block, ScannedRecord& record) {
   }
 }
 
-CommandError NoSuchColumn(const std::string& name, const std::vector<std::string>& names) {
+// Does not show the header: without one in the file, that is a record.
+CommandError NoSuchColumn(const std::string& name) {
   Failure failure;
   failure.text = "the header has no column " + name;
-  failure.hint = "its columns are:";
-  for (const std::string& each : names) failure.hint += " " + each;
+  failure.hint = "--column also takes a number; --no-header is for files without a header";
   return CommandError(std::move(failure));
 }
 
@@ -159,7 +159,7 @@ void CsvFormat::ChooseColumn(const std::vector<std::string>& names) {
     throw WrongHeader("the header has only " + std::to_string(names.size()) + " columns");
   }
   const auto found = std::ranges::find(names, options_.columnName);
-  if (found == names.end()) throw NoSuchColumn(options_.columnName, names);
+  if (found == names.end()) throw NoSuchColumn(options_.columnName);
   if (std::ranges::count(names, options_.columnName) > 1) {
     throw WrongHeader("several columns are named " + options_.columnName + ": use a number");
   }

@@ -73,13 +73,15 @@ void RecordReport::Write(const std::string& lines) {
   if (!file_) throw CannotWrite(*name_);
 }
 
-void RecordReport::Add(const std::vector<NotedRecord>& noted) {
+void RecordReport::Add(const BlockResult& result) {
+  const std::span noted(result.noted);
   std::string lines;
-  for (const NotedRecord& each : noted) {
+  for (const NotedRecord& each : noted.first(noted.size() - (result.isStopped ? 1 : 0))) {
     lines += name_ || report_.IsJson() ? JsonLineOf(each) : LineOf(each);
     if (hint_.empty()) hint_ = each.failure.hint;
   }
   if (!lines.empty()) Write(lines);
+  if (result.isStopped) Stop(noted.back());
 }
 
 void RecordReport::Stop(const NotedRecord& noted) {

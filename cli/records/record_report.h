@@ -23,16 +23,15 @@ class RecordReport {
   // Opens the file. Raises CommandError if it cannot be opened, or exists and may not be replaced.
   RecordReport(const Report& report, std::string input, const RecordReportOptions& options);
 
-  // Raises CommandError if the file cannot be written.
-  void Add(const std::vector<NotedRecord>& noted);
-
-  // The failure of a record that ends the work. It is in the file, but not on standard error.
-  [[noreturn]] void Stop(const NotedRecord& noted);
+  // Adds the noted records of a block. Raises CommandError if the file cannot be written, and with
+  // the failure of the record that ends the work, which is in the file, but not on standard error.
+  void Add(const BlockResult& result);
 
   // Writes the sums to standard error, and closes the file.
   void Finish(const RecordCounts& counts);
 
  private:
+  [[noreturn]] void Stop(const NotedRecord& noted);
   [[nodiscard]] std::string Place(const NotedRecord& noted) const;
   [[nodiscard]] std::string LineOf(const NotedRecord& noted) const;
   void Write(const std::string& lines);

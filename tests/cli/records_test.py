@@ -115,7 +115,7 @@ class CsvTest(RecordsTest):
         result = self.records("decrypt", *CSV, data=b"id,Secret\n1,00\n")
         self.assertEqual((result.status, result.out), (1, b""))
         self.assertEqual(result.lines, ["latchkey: the header has no column secret: standard input",
-                                        "hint: its columns are: id Secret"])
+                                        "hint: --column also takes a number; --no-header is for files without a header"])
 
     def test_null_and_an_empty_text_are_different(self):
         rows = b'id,secret\n1,\n2,""\n\n3\n'
