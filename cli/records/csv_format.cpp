@@ -23,7 +23,18 @@ bool AreQuotesDoubled(ByteSpan text) {
   return true;
 }
 
-// Sets source and state of a field with quotes; its target is known.
+// Sets state of a field without quotes. As COPY does, refuses what other readers take for a line
+// end.
+void ReadPlain(ByteSpan block, ScannedRecord& record) {
+  const ByteSpan field = record.target.Of(block);
+  if (field.empty()) return;
+  record.state = FieldState::Value;
+  if (Find(field, '\r') == field.size()) return;
+  record.state = FieldState::Bad;
+  record.fault = "a carriage return in the field, which is not in quotes";
+}
+
+// Sets source and state of a field with quotes.
 void ReadQuoted(ByteSpan block, ScannedRecord& record) {
   const ByteSpan field = record.target.Of(block);
   const bool isQuoted = field.size() >= 2 && field.front() == kQuote && field.back() == kQuote;
@@ -98,8 +109,7 @@ std::uint32_t CsvFormat::ScanRecord(ByteSpan block, std::size_t begin,
     const std::size_t end = field.end - (hasReturn ? 1 : 0);
     if (++number == options_.columnNumber) {
       record.source = record.target = RangeOf(at, end);
-      if (end > at) record.state = FieldState::Value;
-      if (field.quotes > 0) ReadQuoted(block, record);
+      field.quotes > 0 ? ReadQuoted(block, record) : ReadPlain(block, record);
     }
     at = field.end;
     if (!isLast) continue;

@@ -150,6 +150,12 @@ TEST(CsvFormatTest, FailuresHaveTheLineOfTheirRecord) {
   EXPECT_EQ(failures[2].first, 6U);
 }
 
+TEST(CsvFormatTest, ACarriageReturnNeedsQuotes) {
+  const RecordRun run = Through(Csv(1, false), "a\rb,c\r\n\"a\rb\",c\rd\n", {.reverses = true});
+  EXPECT_EQ(run.output, "a\rb,c\r\n\"b\ra\",c\rd\n");
+  EXPECT_EQ(run.counts.failed, 1U);
+}
+
 TEST(CsvFormatTest, AWrongHeaderIsAFailure) {
   const auto byName = [](const char* name) {
     return [=] { return std::make_unique<CsvFormat>(Named(name)); };

@@ -1,9 +1,11 @@
 #include "cli/platform/base64.h"
 
-#include <wincrypt.h>
 #include <windows.h>
 
+#include <wincrypt.h>
+
 #include <algorithm>
+#include <array>
 
 namespace latchkey::cli {
 
@@ -28,9 +30,9 @@ std::optional<std::size_t> DecodeBase64(std::span<const std::uint8_t> text,
     return std::nullopt;
   }
   if (Base64Length(length) != text.size()) return std::nullopt;
-  std::uint8_t again[5]{};
+  std::array<std::uint8_t, 5> again{};
   EncodeBase64(std::span(bytes).subspan((length - 1) / 3 * 3, (length - 1) % 3 + 1), again);
-  if (!std::equal(again, again + 4, text.end() - 4)) return std::nullopt;
+  if (!std::equal(again.begin(), again.begin() + 4, text.end() - 4)) return std::nullopt;
   return length;
 }
 

@@ -67,7 +67,9 @@ void RequireSameInBlocks(const Choice& choice, std::string_view text, std::size_
   const RecordRun blocks = Run(choice, text, {blockSize, 2, reverses});
   Require(whole.output == blocks.output && whole.failures == blocks.failures);
   const bool ended = !whole.failures.empty() && whole.failures.front().first == 0;
-  if (!reverses && !choice.adds && choice.kind != Kind::Json && !ended) {
+  // CSV gets quotes around what COPY would take for the end of the data.
+  const bool hasEndMark = text.find("\\.") != std::string_view::npos;
+  if (!reverses && !choice.adds && choice.kind != Kind::Json && !ended && !hasEndMark) {
     Require(whole.output == text);
   }
 }
