@@ -178,11 +178,12 @@ class Transforms {
 
 std::vector<RecordTools> ToolsOf(const Options& options, const RecordFormat& format,
                                  const Transforms& transforms, std::size_t workers) {
+  const FieldCodecs codecs(options.encoding);
   std::vector<RecordTools> tools(workers);
   for (RecordTools& each : tools) {
     each.format = &format;
-    each.from = MakeFieldCodec(FormOf(options.from), options.encoding);
-    each.to = MakeFieldCodec(FormOf(options.to), options.encoding);
+    each.from = codecs.Make(FormOf(options.from));
+    each.to = codecs.Make(FormOf(options.to));
     each.transform = transforms.Make();
     each.onError = static_cast<OnError>(NumberOf(options.onError, OnErrorNames()) - 1);
   }

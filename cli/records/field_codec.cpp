@@ -6,7 +6,6 @@
 
 #include "base/hex_digits.h"
 #include "cli/platform/base64.h"
-#include "cli/text_encoding.h"
 #include "cli/utf8.h"
 #include "diagnostics/failure_table.h"
 
@@ -172,8 +171,8 @@ class SameTextCodec final : public FieldCodec {
 
 class TextCodec final : public FieldCodec {
  public:
-  explicit TextCodec(const std::string& encoding)
-      : encoding_(encoding), sharesAscii_(encoding != "utf-16le") {}
+  explicit TextCodec(const TextEncoding& encoding)
+      : encoding_(encoding), sharesAscii_(encoding.Name() != "utf-16le") {}
 
   FieldFailure Decode(ByteSpan text, WipedBytes& bytes) override {
     return Convert(text, utf8_, encoding_, bytes,
@@ -209,13 +208,17 @@ const std::vector<std::string>& FieldFormNames() {
   return names;
 }
 
-std::unique_ptr<FieldCodec> MakeFieldCodec(FieldForm form, const std::string& encoding) {
+FieldCodecs::FieldCodecs(const std::string& encoding) {
+  if (encoding != kAnyBytes) encoding_.emplace(encoding);
+}
+
+std::unique_ptr<FieldCodec> FieldCodecs::Make(FieldForm form) const {
   if (form == FieldForm::Hex) return std::make_unique<HexCodec>();
   if (form == FieldForm::Base64) return std::make_unique<Base64Codec>();
-  if (encoding == kAnyBytes || encoding == "utf-8") {
-    return std::make_unique<SameTextCodec>(encoding == kAnyBytes);
+  if (!encoding_ || encoding_->Name() == "utf-8") {
+    return std::make_unique<SameTextCodec>(!encoding_);
   }
-  return std::make_unique<TextCodec>(encoding);
+  return std::make_unique<TextCodec>(*encoding_);
 }
 
 }  // namespace latchkey::cli

@@ -8,6 +8,7 @@
 
 #include "cli/failure.h"
 #include "cli/records/record_format.h"
+#include "cli/text_encoding.h"
 
 namespace latchkey::cli {
 
@@ -31,12 +32,21 @@ class FieldCodec {
   [[nodiscard]] virtual FieldFailure Encode(ByteSpan bytes, WipedBytes& text) = 0;
 };
 
-// Hexadecimal: reads digits of either case, after \x or 0x or nothing; writes upper case. Base64:
-// with padding. Both skip spaces, tabs and line ends. Text: UTF-8 in the field, `encoding` in the
-// bytes: a name of TextEncodingNames, or kAnyBytes for the bytes as they are.
-[[nodiscard]] std::unique_ptr<FieldCodec> MakeFieldCodec(FieldForm form,
-                                                         const std::string& encoding);
-
 inline constexpr const char* kAnyBytes = "bytes";
+
+// Makes codecs, which share the tables of an encoding.
+class FieldCodecs {
+ public:
+  // A name of TextEncodingNames, or kAnyBytes. Raises CommandError if the system lacks it.
+  explicit FieldCodecs(const std::string& encoding);
+
+  // Hexadecimal: reads digits of either case, after \x or 0x or nothing; writes upper case. Base64:
+  // with padding. Both skip spaces, tabs and line ends. Text: UTF-8 in the field, the encoding in
+  // the bytes; with kAnyBytes the bytes as they are.
+  [[nodiscard]] std::unique_ptr<FieldCodec> Make(FieldForm form) const;
+
+ private:
+  std::optional<TextEncoding> encoding_;  // nothing: any bytes
+};
 
 }  // namespace latchkey::cli

@@ -223,7 +223,7 @@ TEST(OnErrorTest, RecordsThatFailAreLeftOutKeptOrEmptied) {
 
 std::optional<std::string> Decoded(FieldForm form, std::string_view text) {
   WipedBytes bytes(1, '>');
-  if (MakeFieldCodec(form, kAnyBytes)->Decode(BytesOf(text), bytes)) {
+  if (FieldCodecs(kAnyBytes).Make(form)->Decode(BytesOf(text), bytes)) {
     EXPECT_EQ(TextOf(bytes), ">") << text;
     return {};
   }
@@ -232,7 +232,7 @@ std::optional<std::string> Decoded(FieldForm form, std::string_view text) {
 
 std::string Encoded(FieldForm form, std::string_view bytes) {
   WipedBytes text(1, '>');
-  EXPECT_FALSE(MakeFieldCodec(form, kAnyBytes)->Encode(BytesOf(bytes), text));
+  EXPECT_FALSE(FieldCodecs(kAnyBytes).Make(form)->Encode(BytesOf(bytes), text));
   return TextOf(text).substr(1);
 }
 
@@ -278,7 +278,7 @@ TEST(FieldCodecTest, Base64HasTheStandardsValues) {
 }
 
 TEST(FieldCodecTest, TextIsConvertedStrictly) {
-  const auto page = MakeFieldCodec(FieldForm::Text, "windows-1252");
+  const auto page = FieldCodecs("windows-1252").Make(FieldForm::Text);
   WipedBytes bytes;
   WipedBytes text;
   EXPECT_FALSE(page->Decode(BytesOf("Zo\xC3\xAB"), bytes));
@@ -288,10 +288,10 @@ TEST(FieldCodecTest, TextIsConvertedStrictly) {
   EXPECT_TRUE(page->Decode(BytesOf("\xC5\x81"), bytes));  // a letter that the page lacks
   EXPECT_TRUE(page->Decode(BytesOf("\xEB"), bytes));
   EXPECT_EQ(TextOf(bytes), "Zo\xEB");
-  const auto utf8 = MakeFieldCodec(FieldForm::Text, "utf-8");
+  const auto utf8 = FieldCodecs("utf-8").Make(FieldForm::Text);
   EXPECT_TRUE(utf8->Encode(BytesOf("Zo\xEB"), text));
   EXPECT_TRUE(utf8->Decode(BytesOf("Zo\xEB"), text));
-  const auto wide = MakeFieldCodec(FieldForm::Text, "utf-16le");
+  const auto wide = FieldCodecs("utf-16le").Make(FieldForm::Text);
   bytes.clear();
   EXPECT_FALSE(wide->Decode(BytesOf("A"), bytes));
   EXPECT_EQ(TextOf(bytes), std::string("A\0", 2));

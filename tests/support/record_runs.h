@@ -53,8 +53,8 @@ inline RecordRun RunRecordsOf(cli::RecordFormat& format, std::string_view input,
   std::vector<cli::RecordTools> tools(options.workers);
   for (cli::RecordTools& each : tools) {
     each.format = &format;
-    each.from = cli::MakeFieldCodec(options.form, cli::kAnyBytes);
-    each.to = cli::MakeFieldCodec(options.form, cli::kAnyBytes);
+    each.from = cli::FieldCodecs(cli::kAnyBytes).Make(options.form);
+    each.to = cli::FieldCodecs(cli::kAnyBytes).Make(options.form);
     each.transform = std::make_unique<PlainTransform>(options.reverses);
     each.onError = options.onError;
   }
