@@ -59,6 +59,7 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
   parser_.footer("Run 'latchkey help COMMAND' for the options of a command.");
   AddCipherCommands(*this);
   AddIdentifyCommand(*this);
+  AddRecordsCommands(*this);
   AddHashCommand(*this);
   AddRandomCommands(*this);
   AddHexCommand(*this);
@@ -69,12 +70,24 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
 
 CLI::App& CommandLine::Add(const char* name, const char* description, const std::string& example,
                            Action action) {
-  CLI::App& command = *parser_.add_subcommand(name, description);
+  return AddTo(parser_, name, description, example, std::move(action));
+}
+
+CLI::App& CommandLine::AddTo(CLI::App& group, const char* name, const char* description,
+                             const std::string& example, Action action) {
+  CLI::App& command = *group.add_subcommand(name, description);
   command.add_flag("--json", options_.json, "Print results and failures as JSON");
   command.add_flag("-q,--quiet", options_.quiet, "Print no progress and no hints");
   command.footer("Example:\n  " + example);
   command.callback([this, action = std::move(action)] { chosen_ = action; });
   return command;
+}
+
+CLI::App& CommandLine::AddGroup(const char* name, const char* description) {
+  CLI::App& group = *parser_.add_subcommand(name, description);
+  group.require_subcommand(1);
+  group.footer("Run 'latchkey " + std::string(name) + " COMMAND --help' for the options.");
+  return group;
 }
 
 ExitStatus CommandLine::Run(std::vector<std::string> arguments) {

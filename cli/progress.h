@@ -23,6 +23,9 @@ class Progress {
 
   void Advance(std::uint64_t bytes);
 
+  // Erases the line, so that others can be written; Advance shows it again.
+  void Hide() noexcept;
+
  private:
   using Clock = std::chrono::steady_clock;
 

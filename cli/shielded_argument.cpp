@@ -14,6 +14,7 @@ std::string Unshielded(std::string value) {
 
 void UnshieldValues(CLI::App& parser) {
   for (CLI::App* const command : parser.get_subcommands(nullptr)) {
+    UnshieldValues(*command);
     for (CLI::Option* const option : command->get_options()) {
       if (option->get_expected_max() > 0) option->transform(Unshielded);
     }

@@ -32,6 +32,14 @@ class MemoryTest(CommandTest):
                     shutil.copyfileobj(part, file)
         return self.run_measured("decrypt", *des, "-o", "plain", "blocks")
 
+    def encrypt_rows(self):
+        row = b"1234567,some text,a note of a hundred bytes" + bytes(64) + b"\n"
+        with open(self.folder / "rows", "wb") as file:
+            for _ in range(SIZE >> 22):
+                file.write(row * ((1 << 20) // len(row)))
+        return self.run_measured("records", "encrypt", "--format", "csv", "--no-header", "--column", "2", "--hash", "md5",
+                                 "--cipher", "des", "--no-password", "-o", "encrypted rows", "rows")
+
     def test_encrypting_decrypting_and_hashing_take_constant_memory(self):
         with open(self.folder / "sparse", "wb") as file:
             file.truncate(SIZE)
@@ -41,6 +49,7 @@ class MemoryTest(CommandTest):
             "decrypt": self.run_measured("decrypt", *rc4, "-o", "back", "cipher"),
             "hash": self.run_measured("hash", "cipher"),
             "identify": self.run_measured("identify", "--no-password", "cipher"),
+            "records encrypt": self.encrypt_rows(),
             "decrypt, on all processors": self.decrypt_in_blocks(),
         }
         print(used, flush=True)

@@ -89,7 +89,8 @@ class OutputTest(CommandTest):
         self.write("in", b"abc")
         for arguments in (["--version"], ["--help"], ["hash", "--help"], ["hash", "in"], ["hash", "--json", "in"],
                           ["errors"], ["online"], ["random", 5], ["salt", 5, "--json"], ["hex", "in"],
-                          ["encrypt", *OPTIONS, "--no-password", "in"]):
+                          ["encrypt", *OPTIONS, "--no-password", "in"],
+                          ["records", "encrypt", "--format", "lines", *OPTIONS, "--no-password", "in"]):
             with open("/dev/full", "wb") as full:
                 process = self.start_command(*arguments, stdout=full, stderr=subprocess.PIPE)
                 error = process.communicate()[1]
@@ -208,7 +209,10 @@ class SecretTest(CommandTest):
         text = b"PLAINTEXT-0123456789-" * 5000
         self.write("c", self.encrypt(text, OPTIONS))
         self.write("digits", text.hex().encode())
+        self.write("rows", b"%s\n" % self.encrypt(text[:21], OPTIONS).hex().encode() * 50_000)
         for arguments in (["decrypt", *OPTIONS, "--password-file", "password", "-o", "p", "c"],
+                          ["records", "decrypt", "--format", "lines", *OPTIONS, "--password-file", "password", "-o", "p",
+                           "rows"],
                           ["hex", "-d", "-o", "p", "digits"]):
             reader, writer = os.pipe()  # full, so that the command stops with its result in hand
             os.set_blocking(writer, False)

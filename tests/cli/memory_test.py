@@ -99,6 +99,14 @@ class MemoryTest(CommandTest):
     def test_an_encryption_on_several_threads(self):
         self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": bytes((2 << 20) + 1)})
 
+    def test_records(self):
+        self.sweep(["records", "encrypt", *KEY, "--format", "csv", "--column", "b", "-o", "out", "in"],
+                   {"in": b"a,b\n1,text\n2,\"more\n text\"\n"})
+
+    def test_records_on_several_threads(self):
+        self.sweep(["records", "encrypt", *KEY, "--format", "jsonl", "--field", "s", "--to", "base64", "-o", "out", "in"],
+                   {"in": b'{"s":"some text"}\n' * 70_000})
+
     def test_a_check_of_digests(self):
         self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
 
