@@ -86,6 +86,14 @@ Json Result(const Options& options, const KeySettings& settings, const ByteCount
   return result;
 }
 
+// Returns what to try if decryption fails. The password is wiped before the data is read.
+std::string DeriveKey(DerivedKey& key, const CipherCommand& command, const Options& options,
+                      const std::string& file) {
+  const WipedBytes password = ReadPassword(options.password, command.prompt);
+  Require(key.Derive(password), file);
+  return EncodingHint(options.password, password);
+}
+
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
   RequireOwnSource(options.password, options.input);
@@ -94,13 +102,15 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   const CipherSites& sites = SitesOf(command.direction);
   DerivedKey key;
   Require(key.Open(settings, sites), input.Name());
-  Require(key.Derive(ReadPassword(options.password, command.prompt)), input.Name());
+  const std::string hint = DeriveKey(key, command, options, input.Name());
   CipherWork work = PrepareWork(command, key, input);
   OutputFile output(options.output.file, options.output.force, command.readers);
   ByteCounts counts;
-  {
+  try {
     Progress progress(input.Size(), report.IsQuiet());
     counts = Transform(work, input, output, progress);
+  } catch (const CommandError& error) {
+    throw WithDecryptionHint(error, hint);
   }
   input.Close();
   output.Commit();

@@ -40,6 +40,9 @@ class CommandError final : public std::exception {
   Failure failure_;
 };
 
+// The error with more advice, if decryption failed; other errors are unchanged.
+[[nodiscard]] CommandError WithDecryptionHint(const CommandError& error, const std::string& hint);
+
 // The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});
 
