@@ -14,7 +14,7 @@
 namespace latchkey::cli {
 
 // The exit status of the process.
-enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2 };
+enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2, Guessed = 3 };
 
 // The error record and its subject. A failure of the component has a location; a failure of the
 // operating system or of the command itself has only its text.
