@@ -252,7 +252,7 @@ typedef struct latchkey_candidate {
  * have been encrypted under the same settings and this password; the more there are and the longer
  * they are, the surer the answer. `candidates` has room for *candidate_count structs of
  * candidate_size bytes each (sizeof(latchkey_candidate)); the most probable ones are written, in
- * descending order, and *candidate_count becomes their number, 0 if no settings fit. 128 is enough
+ * descending order, and *candidate_count becomes their number, 0 if no settings fit. 64 is enough
  * for all. The probabilities' sum is the probability that any of the tried settings is right. */
 LATCHKEY_C_API int32_t latchkey_identify(const latchkey_records* samples, const uint8_t* password,
                                          size_t password_length, size_t candidate_size,

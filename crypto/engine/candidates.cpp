@@ -19,25 +19,26 @@ constexpr std::int32_t kRc4 = 1;
 constexpr std::int32_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
 
-// The provider's own length first, which names the key.
-constexpr std::array<std::uint32_t, 6> kKeyBits{0, 40, 56, 64, 80, 128};
+// The usual lengths that are not the provider's own; the base provider has none above 56.
+constexpr std::array<std::uint32_t, 4> kUsualBits{56, 40, 64, 80};
 
 void AddLengths(std::vector<KeySettings>& all, const KeySettings& settings) {
-  const bool hasLengths = settings.cipher == kRc4 || settings.cipher == kRc2;
-  for (const std::uint32_t bits : kKeyBits) {
-    if (bits != 0 && !hasLengths) return;
+  if (settings.cipher != kRc4 && settings.cipher != kRc2) return;
+  const std::size_t count = settings.UsesEnhancedProvider() ? kUsualBits.size() : 1;
+  for (const std::uint32_t bits : std::span(kUsualBits).first(count)) {
     all.push_back(settings);
     all.back().keyBits = bits;
   }
 }
 
 // All settings that keys are tried with. Providers lack some of the ciphers and lengths.
-std::vector<KeySettings> AllSettings() {
+std::vector<KeySettings> AllSettings(KeyLengths lengths) {
   std::vector<KeySettings> all;
   for (const ProviderChoice provider : {ProviderChoice::Base, ProviderChoice::Enhanced}) {
     for (std::int32_t cipher = 1; cipher <= kCiphers; ++cipher) {
       for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
-        AddLengths(all, {hash, cipher, provider});
+        all.push_back({hash, cipher, provider});
+        if (lengths == KeyLengths::Usual) AddLengths(all, {hash, cipher, provider});
         if (provider == ProviderChoice::Enhanced && cipher == kRc2) {
           all.push_back({hash, cipher, provider, 0, kOldRc2Bits});
         }
@@ -76,9 +77,10 @@ void SetProbabilities(Candidates& candidates) {
 }  // namespace
 
 // Adds the keys of one password, each once.
-void CandidateSearch::AddKeys(std::size_t number, std::span<const std::uint8_t> password) {
+void CandidateSearch::AddKeys(std::size_t number, std::span<const std::uint8_t> password,
+                              KeyLengths lengths) {
   const auto first = static_cast<std::ptrdiff_t>(keys_.size());
-  for (const KeySettings& settings : AllSettings()) {
+  for (const KeySettings& settings : AllSettings(lengths)) {
     TriedKey next{{settings}, number, std::make_unique<DerivedKey>(), {}};
     if (next.key->Derive(settings, password) != nullptr) continue;
     next.fingerprint = FingerprintOf(*next.key);
@@ -96,8 +98,9 @@ void CandidateSearch::AddKeys(std::size_t number, std::span<const std::uint8_t> 
   }
 }  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the vector owns each key
 
-CandidateSearch::CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords) {
-  for (std::size_t i = 0; i < passwords.size(); ++i) AddKeys(i, passwords[i]);
+CandidateSearch::CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords,
+                                 KeyLengths lengths) {
+  for (std::size_t i = 0; i < passwords.size(); ++i) AddKeys(i, passwords[i], lengths);
 }
 
 Candidates CandidateSearch::Find(std::span<const CiphertextSample> samples) const {
@@ -125,7 +128,7 @@ Candidates CandidateSearch::Find(std::span<const CiphertextSample> samples,
 
 Candidates FindCandidates(std::span<const CiphertextSample> samples,
                           std::span<const std::uint8_t> password) {
-  return CandidateSearch(std::array{password}).Find(samples);
+  return CandidateSearch(std::array{password}, KeyLengths::OfProviders).Find(samples);
 }
 
 }  // namespace latchkey

@@ -39,12 +39,15 @@ struct Candidates {
   }
 };
 
-// The keys of every password under every provider, hash and cipher: RC2 and RC4 with keys of 40,
-// 56, 64, 80 and 128 bits, RC2 also with the 40 effective bits of Windows 2000 and before. Derived
-// once, for any number of searches and threads.
+// The lengths of RC2 and RC4 keys: those of the providers, 40 and 128 bits, or also 56, 64 and 80.
+enum class KeyLengths { OfProviders, Usual };
+
+// The keys of every password under every provider, hash and cipher, RC2 also with the 40 effective
+// bits of Windows 2000 and before. Derived once, for any number of searches and threads.
 class CandidateSearch {
  public:
-  explicit CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords);
+  explicit CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords,
+                           KeyLengths lengths = KeyLengths::Usual);
 
   // The keys that fit all samples, which were made with the same one. Their probability follows
   // from SampleSet's evidence by Bayes' rule. The prior is one half for "none of them", and the
@@ -62,12 +65,12 @@ class CandidateSearch {
     WipedBytes fingerprint;
   };
 
-  void AddKeys(std::size_t number, std::span<const std::uint8_t> password);
+  void AddKeys(std::size_t number, std::span<const std::uint8_t> password, KeyLengths lengths);
 
   std::vector<TriedKey> keys_;
 };
 
-// A search with one password.
+// A search with one password, and with keys of the providers' own lengths.
 [[nodiscard]] Candidates FindCandidates(std::span<const CiphertextSample> samples,
                                         std::span<const std::uint8_t> password);
 

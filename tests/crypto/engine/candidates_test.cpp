@@ -91,8 +91,10 @@ TEST(CandidatesTest, UsualKeyLengthsAreTried) {
     for (const std::uint32_t bits : {40U, 56U, 64U, 80U, 128U}) {
       const KeySettings settings{1, cipher, ProviderChoice::Enhanced, bits};
       const Bytes ciphertext = Encrypted(settings, kText);
+      const Bytes password = BytesOf("pw");
+      const std::array<std::span<const std::uint8_t>, 1> passwords{password};
       const Candidates found =
-          FindCandidates(std::array{CiphertextSample::Of(ciphertext)}, BytesOf("pw"));
+          CandidateSearch(passwords).Find(std::array{CiphertextSample::Of(ciphertext)});
       ASSERT_TRUE(found.IsCertain()) << cipher << ' ' << bits;
       DerivedKey key;
       ASSERT_EQ(key.Derive(found.fitting.front().settings.front(), BytesOf("pw")), nullptr);
