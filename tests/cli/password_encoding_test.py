@@ -111,7 +111,7 @@ class PasswordEncodingTest(CommandTest):
                 continue  # other pages have the same characters
             self.write("password", text.encode())
             result = self.run_command("decrypt", "--hash", "md5", "--cipher", "des", "--password-file", "password",
-                                      data=bytes(7))
+                                      data=bytes(16))
             self.assertEqual((result.status, result.lines[0]),
                              (1, "latchkey: Error decrypting data (location 717, number 120): standard input"))
             self.assertIn("most likely --password-encoding " + encoding, result.lines[1])
@@ -121,7 +121,7 @@ class PasswordEncodingTest(CommandTest):
                                  ("ö".encode(), ["--password-encoding", "bytes"], False), (b"\xf6", [], True)):
             self.write("password", data)
             result = self.run_command("decrypt", "--hash", "md5", "--cipher", "des", "--password-file", "password",
-                                      *more, data=bytes(7))
+                                      *more, data=bytes(16))
             self.assertEqual((result.status, "--password-encoding" in result.lines[1]), (1, hint), (data, more))
 
     def test_verbose_prints_encoding_and_length_and_never_the_password(self):
