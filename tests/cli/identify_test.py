@@ -211,6 +211,15 @@ class ManyTest(CommandTest):
         text = self.run_well("identify", "--password-file", "password", *names).text
         self.assertIn("4 practically certain: --provider enhanced --hash sha1 --cipher 3des\n  3des-000\n  3des-001\n", text)
 
+    def test_a_long_text_under_rc4_does_not_answer_for_the_others(self):
+        self.write("a", self.encrypt(CORPUS[:400], self.RC4))
+        self.write("b", self.encrypt(CORPUS[:90], self.DES))
+        self.write("c", self.random.randbytes(60))
+        result = self.identify("a", "b", "c")
+        self.assertEqual(result.status, 3)
+        self.assertEqual([[each["file"] for each in group["ciphertexts"]] for group in result.json["groups"]],
+                         [["a"], ["b"]] if result.json["groups"][0]["cipher"] == "rc4" else [["b"], ["a"]])
+
     def test_random_data_and_zeros_are_never_certain(self):
         for data in [bytes(length) for length in (8, 64, 800)] + [self.random.randbytes(8 * i) for i in range(1, 20)]:
             self.assertIn(self.identify(self.write("c", data)).status, (1, 3), data)
