@@ -22,7 +22,7 @@ latchkey_settings SettingsOf(const KeySettings& settings) noexcept {
 
 latchkey_candidate CandidateOf(const Candidate& candidate) noexcept {
   return {candidate.probability,
-          candidate.padding ? static_cast<std::int32_t>(*candidate.padding) : -1,
+          candidate.evidence.padding ? static_cast<std::int32_t>(*candidate.evidence.padding) : -1,
           SettingsOf(candidate.settings.front())};
 }
 

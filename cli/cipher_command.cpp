@@ -3,7 +3,9 @@
 #include <optional>
 #include <utility>
 
+#include "cli/automatic_key.h"
 #include "cli/cipher_stream.h"
+#include "cli/ciphertext_input.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/failure.h"
@@ -12,6 +14,7 @@
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/output_file.h"
+#include "cli/platform/stream_name.h"
 #include "cli/progress.h"
 
 namespace latchkey::cli {
@@ -48,6 +51,15 @@ struct Options {
   PasswordOptions password;
   OutputOptions output;
   std::string input = "-";
+  bool restoreSpaces = false;
+  bool automatic = false;
+};
+
+// A key and how to decrypt with it.
+struct ReadyKey {
+  DerivedKey key;
+  Spaces spaces = Spaces::Keep;
+  std::string hint;  // what to try if decryption fails
 };
 
 // Raises CommandError about `file` if a check failed.
@@ -68,11 +80,11 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
   return work;
 }
 
-ByteCounts Transform(CipherWork& work, InputFile& input, const OutputOptions& options,
-                     OutputFile& output, Progress& progress) {
-  if (work.workers > 1) input.AllowStop();
+ByteCounts Transform(CipherWork& work, InputFile& file, CiphertextInput& input,
+                     const OutputOptions& options, OutputFile& output, Progress& progress) {
+  if (work.workers > 1) file.AllowStop();
   return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
-                          [&] { input.StopReading(); },
+                          [&] { file.StopReading(); },
                           [&](std::span<const std::uint8_t> result, std::size_t consumed) {
                             RefuseTerminal(options, result);
                             output.Write(result);
@@ -88,27 +100,85 @@ Json Result(const Options& options, const KeySettings& settings, const ByteCount
   return result;
 }
 
+void Derive(ReadyKey& ready, const CipherCommand& command, const Options& options,
+            const std::string& file) {
+  Require(ready.key.Open(SettingsOf(options.key), SitesOf(command.direction)), file);
+  const WipedBytes password = ReadPassword(options.password, command.prompt);
+  Require(ready.key.Derive(password), file);
+  ready.spaces = options.restoreSpaces ? Spaces::Restore : Spaces::Keep;
+  ready.hint = EncodingHint(options.password, password);
+}
+
+// Reads the input once more before it is decrypted.
+void DeriveFound(ReadyKey& ready, const Options& options, bool quiet) {
+  if (InputDescriptor(options.input)) {
+    throw WrongUsage("--auto requires a named file, since it reads the data twice");
+  }
+  const KeyOptions& key = options.key;
+  if (!(key.hash + key.cipher + key.provider).empty() || key.keyBits + key.rc2EffectiveBits != 0) {
+    throw WrongUsage("--auto finds the settings: leave out those that are given");
+  }
+  InputFile input(options.input);
+  const AutomaticKey found = FindKey(ReadSample(input, quiet), options.password);
+  if (options.password.verbose) Report::Note("latchkey: certain: " + found.options);
+  Require(ready.key.Derive(found.settings, found.password, kDecryptionSites), input.Name());
+  ready.spaces = found.restoresSpaces ? Spaces::Restore : Spaces::Keep;
+}
+
+// The password is wiped before the data is read.
+void MakeKey(ReadyKey& ready, const CipherCommand& command, const Options& options,
+             const std::string& file, bool quiet) {
+  if (options.automatic) {
+    DeriveFound(ready, options, quiet);
+  } else {
+    Derive(ready, command, options, file);
+  }
+}
+
+CommandError WithHint(const CommandError& error, const ReadyKey& ready,
+                      const CiphertextInput& input) {
+  const std::string length = input.LengthHint();
+  return WithDecryptionHint(error, length.empty() ? ready.hint : length);
+}
+
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
   if (command.direction == CipherDirection::Encrypt) RefuseTerminal(options.output);
   RequireOwnSource(options.password, options.input);
-  const KeySettings settings = SettingsOf(options.key);
-  InputFile input(options.input);
-  const CipherSites& sites = SitesOf(command.direction);
-  DerivedKey key;
-  Require(key.Open(settings, sites), input.Name());
-  Require(key.Derive(ReadPassword(options.password, command.prompt)), input.Name());
-  CipherWork work = PrepareWork(command, key, input);
+  InputFile file(options.input);
+  ReadyKey ready;
+  MakeKey(ready, command, options, file.Name(), report.IsQuiet());
+  CipherWork work = PrepareWork(command, ready.key, file);
+  CiphertextInput input([&](std::span<std::uint8_t> bytes) { return file.Read(bytes); },
+                        ready.key.Settings(), ready.spaces);
   OutputFile output(options.output.file, options.output.force, command.readers);
   ByteCounts counts;
-  {
-    Progress progress(input.Size(), report.IsQuiet());
-    counts = Transform(work, input, options.output, output, progress);
+  try {
+    Progress progress(file.Size(), report.IsQuiet());
+    counts = Transform(work, file, input, options.output, output, progress);
+  } catch (const CommandError& error) {
+    throw WithHint(error, ready, input);
   }
-  input.Close();
+  file.Close();
   output.Commit();
-  report.Result(Result(options, settings, counts));
+  Json result = Result(options, ready.key.Settings(), counts);
+  if (input.Restored() > 0) result["restored_spaces"] = input.Restored();
+  report.Result(result);
   return ExitStatus::Done;
+}
+
+// The parser requires --hash and --cipher unless they are to be found.
+void AddDecryptionOptions(CLI::App& command, Options& options) {
+  command.add_flag("--restore-spaces", options.restoreSpaces,
+                   "Put back bytes of value 20 (hexadecimal) that a client cut from the end");
+  CLI::Option* const automatic = command.add_flag("--auto", options.automatic,
+                                                  "Find the settings and the password's encoding "
+                                                  "as identify does; fail if they are not certain");
+  automatic->each([&command](const std::string& /*value*/) {
+    for (const char* const name : {"--hash", "--cipher"}) {
+      command.get_option(name)->required(false);
+    }
+  });
 }
 
 void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
@@ -119,6 +189,7 @@ void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
                         return RunCipherCommand(cipherCommand, *options, report);
                       });
   AddKeyOptions(command, options->key, Required::Yes);
+  if (cipherCommand.direction == CipherDirection::Decrypt) AddDecryptionOptions(command, *options);
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
   command.add_option("IN", options->input, "Read this file (default: standard input)")

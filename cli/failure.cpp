@@ -61,6 +61,13 @@ std::string FailureLine(const Failure& failure) {
   return WithoutControls(failure.file.empty() ? line : line + ": " + failure.file);
 }
 
+CommandError WithDecryptionHint(const CommandError& error, const std::string& hint) {
+  Failure failure = error.Get();
+  if (hint.empty() || failure.location != check::kDecryptCipher.location) return error;
+  failure.hint = hint + "; " + failure.hint;
+  return CommandError(std::move(failure));
+}
+
 // The texts are ASCII.
 std::string Utf8(TextView text) {
   std::string utf8;

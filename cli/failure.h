@@ -14,7 +14,7 @@
 namespace latchkey::cli {
 
 // The exit status of the process.
-enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2 };
+enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2, Guessed = 3 };
 
 // The error record and its subject. A failure of the component has a location; a failure of the
 // operating system or of the command itself has only its text.
@@ -39,6 +39,9 @@ class CommandError final : public std::exception {
  private:
   Failure failure_;
 };
+
+// The error with more advice, if decryption failed; other errors are unchanged.
+[[nodiscard]] CommandError WithDecryptionHint(const CommandError& error, const std::string& hint);
 
 // The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});

@@ -1,96 +1,44 @@
 // latchkey identify.
-#include <array>
-#include <cstdio>
+#include <algorithm>
 #include <memory>
 
-#include "cli/algorithm_names.h"
 #include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/key_options.h"
-#include "cli/password_options.h"
+#include "cli/identification.h"
+#include "cli/identify_answers.h"
+#include "cli/sorting.h"
 
 namespace latchkey::cli {
 namespace {
 
 struct Options {
   PasswordOptions password;
-  std::string file;
+  std::vector<std::string> files;
+  bool records = false;
 };
 
-const char* Confidence(double probability) {
-  if (probability >= 0.9999) return "practically certain";
-  if (probability >= 0.99) return "very likely";
-  if (probability >= 0.9) return "likely";
-  if (probability >= 0.5) return "more likely than not";
-  return "no more than a guess";
-}
+// More records say nothing more.
+constexpr std::size_t kMostRecords = 10'000;
 
-std::string Percent(double probability) {
-  std::array<char, 32> text{};
-  std::snprintf(text.data(), text.size(), "%8.4f %%", probability * 100);
-  return text.data();
-}
+// The memory for the beginnings of all files, and the least for each.
+constexpr std::size_t kAllHeads = std::size_t{1} << 24;
+constexpr std::size_t kLeastHead = 4096;
 
-std::string Providers(const Candidate& candidate, const char* separator) {
-  std::string names;
-  for (const KeySettings& settings : candidate.settings) {
-    names += (names.empty() ? "" : separator) + ProviderName(settings.UsesEnhancedProvider());
+std::vector<SampleBytes> ReadAll(const Options& options, const Report& report) {
+  std::vector<SampleBytes> samples;
+  const std::size_t share = kAllHeads / options.files.size() / kLeastHead * kLeastHead;
+  const std::size_t head = std::clamp(share, kLeastHead, CiphertextSample::kHeadLength);
+  for (const std::string& file : options.files) {
+    if (samples.size() >= kMostRecords && options.records) break;
+    InputFile input(file);
+    if (options.records) {
+      ReadRecords(input, kMostRecords, samples);
+    } else {
+      samples.push_back(ReadSample(input, report.IsQuiet(), head));
+    }
   }
-  return names;
-}
-
-std::string Padded(std::string text, std::size_t width) {
-  text.resize(std::max(width, text.size()), ' ');
-  return text + "  ";
-}
-
-std::string Line(const Candidate& candidate) {
-  const KeySettings& settings = candidate.settings.front();
-  const std::string bits = settings.rc2EffectiveBits != 0
-                               ? ", " + std::to_string(settings.rc2EffectiveBits) + " bits"
-                               : std::string();
-  return Padded(Percent(candidate.probability), 11) + Padded(Providers(candidate, ", "), 14) +
-         Padded(HashName(settings.hash), 4) + Padded(CipherName(settings.cipher) + bits, 12) +
-         (candidate.padding ? std::to_string(*candidate.padding) : "-") + "\n";
-}
-
-void PrintTable(const Candidates& candidates, const Report& report) {
-  const Candidate& best = candidates.fitting.front();
-  std::string text = "PROBABILITY  PROVIDER        HASH  CIPHER        PADDING\n";
-  for (const Candidate& candidate : candidates.fitting) text += Line(candidate);
-  text += Padded(Percent(candidates.noneProbability), 11) + "none of the " +
-          std::to_string(candidates.tried) + " keys tried\n";
-  text +=
-      std::string(Confidence(best.probability)) + ": " + OptionsOf(best.settings.front()) + "\n";
-  report.Text(text);
-}
-
-Json ObjectOf(const Candidate& candidate) {
-  const KeySettings& settings = candidate.settings.front();
-  Json providers = Json::array();
-  for (const KeySettings& each : candidate.settings) {
-    providers.push_back(ProviderName(each.UsesEnhancedProvider()));
-  }
-  Json object{{"providers", providers},
-              {"hash", HashName(settings.hash)},
-              {"cipher", CipherName(settings.cipher)}};
-  if (settings.rc2EffectiveBits != 0) object["rc2_effective_bits"] = settings.rc2EffectiveBits;
-  if (candidate.padding) object["padding"] = *candidate.padding;
-  object["evidence_bits"] = candidate.evidenceBits;
-  object["probability"] = candidate.probability;
-  object["confidence"] = Confidence(candidate.probability);
-  return object;
-}
-
-Json Result(const Options& options, const SampleBytes& sample, const Candidates& candidates) {
-  Json list = Json::array();
-  for (const Candidate& candidate : candidates.fitting) list.push_back(ObjectOf(candidate));
-  return {{"file", options.file},
-          {"bytes", sample.length},
-          {"keys_tried", candidates.tried},
-          {"candidates", list},
-          {"none_probability", candidates.noneProbability}};
+  return samples;
 }
 
 CommandError NothingFits(const std::string& file) {
@@ -102,16 +50,37 @@ CommandError NothingFits(const std::string& file) {
   return CommandError(failure);
 }
 
+ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Report& report) {
+  report.Text(sorted.Text());
+  report.Result(sorted.Object(tried));
+  return sorted.IsComplete() ? ExitStatus::Done : ExitStatus::Guessed;
+}
+
+// Settings that all samples share come first. Only if those are not certain is each judged alone.
+ExitStatus Answer(const Identification& identification, std::span<const SampleBytes> samples,
+                  const Report& report) {
+  std::vector<CiphertextSample> views;
+  for (const SampleBytes& sample : samples) views.push_back(sample.Sample());
+  const Candidates joint = identification.Search().Find(views);
+  if (!joint.IsCertain() && samples.size() > 1) {
+    const SortedAnswer sorted(identification, samples, Sort(identification.Search(), views));
+    if (sorted.HasGroups()) return ReportSorted(sorted, joint.tried, report);
+  }
+  if (joint.fitting.empty()) {
+    throw NothingFits(samples.size() == 1 ? samples.front().file : std::string());
+  }
+  const JointAnswer answer(identification, joint);
+  report.Text(answer.Text());
+  report.Result(answer.Object(samples));
+  return joint.IsCertain() ? ExitStatus::Done : ExitStatus::Guessed;
+}
+
 ExitStatus RunIdentify(const Options& options, const Report& report) {
-  RequireOwnSource(options.password, options.file);
-  InputFile input(options.file);
-  const SampleBytes sample = ReadSample(input, report.IsQuiet());
-  const Candidates candidates =
-      FindCandidates(std::array{sample.Sample()}, ReadPassword(options.password, Prompt::Once));
-  if (candidates.fitting.empty()) throw NothingFits(input.Name());
-  PrintTable(candidates, report);
-  report.Result(Result(options, sample, candidates));
-  return ExitStatus::Done;
+  for (const std::string& file : options.files) RequireOwnSource(options.password, file);
+  const std::vector<SampleBytes> samples = ReadAll(options, report);
+  if (samples.empty()) throw NothingFits(options.files.front());
+  const Identification identification(options.password);
+  return Answer(identification, samples, report);
 }
 
 }  // namespace
@@ -119,12 +88,16 @@ ExitStatus RunIdentify(const Options& options, const Report& report) {
 void AddIdentifyCommand(CommandLine& commandLine) {
   const auto options = std::make_shared<Options>();
   CLI::App& command = commandLine.Add(
-      "identify", "Find the provider, hash and cipher that a ciphertext was made with",
+      "identify", "Find the provider, hash and cipher that ciphertexts were made with",
       "latchkey identify --password-file secret.txt report.lk",
       [options](Report& report) { return RunIdentify(*options, report); });
   AddPasswordOptions(command, options->password);
+  command.add_flag("--records", options->records,
+                   "Read a ciphertext from each line, as hexadecimal digits");
   command
-      .add_option("FILE", options->file, "Read the ciphertext from this file; - is standard input")
+      .add_option("FILE", options->files,
+                  "Read ciphertexts from these files; - is standard input. If no settings fit all, "
+                  "sort them")
       ->required()
       ->type_name("");
 }

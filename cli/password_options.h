@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/secure_memory.h"
+#include "cli/password_text.h"
 
 namespace CLI {
 class App;
@@ -17,9 +18,17 @@ struct PasswordOptions {
   std::optional<std::string> file;  // "-" is standard input
   std::optional<std::string> variable;
   std::optional<int> descriptor;
-  bool exact = false;  // keep the line end of a file or descriptor
+  std::string encoding;  // a name of TextEncodingNames, "bytes", or empty if none is named
+  bool exact = false;    // use all lines of a file or descriptor, with their ends
+  bool appendNul = false;
   bool builtIn = false;
   bool none = false;
+  bool verbose = false;
+
+  // Whether the source gives text, which is converted.
+  [[nodiscard]] bool NamesEncoding() const noexcept {
+    return !encoding.empty() && encoding != kBytesEncoding;
+  }
 };
 
 // Raises CommandError (wrong usage) if the password and the data of that input have the same
@@ -31,9 +40,22 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options);
 
 enum class Prompt { Once, Twice };
 
-// Reads the password, as exact bytes. Drops one line end (LF or CR LF) at the end of a file or
-// descriptor unless `exact` is set. Without an option, asks on the terminal, twice with Twice.
-// Raises CommandError if the source is missing or the two passwords differ.
+// Reads the password, as bytes of the named encoding or as they are. Drops one line end (LF or CR
+// LF) at the end of a file or descriptor unless `exact` is set. Without an option, asks on the
+// terminal, twice with Twice.
+//
+// Raises CommandError if the source is missing, the two passwords differ, the password is empty
+// (unless `none` is set), has several lines (unless `exact` is set), is not text in the named
+// encoding, or was typed with other than ASCII and no encoding is named.
 [[nodiscard]] WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
+
+// Reads the password in each form that a program may have used: with the named encoding, that and
+// the same with a zero character at the end; otherwise all of AllForms.
+[[nodiscard]] std::vector<EncodedPassword> ReadPasswordForms(const PasswordOptions& options);
+
+// What to try if decryption fails: to name the encoding of a password that is not ASCII. Empty if
+// it is, or an encoding is named.
+[[nodiscard]] std::string EncodingHint(const PasswordOptions& options,
+                                       std::span<const std::uint8_t> password);
 
 }  // namespace latchkey::cli

@@ -5,12 +5,12 @@
 #include <string>
 
 #include "base/secure_memory.h"
+#include "cli/platform/secret_text.h"
 
 namespace latchkey::cli {
 
-// The value of a variable, which is wiped and removed from the environment of the process. Exact
-// bytes on Linux, codes of the system's code page on Windows. Nothing if it is not set. Raises
-// FileError for a character that the code page lacks.
-[[nodiscard]] std::optional<WipedBytes> TakeVariable(const std::string& name);
+// The value of a variable, which is wiped and removed from the environment of the process. Nothing
+// if it is not set. Raises FileError for text that does not have that form.
+[[nodiscard]] std::optional<WipedBytes> TakeVariable(const std::string& name, TextForm form);
 
 }  // namespace latchkey::cli

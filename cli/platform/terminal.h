@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "base/secure_memory.h"
+#include "cli/platform/secret_text.h"
 
 namespace latchkey::cli {
 
@@ -20,9 +21,9 @@ enum class StandardStream { Output, Error };
 bool WriteText(StandardStream stream, std::string_view text) noexcept;
 
 // Asks for a line on the terminal of the process, even if its streams are redirected, with echo
-// off. Returns the line without its end: bytes as typed on Linux, codes of the system's code page
-// on Windows. Nothing without a terminal, and for an end of input before any line. Raises FileError
-// if the terminal fails, and for a character that the code page lacks.
-[[nodiscard]] std::optional<WipedBytes> ReadHiddenLine(std::string_view prompt);
+// off, also after the process was stopped and continued. Returns the line without its end, empty if
+// the input ends before it. Nothing without a terminal. Raises FileError if the terminal fails, and
+// for text that does not have that form.
+[[nodiscard]] std::optional<WipedBytes> ReadHiddenLine(const std::string& prompt, TextForm form);
 
 }  // namespace latchkey::cli

@@ -1,28 +1,44 @@
 #include "crypto/engine/candidates.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <memory>
+#include <numeric>
 #include <utility>
 
 #include "base/secure_memory.h"
-#include "crypto/engine/text_evidence.h"
 
 namespace latchkey {
+
 namespace {
 
 constexpr std::int32_t kHashes = 4;
 constexpr std::int32_t kCiphers = 5;
+constexpr std::int32_t kRc4 = 1;
 constexpr std::int32_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
 
-// All settings to try. Some include a cipher that the provider lacks.
-std::vector<KeySettings> AllSettings() {
+// The usual lengths that are not the provider's own; the base provider has none above 56.
+constexpr std::array<std::uint32_t, 4> kUsualBits{56, 40, 64, 80};
+
+void AddLengths(std::vector<KeySettings>& all, const KeySettings& settings) {
+  if (settings.cipher != kRc4 && settings.cipher != kRc2) return;
+  const std::size_t count = settings.UsesEnhancedProvider() ? kUsualBits.size() : 1;
+  for (const std::uint32_t bits : std::span(kUsualBits).first(count)) {
+    all.push_back(settings);
+    all.back().keyBits = bits;
+  }
+}
+
+// All settings that keys are tried with. Providers lack some of the ciphers and lengths.
+std::vector<KeySettings> AllSettings(KeyLengths lengths) {
   std::vector<KeySettings> all;
   for (const ProviderChoice provider : {ProviderChoice::Base, ProviderChoice::Enhanced}) {
     for (std::int32_t cipher = 1; cipher <= kCiphers; ++cipher) {
       for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
         all.push_back({hash, cipher, provider});
+        if (lengths == KeyLengths::Usual) AddLengths(all, {hash, cipher, provider});
         if (provider == ProviderChoice::Enhanced && cipher == kRc2) {
           all.push_back({hash, cipher, provider, 0, kOldRc2Bits});
         }
@@ -32,92 +48,12 @@ std::vector<KeySettings> AllSettings() {
   return all;
 }
 
-// A key and the settings that give it.
-struct TriedKey {
-  std::vector<KeySettings> settings;
-  std::unique_ptr<DerivedKey> key;
-  WipedBytes fingerprint;
-};
-
-// The ciphertext of sixteen zero bytes, which identifies a key of one cipher. Empty if the provider
+// The encryption of sixteen zero bytes, which identifies a key of one cipher. Empty if the provider
 // refuses.
 WipedBytes FingerprintOf(const DerivedKey& key) {
   WipedBytes zeros(2 * provider::kBlockSize + key.MostAdded());
   std::uint32_t length = 2 * provider::kBlockSize;
   return key.Transform(CipherDirection::Encrypt, zeros, length) ? zeros : WipedBytes();
-}
-
-bool IsSameKey(const TriedKey& tried, const TriedKey& other) {
-  const KeySettings& settings = tried.settings.front();
-  const KeySettings& otherSettings = other.settings.front();
-  return settings.cipher == otherSettings.cipher && settings.hash == otherSettings.hash &&
-         tried.fingerprint == other.fingerprint;
-}
-
-// The keys of all settings, without duplicates.
-std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
-  std::vector<TriedKey> keys;
-  for (const KeySettings& settings : AllSettings()) {
-    TriedKey next{{settings}, std::make_unique<DerivedKey>(), {}};
-    if (next.key->Derive(settings, password) != nullptr) continue;
-    next.fingerprint = FingerprintOf(*next.key);
-    if (next.fingerprint.empty()) continue;
-    const auto same =
-        std::ranges::find_if(keys, [&](const TriedKey& tried) { return IsSameKey(tried, next); });
-    if (same != keys.end()) {
-      same->settings.push_back(settings);
-    } else {
-      keys.push_back(std::move(next));
-    }
-  }
-  return keys;
-}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the vector owns each key
-
-// Decrypts in place and cuts `bytes` to the result. False if the settings do not fit.
-bool Decrypt(const DerivedKey& key, WipedBytes& bytes, bool whole) {
-  auto length = static_cast<std::uint32_t>(bytes.size());
-  PasswordKey session = whole ? PasswordKey() : key.NewSession();
-  const bool done = whole
-                        ? key.Transform(CipherDirection::Decrypt, bytes, length)
-                        : session.HasKey() && session.Transform(CipherDirection::Decrypt, bytes,
-                                                                length, false) == CipherStep::Done;
-  bytes.resize(done ? length : 0);
-  return done;
-}
-
-// The number of padding bytes at the end of the plaintext, or nothing if the padding is bad. The
-// tail is enough: in CBC mode, decrypting a block requires only the block before it.
-std::optional<unsigned> PaddingOf(const DerivedKey& key, const CiphertextSample& sample) {
-  if (sample.length == 0 || sample.length % provider::kBlockSize != 0) return std::nullopt;
-  WipedBytes end(sample.tail.begin(), sample.tail.end());
-  if (!Decrypt(key, end, true)) return std::nullopt;
-  return static_cast<unsigned>(sample.tail.size() - end.size());
-}
-
-// Adds the sample's evidence to the candidate. False if the settings do not fit.
-bool AddEvidence(const DerivedKey& key, const CiphertextSample& sample, Candidate& candidate) {
-  const bool isBlockCipher = key.Settings().HasBlockCipher();
-  if (isBlockCipher) {
-    const std::optional<unsigned> padding = PaddingOf(key, sample);
-    if (!padding) return false;
-    if (!candidate.padding) candidate.padding = padding;
-    candidate.evidenceBits += 8.0 * *padding - 3;
-  }
-  WipedBytes plaintext(sample.head.begin(), sample.head.end());
-  if (!Decrypt(key, plaintext, !isBlockCipher || sample.IsWhole())) return false;
-  candidate.evidenceBits += TextEvidence(plaintext);
-  return true;
-}
-
-// A candidate without its probability; nothing if the settings do not fit.
-std::optional<Candidate> Try(TriedKey& tried, std::span<const CiphertextSample> samples) {
-  Candidate candidate;
-  for (const CiphertextSample& sample : samples) {
-    if (!AddEvidence(*tried.key, sample, candidate)) return std::nullopt;
-  }
-  if (!candidate.padding && candidate.evidenceBits <= 0) return std::nullopt;
-  candidate.settings = std::move(tried.settings);
-  return candidate;
 }
 
 // Applies Bayes' rule, in logarithms until the end, since evidence may be thousands of bits.
@@ -127,11 +63,11 @@ void SetProbabilities(Candidates& candidates) {
   constexpr double kNone = -1;  // one half
   double largest = kNone;
   for (const Candidate& candidate : candidates.fitting) {
-    largest = std::max(largest, prior + candidate.evidenceBits);
+    largest = std::max(largest, prior + candidate.evidence.bits);
   }
   double sum = std::exp2(kNone - largest);
   for (Candidate& candidate : candidates.fitting) {
-    candidate.probability = std::exp2(prior + candidate.evidenceBits - largest);
+    candidate.probability = std::exp2(prior + candidate.evidence.bits - largest);
     sum += candidate.probability;
   }
   for (Candidate& candidate : candidates.fitting) candidate.probability /= sum;
@@ -140,25 +76,59 @@ void SetProbabilities(Candidates& candidates) {
 
 }  // namespace
 
-CiphertextSample CiphertextSample::Of(std::span<const std::uint8_t> ciphertext) noexcept {
-  return {ciphertext.first(std::min(ciphertext.size(), kHeadLength)),
-          ciphertext.last(std::min(ciphertext.size(), kTailLength)), ciphertext.size()};
+// Adds the keys of one password, each once.
+void CandidateSearch::AddKeys(std::size_t number, std::span<const std::uint8_t> password,
+                              KeyLengths lengths) {
+  const auto first = static_cast<std::ptrdiff_t>(keys_.size());
+  for (const KeySettings& settings : AllSettings(lengths)) {
+    TriedKey next{{settings}, number, std::make_unique<DerivedKey>(), {}};
+    if (next.key->Derive(settings, password) != nullptr) continue;
+    next.fingerprint = FingerprintOf(*next.key);
+    if (next.fingerprint.empty()) continue;
+    const auto same = std::find_if(keys_.begin() + first, keys_.end(), [&](const TriedKey& tried) {
+      const KeySettings& other = tried.settings.front();
+      return other.cipher == settings.cipher && other.hash == settings.hash &&
+             tried.fingerprint == next.fingerprint;
+    });
+    if (same == keys_.end()) {
+      keys_.push_back(std::move(next));
+    } else if (same->settings.back().provider != settings.provider) {
+      same->settings.push_back(settings);
+    }
+  }
+}  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the vector owns each key
+
+CandidateSearch::CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords,
+                                 KeyLengths lengths) {
+  for (std::size_t i = 0; i < passwords.size(); ++i) AddKeys(i, passwords[i], lengths);
+}
+
+Candidates CandidateSearch::Find(std::span<const CiphertextSample> samples) const {
+  std::vector<std::size_t> all(keys_.size());
+  std::iota(all.begin(), all.end(), std::size_t{0});
+  return Find(samples, all);
+}
+
+Candidates CandidateSearch::Find(std::span<const CiphertextSample> samples,
+                                 std::span<const std::size_t> keys) const {
+  const SampleSet set(samples);
+  Candidates candidates;
+  candidates.tried = keys.size();
+  for (const std::size_t index : keys) {
+    const TriedKey& tried = keys_.at(index);
+    const std::optional<Evidence> evidence = set.Judge(*tried.key);
+    if (!evidence) continue;
+    candidates.fitting.push_back({tried.settings, tried.password, index, *evidence});
+  }
+  SetProbabilities(candidates);
+  std::ranges::stable_sort(candidates.fitting, std::ranges::greater{},
+                           [](const Candidate& candidate) { return candidate.evidence.bits; });
+  return candidates;
 }
 
 Candidates FindCandidates(std::span<const CiphertextSample> samples,
                           std::span<const std::uint8_t> password) {
-  Candidates candidates;
-  for (TriedKey& tried : AllKeys(password)) {
-    ++candidates.tried;
-    std::optional<Candidate> candidate = Try(tried, samples);
-    if (candidate) candidates.fitting.push_back(std::move(*candidate));
-  }
-  SetProbabilities(candidates);
-  std::stable_sort(candidates.fitting.begin(), candidates.fitting.end(),
-                   [](const Candidate& left, const Candidate& right) {
-                     return left.evidenceBits > right.evidenceBits;
-                   });
-  return candidates;
+  return CandidateSearch(std::array{password}, KeyLengths::OfProviders).Find(samples);
 }
 
 }  // namespace latchkey

@@ -2,55 +2,75 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <vector>
 
+#include "base/secure_memory.h"
 #include "crypto/engine/derived_key.h"
-#include "provider/block_size.h"
+#include "crypto/engine/sample_evidence.h"
 
 namespace latchkey {
 
-// The parts of a ciphertext that are enough to identify its settings.
-struct CiphertextSample {
-  // A longer head would not give a surer answer.
-  static constexpr std::size_t kHeadLength = std::size_t{1} << 16;
-  // The last block and the one it is chained to.
-  static constexpr std::size_t kTailLength = 2 * provider::kBlockSize;
-
-  std::span<const std::uint8_t> head;  // the first bytes, at most kHeadLength
-  std::span<const std::uint8_t> tail;  // the last bytes, at most kTailLength
-  std::uint64_t length = 0;            // of the whole ciphertext
-
-  [[nodiscard]] static CiphertextSample Of(std::span<const std::uint8_t> ciphertext) noexcept;
-  [[nodiscard]] bool IsWhole() const noexcept { return length == head.size(); }
-};
-
 // Settings that fit, with the evidence for them.
 struct Candidate {
-  std::vector<KeySettings> settings;  // all that give this key; they differ in the provider
-  std::optional<unsigned> padding;    // bytes of padding of the first sample; nothing for RC4
-  double evidenceBits = 0;
+  std::vector<KeySettings> settings;  // all settings of this key; they differ in the provider
+  std::size_t password = 0;           // index of the search's password
+  std::size_t key = 0;                // index of the search's key
+  Evidence evidence;
   double probability = 0;
+
+  // Wrong less than once in 1,000 for data that none of the keys was used for. Measured by
+  // bench/identify_errors.
+  static constexpr double kCertain = 0.9999;
+  [[nodiscard]] bool IsCertain() const noexcept {
+    return probability >= kCertain && evidence.unlike == 0;
+  }
 };
 
 struct Candidates {
   std::vector<Candidate> fitting;  // the most probable first
-  std::size_t tried = 0;           // number of different keys
-  double noneProbability = 1;      // that none of the tried settings is right
+  std::size_t tried = 0;           // different keys
+  double noneProbability = 1;      // that none of the tried keys is right
+
+  [[nodiscard]] bool IsCertain() const noexcept {
+    return !fitting.empty() && fitting.front().IsCertain();
+  }
 };
 
-// Decrypts samples of the same settings and password under every provider, hash and cipher; RC2
-// also with the 40 effective bits of Windows 2000 and earlier.
-//
-// - Settings of a block cipher fit if the padding of every sample is well-formed. Settings of RC4
-//   fit if the plaintexts look more like data than like random bytes.
-// - Evidence: the base-2 logarithm of the ratio of two probabilities of the result, under the right
-//   key and under a wrong one, which gives random bytes. For each sample it is TextEvidence of the
-//   plaintext, plus 8 p - 3 for p bytes of padding: with the right key each p from 1 to 8 is
-//   equally likely, and a wrong one gives those bytes once in 256^p.
-// - Probability: follows by Bayes' rule. The prior is one half for "none of them"; the tried keys
-//   have equal shares of the other half.
+// The lengths of RC2 and RC4 keys: those of the providers, 40 and 128 bits, or also 56, 64 and 80.
+enum class KeyLengths { OfProviders, Usual };
+
+// The keys of every password under every provider, hash and cipher, RC2 also with the 40 effective
+// bits of Windows 2000 and before. Derived once, for any number of searches and threads.
+class CandidateSearch {
+ public:
+  explicit CandidateSearch(std::span<const std::span<const std::uint8_t>> passwords,
+                           KeyLengths lengths = KeyLengths::Usual);
+
+  // The keys that fit all samples, which were made with the same one. Their probability follows
+  // from SampleSet's evidence by Bayes' rule. The prior is one half for "none of them", and the
+  // other half in equal shares for the tried keys: all, or those with the indexes `keys`.
+  [[nodiscard]] Candidates Find(std::span<const CiphertextSample> samples) const;
+  [[nodiscard]] Candidates Find(std::span<const CiphertextSample> samples,
+                                std::span<const std::size_t> keys) const;
+
+ private:
+  // A key and the settings that give it.
+  struct TriedKey {
+    std::vector<KeySettings> settings;
+    std::size_t password = 0;
+    std::unique_ptr<DerivedKey> key;
+    WipedBytes fingerprint;
+  };
+
+  void AddKeys(std::size_t number, std::span<const std::uint8_t> password, KeyLengths lengths);
+
+  std::vector<TriedKey> keys_;
+};
+
+// A search with one password, and with keys of the providers' own lengths.
 [[nodiscard]] Candidates FindCandidates(std::span<const CiphertextSample> samples,
                                         std::span<const std::uint8_t> password);
 

@@ -16,4 +16,10 @@ namespace latchkey {
 // - random bytes, such as compressed data, a quarter of the time.
 [[nodiscard]] double TextEvidence(std::span<const std::uint8_t> data);
 
+// The same logarithm for one byte of English text.
+[[nodiscard]] double EnglishEvidence(std::uint8_t byte);
+
+// The base-2 logarithm of the sum of 2 to the power of each part. At least one part.
+[[nodiscard]] double LogOfSum(std::span<const double> parts) noexcept;
+
 }  // namespace latchkey

@@ -119,10 +119,10 @@ TEST(ProgressLineTest, MoreThanExpectedIsAFullBar) {
 
 // CMakeLists.txt sets the variable for the test.
 TEST(TakeVariableTest, RemovesTheVariable) {
-  const auto taken = cli::TakeVariable("LATCHKEY_TEST_SECRET");
+  const auto taken = cli::TakeVariable("LATCHKEY_TEST_SECRET", TextForm::Bytes);
   ASSERT_TRUE(taken);
   EXPECT_EQ(std::string(taken->begin(), taken->end()), "secret value");
-  EXPECT_FALSE(cli::TakeVariable("LATCHKEY_TEST_SECRET"));
+  EXPECT_FALSE(cli::TakeVariable("LATCHKEY_TEST_SECRET", TextForm::Bytes));
 }
 
 TEST(WithoutControlsTest, ControlCharactersAreEscaped) {

@@ -5,7 +5,7 @@ import select
 import termios
 import time
 
-from command import NO_RETRY, PROGRAM, CommandTest
+from command import IS_WINDOWS, NO_RETRY, PROGRAM, CommandTest
 
 OPTIONS = ["--hash", "md5", "--cipher", "des"]
 PLAIN = b"the quick brown fox"
@@ -25,14 +25,11 @@ class PasswordTest(CommandTest):
         bare = self.from_file(b"secret")
         self.assertEqual(self.from_file(b"secret\n"), bare)
         self.assertEqual(self.from_file(b"secret\r\n"), bare)
-        for other in (b"secret\n\n", b"secret\r", b"secret \n", b"secret ", b"\nsecret", b"secret\0", b"Secret"):
+        for other in (b"secret\r", b"secret \n", b"secret ", b"secret\0", b"Secret"):
             self.assertNotEqual(self.from_file(other), bare, other)
 
-    def test_the_first_of_two_line_ends_is_kept(self):
-        self.assertEqual(self.from_file(b"secret\n\n"), self.from_file(b"secret\n", "--password-exact"))
-
     def test_exact_keeps_every_byte(self):
-        texts = [b"secret", b"secret\n", b"secret\r\n", b"secret\n\n", b"secret\0", b"secret ", b"", b"\n"]
+        texts = [b"secret", b"secret\n", b"secret\r\n", b"secret\n\n", b"secret\0", b"secret ", b"\n"]
         self.assertEqual(len({self.from_file(text, "--password-exact") for text in texts}), len(texts))
 
     def test_a_password_of_any_bytes_and_any_length(self):
@@ -71,8 +68,35 @@ class PasswordTest(CommandTest):
         self.assertEqual(result.status, 1)
         self.assertRegex(result.lines[0], "^latchkey: cannot open: .*: nowhere$")
 
-    def test_no_password_is_the_empty_one(self):
-        self.assertEqual(self.ciphertext("--no-password"), self.from_file(b"", "--password-exact"))
+    def test_several_lines_are_refused_unless_exact(self):
+        for password in (b"secret\n\n", b"\nsecret", b"secret\nother", b"secret\r\nother\r\n"):
+            self.write("password", password)
+            for source in (["--password-file", "password"], ["--password-fd", "0"]):
+                arguments = ["encrypt", *OPTIONS, *source, self.plain()]
+                result = self.run_command(*arguments, data=password)
+                self.assertEqual((result.status, result.out, result.lines), (1, b"", [
+                    "latchkey: the password has several lines",
+                    "hint: keep only the password in the file, or use --password-exact for all of it"]))
+                self.run_well(*arguments, "--password-exact", data=password)
+
+    def test_an_empty_password_is_refused_except_by_no_password(self):
+        self.write("empty", b"")
+        self.write("line", b"\r\n")
+        self.write("mark", b"\xef\xbb\xbf\n")
+        for source in (["--password-file", "empty"], ["--password-file", "line"], ["--password-fd", "0"],
+                       ["--password-file", "empty", "--password-exact"], ["--password-env", "LK_TEST"],
+                       ["--password-file", "mark", "--password-encoding", "windows-1252"]):
+            result = self.run_command("encrypt", *OPTIONS, *source, self.plain(), environment={"LK_TEST": ""})
+            if self.is_unset(result):
+                continue
+            self.assertEqual((result.status, result.out, result.lines), (1, b"", [
+                "latchkey: the password is empty", "hint: use --no-password for an empty password"]), source)
+        self.ciphertext("--no-password")
+
+    @staticmethod
+    def is_unset(result):
+        """On Windows an empty variable is not set."""
+        return IS_WINDOWS and result.lines == ["latchkey: environment variable LK_TEST is not set"]
 
     def test_the_default_password_is_another_and_always_the_same(self):
         default = self.ciphertext("--default-password")

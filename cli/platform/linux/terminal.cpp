@@ -1,5 +1,6 @@
 #include "cli/platform/terminal.h"
 
+#include <bsd/readpassphrase.h>
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/ioctl.h>
@@ -7,10 +8,13 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstring>
+#include <utility>
 
 #include "cli/platform/file_error.h"
 #include "cli/platform/file_handle.h"
 #include "cli/platform/linux/interruption.h"
+#include "cli/platform/linux/locale_text.h"
 #include "cli/platform/linux/transfer.h"
 
 namespace latchkey::cli {
@@ -35,47 +39,28 @@ bool WriteAll(int descriptor, std::string_view text) noexcept {
   return true;
 }
 
-// Keeps typed characters from being shown while it lives.
-class EchoOff {
+// Restores the terminal, whose echo readpassphrase turns off, if a signal ends the process. That
+// function itself does so for some of the signals only.
+class RestoredTerminal {
  public:
-  explicit EchoOff(int terminal) : terminal_(terminal) {
-    if (::tcgetattr(terminal_, &before_) != 0) throw FileError(errno, "cannot use", kTerminal);
-    termios silent = before_;
-    silent.c_lflag &= ~static_cast<tcflag_t>(ECHO);
-    silent.c_lflag |= ECHONL;
+  explicit RestoredTerminal(int terminal) {
+    if (::tcgetattr(terminal, &before_) != 0) throw FileError(errno, "cannot use", kTerminal);
     const HeldSignals held;
-    RestoreWhenInterrupted(terminal_, &before_);
-    if (::tcsetattr(terminal_, TCSAFLUSH, &silent) == 0) return;
-    const int reason = errno;
-    RestoreWhenInterrupted(-1, nullptr);
-    throw FileError(reason, "cannot use", kTerminal);
+    RestoreWhenInterrupted(terminal, &before_);
   }
-  EchoOff(const EchoOff&) = delete;
-  EchoOff& operator=(const EchoOff&) = delete;
-  ~EchoOff() {
+  RestoredTerminal(const RestoredTerminal&) = delete;
+  RestoredTerminal& operator=(const RestoredTerminal&) = delete;
+  ~RestoredTerminal() {
     const HeldSignals held;
-    ::tcsetattr(terminal_, TCSANOW, &before_);
     RestoreWhenInterrupted(-1, nullptr);
   }
 
  private:
-  int terminal_;
   termios before_{};
 };
 
-std::optional<WipedBytes> ReadLine(int descriptor) {
-  WipedBytes line;
-  for (;;) {
-    std::uint8_t byte = 0;
-    const ssize_t count = ::read(descriptor, &byte, 1);
-    if (count < 0 && !CanRepeat(descriptor, POLLIN)) {
-      throw FileError(errno, "cannot read", kTerminal);
-    }
-    if (count == 0 && line.empty()) return std::nullopt;
-    if (count == 0 || (count == 1 && byte == '\n')) return line;
-    if (count == 1) line.push_back(byte);
-  }
-}
+// More than a terminal's line can be.
+constexpr std::size_t kLongestLine = 8192;
 
 }  // namespace
 
@@ -91,13 +76,18 @@ bool WriteText(StandardStream stream, std::string_view text) noexcept {
   return WriteAll(DescriptorOf(stream), text);
 }
 
-std::optional<WipedBytes> ReadHiddenLine(std::string_view prompt) {
+std::optional<WipedBytes> ReadHiddenLine(const std::string& prompt, TextForm form) {
   const UniqueFile terminal(::open(kTerminal, O_RDWR | O_CLOEXEC | O_NOCTTY));
   if (!terminal) return std::nullopt;
-  const int descriptor = static_cast<int>(terminal.Get());
-  const EchoOff echoOff(descriptor);
-  if (!WriteAll(descriptor, prompt)) throw FileError(errno, "cannot write", kTerminal);
-  return ReadLine(descriptor);
+  const RestoredTerminal restored(static_cast<int>(terminal.Get()));
+  WipedVector<char> line(kLongestLine);
+  if (::readpassphrase(prompt.c_str(), line.data(), line.size(), RPP_REQUIRE_TTY) == nullptr) {
+    throw FileError(errno, "cannot read", kTerminal);
+  }
+  const std::size_t length = std::strlen(line.data());
+  if (length + 1 == line.size()) throw FileError(EMSGSIZE, "cannot read", kTerminal);
+  WipedBytes bytes(line.data(), line.data() + length);
+  return form == TextForm::Utf8 ? Utf8OfLocale(std::move(bytes), kTerminal) : bytes;
 }
 
 }  // namespace latchkey::cli

@@ -5,7 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "cli/platform/windows/code_page_bytes.h"
+#include "cli/platform/windows/wide_secret.h"
 #include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
@@ -18,7 +18,7 @@ void WipeRunTimeCopy(const std::string& name) {
 
 }  // namespace
 
-std::optional<WipedBytes> TakeVariable(const std::string& name) {
+std::optional<WipedBytes> TakeVariable(const std::string& name, TextForm form) {
   const std::wstring wideName = platform::Widened(name);
   const DWORD room = GetEnvironmentVariableW(wideName.c_str(), nullptr, 0);
   if (room == 0) return std::nullopt;
@@ -29,7 +29,7 @@ std::optional<WipedBytes> TakeVariable(const std::string& name) {
   SetEnvironmentVariableW(wideName.c_str(), std::wstring(length, L'x').c_str());
   SetEnvironmentVariableW(wideName.c_str(), nullptr);
   WipeRunTimeCopy(name);
-  return CodePageBytes(value, name);
+  return BytesOf(value, form, name);
 }
 
 }  // namespace latchkey::cli

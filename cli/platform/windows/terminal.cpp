@@ -4,8 +4,8 @@
 
 #include <array>
 
-#include "cli/platform/windows/code_page_bytes.h"
 #include "cli/platform/windows/handles.h"
+#include "cli/platform/windows/wide_secret.h"
 #include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
@@ -54,7 +54,7 @@ class EchoOff {
   }
 };
 
-std::optional<WipedBytes> ReadLine(HANDLE console) {
+WipedBytes ReadLine(HANDLE console, TextForm form) {
   constexpr wchar_t kControlZ = 0x1A;
   WipedVector<wchar_t> line;
   for (;;) {
@@ -64,10 +64,9 @@ std::optional<WipedBytes> ReadLine(HANDLE console) {
       ThrowLastError("cannot read", kTerminal);
     }
     const bool ended = count == 0 || (line.empty() && character == kControlZ);
-    if (ended && line.empty()) return std::nullopt;
     // A line ends in CR LF. Both are read, so that the next line starts clean.
     if (character == L'\r') continue;
-    if (ended || character == L'\n') return CodePageBytes(line, kTerminal);
+    if (ended || character == L'\n') return BytesOf(line, form, kTerminal);
     line.push_back(character);
   }
 }
@@ -108,14 +107,14 @@ bool WriteText(StandardStream stream, std::string_view text) noexcept {
   return IsTerminal(stream) ? WriteConsole(handle, text) : WriteBytes(handle, text);
 }
 
-std::optional<WipedBytes> ReadHiddenLine(std::string_view prompt) {
+std::optional<WipedBytes> ReadHiddenLine(const std::string& prompt, TextForm form) {
   const UniqueFile input = OpenConsole(L"CONIN$");
   const UniqueFile output = OpenConsole(L"CONOUT$");
   if (!input || !output) return std::nullopt;
   const EchoOff echoOff(HandleOf(input));
   FlushConsoleInputBuffer(HandleOf(input));
   if (!WriteConsole(HandleOf(output), prompt)) ThrowLastError("cannot write", kTerminal);
-  std::optional<WipedBytes> line = ReadLine(HandleOf(input));
+  std::optional<WipedBytes> line = ReadLine(HandleOf(input), form);
   WriteConsole(HandleOf(output), "\r\n");
   return line;
 }

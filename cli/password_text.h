@@ -1,0 +1,57 @@
+// Passwords as text: their lines, and their bytes in an encoding.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/secure_memory.h"
+#include "cli/text_encoding.h"
+
+namespace latchkey::cli {
+
+// The encoding of a password that is used as it is.
+inline constexpr const char* kBytesEncoding = "bytes";
+
+// The text of a file: UTF-8 or, by its BOM, UTF-16; without the BOM. Nothing for other bytes.
+[[nodiscard]] std::optional<WipedText> TextOfFile(std::span<const std::uint8_t> bytes);
+
+// Drops one line end (LF or CR LF) at the end.
+template <class Text>
+void DropLineEnd(Text& text) {
+  if (text.empty() || text.back() != '\n') return;
+  text.pop_back();
+  if (!text.empty() && text.back() == '\r') text.pop_back();
+}
+
+template <class Text>
+[[nodiscard]] bool HasLineEnd(const Text& text) noexcept {
+  for (const auto character : text) {
+    if (character == '\n') return true;
+  }
+  return false;
+}
+
+// A password as the bytes of an encoding.
+struct EncodedPassword {
+  WipedBytes bytes;
+  std::string encoding;
+  bool hasNul = false;  // a zero character was appended
+};
+
+// The password in every encoding that has all its characters, and as it is. Of equal bytes, only
+// the first: under "bytes" for ASCII, otherwise under the name of an encoding.
+[[nodiscard]] std::vector<EncodedPassword> AllForms(const WipedBytes& password,
+                                                    const std::optional<WipedText>& text);
+
+// Many programs hash the zero character that ends a string.
+void AppendNul(EncodedPassword& form);
+void AddFormsWithNul(std::vector<EncodedPassword>& forms);
+
+// The name of the code page that a password of other than ASCII most likely had: the first with all
+// its characters. Nothing if it is not UTF-8, or UTF-16 with a BOM.
+[[nodiscard]] std::optional<std::string> LikelyPage(std::span<const std::uint8_t> password);
+
+}  // namespace latchkey::cli
