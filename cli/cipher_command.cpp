@@ -1,4 +1,6 @@
 // latchkey encrypt and latchkey decrypt.
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -8,6 +10,8 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/key_options.h"
+#include "cli/many_file_options.h"
+#include "cli/many_files.h"
 #include "cli/output_options.h"
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
@@ -20,6 +24,7 @@ namespace {
 // The differences between the two commands.
 struct CipherCommand {
   const char* name;
+  const char* participle;
   const char* description;
   const char* example;
   CipherDirection direction;
@@ -29,6 +34,7 @@ struct CipherCommand {
 
 constexpr CipherCommand kEncrypt{
     "encrypt",
+    "encrypted",
     "Encrypt exact bytes under a password",
     "latchkey encrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.lk report.pdf",
     CipherDirection::Encrypt,
@@ -37,6 +43,7 @@ constexpr CipherCommand kEncrypt{
 
 constexpr CipherCommand kDecrypt{
     "decrypt",
+    "decrypted",
     "Decrypt exact bytes under a password",
     "latchkey decrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.pdf report.lk",
     CipherDirection::Decrypt,
@@ -47,6 +54,7 @@ struct Options {
   KeyOptions key;
   PasswordOptions password;
   OutputOptions output;
+  ManyFileOptions many;
   std::string input = "-";
 };
 
@@ -55,12 +63,13 @@ void Require(const CheckSite* failed, const std::string& file) {
   if (failed != nullptr) throw CommandError(FailureAt(*failed, file));
 }
 
-// The sessions of the key for input of that size.
-CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
-                       const InputFile& input) {
+// The sessions of the key for input of that size, for at most that number of threads.
+CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key, const InputFile& input,
+                       std::size_t threads = SIZE_MAX) {
   const bool inOrder =
       command.direction == CipherDirection::Encrypt || !key.Settings().HasBlockCipher();
-  CipherWork work{command.direction, {}, CipherWorkers(input.Size(), inOrder), input.Name()};
+  const std::size_t workers = std::min(CipherWorkers(input.Size(), inOrder), threads);
+  CipherWork work{command.direction, {}, workers, input.Name()};
   for (std::size_t i = 0; i < (inOrder ? 1 : work.workers); ++i) {
     work.keys.push_back(key.NewSession());
     if (!work.keys.back().HasKey()) Require(&SitesOf(command.direction).key, input.Name());
@@ -68,13 +77,14 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
   return work;
 }
 
-ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output, Progress& progress) {
+ByteCounts Transform(CipherWork& work, InputFile& input, OutputFile& output,
+                     const std::function<void(std::size_t)>& advance) {
   if (work.workers > 1) input.AllowStop();
   return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
                           [&] { input.StopReading(); },
                           [&](std::span<const std::uint8_t> result, std::size_t consumed) {
                             output.Write(result);
-                            progress.Advance(consumed);
+                            advance(consumed);
                           }});
 }
 
@@ -100,7 +110,7 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   ByteCounts counts;
   {
     Progress progress(input.Size(), report.IsQuiet());
-    counts = Transform(work, input, output, progress);
+    counts = Transform(work, input, output, [&](std::size_t bytes) { progress.Advance(bytes); });
   }
   input.Close();
   output.Commit();
@@ -108,18 +118,45 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   return ExitStatus::Done;
 }
 
+ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options, Report& report) {
+  if (options.many.list) RequireOwnSource(options.password, *options.many.list);
+  const KeySettings settings = SettingsOf(options.key);
+  const FilePlan plan(options.many, command.direction);
+  DerivedKey key;
+  Require(key.Open(settings, SitesOf(command.direction)), {});
+  Require(key.Derive(ReadPassword(options.password, command.prompt)), {});
+  const auto stream = [&](InputFile& input, OutputFile& output, std::size_t threads,
+                          const std::function<void(std::size_t)>& advance) {
+    CipherWork work = PrepareWork(command, key, input, threads);
+    return Transform(work, input, output, advance);
+  };
+  FileResults results(report, plan);
+  RunManyFiles({options.many, key, command.direction, command.readers, options.output.force, stream},
+               plan, results);
+  Json settingsOfKey = Json::object();
+  AddSettings(settingsOfKey, settings);
+  return results.Finish(command.participle, settingsOfKey);
+}
+
+ExitStatus RunChosenForm(const CipherCommand& command, Options& options, Report& report) {
+  if (options.many.AreChosen(options.output.force)) {
+    return RunForManyFiles(command, options, report);
+  }
+  if (!options.many.inputs.empty()) options.input = options.many.inputs.front();
+  return RunCipherCommand(command, options, report);
+}
+
 void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
   const auto options = std::make_shared<Options>();
   CLI::App& command =
       commandLine.Add(cipherCommand.name, cipherCommand.description, cipherCommand.example,
                       [options, &cipherCommand](Report& report) {
-                        return RunCipherCommand(cipherCommand, *options, report);
+                        return RunChosenForm(cipherCommand, *options, report);
                       });
   AddKeyOptions(command, options->key, Required::Yes);
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
-  command.add_option("IN", options->input, "Read this file (default: standard input)")
-      ->type_name("");
+  AddManyFileOptions(command, options->many);
 }
 
 }  // namespace

@@ -17,6 +17,10 @@ void AddOutputOptions(CLI::App& command, OutputOptions& options) {
 bool WritesDataToStandardOutput(const CLI::App& command) {
   const CLI::Option* const option = command.get_option_no_throw("--output");
   if (option == nullptr) return false;
+  for (const char* const name : {"--output-dir", "--suffix"}) {
+    const CLI::Option* const other = command.get_option_no_throw(name);
+    if (other != nullptr && other->count() > 0) return false;
+  }
   const std::vector<std::string>& names = option->results();
   return names.empty() || std::any_of(names.begin(), names.end(), IsStandardOutput);
 }

@@ -66,8 +66,11 @@ std::string ProgressLine(std::uint64_t done, std::optional<std::uint64_t> total,
 Progress::Progress(std::optional<std::uint64_t> total, bool quiet)
     : total_(total), shown_(!quiet && IsTerminal(StandardStream::Error)) {}
 
-Progress::~Progress() {
+Progress::~Progress() { Erase(); }
+
+void Progress::Erase() noexcept {
   if (drawn_ > 0) WriteText(StandardStream::Error, eraser_);
+  drawn_ = 0;
 }
 
 void Progress::Advance(std::uint64_t bytes) {

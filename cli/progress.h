@@ -23,6 +23,9 @@ class Progress {
 
   void Advance(std::uint64_t bytes);
 
+  // Erases the line until it is shown again, before other text.
+  void Erase() noexcept;
+
  private:
   using Clock = std::chrono::steady_clock;
 
