@@ -131,8 +131,9 @@ ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options,
     return Transform(work, input, output, advance);
   };
   FileResults results(report, plan);
-  RunManyFiles({options.many, key, command.direction, command.readers, options.output.force, stream},
-               plan, results);
+  RunManyFiles(
+      {options.many, key, command.direction, command.readers, options.output.force, stream}, plan,
+      results);
   Json settingsOfKey = Json::object();
   AddSettings(settingsOfKey, settings);
   return results.Finish(command.participle, settingsOfKey);

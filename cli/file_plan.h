@@ -80,7 +80,7 @@ class FilePlan {
   std::string folder_;  // without a separator at the end, unless it is the root
   FileState folderState_;
   Spool files_;
-  Spool folders_;  // those to read
+  Spool folders_;                  // those to read
   std::uint64_t foldersRead_ = 0;  // the offset of the next
   NameConflicts conflicts_;
   std::uint64_t bytes_ = 0;

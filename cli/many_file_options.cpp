@@ -16,8 +16,7 @@ bool ManyFileOptions::AreChosen(bool replaces) const {
       throw WrongUsage("several files need --output-dir or --suffix");
     }
     if (skipExisting || keepTimes || !sync.empty()) {
-      throw WrongUsage(
-          "--skip-existing, --keep-times and --sync need --output-dir or --suffix");
+      throw WrongUsage("--skip-existing, --keep-times and --sync need --output-dir or --suffix");
     }
     return false;
   }
@@ -61,8 +60,7 @@ void AddManyFileOptions(CLI::App& command, ManyFileOptions& options) {
                    "Read the files in folders, and make the folders again below DIR");
   command.add_flag("--skip-existing", options.skipExisting,
                    "Leave out inputs whose output exists, whatever it contains");
-  command.add_flag("--keep-times", options.keepTimes,
-                   "Give each output the times of its input");
+  command.add_flag("--keep-times", options.keepTimes, "Give each output the times of its input");
   const std::vector<std::string> words{"each", "end", "never"};
   command
       .add_option("--sync", options.sync,

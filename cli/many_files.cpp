@@ -125,8 +125,8 @@ void ManyFiles::Transform(PlannedFile& file, OutputGroup& group, WipedBytes& buf
   if (isShort) counts = TransformWhole(*input, *output, buffer);
   if (isShort && !counts) input.emplace(file.input);  // it has grown
   if (!counts) {
-    counts = work_.stream(*input, *output, threads,
-                          [&](std::size_t bytes) { results_.Advance(bytes); });
+    counts =
+        work_.stream(*input, *output, threads, [&](std::size_t bytes) { results_.Advance(bytes); });
   }
   if (work_.options.keepTimes) output->SetTimes(input->Times());
   input.reset();

@@ -19,8 +19,8 @@ struct ManyFilesWork {
   CipherDirection direction = CipherDirection::Encrypt;
   Readers readers = Readers::Default;
   bool replaces = false;
-  // Runs the cipher over a file of any length with up to `threads` threads, and calls `advance` with
-  // the number of bytes after each piece.
+  // Runs the cipher over a file of any length with up to `threads` threads, and calls `advance`
+  // with the number of bytes after each piece.
   std::function<ByteCounts(InputFile&, OutputFile&, std::size_t threads,
                            const std::function<void(std::size_t)>& advance)>
       stream;

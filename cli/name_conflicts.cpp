@@ -29,9 +29,8 @@ void Examine(Iterator begin, Iterator end, const ReportPair& report) {
 }
 
 void ExamineAll(std::vector<Fact>& facts, const ReportPair& report) {
-  std::ranges::sort(facts, {}, [](const Fact& fact) {
-    return std::tuple(fact.hash, fact.kind, fact.file);
-  });
+  std::ranges::sort(facts, {},
+                    [](const Fact& fact) { return std::tuple(fact.hash, fact.kind, fact.file); });
   for (Iterator begin = facts.cbegin(); begin != facts.cend();) {
     const Iterator end = std::find_if(begin, facts.cend(),
                                       [&](const Fact& fact) { return fact.hash != begin->hash; });

@@ -44,9 +44,9 @@ class OutputFile {
 
   // The steps of Commit in order, for outputs that share a flush of the disk. They do nothing for a
   // stream or device.
-  void Seal();       // sets the rights; no Write may follow
-  void Flush();      // the bytes
-  void GiveName();   // and stays open until it is destroyed
+  void Seal();      // sets the rights; no Write may follow
+  void Flush();     // the bytes
+  void GiveName();  // and stays open until it is destroyed
   void FlushName();
 
   [[nodiscard]] const UniqueFile& File() const noexcept { return file_; }

@@ -27,8 +27,8 @@ UniqueFile OpenToLock(const char* name) {
   return file;
 }
 
-// A running process holds the lock of its unfinished output. If the file got its final name after it
-// was opened here, the temporary name no longer denotes it.
+// A running process holds the lock of its unfinished output. If the file got its final name after
+// it was opened here, the temporary name no longer denotes it.
 void RemoveLeftover(const char* name) {
   const UniqueFile file = OpenToLock(name);
   if (!file) return;

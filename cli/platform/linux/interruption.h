@@ -1,5 +1,5 @@
-// Clean-up when a signal ends the process: removes the unfinished files and restores the echo of the
-// terminal.
+// Clean-up when a signal ends the process: removes the unfinished files and restores the echo of
+// the terminal.
 #pragma once
 
 #include <termios.h>

@@ -100,8 +100,8 @@ bool FlushFolder(const std::string& folder) {
          errno == EOPNOTSUPP;
 }
 
-// Locks a new file, so that RemoveLeftovers leaves it. False if another process found the file before
-// and is removing it. A file system without locks has none for that process either.
+// Locks a new file, so that RemoveLeftovers leaves it. False if another process found the file
+// before and is removing it. A file system without locks has none for that process either.
 bool Claim(const UniqueFile& file) {
   if (::flock(DescriptorOf(file), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
   struct stat state {};

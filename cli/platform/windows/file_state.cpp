@@ -24,8 +24,8 @@ std::uint64_t Joined(DWORD high, DWORD low) noexcept { return std::uint64_t{high
 
 FileState StateOf(const std::string& name, Links links) {
   if (name.find('\0') != std::string::npos) return {.reason = ERROR_INVALID_NAME};
-  const DWORD flags = FILE_FLAG_BACKUP_SEMANTICS |
-                      (links == Links::Keep ? FILE_FLAG_OPEN_REPARSE_POINT : DWORD{0});
+  const DWORD flags =
+      FILE_FLAG_BACKUP_SEMANTICS | (links == Links::Keep ? FILE_FLAG_OPEN_REPARSE_POINT : DWORD{0});
   const UniqueFile file = Owned(CreateFileW(platform::Widened(name).c_str(), FILE_READ_ATTRIBUTES,
                                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
                                             nullptr, OPEN_EXISTING, flags, nullptr));
