@@ -107,8 +107,9 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
 
 FileTimes InputFile::Times() const {
   struct stat state {};
-  if (::fstat(static_cast<int>(file_.Get()), &state) != 0)
+  if (::fstat(static_cast<int>(file_.Get()), &state) != 0) {
     throw FileError(errno, kCannotRead, name_);
+  }
   const auto nanoseconds = [](const timespec& time) {
     return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
   };
