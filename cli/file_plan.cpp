@@ -194,7 +194,10 @@ void FilePlan::Add(PlannedKind kind, const std::string& name, std::size_t kept,
   const std::uint64_t place = files_.Size();
   files_.Put(RecordHead{kind, state.reason, state.size, kept});
   files_.PutText(name);
-  if (kind == PlannedKind::File) bytes_ += state.size;
+  if (kind == PlannedKind::File) {
+    ++count_;
+    bytes_ += state.size;
+  }
   AddFacts({kind, state.reason, state.size, name, OutputOf(kind, name, kept)}, state, place);
 }
 

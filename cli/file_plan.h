@@ -49,6 +49,8 @@ class FilePlan {
   // cannot be made is not reported: its outputs will fail.
   void PrepareFolders() const;
 
+  // The files to read, and their bytes.
+  [[nodiscard]] std::uint64_t Files() const noexcept { return count_; }
   [[nodiscard]] std::uint64_t Bytes() const noexcept { return bytes_; }
 
   // The files in folders that are left out: links, devices, names by the suffix.
@@ -83,6 +85,7 @@ class FilePlan {
   Spool folders_;                  // those to read
   std::uint64_t foldersRead_ = 0;  // the offset of the next
   NameConflicts conflicts_;
+  std::uint64_t count_ = 0;
   std::uint64_t bytes_ = 0;
   std::uint64_t leftOut_ = 0;
   std::string lastParent_;  // and its true name, of KeyOf

@@ -53,11 +53,12 @@ class ManyFiles {
 };
 
 void ManyFiles::Run() {
-  const std::size_t threads = std::min(platform::UsableProcessors(), kMostThreads);
+  const std::size_t most = std::min(platform::UsableProcessors(), kMostThreads);
+  const auto threads = static_cast<std::size_t>(std::clamp<std::uint64_t>(plan_.Files(), 1, most));
   const bool splits =
       work_.direction == CipherDirection::Decrypt && work_.key.Settings().HasBlockCipher();
-  RunPass(splits && threads > 1 ? Pass::Small : Pass::All, threads, 1);
-  if (splits && threads > 1) RunPass(Pass::Large, 1, threads);
+  RunPass(splits && most > 1 ? Pass::Small : Pass::All, threads, 1);
+  if (splits && most > 1) RunPass(Pass::Large, 1, most);
 }
 
 bool ManyFiles::IsIn(Pass pass, const PlannedFile& file) {
