@@ -1,6 +1,6 @@
-"""Many files on Linux: links and pipes, limits, the order of flushes, signals and kills.
+"""Many files on Linux: links and pipes, limits, the order of flushes, signals, several processes.
 
-LATCHKEY_LONG kills the command 200 times, and lists a million names.
+LATCHKEY_LONG lists a million names.
 """
 import os
 import pathlib
@@ -9,13 +9,10 @@ import resource
 import select
 import signal
 import subprocess
-import time
 
 from command import ENDING_SIGNALS, PROGRAM
-from many_files_test import KEY, ManyFilesTest
+from many_files_test import KEY, LONG, UNFINISHED, ManyFilesTest, UnfinishedTest
 
-LONG = bool(os.environ.get("LATCHKEY_LONG"))
-UNFINISHED = ".latchkey-*"
 RC4 = ["--hash", "md5", "--cipher", "rc4", "--no-password"]
 
 
@@ -170,32 +167,11 @@ class SyncTest(ManyFilesTest):
         self.assertEqual(list(self.folder.rglob(UNFINISHED)), [])
 
 
-class EndTest(ManyFilesTest):
+class EndTest(UnfinishedTest):
     @classmethod
     def setUpClass(cls):
         super().setUpClass()
         resource.setrlimit(resource.RLIMIT_CORE, (0, resource.getrlimit(resource.RLIMIT_CORE)[1]))
-
-    def setUp(self):
-        super().setUp()
-        self.count = 600
-        self.make({f"in/{i % 5}/{i}": self.random.randbytes(self.random.choice((1, 100, 5000))) + b"text"
-                   for i in range(self.count)})
-        self.make({"in/big": bytes(5 << 20)})
-        self.command = ["encrypt", *KEY, "-r", "--output-dir", "out", "in"]
-
-    def unfinished(self):
-        return list(self.folder.rglob(UNFINISHED))
-
-    def start(self, *more):
-        return self.start_command(*self.command, *more, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
-
-    def await_files(self, process):
-        """Waits until there are unfinished files, or the process has ended."""
-        deadline = time.monotonic() + 60
-        while process.poll() is None and not self.unfinished():
-            self.assertLess(time.monotonic(), deadline)
-            select.select([], [], [], 0.001)
 
     def test_a_signal_leaves_only_whole_outputs(self):
         expected = self.expected()
@@ -212,41 +188,6 @@ class EndTest(ManyFilesTest):
             self.assertLessEqual(self.files("out").items(), expected.items())
             subprocess.run(["rm", "-rf", self.folder / "out"], check=True)
         self.assertGreater(interrupted, 3)
-
-    def expected(self):
-        self.run_well(*self.command, "--quiet")
-        expected = self.files("out")
-        self.assertEqual(len(expected), self.count + 1)
-        subprocess.run(["rm", "-rf", self.folder / "out"], check=True)
-        return expected
-
-    def test_a_second_run_finishes_what_a_killed_one_began(self):
-        expected = self.expected()
-        start = time.monotonic()
-        self.run_well(*self.command, "--quiet")
-        usual = time.monotonic() - start
-        killed = left = 0
-        for _ in range(200 if LONG else 30):
-            subprocess.run(["rm", "-rf", self.folder / "out"], check=True)
-            strangers = {"out/in/0/.latchkey-abcdef": b"not ours", "out/in/1/.latchkey-" + "a" * 24: b"not ours",
-                         "out/in/.latchkey-notes.txt": b"not ours"}
-            self.make(strangers)
-            for _ in range(self.random.choice((1, 1, 2))):
-                process = self.start("--skip-existing")
-                select.select([], [], [], self.random.random() * usual)
-                process.kill()
-                killed += process.wait() != 0
-            found = {name: data for name, data in self.files("out").items() if ".latchkey-" not in name}
-            self.assertLessEqual(found.items(), expected.items())
-            left += len(self.unfinished()) > len(strangers)
-            result = self.run_well(*self.command, "--skip-existing")
-            self.assertIn(f"{self.count + 1 - len(found)} file", result.text)
-            after = self.files("out")
-            self.assertEqual({name: after.pop(name[4:]) for name in strangers}, strangers)
-            self.assertEqual(after, expected)
-        print(f"{killed} runs killed, {left} left unfinished files", flush=True)
-        self.assertGreater(killed, 10)
-        self.assertGreater(left, 3)
 
     def test_running_processes_do_not_harm_each_other(self):
         expected = self.expected()

@@ -1,10 +1,17 @@
-"""Many files in one run of encrypt and decrypt."""
+"""Many files in one run of encrypt and decrypt. LATCHKEY_LONG kills the command 200 times."""
 import os
+import select
+import shutil
+import signal
 import stat
+import subprocess
+import time
 
 from command import CIPHERS, IS_WINDOWS, MEMORY_FOLDER, SETTINGS, CommandTest, setting_options
 
+LONG = bool(os.environ.get("LATCHKEY_LONG"))
 KEY = ["--hash", "sha1", "--cipher", "3des", "--no-password"]
+UNFINISHED = ".latchkey-*"
 PLAIN = {"a.txt": b"some text", "b": b"x" * 5000, "sub/c": bytes(range(256)) * 9, "sub/deep/d": b"12345678",
          "sub/deep/big": bytes(i * i % 251 for i in range(3 << 20))}
 
@@ -268,3 +275,88 @@ class ResultTest(ManyFilesTest):
         self.assertEqual(self.files("back/in"), self.files("in"))
         names = {path.name for path in self.folder.rglob(".latchkey-*")}
         self.assertEqual(names, set())
+
+
+class UnfinishedTest(ManyFilesTest):
+    """Runs that end too early."""
+
+    def setUp(self):
+        super().setUp()
+        self.count = 600
+        self.make({f"in/{i % 5}/{i}": self.random.randbytes(self.random.choice((1, 100, 5000))) + b"text"
+                   for i in range(self.count)})
+        self.make({"in/big": bytes(5 << 20)})
+        self.command = ["encrypt", *KEY, "-r", "--output-dir", "out", "in"]
+
+    def unfinished(self):
+        return list(self.folder.rglob(UNFINISHED))
+
+    def start(self, *more):
+        return self.start_command(*self.command, *more, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+
+    def await_files(self, process):
+        """Waits until there are unfinished files, or the process has ended."""
+        deadline = time.monotonic() + 60
+        while process.poll() is None and not self.unfinished():
+            self.assertLess(time.monotonic(), deadline)
+            select.select([], [], [], 0.001)
+
+    def expected(self):
+        self.run_well(*self.command, "--quiet")
+        expected = self.files("out")
+        self.assertEqual(len(expected), self.count + 1)
+        shutil.rmtree(self.folder / "out")
+        return expected
+
+
+class KillTest(UnfinishedTest):
+    def test_a_second_run_finishes_what_a_killed_one_began(self):
+        expected = self.expected()
+        start = time.monotonic()
+        self.run_well(*self.command, "--quiet")
+        usual = time.monotonic() - start
+        killed = left = 0
+        for _ in range(200 if LONG else 6 if IS_WINDOWS else 30):
+            shutil.rmtree(self.folder / "out")
+            strangers = {"out/in/0/.latchkey-abcdef": b"not ours", "out/in/1/.latchkey-" + "a" * 24: b"not ours",
+                         "out/in/.latchkey-notes.txt": b"not ours"}
+            self.make(strangers)
+            for _ in range(self.random.choice((1, 1, 2))):
+                process = self.start("--skip-existing")
+                select.select([], [], [], self.random.random() * usual)
+                process.kill()
+                killed += process.wait() != 0
+            if IS_WINDOWS:
+                self.await_removal(len(strangers))
+            found = {name: data for name, data in self.files("out").items() if ".latchkey-" not in name}
+            self.assertLessEqual(found.items(), expected.items())
+            left += len(self.unfinished()) > len(strangers)
+            result = self.run_well(*self.command, "--skip-existing")
+            self.assertIn(f"{self.count + 1 - len(found)} file", result.text)
+            after = self.files("out")
+            self.assertEqual({name: after.pop(name[4:]) for name in strangers}, strangers)
+            self.assertEqual(after, expected)
+        print(f"{killed} runs killed, {left} left unfinished files", flush=True)
+        self.assertGreater(killed, 3)
+        if not IS_WINDOWS:
+            self.assertGreater(left, 3)
+
+    def test_an_interruption_leaves_no_unfinished_file(self):
+        expected = self.expected()
+        for _ in range(4):
+            process = self.start()
+            self.await_files(process)
+            process.send_signal(signal.SIGINT)
+            process.wait()
+            if IS_WINDOWS:
+                self.await_removal(0)
+            self.assertEqual(self.unfinished(), [])
+            self.assertLessEqual(self.files("out").items(), expected.items())
+            shutil.rmtree(self.folder / "out")
+
+    def await_removal(self, rest):
+        """Windows removes unfinished files itself, after the process has ended."""
+        deadline = time.monotonic() + 60
+        while len(self.unfinished()) > rest:
+            self.assertLess(time.monotonic(), deadline)
+            select.select([], [], [], 0.01)
