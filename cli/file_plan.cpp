@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <filesystem>
+#include <new>
 #include <set>
 #include <system_error>
 #include <utility>
@@ -257,6 +258,7 @@ std::string FilePlan::KeyOf(const std::string& output) {
   if (parent != lastParent_ || lastTrueParent_.empty()) {
     std::error_code failure;
     const auto known = std::filesystem::weakly_canonical(PathOf(parent), failure);
+    if (failure == std::errc::not_enough_memory) throw std::bad_alloc();
     lastTrueParent_ = failure ? parent : NameOf(known);
     lastParent_ = std::move(parent);
   }

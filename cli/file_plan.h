@@ -60,7 +60,7 @@ class FilePlan {
   friend class PlanReader;
 
   // Where the part of an input's name begins that its output's name below the folder keeps.
-  void AddNamed(const std::string& name, std::size_t kept);
+  void AddNamed(const std::string& given, std::size_t kept);
   void AddList(const std::string& list);
   void AddFolder(const std::string& name, std::size_t kept);
   void ReadFolders();

@@ -99,6 +99,9 @@ class MemoryTest(CommandTest):
     def test_an_encryption_on_several_threads(self):
         self.sweep(["encrypt", *KEY, "-o", "out", "in"], {"in": bytes((2 << 20) + 1)})
 
+    def test_a_run_for_many_files(self):
+        self.sweep(["encrypt", *KEY, "-r", "--suffix", ".lk", "."], {"in": b"some text"})
+
     def test_a_check_of_digests(self):
         self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
 

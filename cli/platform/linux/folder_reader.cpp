@@ -3,6 +3,7 @@
 #include <dirent.h>
 
 #include <cerrno>
+#include <new>
 #include <string_view>
 
 namespace latchkey::cli {
@@ -22,7 +23,9 @@ class FolderReader::Entries {
 
 FolderReader::FolderReader(const std::string& folder)
     : entries_(std::make_unique<Entries>(folder.empty() ? "." : folder.c_str())) {
-  if (!entries_->stream) reason_ = errno;
+  if (entries_->stream) return;
+  reason_ = errno;
+  if (reason_ == ENOMEM) throw std::bad_alloc();
 }
 
 FolderReader::~FolderReader() = default;
