@@ -17,23 +17,23 @@ void Examine(Iterator begin, Iterator end, const ReportPair& report) {
   const auto first = [&](FactKind kind) {
     return std::find_if(begin, end, [&](const Fact& fact) { return fact.kind == kind; });
   };
-  const Iterator output = first(FactKind::Output);
+  const auto output = first(FactKind::Output);
   if (output != end) {
-    for (Iterator other = output + 1; other != end; ++other) {
+    for (auto other = output + 1; other != end; ++other) {
       if (other->kind <= FactKind::FolderOutput) report(*output, *other);
     }
   }
-  const Iterator input = first(FactKind::Input);
-  const Iterator existing = first(FactKind::ExistingOutput);
+  const auto input = first(FactKind::Input);
+  const auto existing = first(FactKind::ExistingOutput);
   if (input != end && existing != end) report(*input, *existing);
 }
 
 void ExamineAll(std::vector<Fact>& facts, const ReportPair& report) {
   std::ranges::sort(facts, {},
                     [](const Fact& fact) { return std::tuple(fact.hash, fact.kind, fact.file); });
-  for (Iterator begin = facts.cbegin(); begin != facts.cend();) {
-    const Iterator end = std::find_if(begin, facts.cend(),
-                                      [&](const Fact& fact) { return fact.hash != begin->hash; });
+  for (auto begin = facts.cbegin(); begin != facts.cend();) {
+    const auto end = std::find_if(begin, facts.cend(),
+                                  [&](const Fact& fact) { return fact.hash != begin->hash; });
     Examine(begin, end, report);
     begin = end;
   }

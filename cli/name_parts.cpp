@@ -60,11 +60,11 @@ std::size_t StartOfRelative(std::string_view name) {
 }
 
 bool HasParent(std::string_view name) {
-  while (!name.empty()) {
-    const auto end = std::ranges::find_if(name, IsSeparator);
-    const auto length = static_cast<std::size_t>(end - name.begin());
-    if (name.substr(0, length) == "..") return true;
-    name.remove_prefix(std::min(length + 1, name.size()));
+  std::size_t start = 0;
+  for (std::size_t i = 0; i <= name.size(); ++i) {
+    if (i < name.size() && !IsSeparator(name[i])) continue;
+    if (name.substr(start, i - start) == "..") return true;
+    start = i + 1;
   }
   return false;
 }
