@@ -7,6 +7,7 @@
 
 #include <cerrno>
 
+#include "cli/name_parts.h"
 #include "cli/platform/file_handle.h"
 #include "cli/platform/folder_reader.h"
 #include "cli/temporary_name.h"
@@ -61,7 +62,7 @@ std::string FoldedCase(const std::string& name) { return name; }
 void RemoveLeftovers(const std::string& folder) {
   FolderReader entries(folder);
   for (std::string name; entries.Next(name);) {
-    if (IsTemporaryName(name)) RemoveLeftover((folder + "/" + name).c_str());
+    if (IsTemporaryName(name)) RemoveLeftover(Joined(folder, name).c_str());
   }
 }
 

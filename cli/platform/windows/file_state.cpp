@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "cli/name_parts.h"
 #include "cli/platform/folder_reader.h"
 #include "cli/platform/windows/handles.h"
 #include "cli/temporary_name.h"
@@ -18,7 +19,7 @@ FileKind KindOf(HANDLE file, DWORD attributes, Links links) noexcept {
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? FileKind::Folder : FileKind::File;
 }
 
-std::uint64_t Joined(DWORD high, DWORD low) noexcept { return std::uint64_t{high} << 32U | low; }
+std::uint64_t NumberOf(DWORD high, DWORD low) noexcept { return std::uint64_t{high} << 32U | low; }
 
 }  // namespace
 
@@ -35,9 +36,9 @@ FileState StateOf(const std::string& name, Links links) {
     return {.kind = FileKind::Other};
   }
   return {.kind = KindOf(HandleOf(file), information.dwFileAttributes, links),
-          .size = Joined(information.nFileSizeHigh, information.nFileSizeLow),
+          .size = NumberOf(information.nFileSizeHigh, information.nFileSizeLow),
           .identity = {information.dwVolumeSerialNumber,
-                       Joined(information.nFileIndexHigh, information.nFileIndexLow)}};
+                       NumberOf(information.nFileIndexHigh, information.nFileIndexLow)}};
 }
 
 bool IsSeparator(char character) noexcept { return character == '/' || character == '\\'; }
@@ -53,7 +54,7 @@ std::string FoldedCase(const std::string& name) {
 void RemoveLeftovers(const std::string& folder) {
   FolderReader entries(folder);
   for (std::string name; entries.Next(name);) {
-    if (IsTemporaryName(name)) DeleteFileW(platform::Widened(folder + "/" + name).c_str());
+    if (IsTemporaryName(name)) DeleteFileW(platform::Widened(Joined(folder, name)).c_str());
   }
 }
 
