@@ -1,4 +1,6 @@
 // latchkey encrypt and latchkey decrypt.
+#include <algorithm>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -10,6 +12,8 @@
 #include "cli/commands.h"
 #include "cli/failure.h"
 #include "cli/key_options.h"
+#include "cli/many_file_options.h"
+#include "cli/many_files.h"
 #include "cli/output_options.h"
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
@@ -23,6 +27,7 @@ namespace {
 // The differences between the two commands.
 struct CipherCommand {
   const char* name;
+  const char* participle;
   const char* description;
   const char* example;
   CipherDirection direction;
@@ -32,6 +37,7 @@ struct CipherCommand {
 
 constexpr CipherCommand kEncrypt{
     "encrypt",
+    "encrypted",
     "Encrypt exact bytes under a password",
     "latchkey encrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.lk report.pdf",
     CipherDirection::Encrypt,
@@ -40,6 +46,7 @@ constexpr CipherCommand kEncrypt{
 
 constexpr CipherCommand kDecrypt{
     "decrypt",
+    "decrypted",
     "Decrypt exact bytes under a password",
     "latchkey decrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.pdf report.lk",
     CipherDirection::Decrypt,
@@ -50,6 +57,7 @@ struct Options {
   KeyOptions key;
   PasswordOptions password;
   OutputOptions output;
+  ManyFileOptions many;
   std::string input = "-";
   bool restoreSpaces = false;
   bool automatic = false;
@@ -67,12 +75,14 @@ void Require(const CheckSite* failed, const std::string& file) {
   if (failed != nullptr) throw CommandError(FailureAt(*failed, file));
 }
 
-// Copies the key once for each worker, or once in all if pieces must be processed in order.
-CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
-                       const InputFile& input) {
+// Copies the key once for each worker, or once in all if pieces must be processed in order; for at
+// most that number of threads.
+CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key, const InputFile& input,
+                       std::size_t threads = SIZE_MAX) {
   const bool inOrder =
       command.direction == CipherDirection::Encrypt || !key.Settings().HasBlockCipher();
-  CipherWork work{command.direction, {}, CipherWorkers(input.Size(), inOrder), input.Name()};
+  const std::size_t workers = std::min(CipherWorkers(input.Size(), inOrder), threads);
+  CipherWork work{command.direction, {}, workers, input.Name()};
   for (std::size_t i = 0; i < (inOrder ? 1 : work.workers); ++i) {
     work.keys.push_back(key.NewSession());
     if (!work.keys.back().HasKey()) Require(&SitesOf(command.direction).key, input.Name());
@@ -80,15 +90,17 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
   return work;
 }
 
+using Advance = std::function<void(std::size_t bytes)>;
+
 ByteCounts Transform(CipherWork& work, InputFile& file, CiphertextInput& input,
-                     const OutputOptions& options, OutputFile& output, Progress& progress) {
+                     const OutputOptions& options, OutputFile& output, const Advance& advance) {
   if (work.workers > 1) file.AllowStop();
   return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
                           [&] { file.StopReading(); },
                           [&](std::span<const std::uint8_t> result, std::size_t consumed) {
                             RefuseTerminal(options, result);
                             output.Write(result);
-                            progress.Advance(consumed);
+                            advance(consumed);
                           }});
 }
 
@@ -155,7 +167,8 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   ByteCounts counts;
   try {
     Progress progress(file.Size(), report.IsQuiet());
-    counts = Transform(work, file, input, options.output, output, progress);
+    counts = Transform(work, file, input, options.output, output,
+                       [&](std::size_t bytes) { progress.Advance(bytes); });
   } catch (const CommandError& error) {
     throw WithHint(error, ready, input);
   }
@@ -165,6 +178,34 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
   if (input.Restored() > 0) result["restored_spaces"] = input.Restored();
   report.Result(result);
   return ExitStatus::Done;
+}
+
+ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options, Report& report) {
+  if (options.automatic) throw WrongUsage("--auto is for one input");
+  if (options.many.list) RequireOwnSource(options.password, *options.many.list);
+  const FilePlan plan(options.many, command.direction);
+  ReadyKey ready;
+  Derive(ready, command, options, {});
+  const auto stream = [&](InputFile& file, CiphertextInput& input, OutputFile& output,
+                          std::size_t threads, const Advance& advance) {
+    CipherWork work = PrepareWork(command, ready.key, file, threads);
+    return Transform(work, file, input, options.output, output, advance);
+  };
+  FileResults results(report, plan);
+  RunManyFiles({options.many, ready.key, command.direction, ready.spaces, ready.hint,
+                command.readers, options.output.force, stream},
+               plan, results);
+  Json settings = Json::object();
+  AddSettings(settings, ready.key.Settings());
+  return results.Finish(command.participle, settings);
+}
+
+ExitStatus RunChosenForm(const CipherCommand& command, Options& options, Report& report) {
+  if (options.many.AreChosen(options.output.force)) {
+    return RunForManyFiles(command, options, report);
+  }
+  if (!options.many.inputs.empty()) options.input = options.many.inputs.front();
+  return RunCipherCommand(command, options, report);
 }
 
 // The parser requires --hash and --cipher unless they are to be found.
@@ -186,14 +227,13 @@ void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
   CLI::App& command =
       commandLine.Add(cipherCommand.name, cipherCommand.description, cipherCommand.example,
                       [options, &cipherCommand](Report& report) {
-                        return RunCipherCommand(cipherCommand, *options, report);
+                        return RunChosenForm(cipherCommand, *options, report);
                       });
   AddKeyOptions(command, options->key, Required::Yes);
   if (cipherCommand.direction == CipherDirection::Decrypt) AddDecryptionOptions(command, *options);
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
-  command.add_option("IN", options->input, "Read this file (default: standard input)")
-      ->type_name("");
+  AddManyFileOptions(command, options->many);
 }
 
 }  // namespace

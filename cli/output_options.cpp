@@ -40,6 +40,10 @@ void RefuseTerminal(const OutputOptions& options, std::span<const std::uint8_t> 
 bool WritesDataToStandardOutput(const CLI::App& command) {
   const CLI::Option* const option = command.get_option_no_throw("--output");
   if (option == nullptr || command.get_option_no_throw("IN") == nullptr) return false;
+  for (const char* const name : {"--output-dir", "--suffix"}) {
+    const CLI::Option* const other = command.get_option_no_throw(name);
+    if (other != nullptr && other->count() > 0) return false;
+  }
   const std::vector<std::string>& names = option->results();
   return names.empty() || std::any_of(names.begin(), names.end(), IsStandardOutput);
 }

@@ -29,7 +29,11 @@ void Report::Result(const Json& result) const {
     WriteText(StandardStream::Error, TextOf(result));
     return;
   }
-  const std::string text = TextOf(result);
+  ResultPart(TextOf(result));
+}
+
+void Report::ResultPart(std::string_view text) const {
+  if (!options_.json) return;
   resultBegun_ = true;
   WriteOutput(text);
 }

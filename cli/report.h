@@ -30,6 +30,10 @@ class Report {
   // Writes a result with --json. Otherwise does nothing: the command prints its own lines.
   void Result(const nlohmann::ordered_json& result) const;
 
+  // With --json, writes the next part of a result that the command writes itself, unchanged. The
+  // parts together are one JSON object with a line end.
+  void ResultPart(std::string_view text) const;
+
   // Writes text to standard output unchanged, unless --json is set. Raises CommandError if it
   // cannot be written.
   void Text(std::string_view text) const;

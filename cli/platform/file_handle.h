@@ -17,4 +17,10 @@ struct FileTrait {
 
 using UniqueFile = UniqueHandle<FileTrait>;
 
+// In the system's own units: nanoseconds since 1970 on Linux, 100 ns since 1601 on Windows.
+struct FileTimes {
+  std::int64_t accessed = 0;
+  std::int64_t modified = 0;
+};
+
 }  // namespace latchkey::cli

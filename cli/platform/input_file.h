@@ -38,6 +38,8 @@ class InputFile {
   // The number of bytes from the start to the end, if known: only for a regular file.
   [[nodiscard]] std::optional<std::uint64_t> Size() const;
 
+  [[nodiscard]] FileTimes Times() const;
+
   // Closes the file early, so that it may be replaced. No Read may follow.
   void Close() noexcept { file_.Reset(); }
 

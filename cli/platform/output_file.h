@@ -15,14 +15,15 @@ enum class Readers { Default, Owner };
 
 // The bytes are written to a temporary file in the same folder; Commit flushes it to the disk and
 // gives it its name. Without Commit the file is removed: by the destructor, and when the process is
-// interrupted (Ctrl-C, termination). One such file is open at a time.
+// interrupted (Ctrl-C, termination). If the process is killed, it stays on Linux, and
+// RemoveLeftovers removes it: it has a name of NewTemporaryName and is locked while it is open.
 //
 // A link stays, and its target is the output; a link to nothing is refused.
 //
 // Files that the process has open ("-" is standard output, on Linux also /dev/stdout, /dev/fd/N),
 // devices and pipes are written to directly, which cannot be undone.
 //
-// Every member raises FileError if a system call fails. Used by one thread.
+// Every member raises FileError if a system call fails. Each object is used by one thread.
 class OutputFile {
  public:
   // With `replace`, Commit replaces an existing file, and a device or pipe is written to. Without
@@ -38,8 +39,21 @@ class OutputFile {
   // failure either the old file or the complete new one is there.
   void Commit();
 
+  // Gives the file the times of another. No Write may follow.
+  void SetTimes(const FileTimes& times);
+
+  // The steps of Commit in order, for outputs that share a flush of the disk. They do nothing for a
+  // stream or device.
+  void Seal();      // sets the rights; no Write may follow
+  void Flush();     // the bytes
+  void GiveName();  // and stays open until it is destroyed
+  void FlushName();
+
+  [[nodiscard]] const UniqueFile& File() const noexcept { return file_; }
+
  private:
   void OpenTemporary();
+  void RemoveTemporary() noexcept;
   void OpenAsItIs();
 
   UniqueFile file_;
@@ -47,7 +61,9 @@ class OutputFile {
   bool replace_;
   Readers readers_;
   std::string place_;      // the name to give; empty for a stream
+  std::string folder_;     // of that name, with a separator at the end; may be empty
   std::string temporary_;  // the temporary name; empty if no file must be removed
+  int removal_ = -1;       // of RemoveWhenInterrupted, on Linux
 };
 
 }  // namespace latchkey::cli

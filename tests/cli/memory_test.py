@@ -107,6 +107,9 @@ class MemoryTest(CommandTest):
         self.sweep(["records", "encrypt", *KEY, "--format", "jsonl", "--field", "s", "--to", "base64", "-o", "out", "in"],
                    {"in": b'{"s":"some text"}\n' * 70_000})
 
+    def test_a_run_for_many_files(self):
+        self.sweep(["encrypt", *KEY, "-r", "--suffix", ".lk", "."], {"in": b"some text"})
+
     def test_a_check_of_digests(self):
         self.sweep(["hash", "--check", "sums"], {"in": b"abc", "sums": b"900150983cd24fb0d6963f7d28e17f72  in\n"})
 

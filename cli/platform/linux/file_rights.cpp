@@ -15,9 +15,13 @@ constexpr std::size_t kLargestList = std::size_t{1} << 16;  // XATTR_SIZE_MAX
 constexpr mode_t kOwnersRights = 0700;
 constexpr mode_t kAllRights = 0777;
 
+// Read once: reading the mask changes it for a moment, for all threads.
 mode_t ModeOfNewFile() {
-  const mode_t mask = ::umask(0);
-  ::umask(mask);
+  static const mode_t mask = [] {
+    const mode_t old = ::umask(0);
+    ::umask(old);
+    return old;
+  }();
   return 0666 & ~mask;
 }
 

@@ -105,6 +105,17 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
   return done;
 }
 
+FileTimes InputFile::Times() const {
+  struct stat state {};
+  if (::fstat(static_cast<int>(file_.Get()), &state) != 0) {
+    throw FileError(errno, kCannotRead, name_);
+  }
+  const auto nanoseconds = [](const timespec& time) {
+    return std::int64_t{time.tv_sec} * 1'000'000'000 + time.tv_nsec;
+  };
+  return {nanoseconds(state.st_atim), nanoseconds(state.st_mtim)};
+}
+
 std::optional<std::uint64_t> InputFile::Size() const {
   struct stat state {};
   if (::fstat(static_cast<int>(file_.Get()), &state) != 0 || !S_ISREG(state.st_mode)) return {};

@@ -1,5 +1,5 @@
-// Clean-up when a signal ends the process: removes the unfinished file and restores the echo of the
-// terminal.
+// Clean-up when a signal ends the process: removes the unfinished files and restores the echo of
+// the terminal.
 #pragma once
 
 #include <termios.h>
@@ -10,7 +10,8 @@
 namespace latchkey::cli {
 
 // Blocks the signals that end the process during its life, so that making something and recording
-// its clean-up are one step.
+// its clean-up are one step. A signal that ends the process in another thread waits until this
+// thread has released its own. Not to be nested.
 class HeldSignals {
  public:
   HeldSignals() noexcept;
@@ -22,14 +23,17 @@ class HeldSignals {
   sigset_t before_{};
 };
 
-// The file to remove; an empty name for none. Call both with the signals held. One file and one
-// terminal at a time.
-void RemoveWhenInterrupted(const std::string& name) noexcept;
+// Adds a file to remove, and returns its number for KeepWhenInterrupted; -1 if there are more than
+// kMostUnfinished. Call both with the signals held, from any thread.
+inline constexpr int kMostUnfinished = 1024;
+[[nodiscard]] int RemoveWhenInterrupted(const std::string& name) noexcept;
+void KeepWhenInterrupted(int number) noexcept;
 
-// The terminal to restore; null for none.
+// The terminal to restore; null for none. Call it with the signals
+// held. One terminal at a time.
 void RestoreWhenInterrupted(int terminal, const termios* state) noexcept;
 
-// Removes that file and restores that terminal. For a process about to end, also in a handler.
+// Removes those files and restores that terminal. For a process about to end, also in a handler.
 void UndoUnfinished() noexcept;
 
 }  // namespace latchkey::cli

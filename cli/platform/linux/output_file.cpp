@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <unistd.h>
@@ -20,6 +21,7 @@
 #include "cli/platform/linux/given_descriptor.h"
 #include "cli/platform/linux/interruption.h"
 #include "cli/platform/linux/transfer.h"
+#include "cli/temporary_name.h"
 
 namespace latchkey::cli {
 namespace {
@@ -98,6 +100,14 @@ bool FlushFolder(const std::string& folder) {
          errno == EOPNOTSUPP;
 }
 
+// Locks a new file, so that RemoveLeftovers leaves it. False if another process found the file
+// before and is removing it. A file system without locks has none for that process either.
+bool Claim(const UniqueFile& file) {
+  if (::flock(DescriptorOf(file), LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) return false;
+  struct stat state {};
+  return ::fstat(DescriptorOf(file), &state) != 0 || state.st_nlink > 0;
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const std::string& name, bool replace, Readers readers)
@@ -134,21 +144,30 @@ void OutputFile::OpenAsItIs() {
 }
 
 void OutputFile::OpenTemporary() {
-  std::string temporary = FolderOf(place_) + ".latchkey-XXXXXX";
-  const HeldSignals held;
-  const int descriptor = ::mkostemp(temporary.data(), O_CLOEXEC);
-  if (descriptor < 0) throw FileError(errno, "cannot create", name_);
-  file_.Reset(descriptor);
-  temporary_ = std::move(temporary);  // allocates nothing: a failure here would leave the file
-  RemoveWhenInterrupted(temporary_);
+  folder_ = FolderOf(place_);
+  do {
+    RemoveTemporary();
+    std::string temporary = folder_ + NewTemporaryName();
+    if (temporary == folder_) throw FileError(EIO, "cannot create", name_);
+    const HeldSignals held;
+    const int descriptor =
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
+    if (descriptor < 0) throw FileError(errno, "cannot create", name_);
+    file_.Reset(descriptor);
+    temporary_ = std::move(temporary);  // allocates nothing: a failure here would leave the file
+    removal_ = RemoveWhenInterrupted(temporary_);
+  } while (!Claim(file_));
 }
 
-OutputFile::~OutputFile() {
+void OutputFile::RemoveTemporary() noexcept {
   if (temporary_.empty()) return;
   const HeldSignals held;
   ::unlink(temporary_.c_str());
-  RemoveWhenInterrupted({});
+  KeepWhenInterrupted(removal_);
+  temporary_.clear();
 }
+
+OutputFile::~OutputFile() { RemoveTemporary(); }
 
 void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
@@ -162,18 +181,46 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
 }
 
 void OutputFile::Commit() {
-  if (temporary_.empty()) return;
-  const std::string folder = FolderOf(place_);
-  SetRights(file_, place_, readers_);
-  if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
-  {
-    const HeldSignals held;
-    if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);
-    temporary_.clear();
-    RemoveWhenInterrupted({});
-  }
+  Seal();
+  Flush();
+  GiveName();
   file_.Reset();
-  if (!FlushFolder(folder)) throw FileError(errno, "cannot write", name_);
+  FlushName();
+}
+
+void OutputFile::SetTimes(const FileTimes& times) {
+  if (temporary_.empty()) return;
+  constexpr std::int64_t kSecond = 1'000'000'000;
+  const auto split = [](std::int64_t time) {
+    const std::int64_t rest = (time % kSecond + kSecond) % kSecond;
+    return timespec{static_cast<time_t>((time - rest) / kSecond), static_cast<long>(rest)};
+  };
+  const std::array<timespec, 2> pair{split(times.accessed), split(times.modified)};
+  if (::futimens(DescriptorOf(file_), pair.data()) != 0) {
+    throw FileError(errno, "cannot set the times", name_);
+  }
+}
+
+void OutputFile::Seal() {
+  if (!temporary_.empty()) SetRights(file_, place_, readers_);
+}
+
+void OutputFile::Flush() {
+  if (temporary_.empty()) return;
+  if (::fsync(DescriptorOf(file_)) != 0) throw FileError(errno, "cannot write", name_);
+}
+
+void OutputFile::GiveName() {
+  if (temporary_.empty()) return;
+  const HeldSignals held;
+  if (!Rename(temporary_, place_, replace_)) throw FileError(errno, "cannot create", name_);
+  temporary_.clear();
+  KeepWhenInterrupted(removal_);
+}
+
+void OutputFile::FlushName() {
+  if (place_.empty()) return;
+  if (!FlushFolder(folder_)) throw FileError(errno, "cannot write", name_);
 }
 
 }  // namespace latchkey::cli

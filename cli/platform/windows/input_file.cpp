@@ -129,6 +129,19 @@ std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
   return done;
 }
 
+FileTimes InputFile::Times() const {
+  FILETIME accessed{};
+  FILETIME modified{};
+  if (!GetFileTime(HandleOf(file_), nullptr, &accessed, &modified)) {
+    ThrowLastError("cannot read", name_);
+  }
+  const auto joined = [](const FILETIME& time) {
+    return static_cast<std::int64_t>(std::uint64_t{time.dwHighDateTime} << 32U |
+                                     time.dwLowDateTime);
+  };
+  return {joined(accessed), joined(modified)};
+}
+
 std::optional<std::uint64_t> InputFile::Size() const {
   LARGE_INTEGER size;
   const bool known = GetFileType(HandleOf(file_)) == FILE_TYPE_DISK &&

@@ -3,7 +3,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
 #include <cstddef>
 #include <cstring>
 #include <vector>
@@ -11,7 +10,7 @@
 #include "cli/platform/windows/file_rights.h"
 #include "cli/platform/windows/handles.h"
 #include "cli/platform/windows/owner_only.h"
-#include "platform/system_random.h"
+#include "cli/temporary_name.h"
 #include "platform/windows/wide_text.h"
 
 namespace latchkey::cli {
@@ -60,15 +59,6 @@ std::string Followed(const std::string& name) {
   if (length == 0) ThrowLastError("cannot follow the link", name);
   full.resize(std::min<std::size_t>(length, full.size()));
   return platform::Narrowed(full);
-}
-
-std::string RandomSuffix(const std::string& name) {
-  constexpr std::string_view kLetters = "abcdefghijklmnopqrstuvwxyz234567";
-  std::array<std::uint8_t, 10> bytes{};
-  if (!platform::FillRandom(bytes)) throw FileError(ERROR_GEN_FAILURE, "cannot create", name);
-  std::string suffix;
-  for (const std::uint8_t byte : bytes) suffix += kLetters[byte % kLetters.size()];
-  return suffix;
 }
 
 // While this is set, the system removes the file when its handle is closed, even if the process
@@ -160,7 +150,9 @@ void OutputFile::OpenTemporary() {
   const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
   SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
   if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
-  const std::string temporary = FolderOf(place_) + ".latchkey-" + RandomSuffix(name_);
+  folder_ = FolderOf(place_);
+  const std::string temporary = folder_ + NewTemporaryName();
+  if (temporary == folder_) throw FileError(ERROR_GEN_FAILURE, "cannot create", name_);
   constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
   file_ = Owned(CreateFileW(platform::Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -189,9 +181,37 @@ void OutputFile::Write(std::span<const std::uint8_t> bytes) {
 }
 
 void OutputFile::Commit() {
+  Seal();
+  Flush();
+  GiveName();
+  file_.Reset();
+}
+
+void OutputFile::SetTimes(const FileTimes& times) {
   if (temporary_.empty()) return;
-  if (readers_ == Readers::Default) CopyRights(platform::Widened(place_), HandleOf(file_));
+  const auto split = [](std::int64_t time) {
+    const auto bits = static_cast<std::uint64_t>(time);
+    return FILETIME{static_cast<DWORD>(bits), static_cast<DWORD>(bits >> 32U)};
+  };
+  const FILETIME accessed = split(times.accessed);
+  const FILETIME modified = split(times.modified);
+  if (!SetFileTime(HandleOf(file_), nullptr, &accessed, &modified)) {
+    ThrowLastError("cannot set the times", name_);
+  }
+}
+
+void OutputFile::Seal() {
+  if (temporary_.empty() || readers_ != Readers::Default) return;
+  CopyRights(platform::Widened(place_), HandleOf(file_));
+}
+
+void OutputFile::Flush() {
+  if (temporary_.empty()) return;
   if (!FlushFileBuffers(HandleOf(file_))) ThrowLastError("cannot write", name_);
+}
+
+void OutputFile::GiveName() {
+  if (temporary_.empty()) return;
   Renaming renaming(place_, replace_);
   if (!SetRemoval(file_, false)) ThrowLastError("cannot create", name_);
   if (!renaming.Apply(file_)) {
@@ -199,7 +219,10 @@ void OutputFile::Commit() {
     SetRemoval(file_, true);
     throw FileError(reason, "cannot create", name_);
   }
-  file_.Reset();
+  temporary_.clear();
 }
+
+// The system writes names to the disk itself.
+void OutputFile::FlushName() {}
 
 }  // namespace latchkey::cli

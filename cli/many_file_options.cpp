@@ -1,0 +1,72 @@
+#include "cli/many_file_options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
+#include "cli/alternatives.h"
+#include "cli/failure.h"
+#include "cli/platform/file_state.h"
+
+namespace latchkey::cli {
+
+bool ManyFileOptions::AreChosen(bool replaces) const {
+  const bool hasPlace = folder || !suffix.empty();
+  if (!hasPlace) {
+    if (inputs.size() > 1 || list || recursive) {
+      throw WrongUsage("several files need --output-dir or --suffix");
+    }
+    if (skipExisting || keepTimes || !sync.empty()) {
+      throw WrongUsage("--skip-existing, --keep-times and --sync need --output-dir or --suffix");
+    }
+    return false;
+  }
+  if (inputs.empty() && !list) {
+    throw WrongUsage("--output-dir and --suffix need the names of files",
+                     "name them, or use --files0-from");
+  }
+  if (std::ranges::find(inputs, "-") != inputs.end()) {
+    throw WrongUsage("standard input has no name for its output", "use --output");
+  }
+  if (std::ranges::any_of(suffix, IsSeparator)) {
+    throw WrongUsage("--suffix contains a separator of folders");
+  }
+  if (folder && folder->empty()) throw WrongUsage("--output-dir is empty");
+  if (skipExisting && replaces) throw WrongUsage("--skip-existing excludes --force");
+  return true;
+}
+
+void AddManyFileOptions(CLI::App& command, ManyFileOptions& options) {
+  CLI::Option* const output = command.get_option("--output");
+  CLI::Option* const inputs =
+      command.add_option("IN", options.inputs, "Read these files (default: standard input)")
+          ->type_name("");
+  command
+      .add_option("--files0-from", options.list,
+                  "Read the names of inputs from this file, each ended by NUL; - is standard input")
+      ->type_name("FILE")
+      ->excludes(inputs)
+      ->excludes(output);
+  command
+      .add_option("--output-dir", options.folder,
+                  "Write an output for each input into this folder, which is made if missing")
+      ->type_name("DIR")
+      ->excludes(output);
+  command
+      .add_option("--suffix", options.suffix,
+                  "Add this to the outputs' names (encrypt), or remove it (decrypt)")
+      ->type_name(".EXT")
+      ->excludes(output);
+  command.add_flag("-r,--recursive", options.recursive,
+                   "Read the files in folders, and make the folders again below DIR");
+  command.add_flag("--skip-existing", options.skipExisting,
+                   "Leave out inputs whose output exists, whatever it contains");
+  command.add_flag("--keep-times", options.keepTimes, "Give each output the times of its input");
+  const std::vector<std::string> words{"each", "end", "never"};
+  command
+      .add_option("--sync", options.sync,
+                  "When outputs are flushed to the disk: each one, groups (end), or never (end)")
+      ->transform(OneOf(words))
+      ->type_name(Alternatives(words));
+}
+
+}  // namespace latchkey::cli

@@ -1,0 +1,37 @@
+// Encrypts or decrypts many files on all processors.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "cli/cipher_stream.h"
+#include "cli/ciphertext_input.h"
+#include "cli/file_plan.h"
+#include "cli/file_results.h"
+#include "cli/many_file_options.h"
+#include "cli/platform/input_file.h"
+#include "cli/platform/output_file.h"
+#include "crypto/engine/derived_key.h"
+
+namespace latchkey::cli {
+
+struct ManyFilesWork {
+  const ManyFileOptions& options;
+  const DerivedKey& key;
+  CipherDirection direction = CipherDirection::Encrypt;
+  Spaces spaces = Spaces::Keep;
+  std::string hint;  // what to try if decryption fails
+  Readers readers = Readers::Default;
+  bool replaces = false;
+  // Runs the cipher over a file of any length with up to `threads` threads, and calls `advance`
+  // with the number of bytes after each piece.
+  std::function<ByteCounts(InputFile& file, CiphertextInput& input, OutputFile&,
+                           std::size_t threads, const std::function<void(std::size_t)>& advance)>
+      stream;
+};
+
+// Processes the files of the plan. The failure of a file is reported in the results, and the others
+// are processed. Raises what concerns them all, such as lack of memory.
+void RunManyFiles(const ManyFilesWork& work, const FilePlan& plan, FileResults& results);
+
+}  // namespace latchkey::cli
