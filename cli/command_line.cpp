@@ -57,6 +57,7 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
   parser_.footer("Run 'latchkey COMMAND --help' for the options of a command.");
   AddCipherCommands(*this);
   AddIdentifyCommand(*this);
+  AddRecordsCommands(*this);
   AddHashCommand(*this);
   AddRandomCommands(*this);
   AddHexCommand(*this);
@@ -67,12 +68,24 @@ CommandLine::CommandLine() : parser_(kDescription, "latchkey") {
 
 CLI::App& CommandLine::Add(const char* name, const char* description, const std::string& example,
                            Action action) {
-  CLI::App& command = *parser_.add_subcommand(name, description);
+  return AddTo(parser_, name, description, example, std::move(action));
+}
+
+CLI::App& CommandLine::AddTo(CLI::App& group, const char* name, const char* description,
+                             const std::string& example, Action action) {
+  CLI::App& command = *group.add_subcommand(name, description);
   command.add_flag("--json", options_.json, "Print results and failures as JSON");
   command.add_flag("-q,--quiet", options_.quiet, "Print no progress and no hints");
   command.footer("Example:\n  " + example);
   command.callback([this, action = std::move(action)] { chosen_ = action; });
   return command;
+}
+
+CLI::App& CommandLine::AddGroup(const char* name, const char* description) {
+  CLI::App& group = *parser_.add_subcommand(name, description);
+  group.require_subcommand(1);
+  group.footer("Run 'latchkey " + std::string(name) + " COMMAND --help' for the options.");
+  return group;
 }
 
 ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
@@ -104,15 +117,19 @@ ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std
     };
     return RunChosen();
   }
-  const auto chosen = parser_.get_subcommands();
-  const bool isUnknown = chosen.empty() && !first.empty() && !first.starts_with('-');
+  const CLI::App* chosen = &parser_;
+  std::string name;
+  while (!chosen->get_subcommands().empty()) {
+    chosen = chosen->get_subcommands().front();
+    name += chosen->get_name() + " ";
+  }
+  const bool isUnknown = chosen == &parser_ && !first.empty() && !first.starts_with('-');
   const Failure failure =
       WrongUsage(isUnknown ? "no such command: " + first : error.what(),
-                 "run 'latchkey " + (chosen.empty() ? "" : chosen.front()->get_name() + " ") +
-                     "--help' for the options")
+                 "run 'latchkey " + name + "--help' for the options")
           .Get();
   Report report(options_);
-  if (!chosen.empty() && WritesDataToStandardOutput(*chosen.front())) report.GiveOutputToData();
+  if (WritesDataToStandardOutput(*chosen)) report.GiveOutputToData();
   report.Fail(failure);
   return failure.status;
 }

@@ -25,6 +25,13 @@ class CommandLine {
   CLI::App& Add(const char* name, const char* description, const std::string& example,
                 Action action);
 
+  // The same below a group of commands.
+  CLI::App& AddTo(CLI::App& group, const char* name, const char* description,
+                  const std::string& example, Action action);
+
+  // Adds a name that requires another one after it.
+  CLI::App& AddGroup(const char* name, const char* description);
+
   // Reads the arguments (UTF-8, without the program's name), runs the command that they choose,
   // reports its failure, and returns the exit status.
   [[nodiscard]] ExitStatus Run(std::vector<std::string> arguments);

@@ -7,6 +7,7 @@ class CommandLine;
 
 void AddCipherCommands(CommandLine& commandLine);  // encrypt and decrypt
 void AddIdentifyCommand(CommandLine& commandLine);
+void AddRecordsCommands(CommandLine& commandLine);  // records encrypt, decrypt and hash
 void AddHashCommand(CommandLine& commandLine);
 void AddRandomCommands(CommandLine& commandLine);  // random and salt
 void AddHexCommand(CommandLine& commandLine);

@@ -17,6 +17,7 @@ void Shield(std::string& argument) {
 
 void UnshieldValues(CLI::App& parser) {
   for (CLI::App* const command : parser.get_subcommands(nullptr)) {
+    UnshieldValues(*command);
     for (CLI::Option* const option : command->get_options()) {
       if (option->get_expected_max() > 0) option->transform(Unshielded);
     }

@@ -44,18 +44,27 @@ function section(name,  help, line, number, example) {
   if (close(help) != 0) exit 1
 }
 
-function sections(  help, line, listed) {
-  help = "./latchkey --help"
+function is_group(name,  help, line, found) {
+  help = "./latchkey " name " --help"
+  while ((help | getline line) > 0) if (line ~ /^Subcommands:/) found = 1
+  if (close(help) != 0) exit 1
+  return found
+}
+
+# The commands of a group, "records ", or all of them.
+function sections(group,  help, line, listed) {
+  help = "./latchkey " group "--help"
   while ((help | getline line) > 0) {
     if (line ~ /^Subcommands:/) {
       listed = 1
     } else if (listed && sub(/^  /, "", line)) {
       sub(/ .*/, "", line)
-      section(line)
+      if (is_group(group line)) sections(group line " ")
+      else section(group line)
     }
   }
   if (close(help) != 0) exit 1
 }
 
-$0 == "@COMMANDS@" { sections(); next }
+$0 == "@COMMANDS@" { sections(""); next }
 { gsub(/@VERSION@/, version); print }

@@ -1,37 +1,13 @@
-#include "platform/linux/code_page_tables.h"
+#include "platform/code_page_tables.h"
 
-#include <algorithm>
 #include <set>
+#include <string>
 #include <vector>
 
 #include "platform/linux/character_converter.h"
 
 namespace latchkey::platform {
 namespace {
-
-struct KnownCodePage {
-  std::uint32_t number;
-  const char* encoding;
-  bool isMultiByte = false;
-};
-
-constexpr auto kCodePages = std::to_array<KnownCodePage>({
-    {1250, "CP1250"},
-    {1251, "CP1251"},
-    {1252, "CP1252"},
-    {1253, "CP1253"},
-    {1254, "CP1254"},
-    {1255, "CP1255"},
-    {1256, "CP1256"},
-    {1257, "CP1257"},
-    {1258, "CP1258"},
-    {874, "CP874"},
-    {932, "CP932", true},
-    {936, "CP936", true},
-    {949, "CP949", true},
-    {950, "CP950", true},
-    {65001, "UTF-8", true},
-});
 
 // Characters of Windows that iconv lacks, for the bytes from `first` to `last` in order.
 // Private-use characters denote bytes that the code page leaves undefined.
@@ -110,11 +86,10 @@ constexpr auto kOtherCodes = std::to_array<OtherCode>({
     {950, 0x256A, 0xF9EA},
 });
 
-const KnownCodePage* Find(std::uint32_t number) noexcept {
-  const auto* const found =
-      std::find_if(kCodePages.begin(), kCodePages.end(),
-                   [&](const KnownCodePage& page) { return page.number == number; });
-  return found != kCodePages.end() ? found : nullptr;
+constexpr std::uint32_t kUtf8 = 65001;
+
+std::string EncodingOf(std::uint32_t number) {
+  return number == kUtf8 ? "UTF-8" : "CP" + std::to_string(number);
 }
 
 void ReadHighHalf(const CharacterConverter& converter, std::uint32_t number,
@@ -164,7 +139,6 @@ void AddPrivateCharacters(std::uint32_t number, CodePageTables& tables) {
 // A surrogate is half of a four-byte UTF-8 character. Windows writes a surrogate alone as the
 // replacement character.
 void AddSurrogates(std::uint32_t number, CodePageTables& tables) {
-  constexpr std::uint32_t kUtf8 = 65001;
   constexpr char16_t kReplacement = 0xFFFD;
   if (number != kUtf8) return;
   for (std::size_t half = 0xD800; half <= 0xDFFF; ++half) {
@@ -186,16 +160,11 @@ void ReadLongCodes(const CharacterConverter& converter, std::uint32_t number,
 
 }  // namespace
 
-bool IsKnownCodePage(std::uint32_t number) noexcept { return Find(number) != nullptr; }
-
-bool IsMultiByte(std::uint32_t number) noexcept { return Find(number)->isMultiByte; }
-
 bool ReadCodePage(std::uint32_t number, CodePageTables& tables) {
-  const KnownCodePage& page = *Find(number);
-  const CharacterConverter converter(page.encoding);
+  const CharacterConverter converter(EncodingOf(number).c_str());
   if (!converter.IsAvailable()) return false;
   ReadHighHalf(converter, number, tables.characters);
-  if (page.isMultiByte) ReadLongCodes(converter, number, tables);
+  if (IsMultiByte(number)) ReadLongCodes(converter, number, tables);
   return true;
 }
 

@@ -6,7 +6,7 @@
 
 #include "base/never_destroyed.h"
 #include "latchkey/code_page.h"
-#include "platform/linux/code_page_tables.h"
+#include "platform/code_page_tables.h"
 
 namespace latchkey::platform {
 namespace {

@@ -1,4 +1,4 @@
-// Windows' code pages as tables, from the C library's iconv.
+// Windows' code pages as tables: from the C library's iconv on Linux, from the system on Windows.
 #pragma once
 
 #include <array>
@@ -11,7 +11,7 @@ namespace latchkey::platform {
 struct CodePageTables {
   CodePage::HighHalf characters{};
   // The code of each character that the code page writes in several bytes, otherwise
-  // CodePage::kDefaultCode.
+  // CodePage::kDefaultCode. Not filled if no character has several bytes.
   std::array<std::uint32_t, 0x10000> longCodes{};
 };
 
@@ -21,7 +21,7 @@ struct CodePageTables {
 // Whether characters of this known code page may take several bytes.
 [[nodiscard]] bool IsMultiByte(std::uint32_t number) noexcept;
 
-// Fills empty tables with those of a known code page; returns false if iconv does not have it.
+// Fills empty tables with those of a known code page; returns false if the system does not have it.
 [[nodiscard]] bool ReadCodePage(std::uint32_t number, CodePageTables& tables);
 
 }  // namespace latchkey::platform

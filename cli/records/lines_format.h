@@ -1,0 +1,18 @@
+// Records that are lines of one field.
+#pragma once
+
+#include "cli/records/record_format.h"
+
+namespace latchkey::cli {
+
+// A line ends in LF or CR LF, which stays as it is. An empty line is no value.
+class LinesFormat final : public RecordFormat {
+ public:
+  void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const override;
+  [[nodiscard]] bool Unescape(ByteSpan source, WipedBytes& text) const override;
+  [[nodiscard]] bool Write(ByteSpan value, const ScannedRecord& record,
+                           WipedBytes& output) const override;
+  void WriteNothing(const ScannedRecord& record, WipedBytes& output) const override;
+};
+
+}  // namespace latchkey::cli
