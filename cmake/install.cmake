@@ -1,5 +1,5 @@
-# Installs the library for its clients: cmake --install, in the components library, development, command, sqlite and
-# postgresql.
+# Installs the library for its clients: cmake --install, in the components library, development, command, documents,
+# sqlite and postgresql.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -27,6 +27,28 @@ install(FILES ${PROJECT_BINARY_DIR}/latchkey.pc DESTINATION ${pkgconfig_folder} 
 # Its manual page and completion are installed by the rules that make them.
 if(LATCHKEY_BUILD_CLI)
   install(TARGETS latchkey_command RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT command)
+endif()
+
+# The documents as a site, which contains the samples. Left out where mkdocs is missing.
+find_program(LATCHKEY_MKDOCS mkdocs)
+if(PROJECT_IS_TOP_LEVEL AND LATCHKEY_MKDOCS)
+  set(site ${PROJECT_BINARY_DIR}/site)
+  file(GLOB_RECURSE site_sources CONFIGURE_DEPENDS docs/* examples/* include/*)
+  list(APPEND site_sources README.md CHANGELOG.md CONTRIBUTING.md LICENSE tools/make_site packaging/debian/changelog)
+  add_custom_command(OUTPUT ${site}.stamp
+    COMMAND ${PROJECT_SOURCE_DIR}/tools/make_site ${site}
+    COMMAND ${CMAKE_COMMAND} -E touch ${site}.stamp
+    DEPENDS ${site_sources}
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    VERBATIM)
+  add_custom_target(latchkey_site ALL DEPENDS ${site}.stamp)
+  set(documents share/doc/${PROJECT_NAME}-doc)
+  install(DIRECTORY ${site}/ DESTINATION ${documents}/html COMPONENT documents)
+  foreach(folder docs examples)
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/links)
+    file(CREATE_LINK html/${folder} ${PROJECT_BINARY_DIR}/links/${folder} SYMBOLIC)
+    install(FILES ${PROJECT_BINARY_DIR}/links/${folder} DESTINATION ${documents} COMPONENT documents)
+  endforeach()
 endif()
 
 if(TARGET latchkey_sqlite)

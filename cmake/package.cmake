@@ -1,5 +1,5 @@
 # Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev, latchkey and,
-# where they are built, python3-latchkey, libsqlite3-mod-latchkey and postgresql-15-latchkey.
+# where they are built, latchkey-doc, python3-latchkey, libsqlite3-mod-latchkey and postgresql-15-latchkey.
 # dpkg-shlibdeps finds what they need of Debian.
 
 set(CPACK_GENERATOR DEB)
@@ -50,6 +50,11 @@ declare_package(library ${library_package} libs "library")
 declare_package(development lib${CPACK_PACKAGE_NAME}-dev libdevel "development files")
 if(LATCHKEY_BUILD_CLI)
   declare_package(command ${CPACK_PACKAGE_NAME} utils "command")
+endif()
+if(TARGET latchkey_site)
+  declare_package(documents ${CPACK_PACKAGE_NAME}-doc doc "documents and samples")
+  set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_ARCHITECTURE all)
+  set(CPACK_DEBIAN_DOCUMENTS_PACKAGE_SHLIBDEPS OFF)
 endif()
 if(LATCHKEY_BUILD_PYTHON)
   declare_package(python python3-${CPACK_PACKAGE_NAME} python "Python package")

@@ -1,4 +1,4 @@
-; The installed files. Existing files in their places are kept in $PLUGINSDIR\before, which is deleted when the setup
+; The installed files; ${PRODUCTS}/documents.nsh lists those of the folder doc. Existing files in their places are kept in $PLUGINSDIR\before, which is deleted when the setup
 ; ends, and put back if the installation fails. A folder that is kept there existed before.
 
 Var FolderBefore  ; the folder to install in, or the nearest above it that there is
@@ -17,9 +17,15 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   ${EndIf}
 !macroend
 
-!macro KeepProducts FOLDER
+!macro KeepFolder FOLDER
   ${If} ${FileExists} "$INSTDIR\${FOLDER}\*.*"
     CreateDirectory "$PLUGINSDIR\before\${FOLDER}"
+  ${EndIf}
+!macroend
+
+!macro KeepProducts FOLDER
+  !insertmacro KeepFolder ${FOLDER}
+  ${If} ${FileExists} "$INSTDIR\${FOLDER}\*.*"
     !insertmacro ForEachProduct KeepFile ${FOLDER}
   ${EndIf}
 !macroend
@@ -35,6 +41,8 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   CreateDirectory "$PLUGINSDIR\before"
   !insertmacro KeepProducts x64
   !insertmacro KeepProducts x86
+  !insertmacro ForEachFolderOfDocuments KeepFolder
+  !insertmacro ForEachDocument KeepFile
   !insertmacro KeepFile . LICENSE.txt
   !insertmacro KeepFile . uninstall.exe
 !macroend
@@ -49,6 +57,11 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   !insertmacro ForEachProduct WriteFile ${FOLDER}
 !macroend
 
+!macro WriteDocuments
+  SetOutPath "$INSTDIR\doc"
+  File /r "${PRODUCTS}/doc/*"
+!macroend
+
 !macro PutBackFile FOLDER NAME
   ${If} ${FileExists} "$PLUGINSDIR\before\${FOLDER}\${NAME}"
     CopyFiles /SILENT "$PLUGINSDIR\before\${FOLDER}\${NAME}" "$INSTDIR\${FOLDER}"
@@ -57,17 +70,23 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   ${EndIf}
 !macroend
 
-!macro PutBackProducts FOLDER
-  !insertmacro ForEachProduct PutBackFile ${FOLDER}
+!macro PutBackFolder FOLDER
   ${IfNot} ${FileExists} "$PLUGINSDIR\before\${FOLDER}\*.*"
     RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
   ${EndIf}
+!macroend
+
+!macro PutBackProducts FOLDER
+  !insertmacro ForEachProduct PutBackFile ${FOLDER}
+  !insertmacro PutBackFolder ${FOLDER}
 !macroend
 
 !macro PutBackFiles
   SetOutPath "$TEMP"  ; a folder cannot be removed while it is the current one
   !insertmacro PutBackProducts x64
   !insertmacro PutBackProducts x86
+  !insertmacro ForEachDocument PutBackFile
+  !insertmacro ForEachFolderOfDocuments PutBackFolder
   !insertmacro PutBackFile . LICENSE.txt
   !insertmacro PutBackFile . uninstall.exe
   StrCpy $0 $INSTDIR
@@ -81,15 +100,21 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   Delete /REBOOTOK "$INSTDIR\${FOLDER}\${NAME}"
 !macroend
 
+!macro RemoveFolder FOLDER
+  RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
+!macroend
+
 !macro RemoveProducts FOLDER
   !insertmacro ForEachProduct RemoveFile ${FOLDER}
-  RMDir /REBOOTOK "$INSTDIR\${FOLDER}"
+  !insertmacro RemoveFolder ${FOLDER}
 !macroend
 
 ; Removes only installed files: a folder with other files stays.
 !macro RemoveFiles
   !insertmacro RemoveProducts x64
   !insertmacro RemoveProducts x86
+  !insertmacro ForEachDocument RemoveFile
+  !insertmacro ForEachFolderOfDocuments RemoveFolder
   !insertmacro RemoveFile . LICENSE.txt
   !insertmacro RemoveFile . uninstall.exe
   RMDir /REBOOTOK "$INSTDIR"

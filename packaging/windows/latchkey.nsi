@@ -1,4 +1,5 @@
-; The installer: the component and the command latchkey, of both bitnesses, for all users or for one.
+; The installer: the component and the command latchkey, of both bitnesses, the documents and samples, and a folder of
+; the Start menu, for all users or for one. PATH is not changed.
 ;
 ;   setup.exe [/S] [/AllUsers | /CurrentUser] [/D=FOLDER]     /S runs without questions; /D must be last, without quotation marks
 ;   FOLDER\uninstall.exe [/S]
@@ -9,7 +10,8 @@
 ; tools/make_installer compiles this file with
 ;   VERSION     1.0.0
 ;   TARGET      x86-unicode, a setup for every Windows, or amd64-unicode for those that run no 32-bit programs
-;   PRODUCTS    folder of LICENSE.txt and of x86 and x64, each with the files of one bitness
+;   PRODUCTS    folder of LICENSE.txt, of x86 and x64, each with the files of one bitness, of doc, the documents as a
+;               site, and of documents.nsh, which lists its files and folders
 ;   OUTPUT      file to write
 
 Unicode true
@@ -55,11 +57,14 @@ VIAddVersionKey LegalCopyright "Copyright 2026 the Latchkey authors. MIT License
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE English
 
+!include "${PRODUCTS}/documents.nsh"
 !include files.nsh
 !include registration.nsh
+!include start_menu.nsh
 
 Var FilesChanged  ; yes as soon as an installation changes them, until it is undone
 Var RegistrationChanged
+Var MenuChanged
 Var EntryChanged
 Var EntryBefore  ; the folder that the list of installed programs names before, or nothing
 Var FailedStep  ; what could not be done
@@ -150,12 +155,16 @@ Function Undo
     !insertmacro PutBackRegistration 64
     !insertmacro PutBackRegistration 32
   ${EndIf}
+  ${If} $MenuChanged == yes
+    !insertmacro PutBackMenu
+  ${EndIf}
   ${If} $EntryChanged == yes
   ${AndIf} $EntryBefore == ""
     DeleteRegKey SHCTX "${UNINSTALL_KEY}"
   ${EndIf}
   StrCpy $FilesChanged no
   StrCpy $RegistrationChanged no
+  StrCpy $MenuChanged no
   StrCpy $EntryChanged no
 FunctionEnd
 
@@ -203,10 +212,13 @@ Section
   !insertmacro KeepRegistration 32
   !insertmacro KeepFiles
   !insertmacro FailIfErrors "keep the files in $INSTDIR for the case of a failure"
+  !insertmacro KeepMenu
+  !insertmacro FailIfErrors "keep the shortcuts in ${MENU} for the case of a failure"
 
   StrCpy $FilesChanged yes
   !insertmacro WriteBitness 64 x64
   !insertmacro WriteBitness 32 x86
+  !insertmacro WriteDocuments
   SetOutPath "$INSTDIR"
   !insertmacro WriteFile . LICENSE.txt
   ClearErrors
@@ -216,6 +228,10 @@ Section
   StrCpy $RegistrationChanged yes
   !insertmacro RegisterBitness 64 x64
   !insertmacro RegisterBitness 32 x86
+
+  StrCpy $MenuChanged yes
+  !insertmacro WriteMenu
+  !insertmacro FailIfErrors "write the shortcuts in ${MENU}"
 
   StrCpy $EntryChanged yes
   ClearErrors
@@ -258,5 +274,6 @@ Section Uninstall
   !insertmacro UnregisterInstalled 64 x64
   !insertmacro UnregisterInstalled 32 x86
   DeleteRegKey SHCTX "${UNINSTALL_KEY}"
+  !insertmacro RemoveMenu
   !insertmacro RemoveFiles
 SectionEnd

@@ -1,8 +1,7 @@
-"""Tests for Linux only: names of any bytes, the process's environment in /proc, the manual page and bash."""
+"""Tests for Linux only: names of any bytes, the process's environment in /proc, standard streams."""
 import hashlib
 import os
 import pathlib
-import re
 import select
 import stat
 import subprocess
@@ -10,8 +9,6 @@ import subprocess
 from command import CIPHERS, PROGRAM, CommandTest
 from password_test import Terminal
 
-BUILD = pathlib.Path(PROGRAM[0]).parent
-COMMANDS = ("encrypt", "decrypt", "identify", "hash", "random", "salt", "hex", "online", "errors")
 OPTIONS = ["--hash", "md5", "--cipher", "des"]
 
 
@@ -321,43 +318,3 @@ class PiecesTest(CommandTest):
             process.stdin.close()
         except BrokenPipeError:
             pass
-
-
-class DocumentTest(CommandTest):
-    PAGE = BUILD / "man" / "man1" / "latchkey.1"
-    COMPLETION = pathlib.Path(__file__).resolve().parents[2] / "cli" / "manual" / "latchkey.bash"
-
-    def shown(self):
-        process = subprocess.run(["man", "--warnings", "-E", "UTF-8", "-l", str(self.PAGE)], capture_output=True,
-                                 check=True, env={**os.environ, "MANWIDTH": "100", "LC_ALL": "C.UTF-8"})
-        self.assertEqual(process.stderr, b"")
-        return process.stdout.decode()
-
-    def test_the_manual_page_formats_and_has_every_command_and_option(self):
-        page = re.sub(r"\s+", " ", self.shown())
-        for command in COMMANDS:
-            self.assertIn(f" {command.upper()} ", page)
-            text = self.run_well(command, "--help").text
-            for option in re.findall(r"--[a-z][a-z0-9-]+", text):
-                self.assertIn(option, page)
-            self.assertIn(text.rstrip().splitlines()[-1].strip().split(" -o ")[0], page)
-
-    def complete(self, *words):
-        script = 'source "$1"; shift; COMP_WORDS=(latchkey "$@"); COMP_CWORD=$#; _latchkey; printf "%s\\n" ' \
-                 '"${COMPREPLY[@]}"'
-        process = subprocess.run(["bash", "-c", script, "bash", self.COMPLETION, *words], capture_output=True, check=True,
-                                 cwd=self.folder, env={**os.environ, "PATH": f"{BUILD}:{os.environ['PATH']}"})
-        self.assertEqual(process.stderr, b"")
-        return process.stdout.decode().splitlines()
-
-    def test_completion(self):
-        self.assertEqual(self.complete("en"), ["encrypt"])
-        self.assertLessEqual(set(COMMANDS), set(self.complete("")))
-        self.assertEqual(self.complete("encrypt", "--cipher", "3"), ["3des", "3des-112"])
-        self.assertEqual(self.complete("decrypt", "--provider", ""), ["base", "enhanced"])
-        self.assertEqual(self.complete("hash", "-a", "s"), ["sha1"])
-        self.assertEqual(self.complete("decrypt", "--rc2"), ["--rc2-effective-bits"])
-        self.write("report.pdf", b"")
-        self.assertEqual(self.complete("encrypt", "--hash", "md5", "rep"), ["report.pdf"])
-        self.write("two *words", b"")
-        self.assertEqual(self.complete("encrypt", "two"), ["two *words"])

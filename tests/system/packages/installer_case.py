@@ -17,6 +17,11 @@ UNINSTALL_LIST = r"Software\Microsoft\Windows\CurrentVersion\Uninstall"
 UNINSTALL = UNINSTALL_LIST + r"\Latchkey"
 HIVES = {"/AllUsers": "HKEY_LOCAL_MACHINE", "/CurrentUser": "HKEY_CURRENT_USER"}
 PRODUCTS = {"latchkey.dll", "latchkey.exe", "Latchkey.Component.manifest"}
+DOCUMENTS = {"index.html": b"changed", "examples/another/sample.txt": b"new"}  # of setups for the tests
+SHORTCUTS = {"Latchkey documents": r"doc\index.html", "Latchkey samples": r"doc\examples",
+             "Uninstall Latchkey": "uninstall.exe"}
+ENVIRONMENT = (r"HKEY_CURRENT_USER\Environment",
+               r"HKEY_LOCAL_MACHINE\System\CurrentControlSet\Control\Session Manager\Environment")
 MAIN_CLASS = "{3D47BC99-A2AC-4DA2-B56E-B751FC9219E1}"
 
 build, arch = pathlib.Path(sys.argv[1]), sys.argv[2]
@@ -48,10 +53,10 @@ def make_setups(name, products):
     """Makes setups for these products of both bitnesses (file -> bytes) and returns their folder."""
     folder = build / "installers" / name
     shutil.rmtree(folder, ignore_errors=True)
-    for bitness in ("x86", "x64"):
-        (folder / bitness).mkdir(parents=True)
-        for file, data in products.items():
-            (folder / bitness / file).write_bytes(data)
+    for part, files in (("x86", products), ("x64", products), ("doc", DOCUMENTS)):
+        for file, data in files.items():
+            (folder / part / file).parent.mkdir(parents=True, exist_ok=True)
+            (folder / part / file).write_bytes(data)
     subprocess.run([PROJECT / "tools" / "make_installer", folder], check=True, stdout=subprocess.DEVNULL)
     return folder
 
@@ -116,6 +121,20 @@ def host_path(path):
     return drive / path.removeprefix("C:\\").replace("\\", "/")
 
 
+def start_menu(scope):
+    """The folder of the Start menu's programs."""
+    base = drive / "ProgramData" if scope == "/AllUsers" else next(drive.glob("users/*/AppData/Roaming"))
+    return base / "Microsoft/Windows/Start Menu/Programs"
+
+
+def contents(folder):
+    return {path.relative_to(folder): path.read_bytes() for path in folder.rglob("*") if path.is_file()}
+
+
+def environment():
+    return [registry(key) for key in ENVIRONMENT]
+
+
 def wait_until(condition):
     """Polls the result of the uninstaller's copy, which is not a child of ours; the limit is for one that hangs."""
     deadline = time.monotonic() + 300
@@ -131,6 +150,7 @@ class InstallerCase(unittest.TestCase):
         for options in ((), ("/n", "/i:user")):
             run("regsvr32", "/s", "/u", *options, "latchkey.dll")
         cls.before = state()
+        cls.environment_before = environment()
 
     @classmethod
     def use_wine_once(cls):
@@ -139,6 +159,8 @@ class InstallerCase(unittest.TestCase):
             run("reg", "add", rf"HKCU\Software\{key}", "/f")
         for profile in drive.glob("users/*/AppData/Local"):
             (profile / "Programs").mkdir(exist_ok=True)
+        for scope in HIVES:
+            start_menu(scope).mkdir(parents=True, exist_ok=True)
         cls.run_script("WScript.Echo 1")
 
     @staticmethod
@@ -198,10 +220,22 @@ class InstallerCase(unittest.TestCase):
         self.assertEqual(values["DisplayName"], "Latchkey")
         self.assertRegex(values["DisplayVersion"], r"^\d+\.\d+\.\d+$")
         folder = host_path(values["InstallLocation"])
-        self.assertEqual({path.name for path in folder.iterdir()}, {arch, "uninstall.exe", "LICENSE.txt"})
+        self.assertEqual({path.name for path in folder.iterdir()}, {arch, "doc", "uninstall.exe", "LICENSE.txt"})
         self.assertEqual((folder / "LICENSE.txt").read_text(), (PROJECT / "LICENSE").read_text())
         self.assertEqual({path.name for path in (folder / arch).iterdir()}, PRODUCTS)
         self.assertEqual(run(folder / arch / "latchkey.exe", "hash", "--help")[0], 0)
+        self.assertEqual(contents(folder / "doc"), contents(INSTALLERS / "doc"))
+        self.expect_menu(scope, values["InstallLocation"])
+        self.assertEqual(environment(), self.environment_before)  # has PATH
         key = rf"{HIVES[scope]}\Software\Classes\CLSID\{MAIN_CLASS}\InprocServer32"
         self.assertEqual(registry(key)[key]["@"], values["InstallLocation"] + rf"\{arch}\latchkey.dll")
         return values["InstallLocation"]
+
+    def expect_menu(self, scope, folder):
+        """Each shortcut is in the scope's Start menu and names a file or folder that exists."""
+        menu = start_menu(scope) / "Latchkey"
+        self.assertEqual({path.name for path in menu.iterdir()}, {name + ".lnk" for name in SHORTCUTS})
+        for name, target in SHORTCUTS.items():
+            target = folder + "\\" + target
+            self.assertIn(target.encode("cp1252") + b"\0", (menu / (name + ".lnk")).read_bytes())
+            self.assertTrue(host_path(target).exists(), target)

@@ -72,10 +72,15 @@ class InstallerTest(installer_case.InstallerCase):
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Our", r"tools\Latchkey"), 0)  # without quotation marks
         self.assertEqual(self.install("/CurrentUser"), 0)
         self.assertEqual(self.expect_installed("/CurrentUser"), r"C:\Our tools\Latchkey")
-        notes = drive / "Our tools" / "Latchkey" / "notes.txt"
-        notes.write_text("not the setup's")
+        folder = drive / "Our tools" / "Latchkey"
+        menu = installer_case.start_menu("/CurrentUser") / "Latchkey"
+        self.addCleanup(shutil.rmtree, menu, ignore_errors=True)
+        notes = {folder / "notes.txt", folder / "doc" / "examples" / "c" / "notes.txt", menu / "notes.txt"}
+        for file in notes:
+            file.write_text("not the setup's")
         self.uninstall("/CurrentUser")
-        self.expect_files(self.before["files"] | {notes, *list(notes.parents)[:2]})
+        folders = set().union(*(file.parents for file in notes)) - {drive, *drive.parents}
+        self.expect_files(self.before["files"] | notes | folders)
         self.assertEqual(self.listed("/CurrentUser"), {})
 
     def test_removing_the_users_installation_leaves_the_one_for_all_users(self):
@@ -195,6 +200,13 @@ class FailedInstallationTest(installer_case.InstallerCase):
         self.make_folder("Tools/uninstall.exe")
         self.expect_failure("/CurrentUser", r"/D=C:\Tools")
 
+    def test_a_start_menu_that_cannot_be_written(self):
+        for scope in HIVES:
+            menu = installer_case.start_menu(scope) / "Latchkey"
+            self.addCleanup(menu.unlink)
+            menu.write_text("not the setup's")
+            self.expect_failure(scope)
+
     def test_a_list_of_installed_programs_that_cannot_be_written(self):
         self.addCleanup(installer_case.remake_list_of_programs, volatile=False)
         installer_case.remake_list_of_programs(volatile=True)
@@ -205,11 +217,14 @@ class FailedInstallationTest(installer_case.InstallerCase):
         folder = drive / "Program Files" / "Latchkey"
         with open(folder / arch / "latchkey.exe", "ab") as command:
             command.write(b"of another version")
-        files = {path: path.read_bytes() for path in folder.glob("**/*.*")}
+        shortcut = installer_case.start_menu("/AllUsers") / "Latchkey" / "Latchkey samples.lnk"
+        shortcut.write_text("the user's")
+        files = installer_case.contents(folder)
         wiping = installer_case.make_setups("wiping", {**dict.fromkeys(PRODUCTS, b""),
                                                        "latchkey.dll": installer_case.compile_dll(WIPING_SERVER)})
         self.expect_failure("/AllUsers", folder=wiping)
-        self.assertEqual({path: path.read_bytes() for path in folder.glob("**/*.*")}, files)
+        self.assertEqual(installer_case.contents(folder), files)
+        self.assertEqual(shortcut.read_text(), "the user's")
         self.assertEqual(self.run_script(CLIENT), "900150983CD24FB0D6963F7D28E17F72")
 
 
