@@ -18,12 +18,12 @@ namespace {
 
 using namespace cli;  // NOLINT: the namespace under test
 
-constexpr const char* kDigest = "900150983cd24fb0d6963f7d28e17f72";
+const std::string kDigest = "900150983cd24fb0d6963f7d28e17f72";
 const ChecksumForm kForm{"MD5", 32};
 
 TEST(ChecksumLineTest, NamesWithBackslashesAndLineEndsAreEscapedAndReadBack) {
-  EXPECT_EQ(ChecksumLine(kDigest, "a b"), std::string(kDigest) + "  a b");
-  EXPECT_EQ(ChecksumLine(kDigest, "a\\b\nc\rd"), "\\" + std::string(kDigest) + "  a\\\\b\\nc\\rd");
+  EXPECT_EQ(ChecksumLine(kDigest, "a b"), kDigest + "  a b");
+  EXPECT_EQ(ChecksumLine(kDigest, "a\\b\nc\rd"), "\\" + kDigest + "  a\\\\b\\nc\\rd");
   for (const char* const name : {"a b", "a\\b\nc\rd", " leading", "*star", "tail "}) {
     const auto read = ReadChecksumLine(ChecksumLine(kDigest, name), kForm);
     ASSERT_TRUE(read) << name;
