@@ -22,8 +22,8 @@ namespace {
 
 constexpr std::size_t kRecords = 100'000;
 constexpr std::size_t kRecord = 24;  // bytes of a record and, under RC4, of its ciphertext
-constexpr std::size_t kPlaintext =
-    20;  // of a plaintext whose ciphertext has as many under the others
+// Under the other ciphers, a plaintext of this length has a ciphertext of kRecord bytes.
+constexpr std::size_t kPlaintext = 20;
 constexpr std::array<std::uint8_t, 5> kPassword{'b', 'e', 'n', 'c', 'h'};
 
 using Bytes = std::vector<std::uint8_t>;
@@ -80,8 +80,7 @@ class Key {
   latchkey_key* key_ = nullptr;
 };
 
-// The key bytes that the provider derives from the hash of kPassword. OpenSSL has no part of that,
-// so they stay any bytes of the right length: the time does not depend on them.
+// OpenSSL's key. It is not derived from kPassword: the time does not depend on the bytes.
 constexpr std::array<std::uint8_t, 24> kEvpKey{0x01, 0x23, 0x45, 0x67, 0x89, 0xAB, 0xCD, 0xEF,
                                                0x13, 0x57, 0x9B, 0xDF, 0x02, 0x46, 0x8A, 0xCE,
                                                0xFE, 0xDC, 0xBA, 0x98, 0x76, 0x54, 0x32, 0x10};
@@ -97,8 +96,8 @@ Context EvpContext(const Cipher& cipher, bool encrypts) {
   return context;
 }
 
-// The state of a block cipher is the initialization vector. RC4's is the key stream, so a context
-// that was never used is copied.
+// A block cipher restarts with its initialization vector. RC4's state is the key stream, so an
+// unused context is copied.
 void EvpRestart(const Cipher& cipher, EVP_CIPHER_CTX* context, const EVP_CIPHER_CTX* fresh) {
   static constexpr std::array<std::uint8_t, 8> kZeros{};
   Require(cipher.number == LATCHKEY_RC4

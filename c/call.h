@@ -1,5 +1,5 @@
-// What the functions of the C interface share: no exception leaves them, failures become statuses
-// with the component's numbers, and outputs follow one rule (latchkey.h).
+// Shared by the functions of the C interface: no exception leaves them, failures become statuses
+// with the component's numbers, and all outputs follow the rule in latchkey.h.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ namespace latchkey::c {
 
 using InputBytes = std::span<const std::uint8_t>;
 
-// A function's status, and the check that failed if one did.
+// A function's status, and the check that failed, if any.
 struct Outcome {
   // NOLINTNEXTLINE(google-explicit-constructor): bodies return a plain status
   Outcome(std::int32_t result, const CheckSite* failed = nullptr) noexcept
@@ -29,12 +29,12 @@ struct Outcome {
   const CheckSite* check;
 };
 
-// Fill the failure, which may be null, and return the status.
+// Fill in `failure`, which may be null, and return the status.
 std::int32_t Report(latchkey_failure* failure, const Outcome& outcome) noexcept;
 std::int32_t Report(latchkey_failure* failure, const Fault& fault, const TrapSite& trap) noexcept;
 
-// Runs the body of a function, which returns an Outcome or a status. No exception leaves it, and a
-// request to cancel the thread waits. `trap` is the location of a fault.
+// Runs the body of a function, which returns an Outcome or a status. Catches every exception and
+// delays cancellation of the thread. `trap` is the location of a fault.
 template <class Body>
 std::int32_t Call(latchkey_failure* failure, const TrapSite& trap, Body&& body) noexcept {
   if (failure != nullptr && failure->size != sizeof *failure) return LATCHKEY_BAD_ARGUMENT;
@@ -48,7 +48,7 @@ std::int32_t Call(latchkey_failure* failure, const TrapSite& trap, Body&& body) 
   }
 }
 
-// Memory that a caller passes; a null pointer is good only with a length of 0.
+// Memory that a caller passes. A null pointer is good only with a length of 0.
 class Memory {
  public:
   Memory(const void* data, std::size_t length) noexcept
@@ -63,7 +63,7 @@ class Memory {
   std::size_t length_;
 };
 
-// A caller's buffer and its length. Taking the room from the length makes that 0.
+// A caller's buffer and its length. The constructor reads the room from `*length` and clears it.
 class Output {
  public:
   Output(void* data, std::size_t* length) noexcept
@@ -71,16 +71,16 @@ class Output {
         length_(length),
         room_(length == nullptr ? 0 : std::exchange(*length, 0)) {}
 
-  // False for a missing pointer, a bad input, or one that overlaps the buffer. Call it first.
+  // False for a missing pointer, and for an input that is bad or overlaps the buffer. Call first.
   [[nodiscard]] bool IsGood(std::initializer_list<Memory> inputs) const noexcept;
 
   [[nodiscard]] std::span<std::uint8_t> Room() const noexcept { return {data_, room_}; }
 
   // Sets the length of a result that is in the buffer.
   std::int32_t Finish(std::size_t length) noexcept;
-  // Sets the length of one that does not fit.
+  // Sets the length of a result that does not fit.
   std::int32_t TooSmall(std::size_t needed) noexcept;
-  // Copies a result that is elsewhere.
+  // Copies a result to the buffer, or reports that it does not fit.
   std::int32_t Deliver(InputBytes result) noexcept;
 
  private:

@@ -13,10 +13,10 @@
 namespace latchkey::c {
 namespace {
 
-// The most bytes that a call of the provider takes here.
+// The most bytes that one call of the provider gets.
 constexpr std::size_t kLargestCall = std::size_t{1} << 30;
 
-// Messages of one hash. Each step returns its outcome.
+// Hashes messages, one after the other, with one algorithm.
 class Hasher {
  public:
   Outcome Open(std::int32_t hash) {
@@ -39,7 +39,7 @@ class Hasher {
     return LATCHKEY_OK;
   }
 
-  // With too little room the message stays as it is.
+  // If the room is too small, the message is unchanged.
   Outcome Finish(Output& output) {
     const auto length = static_cast<std::size_t>(algorithm_.length);
     if (output.Room().size() < length) return output.TooSmall(length);
@@ -49,8 +49,8 @@ class Hasher {
   }
 
  private:
-  // The message, or a new one; nothing if the provider refuses. It is put back after a success, so
-  // that a failure drops it.
+  // Removes and returns the current message, or begins one; nothing if the provider refuses. Add
+  // puts the message back after a success, so a failure discards it.
   std::optional<MessageDigest> TakeMessage() {
     std::optional<MessageDigest> message = std::exchange(message_, std::nullopt);
     if (!message && !message.emplace().Begin(context_, algorithm_.id)) message.reset();

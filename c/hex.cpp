@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::size_t kDigits = static_cast<std::size_t>(kDigitsPerByte);
 
-// Bytes that are converted at a time, through digits of 16 bits on the stack.
+// Bytes converted at a time, through 16-bit digits on the stack.
 constexpr std::size_t kPiece = 256;
 using Digits = std::array<char16_t, kDigits * kPiece>;
 

@@ -8,7 +8,7 @@
 namespace latchkey::c {
 namespace {
 
-// Works in `buffer`, which begins with the message. On failure it becomes zeros.
+// Transforms the message at the start of `buffer` in place. A failure fills the buffer with zeros.
 Outcome TransformIn(std::span<std::uint8_t> buffer, const DerivedKey& key,
                     CipherDirection direction, std::uint32_t& length) {
   WipeUnlessKept result(buffer);
@@ -30,7 +30,7 @@ Outcome Transform(const DerivedKey& key, CipherDirection direction, InputBytes i
     return outcome;
   }
   if (encrypts) return output.TooSmall(needed);
-  // The plaintext may still fit.
+  // The plaintext may be shorter than `needed`, and fit.
   WipedBytes buffer(input.begin(), input.end());
   const Outcome outcome = TransformIn(buffer, key, direction, length);
   return outcome.status == LATCHKEY_OK ? output.Deliver(std::span(buffer).first(length)) : outcome;

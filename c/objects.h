@@ -32,10 +32,10 @@ namespace latchkey::c {
   return mark == kind;
 }
 
-// Takes an owner off the key and destroys it with the last one.
+// Removes an owner of the key, and destroys the key with the last one.
 void ReleaseKey(const latchkey_key* key) noexcept;
 
-// An owner of a key, while another owner exists.
+// An owner of a key. Requires that another owner exists when it is made.
 class KeyOwner {
  public:
   explicit KeyOwner(const latchkey_key& key) noexcept : key_(&key) { ++key.owners; }
@@ -49,7 +49,7 @@ class KeyOwner {
   const latchkey_key* key_;
 };
 
-// Destroys an object of that kind; null is good.
+// Destroys an object of that kind; does nothing for null.
 template <class Object>
 std::int32_t CloseObject(latchkey_mark kind, Object* object) noexcept {
   if (object == nullptr) return LATCHKEY_OK;

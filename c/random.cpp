@@ -12,10 +12,10 @@ namespace latchkey::c {
 namespace {
 
 constexpr std::string_view kLetters = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
-// The bytes below it are shared equally by the letters; the others are dropped.
+// Bytes below this number map to each letter equally often; other bytes are dropped.
 constexpr std::size_t kFairBytes = 256 - 256 % kLetters.size();
 
-// The provider's random source. Opened with the object.
+// The provider's random source, opened by the constructor.
 class RandomSource {
  public:
   [[nodiscard]] bool IsOpen() const noexcept { return static_cast<bool>(context_); }
@@ -46,7 +46,7 @@ Outcome FillBytes(RandomSource& source, std::span<std::uint8_t> bytes) {
   return source.Fill(bytes) ? LATCHKEY_OK : LATCHKEY_PROVIDER_REFUSED;
 }
 
-// Fills the memory, or clears it.
+// Fills the memory, or clears it after a failure.
 template <class Work>
 std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure, Work work) noexcept {
   if (!Memory(memory, length).IsGood()) {

@@ -11,7 +11,8 @@
 namespace latchkey::c {
 namespace {
 
-// The memory of `count` numbers of `size` bytes; bad if it cannot exist or is not aligned.
+// The memory of `count` numbers of `size` bytes each. It is not good if it is null, too large or
+// not aligned.
 Memory NumbersAt(const void* numbers, std::size_t count, std::size_t size) noexcept {
   const bool isGood = count < PTRDIFF_MAX / size && numbers != nullptr &&
                       reinterpret_cast<std::uintptr_t>(numbers) % size == 0;
@@ -66,7 +67,7 @@ Results ResultsOf(const latchkey_results& results, std::size_t room, std::size_t
       kCodes};
 }
 
-// Describes the first record that failed; the call succeeds.
+// Describes the first record that failed, if any, although the call succeeds.
 void ReportFirst(latchkey_failure* failure, RecordStatus first, CipherDirection direction) {
   if (first == RecordStatus::TooLong) {
     Report(failure, Fault(FaultNumber::Overflow), SitesOf(direction).trap);

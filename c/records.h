@@ -9,10 +9,11 @@
 
 namespace latchkey::c {
 
-// False for a wrong struct, missing memory, and offsets that descend or leave the data.
+// False for a wrong struct, missing memory, and offsets that decrease or lie outside the data.
 [[nodiscard]] bool ReadRecords(const latchkey_records* given, Records& records) noexcept;
 
-// The offsets and the data of records with a good offset size and less than SIZE_MAX records.
+// The memory of the offsets and of the data. Requires a good offset size and fewer than SIZE_MAX
+// records.
 [[nodiscard]] std::array<Memory, 2> InputsOf(const latchkey_records& records) noexcept;
 
 }  // namespace latchkey::c

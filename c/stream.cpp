@@ -40,7 +40,7 @@ Outcome Update(MessageStream& message, InputBytes piece, Output& output) {
   return output.Finish(ready);
 }
 
-// The rest is at most a block, and with less room than that nothing is done.
+// The rest is at most one block. If the room is smaller than that, nothing changes.
 Outcome Finish(MessageStream& message, Output& output) {
   if (!message.IsGood()) return SitesOf(message.Direction()).cipher;
   if (output.Room().size() < MessageStream::kMostAdded) {
@@ -53,7 +53,7 @@ Outcome Finish(MessageStream& message, Output& output) {
   return output.Deliver(std::span(rest).first(length));
 }
 
-// Runs `body` on a stream's message. A fault is one of the operation in that direction.
+// Runs `body` on a stream's message. Faults are recorded at the trap of the stream's direction.
 template <class Body>
 std::int32_t OnMessage(latchkey_stream* stream, latchkey_failure* failure, Body&& body) noexcept {
   const bool isStream = IsA(latchkey_mark::Stream, stream);

@@ -55,7 +55,7 @@ void Require(const CheckSite* failed, const std::string& file) {
   if (failed != nullptr) throw CommandError(FailureAt(*failed, file));
 }
 
-// The sessions of the key for input of that size.
+// Copies the key once for each worker, or once in all if pieces must be processed in order.
 CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key,
                        const InputFile& input) {
   const bool inOrder =

@@ -16,16 +16,16 @@ namespace {
 
 constexpr const char* kDescription =
     "Encrypts, decrypts and hashes files as the Windows CryptoAPI does under a password.\n"
-    "The algorithms are old: use them to exchange data with systems that already do.";
+    "The algorithms are old: use them to exchange data with systems that already use them.";
 
 // For usage errors, which may occur before the parser has read the option. Arguments after "--" are
-// names.
+// file names.
 bool AsksForJson(const std::vector<std::string>& arguments) {
   const auto end = std::find(arguments.begin(), arguments.end(), "--");
   return std::find(arguments.begin(), end, "--json") != end;
 }
 
-// Records whether memory runs out during its life: a stream hides that and drops text.
+// Records whether memory runs out during its lifetime, because a stream hides that and drops text.
 class MemoryWatch {
  public:
   MemoryWatch() noexcept : before_(std::set_new_handler(Note)) { ranOut = false; }
@@ -89,7 +89,7 @@ ExitStatus CommandLine::Run(std::vector<std::string> arguments) {
   return RunChosen();
 }
 
-// The parser throws help and version as errors too.
+// The parser throws for --help and --version too.
 ExitStatus CommandLine::ReportParseError(const CLI::ParseError& error, const std::string& first) {
   std::ostringstream help;
   std::ostringstream complaint;

@@ -96,7 +96,7 @@ void Hashing::ReportFailure(const std::string& file, const Failure& failure) {
   }
 }
 
-// The lines of a list, read at once, since lists are short.
+// The lines of a list. They are read at once, because lists are short.
 std::vector<std::string> LinesOf(const std::string& name) {
   InputFile input(name);
   std::string text;

@@ -21,8 +21,8 @@ void AddWords(CLI::App& command, KeyOptions& options, Required required) {
   add("--cipher", options.cipher, "Use this cipher", CipherNames());
   command
       .add_option("--provider", options.provider,
-                  "Use this provider's key lengths (default: the one that allows the cipher, base "
-                  "if both do)")
+                  "Use this provider's key lengths (default: base if it allows the cipher and key "
+                  "length, otherwise enhanced)")
       ->transform(OneOf(ProviderNames()))
       ->type_name(Alternatives(ProviderNames()));
 }
@@ -36,7 +36,7 @@ void AddBits(CLI::App& command, KeyOptions& options) {
   command
       .add_option(
           "--rc2-effective-bits", options.rc2EffectiveBits,
-          "Set RC2's effective key length; 40 for data of Windows 2000 and before, made with "
+          "Set RC2's effective key length; 40 for data of Windows 2000 and earlier, made with "
           "the enhanced provider (the default with this option)")
       ->check(CLI::Range(1, 1024).description(""))
       ->type_name("N");

@@ -1,4 +1,4 @@
-// latchkey, the command line.
+// The command latchkey.
 #include <exception>
 #include <new>
 

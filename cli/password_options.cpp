@@ -80,7 +80,7 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
   const std::array added{
       command
           .add_option("--password-file", options.file,
-                      "Read the password from a file; - is standard input. One line end at the end "
+                      "Read the password from a file; - is standard input; one line end at its end "
                       "is dropped")
           ->type_name("FILE"),
       command

@@ -35,7 +35,7 @@ void RequireResult(const WipedBytes& result, std::int32_t length) {
   throw CommandError(failure);
 }
 
-// Raw bytes are written unchanged; digits and letters are a line.
+// Writes raw bytes unchanged, and digits and letters as a line.
 void Write(WipedBytes data, bool isLine) {
   if (isLine) data.push_back('\n');
   OutputFile output("-", false, Readers::Default);
@@ -43,7 +43,7 @@ void Write(WipedBytes data, bool isLine) {
   output.Commit();
 }
 
-// The text's code-page bytes; the text is wiped.
+// Converts a text to code-page bytes, and wipes the text.
 WipedBytes TakeBytes(Text text) {
   const WipeAtExit wipe(text);
   return EncodeText(text);

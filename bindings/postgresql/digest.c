@@ -20,7 +20,7 @@ static int32_t add_pieces(latchkey_hash* object, const uint8_t* bytes, size_t le
   return status;
 }
 
-/* In pieces, between which a long value can be cancelled. */
+/* Values are hashed in pieces; a query can be cancelled between two of them. */
 static int32_t digest_in_pieces(int32_t hash, const bytea* data, uint8_t* digest, size_t* length,
                                 latchkey_failure* failure) {
   latchkey_hash* object = NULL;

@@ -11,7 +11,7 @@
 #include "bindings/postgresql/errors.h"
 #include "bindings/sql/names.h"
 
-/* The work on the samples cannot be cancelled, so there is a limit to it. */
+/* Identifying cannot be cancelled, so the length of the samples is limited. */
 enum { LONGEST_SAMPLES = 16 << 20, MOST_CANDIDATES = 64, COLUMNS = 7 };
 
 PG_MODULE_MAGIC;

@@ -8,7 +8,7 @@
 
 enum argument { PASSWORD = 1, HASH, CIPHER, PROVIDER, KEY_BITS, RC2_EFFECTIVE_BITS };
 
-/* Lives in fn_extra. */
+/* Kept in fn_extra. */
 typedef struct key_cache {
   MemoryContextCallback at_end;
   latchkey_settings settings;
@@ -71,7 +71,7 @@ static void make_password_room(key_cache* cache, MemoryContext context, size_t l
   cache->password_room = length;
 }
 
-/* Nothing can raise an error between the key's opening and its place in the cache. */
+/* Nothing between opening the key and storing it in the cache can raise an error. */
 static int32_t derive(key_cache* cache, const latchkey_settings* settings, const uint8_t* password,
                       size_t length, latchkey_failure* failure) {
   const int32_t status = latchkey_key_open(settings, password, length, &cache->key, failure);

@@ -9,7 +9,7 @@
 #include "bindings/postgresql/errors.h"
 #include "bindings/postgresql/key_cache.h"
 
-/* A longer value is worked on in pieces, between which it can be cancelled. */
+/* A longer value is processed in pieces; the query can be cancelled between two of them. */
 enum { PIECE = 1 << 20 };
 
 typedef struct message {
@@ -58,7 +58,7 @@ static int32_t run_in_pieces(latchkey_key* key, int32_t direction, message* it,
   return status;
 }
 
-/* A value for a message that may grow by a block. */
+/* Allocates a value with room for the input and one block more. */
 static bytea* make_result(size_t input_length, message* it) {
   bytea* result = NULL;
   it->output_room = input_length + 8;
@@ -71,8 +71,8 @@ static bytea* make_result(size_t input_length, message* it) {
   return result;
 }
 
-/* Sets isnull for data that does not decrypt when `null_on_failure`, and raises every other
- * failure. */
+/* With `null_on_failure`, returns NULL for data that cannot be decrypted. Raises an error for every
+ * other failure. */
 static Datum run(FunctionCallInfo fcinfo, int32_t direction, bool null_on_failure) {
   latchkey_failure failure = LATCHKEY_FAILURE_INIT;
   latchkey_key* const key = key_of_call(fcinfo);

@@ -1,4 +1,4 @@
-"""The extension module latchkey._latchkey: cffi's functions for the C interface, read from its header."""
+"""Builds the extension module latchkey._latchkey: cffi's functions for the C interface, read from its header."""
 import pathlib
 import re
 import subprocess
@@ -13,7 +13,7 @@ def pkg_config(option):
 
 
 def declarations(header):
-    """The declarations of the header in the form that cffi reads: without comments, macros and the braces for C++."""
+    """The header's declarations as cffi reads them: without comments, macros and the braces for C++."""
     text = re.sub(r"/\*.*?\*/", "", header, flags=re.S)
     text = re.sub(r"^#ifdef __cplusplus\n.*?^#endif$", "", text, flags=re.S | re.M)
     text = re.sub(r"^#(.*\\\n)*.*$", "", text, flags=re.M)
@@ -30,6 +30,6 @@ builder.set_source(
     library_dirs=[pkg_config("--variable=libdir")],
     libraries=["latchkey"],
     py_limited_api=True,
-    extra_compile_args=["-g0"],  # debugging information holds the path of the build folder
+    extra_compile_args=["-g0"],  # debugging information contains the path of the build folder
     extra_link_args=["-s"],
 )

@@ -1,4 +1,4 @@
-"""Builds the package; the version is that of the library which pkg-config finds.
+"""Builds the package; its version is that of the library that pkg-config finds.
 
 LATCHKEY_BUNDLE=1 puts the library and Nettle into the wheel, so that it needs neither on the machine where it is used.
 """
@@ -24,7 +24,7 @@ def printed_by(*command):
 
 
 def version():
-    """The version in a source distribution, else that of the library."""
+    """The version in a source distribution, otherwise that of the library."""
     note = pathlib.Path(__file__).with_name("PKG-INFO")
     if note.exists():
         return re.search(r"^Version: (.+)$", note.read_text(encoding="utf-8"), re.M)[1]
@@ -32,20 +32,20 @@ def version():
 
 
 def needed_libraries(binary):
-    """The file name and the path of each library to bundle that a binary loads."""
+    """The file names and paths of the libraries to bundle that a binary loads."""
     libraries = re.findall(r"^\s*(\S+) => (\S+) ", printed_by("ldd", str(binary)), re.M)
     return {name: pathlib.Path(path) for name, path in libraries if name.startswith(BUNDLED)}
 
 
 def redirect(binary, renamed, run_path):
     """Makes a binary load the libraries by their new names, from the folder `run_path`."""
-    for name, new_name in renamed.items():  # one option at a time: with several patchelf 0.14 confuses their values
+    for name, new_name in renamed.items():  # one option per run: patchelf 0.14 mixes up the values of several
         printed_by("patchelf", "--replace-needed", name, new_name, str(binary))
     printed_by("patchelf", "--set-rpath", run_path, str(binary))
 
 
 def bundle(extension):
-    """Copies the libraries that the extension loads into the package, under names that no other library has."""
+    """Copies the libraries that the extension loads into the package, under unique names."""
     folder = extension.parent / "libraries"
     folder.mkdir(exist_ok=True)
     libraries = needed_libraries(extension)

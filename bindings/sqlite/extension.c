@@ -11,7 +11,7 @@ SQLITE_EXTENSION_INIT1
 
 typedef struct function {
   const char* name;
-  int fewest; /* arguments */
+  int fewest; /* number of arguments */
   int most;
   void (*call)(sqlite3_context*, int, sqlite3_value**);
   void (*step)(sqlite3_context*, int, sqlite3_value**); /* of an aggregate */
@@ -71,7 +71,7 @@ static void remove_all(sqlite3* database) {
   }
 }
 
-/* SQLite derives this name from the file's, mod_latchkey.so. */
+/* SQLite derives this name from the file name, mod_latchkey.so. */
 int sqlite3_modlatchkey_init(sqlite3* database, char** message, const sqlite3_api_routines* api);
 
 int sqlite3_modlatchkey_init(sqlite3* database, char** message, const sqlite3_api_routines* api) {

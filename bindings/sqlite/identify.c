@@ -11,14 +11,14 @@ SQLITE_EXTENSION_INIT3
 static const char kName[] = "latchkey_identify";
 enum { MOST_CANDIDATES = 64 };
 
-/* A buffer that grows to twice its size. */
+/* A buffer that grows by doubling. */
 typedef struct buffer {
   uint8_t* data;
   size_t length;
   size_t room;
 } buffer;
 
-/* The rows so far; zeros at first. */
+/* The rows so far. Initially all zeros. */
 typedef struct samples {
   buffer data;
   buffer offsets; /* of int64_t: where each sample ends; the first is 0 */
@@ -44,7 +44,8 @@ static bool append_offset(samples* all) {
   return append(&all->offsets, &end, sizeof end);
 }
 
-/* Sets the error, if it returns false. */
+/* The first row sets the password; later rows must have the same. Sets an error and returns false
+ * otherwise. */
 static bool check_password(sqlite3_context* context, samples* all, sql_bytes password) {
   if (all->count == 0) {
     if (append(&all->password, password.data, password.length)) return true;

@@ -16,7 +16,7 @@ typedef struct operation {
   bool null_on_failure;
 } operation;
 
-/* A key that SQLite keeps with a constant password. */
+/* A key that SQLite keeps for a constant password. */
 typedef struct held_key {
   latchkey_settings settings;
   latchkey_key* key;
@@ -27,7 +27,7 @@ static void release(void* held) {
   sqlite3_free(held);
 }
 
-/* A number that is no uint32_t becomes one that the library refuses. */
+/* Numbers that do not fit become UINT32_MAX, which the library refuses. */
 static uint32_t bits_of(sqlite3_value* value) {
   const sqlite3_int64 bits = sqlite3_value_int64(value);
   return bits < 0 || bits > UINT32_MAX ? UINT32_MAX : (uint32_t)bits;
@@ -94,7 +94,7 @@ static void call(sqlite3_context* context, const operation* it, int count, sqlit
   if (is_new) held = derive(context, it, &settings, values[PASSWORD]);
   if (held == NULL) return;
   run(context, it, held->key, values[DATA]);
-  /* Last, since without memory SQLite releases the key at once. */
+  /* Must be last: if memory runs out, SQLite releases the key at once. */
   if (is_new) sqlite3_set_auxdata(context, PASSWORD, held, release);
 }
 

@@ -4,9 +4,9 @@
 
 #include <sqlite3ext.h>
 
-/* Each has these arguments: data, password, hash, cipher, and optionally provider, key bits, RC2
- * effective bits. An argument that is NULL makes the result NULL. The key of a password that is
- * constant in the statement is derived once and closed with the statement. */
+/* Arguments of each: data, password, hash, cipher, and optionally provider, key bits, RC2 effective
+ * bits. If an argument is NULL, so is the result. If the password is constant in the statement, the
+ * key is derived once and closed with the statement. */
 enum { FEWEST_MESSAGE_ARGUMENTS = 4, MOST_MESSAGE_ARGUMENTS = 7 };
 
 void call_encrypt(sqlite3_context* context, int count, sqlite3_value** values);

@@ -32,7 +32,7 @@ function titled(line) {
 /^LATCHKEY_C_API/ && uses++ && comment != "" { printf "%s", comment }
 
 # The comment after a member.
-/^  [^*]*[;,0-9] +\/\* .*\*\/$/ { sub(/\/\* /, "/**< ") }
+/^  [^/]*[;,0-9] +\/\* .*\*\/$/ { sub(/\/\* /, "/**< ") }
 
 /^#endif \/\* LATCHKEY_H/ { print "/** @} */" }
 { print }

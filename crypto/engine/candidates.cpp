@@ -16,7 +16,7 @@ constexpr std::int32_t kCiphers = 5;
 constexpr std::int32_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
 
-// All settings that keys are tried with. Providers lack some of the ciphers.
+// All settings to try. Some include a cipher that the provider lacks.
 std::vector<KeySettings> AllSettings() {
   std::vector<KeySettings> all;
   for (const ProviderChoice provider : {ProviderChoice::Base, ProviderChoice::Enhanced}) {
@@ -39,7 +39,7 @@ struct TriedKey {
   WipedBytes fingerprint;
 };
 
-// The encryption of sixteen zero bytes, which identifies a key of one cipher. Empty if the provider
+// The ciphertext of sixteen zero bytes, which identifies a key of one cipher. Empty if the provider
 // refuses.
 WipedBytes FingerprintOf(const DerivedKey& key) {
   WipedBytes zeros(2 * provider::kBlockSize + key.MostAdded());
@@ -54,7 +54,7 @@ bool IsSameKey(const TriedKey& tried, const TriedKey& other) {
          tried.fingerprint == other.fingerprint;
 }
 
-// The keys of all settings, each once.
+// The keys of all settings, without duplicates.
 std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
   std::vector<TriedKey> keys;
   for (const KeySettings& settings : AllSettings()) {
@@ -73,7 +73,7 @@ std::vector<TriedKey> AllKeys(std::span<const std::uint8_t> password) {
   return keys;
 }  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): the vector owns each key
 
-// Decrypts in place and cuts `bytes` to the result. False when the settings do not fit.
+// Decrypts in place and cuts `bytes` to the result. False if the settings do not fit.
 bool Decrypt(const DerivedKey& key, WipedBytes& bytes, bool whole) {
   auto length = static_cast<std::uint32_t>(bytes.size());
   PasswordKey session = whole ? PasswordKey() : key.NewSession();
@@ -85,8 +85,8 @@ bool Decrypt(const DerivedKey& key, WipedBytes& bytes, bool whole) {
   return done;
 }
 
-// The number of padding bytes at the end of the plaintext, or nothing for bad padding. In CBC mode
-// a block's decryption depends only on the block before it.
+// The number of padding bytes at the end of the plaintext, or nothing if the padding is bad. The
+// tail is enough: in CBC mode, decrypting a block requires only the block before it.
 std::optional<unsigned> PaddingOf(const DerivedKey& key, const CiphertextSample& sample) {
   if (sample.length == 0 || sample.length % provider::kBlockSize != 0) return std::nullopt;
   WipedBytes end(sample.tail.begin(), sample.tail.end());
@@ -94,7 +94,7 @@ std::optional<unsigned> PaddingOf(const DerivedKey& key, const CiphertextSample&
   return static_cast<unsigned>(sample.tail.size() - end.size());
 }
 
-// Adds the sample's evidence to the candidate's; false if the settings do not fit.
+// Adds the sample's evidence to the candidate. False if the settings do not fit.
 bool AddEvidence(const DerivedKey& key, const CiphertextSample& sample, Candidate& candidate) {
   const bool isBlockCipher = key.Settings().HasBlockCipher();
   if (isBlockCipher) {
@@ -109,7 +109,7 @@ bool AddEvidence(const DerivedKey& key, const CiphertextSample& sample, Candidat
   return true;
 }
 
-// Nothing if the settings do not fit. The caller sets the probability.
+// A candidate without its probability; nothing if the settings do not fit.
 std::optional<Candidate> Try(TriedKey& tried, std::span<const CiphertextSample> samples) {
   Candidate candidate;
   for (const CiphertextSample& sample : samples) {

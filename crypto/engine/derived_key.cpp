@@ -13,7 +13,7 @@ namespace {
 constexpr std::int32_t kRc4 = 1;
 constexpr std::uint32_t kMostBaseBits = 56;
 
-// A number of the component; 0, which is not one, for a number that it cannot have.
+// The number as the component stores it; 0, which names no algorithm, if it does not fit.
 std::int16_t ComponentNumber(std::int32_t number) noexcept {
   return std::in_range<std::int16_t>(number) ? static_cast<std::int16_t>(number) : std::int16_t{0};
 }

@@ -8,7 +8,7 @@ namespace {
 
 using provider::kBlockSize;
 
-// The most bytes that a call of the provider takes here; whole blocks.
+// The most bytes that one call of the provider gets: whole blocks.
 constexpr std::size_t kLargestCall = std::size_t{1} << 30;
 
 }  // namespace
@@ -19,7 +19,7 @@ MessageStream::MessageStream(const DerivedKey& key, CipherDirection direction)
       isBlockCipher_(key.Settings().HasBlockCipher()),
       isGood_(session_.HasKey()) {}
 
-// Decryption keeps the last block: it may be the one with the padding.
+// Decryption holds the last block back, because it may contain the padding.
 std::size_t MessageStream::HeldOf(std::size_t total) const noexcept {
   if (!isBlockCipher_) return 0;
   const std::size_t rest = total % kBlockSize;
@@ -39,7 +39,7 @@ bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::u
   const std::size_t fromHeld = std::min(heldLength_, result.size());
   const std::size_t fromPiece = result.size() - fromHeld;
   std::copy_n(piece.begin(), fromPiece, std::copy_n(held_.begin(), fromHeld, result.begin()));
-  // The new rest is the end of the piece, after the old one if nothing is ready.
+  // Hold the end of the piece; append it to the held bytes if no result is ready.
   std::copy(piece.begin() + static_cast<std::ptrdiff_t>(fromPiece), piece.end(),
             held_.begin() + (heldLength_ - fromHeld));
   heldLength_ = total - result.size();

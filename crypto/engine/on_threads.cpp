@@ -6,18 +6,20 @@
 #include <thread>
 #include <vector>
 
+#include "platform/signal_mask.h"
 #include "platform/stack_wipe.h"
 
 namespace latchkey {
-
 namespace {
 
-// Starts up to `count` threads; fewer do the work if the system refuses some. Here and below, the
-// stack is wiped of what raising an exception left there.
+// Starts up to `count` threads. If the system refuses some, the others do the work. Here and below,
+// the stack is wiped after an exception, because raising it leaves data there.
 void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
                   const std::function<void()>& body) {
   try {
-    while (threads.size() < count) threads.emplace_back(body);
+    platform::StartWithoutSignals([&] {
+      while (threads.size() < count) threads.emplace_back(body);
+    });
     return;
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
   }

@@ -6,8 +6,9 @@
 
 namespace latchkey {
 
-// Calls `work` on `count` threads at once, the calling one among them, and returns when all calls
-// did; on fewer if the system refuses to start some. The first exception is rethrown here.
+// Calls `work` on `count` threads at once, including the calling one, and returns when all calls
+// have returned. Uses fewer threads if the system refuses to start some. Rethrows the first
+// exception.
 void RunOnThreads(std::size_t count, const std::function<void()>& work);
 
 }  // namespace latchkey

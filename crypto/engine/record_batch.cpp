@@ -12,7 +12,7 @@
 namespace latchkey {
 namespace {
 
-// Enough to make taking a chunk cheap, few enough to share small batches.
+// Enough that taking a chunk costs little; few enough that threads share small batches.
 constexpr std::size_t kChunkRecords = 1024;
 
 }  // namespace
@@ -54,7 +54,7 @@ void RecordBatch::Run(std::size_t threads, const Results& results) {
   JoinChunks(results);
 }
 
-// Each result follows the one before it, which may be shorter than its room.
+// Each result directly follows the one before it, even if that is shorter than its room.
 void RecordBatch::RunChunk(std::size_t number, const Results& results) {
   Chunk chunk = chunks_[number];
   const std::size_t first = number * kChunkRecords;
@@ -82,7 +82,7 @@ RecordStatus RecordBatch::RunRecord(std::span<const std::uint8_t> record,
   return RecordStatus::CipherFailed;
 }
 
-// Moves the chunks' results together.
+// Closes the gaps between the results of the chunks.
 void RecordBatch::JoinChunks(const Results& results) noexcept {
   results.offsets.Set(0, 0);
   for (std::size_t number = 0; number < chunks_.size(); ++number) {

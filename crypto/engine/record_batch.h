@@ -10,7 +10,7 @@
 
 namespace latchkey {
 
-// Offsets of 32 or 64 bits: record i begins at the ith and ends before the next one.
+// Offsets of 32 or 64 bits: record i begins at offset i and ends before offset i + 1.
 template <class Narrow, class Wide>
 class OffsetsOf {
  public:
@@ -42,9 +42,9 @@ struct Records {
   Offsets offsets;  // count + 1
   std::span<const std::uint8_t> data;
 
-  // Offsets that descend or leave the data make records bad.
+  // False if offsets decrease or lie outside the data.
   [[nodiscard]] bool AreGood() const noexcept;
-  // Of good records.
+  // Record i. Requires AreGood.
   [[nodiscard]] std::span<const std::uint8_t> operator[](std::size_t i) const noexcept {
     const auto begin = static_cast<std::size_t>(offsets.Get(i));
     return data.subspan(begin, static_cast<std::size_t>(offsets.Get(i + 1)) - begin);
@@ -54,7 +54,7 @@ struct Records {
 // TooLong: the result may not fit into 32 bits.
 enum class RecordStatus { Done, CipherFailed, TooLong };
 
-// The numbers of a caller for the statuses.
+// The numbers that a caller uses for the statuses.
 struct StatusCodes {
   std::int32_t done;
   std::int32_t cipherFailed;
@@ -73,17 +73,18 @@ struct Results {
   StatusCodes codes{};
 };
 
-// Encrypts or decrypts records. A record that fails has a result of length 0.
+// Encrypts or decrypts records. The result of a record that fails has length 0.
 class RecordBatch {
  public:
-  // All must outlive the batch; the records are good.
+  // The arguments must outlive the batch. The records must be good.
   RecordBatch(const DerivedKey& key, CipherDirection direction, const Records& records);
 
-  // The room for results of any length that the records may have.
+  // The room that is enough for all results, whatever their lengths.
   [[nodiscard]] std::size_t RoomNeeded() const noexcept { return roomNeeded_; }
 
-  // Runs on up to `threads` threads, 0 for one for each usable processor. Bytes of the room after
-  // the results become zeros, all of them if a fault passes. Call it once.
+  // Runs on up to `threads` threads; 0 means one for each usable processor. The room after the
+  // results is filled with zeros; after a fault, which is passed to the caller, all of the room.
+  // Call it once.
   void Run(std::size_t threads, const Results& results);
 
   [[nodiscard]] std::size_t FailedCount() const noexcept { return failed_; }
@@ -92,7 +93,7 @@ class RecordBatch {
   [[nodiscard]] std::size_t Length() const noexcept { return length_; }
 
  private:
-  // Records that one thread takes at a time. Its results first lie together at `start`.
+  // Records that one thread takes at a time. Their results are first written together at `start`.
   struct Chunk {
     std::size_t start = 0;
     std::size_t length = 0;
@@ -100,7 +101,7 @@ class RecordBatch {
     RecordStatus firstFailure = RecordStatus::Done;
   };
 
-  // 0 for a record that is too long.
+  // The room for one record; 0 if it is too long.
   [[nodiscard]] std::uint32_t RoomFor(std::size_t recordLength) const noexcept;
   void RunChunk(std::size_t number, const Results& results);
   RecordStatus RunRecord(std::span<const std::uint8_t> record, std::span<std::uint8_t> room,

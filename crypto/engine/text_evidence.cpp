@@ -21,7 +21,7 @@ constexpr double kUpperShare = 0.04;
 constexpr double kSpaceShare = 0.16;
 constexpr double kDigitShare = 0.02;
 constexpr double kPunctuationShare = 0.03;
-constexpr double kLineEndShare = 0.014;  // LF, CR and tabulator together
+constexpr double kLineEndShare = 0.014;  // LF, CR and tab together
 constexpr double kHighShare = 0.005;     // UTF-8, or letters of a code page
 constexpr double kControlShare = 0.001;
 

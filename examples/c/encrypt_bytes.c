@@ -1,4 +1,4 @@
-/* Hashes, encrypts and decrypts bytes, and prints what went wrong with a wrong password.
+/* Hashes, encrypts and decrypts bytes, and prints the failure that a wrong password causes.
  *
  *   cc encrypt_bytes.c $(pkg-config --cflags --libs latchkey) -o encrypt_bytes
  */
@@ -39,7 +39,7 @@ int main(void) {
   uint8_t digest[20];
   uint8_t ciphertext[64];
   uint8_t plaintext[64];
-  size_t digest_length = sizeof digest; /* the room; becomes the length */
+  size_t digest_length = sizeof digest; /* the room on entry, the length on return */
   size_t ciphertext_length = sizeof ciphertext;
   size_t plaintext_length = sizeof plaintext;
 

@@ -100,7 +100,7 @@ sealed class Key : IDisposable
 
     public byte[] Decrypt(byte[] ciphertext)
     {
-        var plaintext = new byte[ciphertext.Length];    // always enough
+        var plaintext = new byte[ciphertext.Length];    // never longer than the ciphertext
         var length = (UIntPtr)plaintext.Length;
         var failure = NewFailure();
         Native.latchkey_decrypt(handle, ciphertext, (UIntPtr)ciphertext.Length, plaintext, ref length, ref failure);

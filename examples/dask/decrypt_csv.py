@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Decrypts a column of many CSV files on the workers of a Dask scheduler. README.md shows how to run it.
 
-The plaintext and the error of each row replace the column; one of the two is empty. A file that fails is reported, and
-the others are done. Files that the target folder has are passed over, so a run that was stopped can be repeated.
+The columns plaintext and error replace the ciphertext; one of the two is empty in each row. A file that fails is
+reported, and the others are processed. Files that the target folder already has are skipped, so a run that was stopped
+can be repeated.
 """
 import argparse
 import contextlib
@@ -19,14 +20,14 @@ CHUNK_ROWS = 1000
 
 
 def open_key(arguments):
-    """The password is read where it is used: the scheduler stores and shows the arguments of tasks."""
+    """Reads the password on the worker, because the scheduler stores and shows the arguments of tasks."""
     password = pathlib.Path(arguments.password_file).read_bytes().rstrip(b"\r\n")
     return latchkey.Key(password, hash=arguments.hash, cipher=arguments.cipher, provider=arguments.provider,
                         key_bits=arguments.key_bits)
 
 
 def from_hex(text):
-    """The bytes, or None for what is not hexadecimal text."""
+    """The bytes, or None if the text is not hexadecimal."""
     try:
         return bytes.fromhex(text)
     except (TypeError, ValueError):
@@ -35,7 +36,7 @@ def from_hex(text):
 
 def to_row(result, encoding):
     if result is None:
-        return "", "no hexadecimal text"
+        return "", "not hexadecimal text"
     if isinstance(result, latchkey.LatchkeyError):
         return "", f"{result.text} (location {result.location}, number {result.number})"
     try:
@@ -45,14 +46,14 @@ def to_row(result, encoding):
 
 
 def decrypt_values(key, values, encoding):
-    """The plaintext and the error of each hexadecimal text, on one thread: the engine starts one for each processor."""
+    """The plaintext and the error of each hexadecimal text. Uses one thread: there is a worker for each processor."""
     results = key.decrypt_many([from_hex(value) for value in values], errors="return", threads=1)
     return [to_row(result, encoding) for result in results]
 
 
 @contextlib.contextmanager
 def whole_file(path):
-    """A text file that gets its name when it is complete and replaces another one. Only its owner may read it."""
+    """A text file that is renamed to `path` when it is complete, replacing any other. Only its owner may read it."""
     with tempfile.NamedTemporaryFile("w", dir=path.parent, prefix=f".{path.name}.", suffix=".tmp", newline="",
                                      encoding="utf-8", delete=False) as file:
         try:
@@ -66,7 +67,7 @@ def whole_file(path):
 
 
 def decrypt_file(source, target, arguments):
-    """Runs on a worker, perhaps more than once. Returns the number of rows and of rows that failed."""
+    """Runs on a worker, perhaps more than once. Returns the number of rows, and of rows that failed."""
     rows = failed = 0
     column = arguments.column
     with open_key(arguments) as key, whole_file(target) as output, open(source, newline="", encoding="utf-8") as file:
@@ -101,7 +102,7 @@ def parse_arguments():
 
 def run(arguments, sources):
     """Returns the number of files that failed."""
-    from distributed import Client, as_completed  # here: other engines use this file without Dask
+    from distributed import Client, as_completed  # imported here: other engines use this file without Dask
 
     broken = 0
     with Client(arguments.scheduler) as client:
@@ -123,7 +124,7 @@ def main():
     arguments.target.mkdir(exist_ok=True)
     sources = [path for path in sorted(arguments.source.glob("*.csv")) if not (arguments.target / path.name).exists()]
     broken = run(arguments, sources)
-    for leftover in arguments.target.glob(".*.tmp"):  # of workers that were lost
+    for leftover in arguments.target.glob(".*.tmp"):  # from workers that were lost
         leftover.unlink()
     sys.exit(1 if broken else 0)
 

@@ -6,7 +6,7 @@ package main
 #cgo LDFLAGS: -llatchkey
 #include <latchkey.h>
 
-// Go may pass pointers to its memory, but not pointers to structs with such pointers in them.
+// Go may pass C pointers to its memory, but not structs in its memory that contain such pointers.
 static int32_t decrypt_records(const latchkey_key* key, size_t count, const int64_t* starts, const uint8_t* input,
                                size_t length, int64_t* ends, uint8_t* output, int32_t* statuses) {
 	latchkey_records records = {sizeof records, sizeof *starts, count, starts, input, length};
@@ -22,7 +22,7 @@ import (
 	"log"
 )
 
-// Failure is why an operation failed, with the component's numbers.
+// Failure describes why an operation failed, with the component's numbers.
 type Failure struct {
 	Text             string
 	Location, Number int
@@ -52,7 +52,7 @@ func pointer(data []byte) *C.uint8_t {
 	return (*C.uint8_t)(&data[0])
 }
 
-// Key may be used by any number of goroutines at the same time.
+// Key is a key that any number of goroutines may use at the same time.
 type Key struct{ key *C.latchkey_key }
 
 func OpenKey(hash, cipher, bits int, password []byte) (*Key, error) {
@@ -73,7 +73,7 @@ func (k *Key) Close() {
 }
 
 func (k *Key) Decrypt(ciphertext []byte) ([]byte, error) {
-	plaintext := make([]byte, len(ciphertext)) // always enough
+	plaintext := make([]byte, len(ciphertext)) // never longer than the ciphertext
 	length := C.size_t(len(plaintext))
 	failure := newFailure()
 	status := C.latchkey_decrypt(k.key, pointer(ciphertext), C.size_t(len(ciphertext)), pointer(plaintext), &length,
@@ -91,7 +91,7 @@ func (s StatusError) Error() string {
 	return C.GoString(C.latchkey_status_text(C.int32_t(s)))
 }
 
-// Result is a record's plaintext, or why it failed.
+// Result is a record's plaintext, or the reason why it failed.
 type Result struct {
 	Plaintext []byte
 	Err       error

@@ -116,7 +116,7 @@ class Key implements AutoCloseable {
     }
 
     byte[] decrypt(byte[] ciphertext) {
-        var plaintext = new byte[ciphertext.length];  // always enough
+        var plaintext = new byte[ciphertext.length];  // never longer than the ciphertext
         var length = new NativeLongByReference(new NativeLong(plaintext.length));
         var failure = new Latchkey.Failure();
         check(Latchkey.LIBRARY.latchkey_decrypt(key, ciphertext, new NativeLong(ciphertext.length), plaintext, length,
@@ -127,7 +127,7 @@ class Key implements AutoCloseable {
     // One call for all records, on all processors. A record that fails has its own status and an empty result.
     List<Result> decryptAll(List<byte[]> ciphertexts) {
         int count = ciphertexts.size();
-        // One element more than the records have: Memory refuses the size 0.
+        // One element more than needed, because Memory refuses size 0.
         long total = ciphertexts.stream().mapToLong(bytes -> bytes.length).sum();
         try (var starts = new Memory((count + 1L) * Long.BYTES); var ends = new Memory((count + 1L) * Long.BYTES);
              var input = new Memory(total + 1); var output = new Memory(total + 1);

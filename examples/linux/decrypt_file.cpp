@@ -51,7 +51,7 @@ std::string ToAscii(const Text& text) {
   return ascii;
 }
 
-// The hexadecimal text of the file, without its line ends.
+// The hexadecimal text in the file, without line ends and trailing spaces.
 Text ReadHex(const char* path) {
   std::ifstream file(path);
   Text digits;

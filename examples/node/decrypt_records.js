@@ -65,7 +65,7 @@ class Key {
   }
 
   decrypt(ciphertext) {
-    const plaintext = Buffer.alloc(ciphertext.length);  // always enough
+    const plaintext = Buffer.alloc(ciphertext.length);  // never longer than the ciphertext
     const length = [plaintext.length];
     call(decrypt, this.#key, ciphertext, ciphertext.length, plaintext, length);
     return plaintext.subarray(0, length[0]);

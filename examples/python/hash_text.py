@@ -4,7 +4,7 @@
     py hash_text.py TEXT
 
 Needs the registered DLL of Python's bitness. Not run by this project's tests: they have no Python for Windows.
-On Linux, encrypt_bytes.py uses the shared library.
+On Linux, use the package latchkey (docs/python.md).
 """
 import sys
 

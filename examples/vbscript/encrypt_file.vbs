@@ -51,7 +51,7 @@ WScript.Echo "done"
 
 ' ---------------------------------------------------------------------------------------------
 
-' An environment variable: a command line could be read by everyone on the machine.
+' The password comes from an environment variable: other users could read a command line.
 Function Password()
     Dim shell
     Set shell = CreateObject("WScript.Shell")
@@ -102,7 +102,7 @@ Function WithoutEndMark(text)
     End If
 End Function
 
-' The padding of the last block reveals a wrong password, except about one in 256.
+' The padding of the last block reveals a wrong password, except about one in 255.
 Sub TryWrongPasswords(text)
     Dim wrong
     api.InputData = api.StringToByteArray(text)

@@ -16,7 +16,7 @@ class ShapedBytes;
 // The operations expect zero-based arrays of one dimension. Other shapes exist so that the
 // operation itself can refuse a client's array with the right fault. The elements are wiped when
 // the array is erased, overwritten or destroyed. Making or copying an array raises std::bad_alloc
-// if memory runs out, and Overflow for 2^31 elements or more. Used by one thread at a time.
+// if memory runs out, and Overflow for 2^31 elements or more. Use an array on one thread at a time.
 class LATCHKEY_API ByteArray {
  public:
   // An unallocated array: no elements and no bounds.

@@ -21,10 +21,10 @@ struct CryptoApiState;
 // Failures. An operation that fails does not raise an error: it returns a failure value (false or
 // empty text) and writes the thread's error record, which clsMain shows. Each member lists the
 // locations and numbers of its failures; docs/errors.md has their texts. Only these faults reach
-// the caller: those of the property writes and of the two byte-array conversions, and ObjectNotSet
-// (91) from every operation that uses the record on a thread without a clsMain; the four
-// conversions use it only to record a failure. A failed allocation is recorded as run-time fault 7
-// at the operation's trap.
+// the caller: faults of the property writes and of the two byte-array conversions, and ObjectNotSet
+// (91) from an operation that uses the record on a thread without a clsMain. The four conversions
+// use the record only if they fail. A failed allocation is recorded as run-time fault 7 at the
+// operation's trap.
 //
 // Text and bytes. Each character corresponds to one byte of the system's code page; on Linux that
 // is 1252 unless SetCodePage (latchkey/code_page.h) chose another. Every byte can be converted to a
@@ -34,13 +34,13 @@ struct CryptoApiState;
 // of an array and removes trailing spaces.
 //
 // Random data on Windows. CreateRandom, each letter of CreateSaltValue and the random letters of
-// CreateHash start from a seed text, made by one of ten formulas that the tick count chooses. One
-// of them, used one time in nine, adds the number of volume C, shifted left by 3 bits, to the tick
+// CreateHash start from a seed text. The tick count selects one of ten formulas for it. One of
+// them, used one time in nine, adds the number of volume C, shifted left by 3 bits, to the tick
 // count in 32 bits. If that overflows, the operation fails: location 433 or 434, Overflow (6).
-// During the first 24.9 days that a machine runs, the share of affected machines grows by 2 in 100
-// a day; it is a quarter on average. On these machines one CreateRandom in nine fails, for days,
-// and letters fail at least as often. Use raw salts (CreateSaltValue without blnLetttersOnly) or
-// CreateRandom, and try again on 433 and 434: the next tick, 10 to 16 milliseconds later, uses
+// During the first 24.9 days that a machine runs, the share of affected machines increases by 2 in
+// 100 per day; on average it is a quarter. On these machines one CreateRandom in nine fails, for
+// days, and letters fail at least as often. Use raw salts (CreateSaltValue without blnLetttersOnly)
+// or CreateRandom, and try again on 433 and 434: the next tick, 10 to 16 milliseconds later, uses
 // another formula. CreateHash is affected only if it appends the password, none is stored and
 // UseDefaultPWD is false.
 //
@@ -63,7 +63,7 @@ class LATCHKEY_API clsCryptoAPI {
   // Encrypt; a single zero after a failed Decrypt. Never clears or writes the record.
   [[nodiscard]] ByteArray OutputData() const;
 
-  // Whether to open the enhanced provider and allow its ciphers (4 and 5); false at creation. Write
+  // Whether to open the enhanced provider and allow its ciphers (4 and 5); initially false. Write
   // only. A provider that is already open stays in use, so set this before the object's first
   // operation: on the base provider ciphers 4 and 5 fail with 723 or 716.
   void EnhancedProvider(bool blnUseEnhanced);
@@ -79,7 +79,7 @@ class LATCHKEY_API clsCryptoAPI {
   // A copy of the stored password; a single zero means none.
   [[nodiscard]] ByteArray Password() const;
 
-  // What to use if no password is stored. True, as at creation: the built-in default password.
+  // What to use if no password is stored. True (the initial value): the built-in default password.
   // False: no password for the ciphers, 20 random letters for CreateHash. Write only.
   void UseDefaultPWD(bool blnUseDefaultPWD);
 

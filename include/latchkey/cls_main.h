@@ -14,7 +14,7 @@ namespace latchkey {
 // uses it raises ObjectNotSet (91).
 //
 // The properties read the calling thread's record. They have no error trap: without a record they
-// raise ObjectNotSet. An instance is used by one thread.
+// raise ObjectNotSet. Use an instance on one thread only.
 //
 // COM clients in a multithreaded apartment (.NET and PowerShell without STA, services) use all
 // their objects on one thread that the system makes, and so share one record. In such a process
@@ -48,10 +48,10 @@ class LATCHKEY_API clsMain {
   // The step of a multi-step operation in which the failure happened, 0 for none.
   [[nodiscard]] std::int16_t ErrorMachineState() const;
 
-  // True when the machine has an Internet connection configured: on Windows what the system's
-  // Internet library says, on Linux whether there is a default route. Makes no network traffic and
-  // does not wait. False also when the query fails: location 419 or 420 for a run-time fault. Does
-  // not clear the record, and works without one as long as nothing fails.
+  // True if an Internet connection is configured: on Windows as the system's Internet library
+  // reports, on Linux if a default route exists. Makes no network traffic and does not wait. Also
+  // false if the query fails: location 419 or 420 for a run-time fault. Does not clear the record,
+  // and works without one as long as nothing fails.
   [[nodiscard]] bool DoesInternetConnectionExist() const;
 };
 

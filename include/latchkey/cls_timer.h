@@ -8,7 +8,7 @@
 namespace latchkey {
 
 // Measures from its creation, or from the last Start, to each reading. Neither member fails or
-// writes the error record, so a timer works on any thread. One thread uses an instance at a time.
+// writes the error record, so a timer works on any thread. Use an instance on one thread at a time.
 class LATCHKEY_API clsTimer {
  public:
   clsTimer();

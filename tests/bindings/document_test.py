@@ -1,8 +1,9 @@
 #!/usr/bin/python3
 """Runs the SQL of docs/databases.md in order and checks what it prints: document_test.py postgresql|sqlite
 
-For postgresql by tools/with_postgresql; for sqlite LD_LIBRARY_PATH names the folder of mod_latchkey.so. The customers are
-those that the document speaks of: one ciphertext is cut, one under another password, and one plaintext is no text.
+For postgresql run it with tools/with_postgresql; for sqlite LD_LIBRARY_PATH names the folder of mod_latchkey.so. The
+table has the rows that the document describes: one ciphertext is cut, one is under another password, and one plaintext
+is not text.
 """
 import os
 import pathlib
@@ -24,7 +25,7 @@ FIRST = {"postgresql": "CREATE EXTENSION latchkey;", "sqlite": ".load mod_latchk
 
 
 def read_blocks():
-    """Of this database the marked blocks in order: name, SQL, and what it prints, if that is shown."""
+    """The marked blocks for this database, in order: name, SQL, and the output that the document shows, if any."""
     text = DOCUMENT.read_text(encoding="utf-8")
     blocks = re.findall(r"<!-- (checked|printed): (\w+) (.*?) -->\n```(?:sql)?\n(.*?)```", text, re.S)
     assert len(blocks) == text.count("```") // 2, "a block is not marked"
@@ -34,7 +35,7 @@ def read_blocks():
 
 
 def customers():
-    """Statements that make the table: customer i has the text of its number, as the document's results need them."""
+    """Statements that make the table, with the rows that the document shows. Customer i has the text of its number."""
     quoted = PASSWORD.replace("'", "''")
     password = {"postgresql": f"convert_to('{quoted}', 'WIN1252')", "sqlite": f"'{quoted}'"}[DATABASE]
     text = {"postgresql": "convert_to({}, 'WIN1252')", "sqlite": "{}"}[DATABASE].format("'The text of row ' || {}")

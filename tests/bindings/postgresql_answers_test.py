@@ -112,7 +112,7 @@ class AnswersTest(ServerTest):
 
 
 class LongValuesTest(ServerTest):
-    """Values of several megabytes are worked on in pieces; pgcrypto and hashlib say what the result must be."""
+    """Values of several megabytes are processed in pieces; pgcrypto and hashlib give the expected results."""
     PASSWORD = b"a long password"
 
     @classmethod

@@ -14,8 +14,8 @@ SUM = """SELECT sum(('x' || encode(substr(latchkey_digest(latchkey_decrypt(secre
                                           1, 4), 'hex'))::bit(32)::bigint) FROM secrets"""
 ENDLESS = """SELECT count(latchkey_encrypt(int8send(i * j), 'x', 'md5', 'des'))
              FROM generate_series(1, 100000) AS i, generate_series(1, 100000) AS j"""
-SOON = 60  # seconds in which a test's condition comes true on a busy machine
-# The key of so long a password takes some milliseconds to derive, the keys of all rows longer than this.
+SOON = 60  # seconds within which a test's condition becomes true, even on a busy machine
+# Deriving a key from such a long password takes milliseconds; deriving one for each row would exceed this limit.
 SLOW_PASSWORD, SLOW_TIME = 100_000, 20
 LONG_VALUE = 100_000_000
 
@@ -41,7 +41,7 @@ class TablesTest(ServerTest):
                 latchkey_encrypt(convert_to('text ' || i, 'UTF8'), 'horse', 'sha1', '3des') AS secret
                 FROM generate_series(1, {ROWS}) AS i""")
             connection.execute("ANALYZE secrets")
-            # Compressed, so it takes little room.
+            # PostgreSQL compresses it, so it needs little space.
             connection.execute(f"CREATE TABLE long_values AS SELECT convert_to(repeat('a', {LONG_VALUE}), 'UTF8') AS d")
 
     def rows(self, query, *parameters):

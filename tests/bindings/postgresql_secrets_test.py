@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""What is left of keys and passwords in the server process and its log. Run by tools/with_postgresql."""
+"""Keys and passwords that remain in the server process and its log. Run by tools/with_postgresql."""
 import pathlib
 import re
 import unittest
@@ -8,7 +8,7 @@ import psycopg
 
 from postgresql_server import ServerTest, connect
 
-# Stored compressed. So the repeated text is in memory only where a function has decompressed the password.
+# Stored compressed, so the repeated text is in memory only after a function has decompressed the password.
 PHRASE = b"correct horse battery staple "
 PASSWORD = 300 * PHRASE
 DECRYPT = "latchkey_decrypt(secret, password, 'sha1', '3des')"

@@ -10,7 +10,7 @@ import unittest
 from vectors import PNEMAIL, digests, encryptions
 
 ROWS = 10000
-# The key of so long a password takes some milliseconds to derive, the keys of all rows longer than this.
+# Deriving a key from such a long password takes milliseconds; deriving one for each row would exceed this limit.
 SLOW_PASSWORD, SLOW_TIME = 100_000, 20
 MESSAGES = ("latchkey_encrypt", "latchkey_decrypt", "latchkey_try_decrypt")
 

@@ -1,5 +1,5 @@
 #!/usr/bin/python3
-"""The sqlite3 program with the extension while each of its allocations fails in turn.
+"""Runs the sqlite3 program with the extension while each of its allocations fails in turn.
 
 LD_LIBRARY_PATH names the folder of the extension.
 """
@@ -19,7 +19,7 @@ SELECT latchkey_identify(secret, 'x') FROM (SELECT latchkey_encrypt('some text '
                                             FROM json_each('[1, 2, 3, 4, 5, 6, 7, 8, 9]'));
 SELECT latchkey_decrypt(x'00', 'x', 'md5', 'des');
 """
-# The loader's own exit status if it has no memory for an extension or its thread-local data.
+# The loader's exit status if memory for an extension or its thread-local data runs out.
 NOT_CAUGHT = (127,)
 
 

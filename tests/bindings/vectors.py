@@ -1,4 +1,4 @@
-"""The known answers of tests/vectors/ with the names that SQL has for the numbers."""
+"""The known answers in tests/vectors/, with SQL's names for the numbers."""
 import collections
 import pathlib
 

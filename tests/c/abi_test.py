@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""abi_test.py LIBRARY COMPILER [--write]: what compiled clients depend on is that of the library's version.
+"""abi_test.py LIBRARY COMPILER [--write]: checks that what compiled clients depend on has not changed in this version.
 
 abi_N.txt lists the exported symbols of version LATCHKEY_N, and the functions, structs and enums of latchkey.h as the
 compiler lays them out. A change that clients would notice needs another version: raise it in

@@ -77,7 +77,7 @@ Stream OpenStream(latchkey_key* key, std::int32_t direction);
 // Why opening fails; the key must be NULL then.
 Reason RefusalOf(const latchkey_settings& settings, std::string_view password = "secret");
 
-// What a call with an output left.
+// The outcome of a call with an output.
 struct Output {
   std::int32_t status = LATCHKEY_OK;
   std::size_t length = 0;
@@ -90,15 +90,15 @@ struct Output {
     return {room.begin(),
             room.begin() + static_cast<std::ptrdiff_t>(std::min(length, room.size()))};
   }
-  // Whether each byte of the room is as it was before, or zero.
+  // Whether each byte of the room is unchanged or zero.
   [[nodiscard]] bool IsBlank() const {
     return std::ranges::all_of(room, [](std::uint8_t byte) { return byte == kGuard || byte == 0; });
   }
 };
 
-// Calls call(buffer, length, failure) with a room of that size, and checks what holds for every
-// output: nothing is written after the room, the length fits or is what the status says, and the
-// failure has the status.
+// Calls call(buffer, length, failure) with a room of that size, and checks the rules for every
+// output: nothing is written after the room, the length is right for the status, and the failure
+// has the status.
 template <class Call>
 Output RunCall(std::size_t room, Call&& call) {
   Bytes memory(room + 16, kGuard);

@@ -1,6 +1,6 @@
-// Each function of the C interface with its first, second, ... allocation failing, and with each of
-// its calls of the provider refused and faulted: the status and where it is, the outputs, that
-// nothing is left, and the function afterwards.
+// Runs each function of the C interface with its first, second, ... allocation failing, and with
+// each of its provider calls refused and faulted. Checks status and location, the outputs, leaks,
+// and the next call of the function.
 #include <gtest/gtest.h>
 
 #include <cstdio>
@@ -33,7 +33,7 @@ struct Less {
 };
 using Reasons = std::set<Reason, Less>;
 
-// The location of a fault in a function, and what its calls of the provider being refused give.
+// The location of a fault in a function, and the failures that refused provider calls cause.
 struct Expected {
   std::int32_t trap;
   Reasons refusals;
@@ -47,7 +47,7 @@ const std::map<std::string, Expected> kExpected{
     {"stream, decrypting", {436, {{LATCHKEY_KEY_FAILED, 716, 119}, kNotDecrypted}}},
     {"encrypt_records", {438, {kNotEncrypted}}},
     {"decrypt_records", {436, {kNotDecrypted}}},
-    {"identify", {436, {}}},  // these settings are left out
+    {"identify", {436, {}}},  // skips settings that the provider refuses
     {"digest", {432, {{LATCHKEY_NO_PROVIDER, 709, 117}, kRefused}}},
     {"hash", {432, {{LATCHKEY_NO_PROVIDER, 709, 117}, kRefused}}},
     {"random_bytes", {433, {{LATCHKEY_NO_PROVIDER, 710, 114}, kRefused}}},

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""exported_symbols_test.py LIBRARY: the shared library shows what its public headers declare, and nothing else."""
+"""exported_symbols_test.py LIBRARY: checks that the library exports what its public headers declare, and nothing else."""
 import pathlib
 import re
 import subprocess

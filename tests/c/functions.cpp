@@ -10,7 +10,7 @@ namespace {
 constexpr const char* kMessage = "a message of more than sixteen bytes";
 constexpr const char* kPassword = "a password of more than sixteen bytes";
 
-// What the functions work on. Made before the condition under which they run.
+// The arguments of the functions, made before the condition that the functions run under.
 struct Subject {
   explicit Subject(std::int32_t cipher)
       : settings(SettingsOf(LATCHKEY_SHA1, cipher, LATCHKEY_ENHANCED, 0,

@@ -1,5 +1,5 @@
-// Every function of the C interface that can fail for want of memory or by its provider, as one
-// call with good arguments: for tests that run them all under some condition.
+// Calls with good arguments of every function of the C interface that fails if memory runs out or
+// the provider refuses, for tests that run all of them under some condition.
 #pragma once
 
 #include <functional>
@@ -12,11 +12,11 @@ namespace latchkey::test {
 
 struct CFunction {
   std::string name;
-  // Returns what the function did. What it opens, it closes; what it writes is checked here.
+  // Returns the function's status. Closes what it opens, and checks what it writes.
   std::function<std::int32_t(latchkey_failure*)> call;
 };
 
-// `cipher` is that of the key.
+// `cipher` is the cipher of the key.
 [[nodiscard]] std::vector<CFunction> AllCFunctions(std::int32_t cipher = LATCHKEY_RC2);
 
 }  // namespace latchkey::test

@@ -84,7 +84,7 @@ TEST(CKeyTest, KeyBitsAreFortyTo56OrTo128InStepsOfEight) {
   }
 }
 
-// The length's place in the flags of CryptDeriveKey has 16 bits.
+// The flags of CryptDeriveKey have 16 bits for the length.
 TEST(CKeyTest, KeyBitsBeyond16BitsAreRefused) {
   for (const std::uint32_t bits : {0x10000U, 0x10040U, 0x10080U, 0x80000000U, 0xFFFFFFFFU}) {
     EXPECT_EQ(RefusalOf(SettingsOf(LATCHKEY_MD5, LATCHKEY_RC4, LATCHKEY_ENHANCED, bits)),
@@ -148,7 +148,7 @@ TEST(CKeyTest, UnknownProvidersFlagsAndSizesAreBadArguments) {
   }
 }
 
-// The password of the component's objects that were given none.
+// The component uses this password if none is set.
 TEST(CKeyTest, TheDefaultPasswordIsTheComponents) {
   latchkey_settings settings = SettingsOf(LATCHKEY_MD5, LATCHKEY_RC4);
   settings.flags = LATCHKEY_DEFAULT_PASSWORD;

@@ -1,4 +1,4 @@
-// Inputs of 4 GiB and more: what is refused is not read.
+// Inputs of 4 GiB and more. Functions refuse them without reading them, or process them whole.
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
@@ -28,8 +28,8 @@ class Unreadable {
   std::uint8_t* begin_;
 };
 
-// Memory of more than 4 GiB that takes little: after the first 64 MiB the same ones again and
-// again.
+// A range of more than 4 GiB that uses little memory: after its first 64 MiB it maps the same 64
+// MiB again and again.
 class Repeated {
  public:
   static constexpr std::size_t kPart = std::size_t{1} << 26;

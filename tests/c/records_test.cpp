@@ -33,7 +33,7 @@ class CRecordsTest : public testing::Test {};
 using OffsetTypes = testing::Types<std::int32_t, std::int64_t>;
 TYPED_TEST_SUITE(CRecordsTest, OffsetTypes);
 
-// What the same records give one by one; nothing for those that fail.
+// The results of processing the same records one by one; empty for those that fail.
 template <class Offset>
 void ExpectAsOneByOne(const latchkey_key* key, bool encrypts, const std::vector<Bytes>& records,
                       const ResultColumn<Offset>& results) {
@@ -67,7 +67,7 @@ TYPED_TEST(CRecordsTest, ResultsAreThoseOfSingleCallsOnAnyNumberOfThreads) {
       for (std::size_t i = 0; i < count; ++i) {
         plaintexts.push_back(random.Some(random.Below(40)));
         plain.Add(plaintexts.back());
-        // Every tenth is no ciphertext.
+        // Every tenth record is not a ciphertext.
         ciphertexts.push_back(random.Below(10) > 0 ? Encrypted(key, plaintexts.back())
                                                    : random.Some(random.Below(30)));
         secret.Add(ciphertexts.back());
@@ -156,7 +156,7 @@ TYPED_TEST(CRecordsTest, BytesAfterTheResultsBecomeZeros) {
   const Key key = OpenKey(LATCHKEY_DES);
   Column<TypeParam> column;
   for (int i = 0; i < 3000; ++i) column.Add(Encrypted(key, BytesOf("a text")));
-  column.Add(SampleBytes(64));  // no good padding
+  column.Add(SampleBytes(64));  // bad padding
   ResultColumn<TypeParam> results(3001, column.data.size());
   ASSERT_EQ(Transform(latchkey_decrypt_records, key, column.View(), results, 2).first, LATCHKEY_OK);
   ASSERT_EQ(results.view.data_length, 18000U);
@@ -250,7 +250,7 @@ TYPED_TEST(CRecordsTest, MisalignedNumbersAreRefused) {
   EXPECT_EQ(Transform(latchkey_encrypt_records, key, column.View(), others).second, kBadArgument);
 }
 
-// Each output laid over each input and over each other output, by one byte or number.
+// Each output overlaps each input and each other output, by one byte or number.
 TYPED_TEST(CRecordsTest, OverlappingMemoryIsRefused) {
   const Key key = OpenKey(LATCHKEY_RC4);
   using Results = ResultColumn<TypeParam>;

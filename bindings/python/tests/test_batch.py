@@ -128,7 +128,7 @@ def test_offsets_of_another_type_are_a_type_error(offsets):
 
 
 def test_no_offset_at_all_is_a_value_error():
-    with pytest.raises(ValueError, match="one more than the records"):
+    with pytest.raises(ValueError, match="one more than the number of records"):
         RC4.encrypt_many(b"", array.array("i"))
 
 

@@ -48,7 +48,7 @@ def test_a_hasher_is_at_its_end_after_the_digest():
 
 def test_an_unknown_hash_is_a_value_error():
     for function in (Hasher, lambda hash: latchkey.digest(b"", hash)):
-        with pytest.raises(ValueError, match="'sha256' is no hash: use one of MD5, MD4, MD2, SHA1"):
+        with pytest.raises(ValueError, match="'sha256' is not a hash: use one of MD5, MD4, MD2, SHA1"):
             function("sha256")
 
 

@@ -25,7 +25,7 @@ FILES, ROWS = 12, 5000  # half a file is more than a pipe holds
 NAMES = [f"part-{number:02}.csv" for number in range(FILES)]
 PUBLISHED = ("DC3D962329DD1B2F", "BF0AC41", "")  # from another program
 DAMAGED = ("DC3D96", "", "Error decrypting data (location 717, number 120)")
-NO_HEX = ("no ciphertext", "", "no hexadecimal text")
+NO_HEX = ("no ciphertext", "", "not hexadecimal text")
 LIMIT = 120  # seconds for anything that is waited for
 
 

@@ -6,13 +6,13 @@
 b'attack at dawn'
 
 Data and passwords are exact bytes: nothing is trimmed, added or converted. The algorithms are old; use them to exchange
-data with systems that already do.
+data with systems that already use them.
 
-Errors: a LatchkeyError has the status of the library and the numbers that the component for Windows records, which
-`latchkey errors NUMBER` explains. MemoryError, TypeError and ValueError mean what they do elsewhere in Python.
+Errors: a LatchkeyError has the library's status and the numbers that the Windows component records, which
+`latchkey errors NUMBER` explains. MemoryError, TypeError and ValueError have their usual meaning.
 
-Threads: all functions and keys may be used by any number of threads at once. The library works without the global
-interpreter lock. An input buffer must not change during the call.
+Threads: any number of threads may use all functions and keys at once. The library runs without the global interpreter
+lock. Do not change an input buffer during a call.
 """
 from ._batch import Records
 from ._digest import Hasher, digest

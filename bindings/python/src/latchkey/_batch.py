@@ -16,7 +16,7 @@ if TYPE_CHECKING:
     Results = list[Union[bytes, Exception, None]]
     Single = Callable[[ReadableBuffer], bytes]
 
-# Records of a list that are done together: few enough to stay in the processor's cache.
+# Records of a list that are processed together: few enough to stay in the processor's cache.
 _PART = 8192
 
 Errors = Literal["raise", "null", "return"]
@@ -26,7 +26,7 @@ class Records(NamedTuple):
     """Records in one buffer: record i is the bytes from offsets[i] up to offsets[i + 1] of `data`.
 
     data      the bytes
-    offsets   int32 or int64, as in the input; one more than the records
+    offsets   int32 or int64, as in the input; one more than there are records
     statuses  int32, a Status for each record
     """
 
@@ -40,7 +40,7 @@ class Batch(NamedTuple):
 
     key: Any
     function: Any
-    extra: int  # bytes that a record grows by at most
+    extra: int  # most bytes that are added to a record
     threads: int
 
     def run(self, data: ReadableBuffer, offsets: memoryview) -> tuple[Records, Any]:
@@ -50,7 +50,7 @@ class Batch(NamedTuple):
         records.offset_size = results.offset_size = offsets.itemsize
         with input_bytes(data) as source, input_bytes(offsets) as positions:
             records.offsets, records.data, records.data_length = positions, source, len(source)
-            # Offsets that leave the buffer are refused, so that there is never more to allocate than this.
+            # The library refuses offsets outside the buffer, so no more than this is ever needed.
             room = min(max(offsets[-1] - offsets[0], 0), len(source)) + self.extra * count
             output, ends, statuses = allocate(room), allocate(len(positions)), allocate(4 * count)
             results.offsets, results.data, results.data_length = ends, output, room
@@ -69,7 +69,7 @@ def _failed(records: Records) -> Iterator[int]:
 
 
 def _first_error(records: Records, failure: Any, places: Sequence[int]) -> Exception:
-    """The exception of the first record that failed; `places` are the records' indexes for the caller."""
+    """The exception of the first record that failed; `places` are the indexes that the caller knows."""
     return error_of(failure, places[next(_failed(records))])
 
 
@@ -79,9 +79,9 @@ def process_buffers(batch: Batch, data: ReadableBuffer, offsets: ReadableBuffer,
         raise ValueError(f'errors: {errors!r} is not "raise" or "null"')
     view = memoryview(offsets)
     if view.format not in ("i", "l", "q") or view.ndim != 1 or view.itemsize not in (4, 8):
-        raise TypeError('offsets: int32 or int64 is required; of raw bytes memoryview(offsets).cast("i") makes int32')
+        raise TypeError('offsets: int32 or int64 is required; convert raw bytes with memoryview(offsets).cast("i")')
     if not view:
-        raise ValueError("offsets: one more than the records is required, also for no records")
+        raise ValueError("offsets: one more than the number of records is required, also for no records")
     records, failure = batch.run(data, view)
     if failure and errors == "raise":
         raise _first_error(records, failure, range(len(records.statuses)))
@@ -107,7 +107,7 @@ def _check_items(items: Sequence[Any], first: int) -> None:
 
 
 def process_list(batch: Batch, records: Iterable[ReadableBuffer | None], errors: Errors, again: Single) -> Results:
-    """Key.encrypt_many and Key.decrypt_many of an iterable. `again` is the operation for one record."""
+    """Key.encrypt_many and Key.decrypt_many for an iterable. `again` is the operation for one record."""
     if errors not in ("raise", "null", "return"):
         raise ValueError(f'errors: {errors!r} is not "raise", "null" or "return"')
     if isinstance(records, (str, bytes, bytearray, memoryview)):
@@ -120,7 +120,7 @@ def process_list(batch: Batch, records: Iterable[ReadableBuffer | None], errors:
 
 
 def _process_part(batch: Batch, items: list[Any], first: int, errors: Errors, again: Single) -> Results:
-    """The results of a part of the records, which begins at the index `first`."""
+    """The results of the part of the records that begins at index `first`."""
     places: Sequence[int] = range(len(items))
     try:
         data, offsets = _join(items)
@@ -139,7 +139,7 @@ def _process_part(batch: Batch, items: list[Any], first: int, errors: Errors, ag
 
 
 def _spread(made: Results, places: Sequence[int], count: int) -> Results:
-    """The results at their places among `count`, and None at the others."""
+    """A list of `count` items: the results at their places, None elsewhere."""
     spread: Results = [None] * count
     for place, result in zip(places, made):
         spread[place] = result
@@ -147,7 +147,7 @@ def _spread(made: Results, places: Sequence[int], count: int) -> Results:
 
 
 def _outcome(item: ReadableBuffer, index: int, again: Single) -> bytes | Exception:
-    """The exception that the record raises alone: a batch describes only its first failure."""
+    """The exception of this record, from processing it alone: a batch describes only its first failure."""
     try:
         return again(item)
     except LatchkeyError as error:

@@ -16,7 +16,7 @@ _LONGEST = 20
 
 
 def digest(data: ReadableBuffer, hash: HashName) -> bytes:
-    """The digest of data of any length: 16 bytes, for SHA-1 20.
+    """The digest of data of any length: 16 bytes; 20 for SHA-1.
 
     >>> latchkey.digest(b"abc", "md2").hex()
     'da853b0d3f88d99b30283a69e6ded6bb'
@@ -30,14 +30,14 @@ def digest(data: ReadableBuffer, hash: HashName) -> bytes:
 
 
 class Hasher:
-    """The digest of data in pieces, with the members of hashlib's objects but for copy.
+    """Hashes data in pieces. Has the members of hashlib's objects, except copy.
 
     >>> hasher = latchkey.Hasher("sha1", b"a")
     >>> hasher.update(b"bc")
     >>> hasher.hexdigest()
     'a9993e364706816aba3e25717850c26c9cd0d89d'
 
-    The first digest or hexdigest ends the data: update then raises ValueError. Threads that share a Hasher take turns.
+    After the first digest or hexdigest, update raises ValueError. Threads that share a Hasher take turns.
     """
 
     def __init__(self, hash: HashName, data: ReadableBuffer = b"") -> None:
@@ -51,7 +51,7 @@ class Hasher:
 
     @property
     def name(self) -> str:
-        """The name in lower case, as in "md5"."""
+        """The name of the hash in lower case, such as "md5"."""
         return self._hash.name.lower()
 
     @property

@@ -1,4 +1,4 @@
-"""The exceptions, made of what the C interface returns."""
+"""The exceptions, made from the failures of the C interface."""
 from __future__ import annotations
 
 import enum
@@ -32,7 +32,7 @@ class LatchkeyError(Exception):
     status    why it failed, a Status
     location  the place that the component records: 718 to 724 encrypting, 711 to 717 decrypting; or 0
     number    the number of the failed check or of the fault; or 0
-    index     the record that failed, counted from 0, when the call was for many; else None
+    index     the record that failed, counted from 0, if the call was for many; otherwise None
     """
 
     def __init__(self, text: str, status: int, location: int = 0, number: int = 0, index: int | None = None) -> None:
@@ -54,7 +54,7 @@ class CipherError(LatchkeyError):
 
 
 class ArgumentError(LatchkeyError, ValueError):
-    """The library refuses an argument, such as key bits that the provider does not have."""
+    """The library refuses an argument, such as key bits that the provider does not support."""
 
 
 class ProviderError(LatchkeyError):

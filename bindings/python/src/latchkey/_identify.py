@@ -17,11 +17,11 @@ if TYPE_CHECKING:
 
     from ._password import Password
 
-_ALL = 64  # candidates, more than there are settings
+_ALL = 64  # room for candidates: more than there are settings
 
 
 class Settings(TypedDict):
-    """The arguments of Key but for the password."""
+    """The arguments of Key, except the password."""
 
     hash: Hash
     cipher: Cipher
@@ -56,8 +56,7 @@ def identify(samples: bytes | bytearray | memoryview | Iterable[ReadableBuffer],
              encoding: str | None = None) -> list[Candidate]:
     """The settings that fit ciphertexts under a password, the most probable first; an empty list if none do.
 
-    All samples must have been encrypted under the same settings. The more there are and the longer they are, the surer
-    the answer.
+    All samples must have been encrypted under the same settings. More and longer samples give a surer answer.
 
     >>> key = latchkey.Key(b"secret", hash="sha1", cipher="3des")
     >>> samples = [key.encrypt(text) for text in (b"The first letter", b"and the second one", b"both in English")]

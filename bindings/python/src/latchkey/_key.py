@@ -1,4 +1,4 @@
-"""Keys and what is done with them."""
+"""Keys, and the operations that use them."""
 from __future__ import annotations
 
 from collections.abc import Iterable
@@ -17,32 +17,33 @@ if TYPE_CHECKING:
     from ._batch import Errors, Records
     from ._password import Password, _BuiltIn
 
-_PADDING = 8  # bytes that encrypting adds at most
+_PADDING = 8  # most bytes that encrypting adds
 
 
 class Key:
-    """A key, derived from a password as CryptDeriveKey does. No salt is random: the same arguments give the same key.
+    """A key, derived from a password as CryptDeriveKey does. Without a random salt, equal arguments give equal keys.
 
-    password            exact bytes, or text with its `encoding`: programs for Windows often used the system's code page
-                        ("cp1252") or "utf-16-le". BUILT_IN_PASSWORD is the library's own.
+    password            exact bytes, or text with its `encoding`: Windows programs often used the system's code page
+                        ("cp1252") or "utf-16-le". BUILT_IN_PASSWORD is the library's built-in password.
     hash, cipher        members of Hash and Cipher, or their names
-    provider            a member of Provider or its name; None is base, or enhanced where base lacks the cipher or bits
-    key_bits            the length of an RC4 or RC2 key: 40 to 56, with the enhanced provider to 128, in steps of 8.
+    provider            a member of Provider or its name; None is base, or enhanced if base lacks the cipher or key bits
+                        or for any rc2_effective_bits
+    key_bits            the length of an RC4 or RC2 key: 40 to 56, with the enhanced provider up to 128, in steps of 8.
                         Exactly 40 adds 11 zero bytes of salt, as CryptoAPI does.
-    rc2_effective_bits  RC2: 1 to 1024; else the length of the key. Data that Windows 2000 and before encrypted with the
-                        enhanced provider has 40.
+    rc2_effective_bits  RC2: 1 to 1024; None is the length of the key. Data that Windows 2000 and earlier encrypted with
+                        the enhanced provider has 40.
 
-    A wrong password, hash or provider goes unnoticed under RC4: the result is garbage without an error. The other ciphers
-    notice it 254 times in 255. For RC4 and RC2 the provider matters, since base keys have 40 bits and enhanced ones 128:
+    RC4 does not detect a wrong password, hash or provider: the result is garbage without an error. The other ciphers
+    detect it in 254 of 255 cases. For RC4 and RC2 the provider matters: base keys have 40 bits, enhanced ones 128:
 
     >>> base = latchkey.Key(b"secret", hash="md5", cipher="rc4")
     >>> enhanced = latchkey.Key(b"secret", hash="md5", cipher="rc4", provider="enhanced")
     >>> enhanced.decrypt(base.encrypt(b"attack at dawn")) == b"attack at dawn"
     False
 
-    The key's memory is wiped when it is closed, as a `with` block does at its end, or is collected. Calls of other
-    threads finish first. A text password is encoded into a copy that is wiped. Python's own str and bytes cannot be wiped:
-    where that matters, pass a bytearray and wipe it. A Key cannot be pickled.
+    A key is closed by close(), at the end of a `with` block, or by the garbage collector. Its memory is then wiped, after
+    calls of other threads have finished. A text password is encoded into a copy that is wiped. Python's own str and bytes
+    cannot be wiped: if that matters, pass a bytearray and wipe it. A Key cannot be pickled.
     """
 
     __slots__ = ("_cipher", "_hash", "_pointer", "__weakref__")
@@ -64,7 +65,7 @@ class Key:
         self._pointer = ffi.gc(pointer[0], lib.latchkey_key_close)
 
     def close(self) -> None:
-        """Wipes the key, once no thread and no stream uses it. Closing again does nothing."""
+        """Wipes the key as soon as no thread and no stream uses it. Closing again does nothing."""
         self._pointer = None
 
     def __enter__(self) -> Key:
@@ -81,7 +82,7 @@ class Key:
         raise TypeError("a Key cannot be pickled: make it from the password in each process")
 
     def _open_pointer(self) -> Any:
-        """The key's pointer; the caller's reference keeps the key open during a call."""
+        """The key's pointer. The reference that the caller gets keeps the key open during a call."""
         pointer = self._pointer
         if pointer is None:
             raise ValueError("the key is closed")
@@ -145,9 +146,9 @@ class Key:
                      threads: int = ...) -> Records: ...
 
     def decrypt_many(self, records: Any, offsets: Any = None, *, errors: Errors = "raise", threads: int = 0) -> Any:
-        """The plaintext of each record, a message of its own, on up to `threads` threads (0: one for each processor).
+        """Decrypts each record as a separate message, on up to `threads` threads (0: one for each processor).
 
-        Of an iterable of bytes it returns a list; None stays None. For a record that fails
+        For an iterable of bytes it returns a list; None stays None. If a record fails,
 
         errors="raise"   raises its exception, with the record's `index`
         errors="null"    puts None into the list
@@ -159,9 +160,9 @@ class Key:
         [b'one', None, None]
 
         With `offsets` the records are in one buffer, as in a binary column of Apache Arrow: record i is the bytes from
-        offsets[i] up to offsets[i + 1]. The offsets are int32 or int64, one more than the records. Nothing is copied:
-        the result is a Records of views, with offsets of the same width, which numpy.frombuffer and pyarrow.py_buffer
-        take. errors="null" leaves a failed record empty, with its status in `statuses`.
+        offsets[i] up to offsets[i + 1]. The offsets are int32 or int64, one more than there are records. The result is a
+        Records of views, with offsets of the same width, for numpy.frombuffer and pyarrow.py_buffer; nothing is copied.
+        errors="null" leaves a failed record empty, with its status in `statuses`.
 
         >>> import array
         >>> column = key.encrypt_many([b"one", b"three"])
@@ -195,7 +196,7 @@ class Key:
     def decrypt_file(self, source: BinaryIO, target: BinaryIO, chunk_size: int = _stream.CHUNK_SIZE) -> int:
         """Decrypts the rest of a binary file object into another one. Returns the bytes written.
 
-        After a CipherError, which comes at the end, do not trust what was written.
+        A CipherError is raised at the end; after it, do not trust what was written.
         """
         with self.decryptor() as stream:
             return stream.copy(source, target, chunk_size)

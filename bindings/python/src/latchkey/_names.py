@@ -27,7 +27,8 @@ class Cipher(enum.IntEnum):
 class Provider(enum.IntEnum):
     """The provider of CryptoAPI whose key lengths are used: 40 bits (base) or 128 bits (enhanced) for RC4 and RC2.
 
-    Functions also take its name, "base" or "enhanced". ANY is base, or enhanced where base lacks the cipher or the bits.
+    Functions also take its name: "any", "base" or "enhanced". ANY is base, or enhanced if base lacks the cipher or the
+    bits.
     """
 
     ANY = 0
@@ -56,5 +57,5 @@ def find(kind: type[Choice], name: str | int) -> Choice:
         matching = [member for member in kind if member == name]
     if not matching:
         names = ", ".join(member.name for member in kind)
-        raise ValueError(f"{name!r} is no {kind.__name__.lower()}: use one of {names}")
+        raise ValueError(f"{name!r} is not a {kind.__name__.lower()}: use one of {names}")
     return matching[0]

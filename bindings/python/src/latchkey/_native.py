@@ -1,4 +1,4 @@
-"""Access to the C interface: buffers as it takes them."""
+"""Access to the C interface: its buffers, structs and texts."""
 from __future__ import annotations
 
 import functools
@@ -9,7 +9,7 @@ from ._latchkey import ffi, lib
 if TYPE_CHECKING:
     from _typeshed import ReadableBuffer
 
-# Memory that the caller fills: cffi does not clear it first.
+# For memory that a function fills: cffi does not clear it first.
 _allocate = ffi.new_allocator(should_clear_after_alloc=False)
 
 
@@ -19,14 +19,14 @@ def allocate(length: int) -> Any:
 
 
 def input_bytes(data: ReadableBuffer) -> Any:
-    """The bytes of an object with the buffer protocol, where they are; a `with` block lets the object go at its end."""
+    """The bytes of an object with the buffer protocol, not copied. A `with` block releases the object at its end."""
     if isinstance(data, str):
         raise TypeError("bytes are required, not str")
     return ffi.from_buffer("uint8_t[]", data)
 
 
 def struct(name: str) -> Any:
-    """A struct of the C interface of this name, with its size set and all else 0."""
+    """A struct of the C interface, with its size set and all other members 0."""
     return ffi.new(*_initial(name))
 
 
@@ -37,7 +37,7 @@ def _initial(name: str) -> tuple[Any, tuple[int]]:
 
 
 def unsigned(name: str, value: int, bits: int = 32) -> int:
-    """The value, if it is one of an unsigned C type."""
+    """The value, if it fits an unsigned C type of that many bits; otherwise raises ValueError."""
     if not 0 <= value < 1 << bits:
         raise ValueError(f"{name}: {value} is not a number from 0 to 2**{bits} - 1")
     return value

@@ -1,4 +1,4 @@
-"""Passwords as the C interface takes them, without a copy that stays in memory."""
+"""Passwords for the C interface, without a copy that stays in memory."""
 from __future__ import annotations
 
 import codecs
@@ -17,7 +17,7 @@ if TYPE_CHECKING:
 
 
 class _BuiltIn(enum.Enum):
-    """The password that is built into the library, which the component uses when none is set."""
+    """The library's built-in password, which the component uses if no password is set."""
 
     PASSWORD = "the library's built-in password"
 
@@ -26,7 +26,7 @@ BUILT_IN_PASSWORD: Final = _BuiltIn.PASSWORD
 
 
 def _pieces(password: str, encoding: str) -> Iterator[bytes]:
-    """The encoded password, one character at a time: no object holds more than one."""
+    """The encoded password, one character at a time, so that no object contains more than one."""
     encoder = codecs.getincrementalencoder(encoding)()
     for character in password:
         yield encoder.encode(character)
@@ -46,13 +46,13 @@ def _copy(password: str, encoding: str) -> bytearray:
     try:
         return _encode(password, encoding)
     except UnicodeEncodeError:
-        pass  # it holds a character of the password, also as the context of another exception
+        pass  # the exception contains a character of the password: raise another one outside this block
     raise ValueError(f"{encoding} lacks a character of the password")
 
 
 @contextlib.contextmanager
 def password_bytes(password: Password, encoding: str | None) -> Iterator[Any]:
-    """The password's bytes: the caller's own memory or, of text, a copy that is wiped afterwards."""
+    """The password's bytes: the caller's own memory or, for text, a copy that is wiped afterwards."""
     if not isinstance(password, str):
         if encoding is not None:
             raise TypeError("an encoding is only for a password of type str")

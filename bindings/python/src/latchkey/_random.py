@@ -7,7 +7,7 @@ from ._native import allocate, struct, unsigned
 
 
 def random_bytes(length: int) -> bytes:
-    """Random bytes of the cryptographic provider, less than 4 GiB.
+    """Random bytes from the cryptographic provider, less than 4 GiB.
 
     >>> len(latchkey.random_bytes(16))
     16

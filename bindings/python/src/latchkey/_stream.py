@@ -12,7 +12,7 @@ if TYPE_CHECKING:
     from _typeshed import ReadableBuffer
 
 CHUNK_SIZE = 1 << 20
-_HELD_BACK = 8  # bytes that a stream holds back at most
+_HELD_BACK = 8  # most bytes that a stream holds back
 
 
 class Stream:
@@ -24,8 +24,8 @@ class Stream:
     >>> key.decrypt(message)
     b'attack at dawn'
 
-    The key may be closed before the stream. A stream that failed is at its end: close it. Threads that share a stream
-    take turns.
+    The key may be closed before the stream. A stream that failed can only be closed. Threads that share a stream take
+    turns.
     """
 
     def __init__(self, key: Any, direction: int) -> None:
@@ -42,7 +42,7 @@ class Stream:
     def finish(self) -> bytes:
         """Ends the message and returns the rest of its result. The next update begins a new message.
 
-        Raises CipherError as Key.decrypt does; what the stream returned before is then not to be trusted.
+        Raises CipherError as Key.decrypt does; after that, do not trust what the stream returned before.
         """
         return self._call(lib.latchkey_stream_finish, 0)
 
@@ -85,7 +85,7 @@ def _read(source: BinaryIO, size: int) -> bytes:
 
 
 def _write(target: BinaryIO, data: bytes) -> int:
-    """Writes all; an unbuffered file may take less at a time."""
+    """Writes all data; an unbuffered file may accept only a part at a time."""
     left = memoryview(data)
     while left:
         taken = target.write(left)
