@@ -12,6 +12,7 @@ package_root=$cache/packages/root  # a clean Debian that the project's packages 
 if command -v ccache >/dev/null; then
   export CMAKE_C_COMPILER_LAUNCHER=ccache CMAKE_CXX_COMPILER_LAUNCHER=ccache
   export CCACHE_BASEDIR=$project CCACHE_NOHASHDIR=1 CCACHE_NODIRECT=1
+  export CCACHE_SLOPPINESS=pch_defines,time_macros  # which precompiled headers require
 fi
 
 # 125 means a failure of the script itself, not of the program that it runs.
