@@ -201,7 +201,7 @@ ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options,
 }
 
 ExitStatus RunChosenForm(const CipherCommand& command, Options& options, Report& report) {
-  if (options.many.AreChosen(options.output.force)) {
+  if (options.many.AreChosen(command.name, options.output.force)) {
     return RunForManyFiles(command, options, report);
   }
   if (!options.many.inputs.empty()) options.input = options.many.inputs.front();

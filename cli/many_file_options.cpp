@@ -9,11 +9,12 @@
 
 namespace latchkey::cli {
 
-bool ManyFileOptions::AreChosen(bool replaces) const {
+bool ManyFileOptions::AreChosen(const std::string& command, bool replaces) const {
   const bool hasPlace = folder || !suffix.empty();
   if (!hasPlace) {
     if (inputs.size() > 1 || list || recursive) {
-      throw WrongUsage("several files need --output-dir or --suffix");
+      throw WrongUsage("several files need --output-dir or --suffix",
+                       "run 'latchkey " + command + " --help' for the options");
     }
     if (skipExisting || keepTimes || !sync.empty()) {
       throw WrongUsage("--skip-existing, --keep-times and --sync need --output-dir or --suffix");

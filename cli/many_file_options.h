@@ -22,8 +22,8 @@ struct ManyFileOptions {
   std::string sync;  // "each", "end" or "never"; empty: the default, "end"
 
   // Whether the run is one of many files. Raises CommandError (wrong usage) for options that such a
-  // run lacks, or that only such a run has.
-  [[nodiscard]] bool AreChosen(bool replaces) const;
+  // run lacks, or that only such a run has. `command` is its name for hints.
+  [[nodiscard]] bool AreChosen(const std::string& command, bool replaces) const;
 };
 
 // Adds the inputs and --files0-from, --output-dir, --suffix, --recursive, --skip-existing,

@@ -199,7 +199,7 @@ CLI::Validator EncodingName(const std::vector<std::string>& others) {
   names.insert(names.end(), TextEncodingNames().begin(), TextEncodingNames().end());
   const auto replace = [oneOf = OneOf(names)](std::string& value) {
     std::string name = WithPagePrefix(value);
-    const std::string complaint = oneOf(name);
+    std::string complaint = oneOf(name);
     if (!complaint.empty()) return complaint;
     value = name;
     return std::string();

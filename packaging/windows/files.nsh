@@ -62,6 +62,46 @@ Var FolderBefore  ; the folder to install in, or the nearest above it that there
   File /r "${PRODUCTS}/doc/*"
 !macroend
 
+; Leaves $3 empty if the list of this version does not have the line, which ends with its line end.
+!macro FindDocument LINE
+  FileOpen $2 "$INSTDIR\doc\files.txt" r
+  ${Do}
+    FileRead $2 $3  ; empty at the end of the file
+    ${If} $3 == ${LINE}
+      ${ExitDo}
+    ${EndIf}
+  ${LoopUntil} $3 == ""
+  FileClose $2
+!macroend
+
+; And its folders, if nothing else is in them.
+!macro RemoveOldDocument LINE
+  StrCpy $2 ${LINE} -2  ; without the line end
+  Delete /REBOOTOK "$INSTDIR\$2"
+  ${GetParent} $2 $2
+  ${DoUntil} $2 == ""
+    RMDir "$INSTDIR\$2"
+    ${GetParent} $2 $2
+  ${Loop}
+!macroend
+
+; Removes documents of another version that this one does not have, by the list that the other one installed.
+!macro RemoveOldDocuments
+  ClearErrors
+  FileOpen $0 "$PLUGINSDIR\before\doc\files.txt" r
+  ${IfNot} ${Errors}
+    FileRead $0 $1
+    ${DoUntil} $1 == ""
+      !insertmacro FindDocument $1
+      ${If} $3 == ""
+        !insertmacro RemoveOldDocument $1
+      ${EndIf}
+      FileRead $0 $1
+    ${Loop}
+    FileClose $0
+  ${EndIf}
+!macroend
+
 !macro PutBackFile FOLDER NAME
   ${If} ${FileExists} "$PLUGINSDIR\before\${FOLDER}\${NAME}"
     CopyFiles /SILENT "$PLUGINSDIR\before\${FOLDER}\${NAME}" "$INSTDIR\${FOLDER}"

@@ -237,6 +237,7 @@ Section
   ClearErrors
   !insertmacro WriteUninstallKey
   !insertmacro FailIfErrors "enter ${PRODUCT} in the list of installed programs"
+  !insertmacro RemoveOldDocuments
 SectionEnd
 
 ; Removes the installation in this folder: a user's or the machine's. The install mode reads the folder from the list of

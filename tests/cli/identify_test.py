@@ -187,6 +187,8 @@ class ManyTest(CommandTest):
             result = self.identify("--records", "-", data=b"00112233\n\n" + line)
             self.assertEqual((result.status, result.json["error"]["text"]),
                              (1, "line 3 is not a record of hexadecimal digits"))
+            result = self.identify("--records", "-", data=b"00\n\n" + line + b"\n11\n")
+            self.assertEqual(result.json["error"]["text"], "line 3 is not a record of hexadecimal digits")
         self.assertEqual(self.identify("--records", "-", data=b"\n\n").status, 1)
 
     def test_ciphertexts_of_different_settings_are_sorted(self):
@@ -215,10 +217,12 @@ class ManyTest(CommandTest):
         self.write("a", self.encrypt(CORPUS[:400], self.RC4))
         self.write("b", self.encrypt(CORPUS[:90], self.DES))
         self.write("c", self.random.randbytes(60))
-        result = self.identify("a", "b", "c")
+        self.write("d", self.encrypt(b"then", self.RC4))
+        self.assertEqual(self.identify("d").status, 3)
+        result = self.identify("a", "b", "c", "d")
         self.assertEqual(result.status, 3)
         self.assertEqual([[each["file"] for each in group["ciphertexts"]] for group in result.json["groups"]],
-                         [["a"], ["b"]] if result.json["groups"][0]["cipher"] == "rc4" else [["b"], ["a"]])
+                         [["a", "d"], ["b"]])
 
     def test_random_data_and_zeros_are_never_certain(self):
         for data in [bytes(length) for length in (8, 64, 800)] + [self.random.randbytes(8 * i) for i in range(1, 20)]:

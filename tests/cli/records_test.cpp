@@ -17,7 +17,7 @@ using namespace cli;  // NOLINT: the namespace under test
 
 using MakeFormat = std::function<std::unique_ptr<RecordFormat>()>;
 
-MakeFormat Csv(std::size_t column, bool hasHeader, std::optional<std::string> added = {}) {
+MakeFormat Csv(std::size_t column, bool hasHeader, const std::optional<std::string>& added = {}) {
   return [=] { return std::make_unique<CsvFormat>(CsvOptions{{}, column, hasHeader, ',', added}); };
 }
 
@@ -210,7 +210,7 @@ TEST(JsonStringTest, EscapesAreThoseOfTheStandard) {
 
 TEST(OnErrorTest, RecordsThatFailAreLeftOutKeptOrEmptied) {
   constexpr std::string_view kInput = "a,b\n41,1\nxx,2\n\"4\",3\n42,4\n";
-  const auto run = [&](OnError onError, std::optional<std::string> added = {}) {
+  const auto run = [&](OnError onError, const std::optional<std::string>& added = {}) {
     return Through(Csv(1, true, added), kInput, {.onError = onError, .form = FieldForm::Hex})
         .output;
   };

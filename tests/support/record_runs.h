@@ -23,8 +23,9 @@ class PlainTransform final : public cli::ColumnTransform {
     for (std::size_t i = 0; i < values.count; ++i) {
       result.offsets[i + 1] = values.offsets.Get(i + 1);
       if (!reverses_) continue;
-      std::reverse(result.data.data() + result.offsets[i],
-                   result.data.data() + result.offsets[i + 1]);
+      const auto begin = static_cast<std::ptrdiff_t>(result.offsets[i]);
+      const auto end = static_cast<std::ptrdiff_t>(result.offsets[i + 1]);
+      std::reverse(result.data.data() + begin, result.data.data() + end);
     }
   }
 

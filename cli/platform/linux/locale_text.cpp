@@ -25,7 +25,7 @@ std::string LocaleEncoding() {
 // A conversion to wide characters takes one step, without a copy of the text in iconv's memory.
 bool Widen(const std::string& encoding, WipedBytes& text, WipedVector<wchar_t>& wide) {
   wide.resize(text.size());
-  const iconv_t converter = ::iconv_open("WCHAR_T", encoding.c_str());
+  iconv_t converter = ::iconv_open("WCHAR_T", encoding.c_str());
   // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the value that iconv_open defines for failure
   if (converter == reinterpret_cast<iconv_t>(-1)) return false;
   // NOLINTBEGIN(*-reinterpret-cast): bytes

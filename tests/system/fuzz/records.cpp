@@ -10,7 +10,6 @@
 #include "tests/support/record_runs.h"
 #include "tests/system/fuzz/input.h"
 
-using latchkey::cli::BlockRange;
 using latchkey::cli::CommandError;
 using latchkey::cli::CsvFormat;
 using latchkey::cli::CsvOptions;

@@ -14,7 +14,7 @@ import sys
 import unittest
 
 import installer_case
-from installer_case import HIVES, PRODUCTS, arch, drive, registry, run, state
+from installer_case import HIVES, INSTALLERS, PRODUCTS, arch, drive, registry, run, state
 
 CLIENT = """
 Set main = CreateObject("Latchkey.clsMain")
@@ -40,7 +40,7 @@ TYPE_LIBRARY = re.compile(r"\\(TypeLib|Interface)\\", re.I)  # Wine 8 has one fo
 
 class SetupFilesTest(unittest.TestCase):
     def test_they_name_windows_7_as_the_oldest(self):
-        setups = list(installer_case.INSTALLERS.glob("latchkey-*-setup*.exe"))
+        setups = list(INSTALLERS.glob("latchkey-*-setup*.exe"))
         self.assertEqual(len(setups), 2)
         for setup in setups:
             image = setup.read_bytes()
@@ -82,6 +82,16 @@ class InstallerTest(installer_case.InstallerCase):
         folders = set().union(*(file.parents for file in notes)) - {drive, *drive.parents}
         self.expect_files(self.before["files"] | notes | folders)
         self.assertEqual(self.listed("/CurrentUser"), {})
+
+    def test_documents_of_another_version_are_replaced(self):
+        other = installer_case.make_setups("other", {name: (INSTALLERS / arch / name).read_bytes() for name in PRODUCTS})
+        self.addCleanup(shutil.rmtree, drive / "Documents", ignore_errors=True)
+        self.assertEqual(self.install("/CurrentUser", r"/D=C:\Documents", folder=other), 0)
+        self.assertTrue((drive / "Documents" / "doc" / "examples" / "another" / "sample.txt").exists())
+        self.assertEqual(self.install("/CurrentUser"), 0)
+        self.expect_installed("/CurrentUser")
+        self.uninstall("/CurrentUser")
+        self.expect_nothing_left()
 
     def test_removing_the_users_installation_leaves_the_one_for_all_users(self):
         self.assertEqual(self.install("/AllUsers"), 0)
