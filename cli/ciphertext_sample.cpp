@@ -28,12 +28,9 @@ std::string_view Trimmed(std::string_view line) {
   return line.substr(first, line.find_last_not_of(kAround) - first + 1);
 }
 
-// Without 0x or \x; COPY of PostgreSQL doubles the backslash.
+// COPY of PostgreSQL doubles the backslash of \x.
 std::string_view DigitsOf(std::string_view line) {
-  for (const std::string_view prefix : {"0x", "0X", "\\x", "\\\\x"}) {
-    if (line.starts_with(prefix)) return line.substr(prefix.size());
-  }
-  return line;
+  return line.substr(line.starts_with("\\\\x") ? 1 : 0);
 }
 
 CommandError NotHexadecimal(const std::string& file, std::uint64_t line) {
@@ -48,7 +45,8 @@ std::optional<WipedBytes> Decoded(std::string_view digits, const std::string& fi
   try {
     HexReader reader;
     WipedBytes bytes = reader.Read(std::vector<std::uint8_t>(digits.begin(), digits.end()), file);
-    return reader.IsOdd() ? std::nullopt : std::optional(std::move(bytes));
+    reader.Finish(file);
+    return bytes;
   } catch (const CommandError&) {
     return std::nullopt;
   }
