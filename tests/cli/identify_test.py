@@ -183,7 +183,7 @@ class ManyTest(CommandTest):
         self.assertEqual(self.identify("--records", "rows").json["candidates"], result.json["candidates"])
 
     def test_other_lines_are_reported_by_number(self):
-        for line in (b"abc", b"xyz", b"00 11", b"'00'"):
+        for line in (b"abc", b"xyz", b"00,11", b"'00'"):
             result = self.identify("--records", "-", data=b"00112233\n\n" + line)
             self.assertEqual((result.status, result.json["error"]["text"]),
                              (1, "line 3 is not a record of hexadecimal digits"))

@@ -153,7 +153,7 @@ class SystemCallTest(CommandTest):
     }
 
     def scenarios(self):
-        ciphertext = self.encrypt(b"some text", KEY[:-1], b"")
+        ciphertext = self.run_well("encrypt", *KEY, data=b"some text").out
         for what, (arguments, before, stdin) in self.SCENARIOS.items():
             if before is None:
                 before = {"in": ciphertext, **({"out": b"precious"} if "--force" in arguments else {})}
