@@ -2,7 +2,10 @@
 import hashlib
 import subprocess
 
-from command import CommandTest
+from command import IS_WINDOWS, CommandTest
+
+# Windows allows no such names, and Wine in the C locale only ASCII.
+NAMES_WITH_ESCAPES = () if IS_WINDOWS else ("b\\c", "d\ne")
 
 
 class HashTest(CommandTest):
@@ -26,7 +29,7 @@ class HashTest(CommandTest):
             self.assertEqual(self.run_well("hash", "-a", algorithm, *names).out, expected)
 
     def test_tagged_lines_and_lines_that_end_with_nul(self):
-        names = [self.write(name, name.encode()) for name in ("a", "two words", "b\\c", "d\ne")]
+        names = [self.write(name, name.encode()) for name in ("a", "two words", *NAMES_WITH_ESCAPES)]
         for options in (["--tag"], ["-z"], ["--zero", "--tag"]):
             expected = subprocess.run(["md5sum", *options, *names], cwd=self.folder, capture_output=True, check=True).stdout
             self.assertEqual(self.run_well("hash", *options, *names).out, expected, options)
@@ -145,7 +148,7 @@ class CheckTest(CommandTest):
         self.assertEqual(self.run_command("hash", "-c", "--ignore-missing", "sums").status, 1)
 
     def test_lists_with_a_byte_order_mark_and_in_utf_16(self):
-        name = self.write("gr\u00fc\u00df", b"first")
+        name = self.write("greeting" if IS_WINDOWS else "gr\u00fc\u00df", b"first")
         text = f"{hashlib.md5(b'first').hexdigest()}  {name}\r\n"
         for encoding in ("utf-8-sig", "utf-16", "utf-16-le", "utf-16-be"):
             mark = "\ufeff" if encoding.endswith("e") else ""
