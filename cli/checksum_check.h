@@ -12,9 +12,9 @@ namespace latchkey::cli {
 
 struct CheckOptions {
   bool status = false;         // print nothing
-  bool warn = false;           // name each line of another form
-  bool strict = false;         // such a line is a failure
-  bool ignoreMissing = false;  // a file that is not there is no failure
+  bool warn = false;           // report each line that is not a checksum line
+  bool strict = false;         // count such a line as a failure
+  bool ignoreMissing = false;  // skip files that do not exist
 };
 
 class ChecksumCheck {
@@ -25,14 +25,14 @@ class ChecksumCheck {
   // Checks the files of a list.
   void Check(const std::string& listName);
 
-  // Prints the sums, and adds them to the result.
+  // Prints the totals, and adds them to the result.
   void Finish(Json& result) const;
 
  private:
   void CheckLines(const std::vector<std::string>& lines, const std::string& listName);
   void RequireSome(std::size_t proper, std::size_t verified, const std::string& listName);
   void NoteImproper(const std::string& listName, std::size_t lineNumber);
-  // Whether there was a digest to compare with.
+  // Returns false if the file was skipped because it does not exist.
   bool CheckFile(const Checksum& expected);
   void PrintOutcome(const std::string& file, const char* outcome) const;
 

@@ -8,8 +8,9 @@
 
 namespace latchkey::cli {
 
-// What is known of a file: a hash of its output's name, of its own identity, or of the identity of
-// the existing file with its output's name.
+// What is hashed. Output and FolderOutput: the name of a file's or a folder's output. Input: the
+// input's identity (FileState). ExistingOutput: the identity of the file that already has the
+// output's name.
 enum class FactKind : std::uint64_t { Output, FolderOutput, Input, ExistingOutput };
 
 struct Fact {

@@ -23,8 +23,9 @@ struct OutputOptions {
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);
 
-// Raises CommandError (wrong usage) if data would appear on a terminal that it was not sent to by
-// name: whatever it is, or bytes with control characters that no text has.
+// Raises CommandError (wrong usage) if standard output is a terminal, unless the user chose it with
+// `-o -`. The second form does so only if `bytes` have control characters other than tabs, line
+// ends and form feeds.
 void RefuseTerminal(const OutputOptions& options);
 void RefuseTerminal(const OutputOptions& options, std::span<const std::uint8_t> bytes);
 

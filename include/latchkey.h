@@ -133,9 +133,9 @@ typedef struct latchkey_settings {
 
 typedef struct latchkey_key latchkey_key;
 
-/* Derives a key from the hash of the password, as CryptDeriveKey does. There is no random salt: the
- * same settings and password always give the same key. The key never changes, and is wiped when it
- * is destroyed. The password may be empty (length 0).
+/* Derives a key from the hash of the password, as CryptDeriveKey does. No random salt is
+ * added, so the same settings and password always give the same key. The key never changes, and is
+ * wiped when it is destroyed. The password may be empty (length 0).
  *
  * `key_bits` sets the length of an RC4 or RC2 key; a value of 40 adds 11 zero bytes of salt. If
  * `rc2_effective_bits` is 0, the length of the key is used. Data that Windows 2000 and earlier

@@ -16,11 +16,11 @@ struct CsvOptions {
   std::optional<std::string> addedName;  // the result is added as the last column
 };
 
-// A quote begins and ends quoting wherever it is, as in PostgreSQL's COPY, so that line ends can be
-// told from quoted ones without parsing; a field with a quote anywhere but around it is bad.
+// Every quote begins or ends quoting, as in PostgreSQL's COPY: counting quotes is enough to find
+// the ends of records. A field with a quote that neither surrounds it nor is doubled is bad.
 //
-// An unquoted empty field is no value, as in COPY; "" is a value of no bytes. So is a field that a
-// short row lacks. A blank line stays as it is, also where a column is added.
+// As in COPY, an unquoted empty field has no value, and "" is a value of no bytes. A field that is
+// missing from a short row has no value either. Blank lines stay unchanged and get no added column.
 class CsvFormat final : public RecordFormat {
  public:
   explicit CsvFormat(CsvOptions options);

@@ -80,10 +80,10 @@ struct LineEnd {
 };
 [[nodiscard]] LineEnd EndOfLine(ByteSpan bytes, std::size_t begin) noexcept;
 
-// The first place of a byte from `begin`; the size if there is none.
+// The offset of the first such byte at or after `begin`; the size of `bytes` if there is none.
 [[nodiscard]] std::size_t Find(ByteSpan bytes, std::uint8_t byte, std::size_t begin = 0) noexcept;
 
-// From offsets of a block.
+// The range between two offsets in a block.
 [[nodiscard]] constexpr BlockRange RangeOf(std::size_t begin, std::size_t end) noexcept {
   return {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end)};
 }

@@ -79,7 +79,7 @@ class RecordBatch {
   // The arguments must outlive the batch. The records must be good.
   RecordBatch(const DerivedKey& key, CipherDirection direction, const Records& records);
 
-  // The room that is enough for all results, whatever their lengths.
+  // The number of bytes that is always enough for all results together.
   [[nodiscard]] std::size_t RoomNeeded() const noexcept { return roomNeeded_; }
 
   // Runs on up to `threads` threads; 0 means one for each usable processor. The room after the

@@ -15,11 +15,12 @@ using provider::kBlockSize;
 
 constexpr std::uint8_t kSpace = 0x20;
 constexpr double kByteBits = 8;
-// Of many samples, less is used of each: these bytes in all, but that of each.
+// The most bytes used from the beginnings of all samples together, and the fewest from each.
 constexpr std::size_t kAllHeads = std::size_t{1} << 20;
 constexpr std::size_t kLeastHead = 1024;
 
-// A single sample's bytes that tell text from random bytes.
+// CountUnlike ignores samples shorter than kLeastJudged, whose bytes could be random by chance, and
+// looks at the first kMostJudged bytes of the others.
 constexpr std::size_t kLeastJudged = 32;
 constexpr std::size_t kMostJudged = 4096;
 

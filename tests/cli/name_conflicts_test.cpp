@@ -44,7 +44,7 @@ TEST(NameConflictsTest, AcceptsLinksToOneInputAndSharedFolders) {
   EXPECT_EQ(FoundIn(conflicts), Pairs());
 }
 
-// So many facts are read in three rounds.
+// Three rounds are needed for this number of facts.
 TEST(NameConflictsTest, FindsThemAmongMillions) {
   constexpr std::uint64_t kCount = 2'500'000;
   NameConflicts conflicts;

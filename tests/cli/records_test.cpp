@@ -1,4 +1,4 @@
-// Scanners of records: every byte but the field stays, whatever the borders of blocks are.
+// The scanners of records change no byte outside the field, wherever a block ends.
 #include <gtest/gtest.h>
 
 #include <array>
