@@ -10,15 +10,14 @@ namespace latchkey::cli {
 namespace {
 
 CommandError NotCertain(const Candidates& candidates, const std::string& file) {
-  Failure failure;
-  failure.file = file;
-  failure.text = candidates.fitting.empty() ? "no settings fit under this password"
-                                            : "the settings are not certain";
-  failure.hint = candidates.fitting.empty()
-                     ? "wrong password, or data that was not encrypted"
-                     : "'latchkey identify' lists the guesses, also for several files at once; "
-                       "choose one with --hash and --cipher";
-  return CommandError(std::move(failure));
+  return CommandError(Failure{
+      .text = candidates.fitting.empty() ? "no settings fit under this password"
+                                         : "the settings are not certain",
+      .file = file,
+      .hint = candidates.fitting.empty()
+                  ? "wrong password, or data that was not encrypted"
+                  : "'latchkey identify' lists the guesses, also for several files at once; "
+                    "choose one with --hash and --cipher"});
 }
 
 }  // namespace

@@ -24,10 +24,7 @@ std::string ShownName(const std::string& listName) {
 }
 
 Failure AboutList(const char* text, const std::string& listName) {
-  Failure failure;
-  failure.text = text;
-  failure.file = ShownName(listName);
-  return failure;
+  return {.text = text, .file = ShownName(listName)};
 }
 
 bool IsMissing(const FileError& error) {

@@ -103,9 +103,7 @@ std::string FromUtf16(std::string_view text) {
   const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   const auto converted = Converted(bytes, TextEncoding("utf-16le"), TextEncoding("utf-8"));
   if (converted) return {converted->begin(), converted->end()};
-  Failure failure;
-  failure.text = "the list begins as UTF-16 does, but is not UTF-16";
-  throw CommandError(failure);
+  throw CommandError(Failure{.text = "the list begins as UTF-16 does, but is not UTF-16"});
 }
 
 std::string Utf8Of(std::string list) {

@@ -34,10 +34,9 @@ std::string_view DigitsOf(std::string_view line) {
 }
 
 CommandError NotHexadecimal(const std::string& file, std::uint64_t line) {
-  Failure failure;
-  failure.text = "line " + std::to_string(line) + " is not a record of hexadecimal digits";
-  failure.file = file;
-  return CommandError(std::move(failure));
+  return CommandError(
+      Failure{.text = "line " + std::to_string(line) + " is not a record of hexadecimal digits",
+              .file = file});
 }
 
 // Nothing for other characters and for half a byte.

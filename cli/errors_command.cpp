@@ -59,10 +59,9 @@ Json ObjectOf(const Entry& entry) {
 }
 
 CommandError Unknown(int wanted) {
-  Failure failure;
-  failure.text = "no location and no error number of the component: " + std::to_string(wanted);
-  failure.hint = "run 'latchkey errors' for the list";
-  return CommandError(failure);
+  return CommandError(
+      Failure{.text = "no location and no error number of the component: " + std::to_string(wanted),
+              .hint = "run 'latchkey errors' for the list"});
 }
 
 ExitStatus RunErrors(const std::optional<int>& wanted, const Report& report) {

@@ -15,19 +15,15 @@ Failure FailureAt(const CheckSite& site, std::string file) {
 Failure RecordedFailure() {
   const clsErrorObject& record = ErrorRecord();
   const bool isFault = record.ErrorType() == kRunTimeFailure;
-  Failure failure;
-  failure.type = record.ErrorType();
-  failure.location = record.ErrorLocationID();
-  failure.number = isFault ? record.RTErrorNumber() : record.AppErrorNumber();
-  failure.text = Utf8(isFault ? record.RTErrorDescription() : record.AppErrorDescription());
-  failure.hint = HintFor(record.ErrorLocationID());
-  return failure;
+  return {.text = Utf8(isFault ? record.RTErrorDescription() : record.AppErrorDescription()),
+          .hint = std::string(HintFor(record.ErrorLocationID())),
+          .type = record.ErrorType(),
+          .location = record.ErrorLocationID(),
+          .number = isFault ? record.RTErrorNumber() : record.AppErrorNumber()};
 }
 
 Failure FailureOf(const FileError& error) {
-  Failure failure;
-  failure.text = error.what();
-  failure.file = error.Name();
+  Failure failure{.text = error.what(), .file = error.Name()};
   if (error.code() == std::errc::file_exists) {
     failure.hint = "use --force to replace a file, or to write to a device or pipe";
   }
@@ -35,19 +31,12 @@ Failure FailureOf(const FileError& error) {
 }
 
 Failure FailureOf(const Fault& fault) {
-  Failure failure;
-  failure.text = Utf8(fault.Description());
-  failure.type = kRunTimeFailure;
-  failure.number = fault.Number();
-  return failure;
+  return {.text = Utf8(fault.Description()), .type = kRunTimeFailure, .number = fault.Number()};
 }
 
 CommandError WrongUsage(std::string text, std::string hint) {
-  Failure failure;
-  failure.text = std::move(text);
-  failure.hint = std::move(hint);
-  failure.status = ExitStatus::WrongUsage;
-  return CommandError(std::move(failure));
+  return CommandError(
+      Failure{.text = std::move(text), .hint = std::move(hint), .status = ExitStatus::WrongUsage});
 }
 
 std::string FailureLine(const Failure& failure) {

@@ -19,9 +19,12 @@ enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2, Guessed = 3 };
 // The error record and its subject. A failure of the component has a location; a failure of the
 // operating system or of the command itself has only its text.
 struct Failure {
-  std::string text;
-  std::string file;  // empty if no file is concerned
-  std::string hint;  // what to try; may be empty
+  // NOLINTBEGIN(readability-redundant-member-init): without a value GCC warns of initializers that
+  // leave the member out
+  std::string text{};
+  std::string file{};  // empty if no file is concerned
+  std::string hint{};  // what to try; may be empty
+  // NOLINTEND(readability-redundant-member-init)
   std::int32_t type = 0;
   std::int32_t location = 0;
   std::int32_t number = 0;

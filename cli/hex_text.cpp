@@ -23,16 +23,15 @@ bool IsSpace(std::uint8_t character) {
 CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::string& file) {
   const bool isVisible = character > ' ' && character < 0x7F;
   const std::array code{character};
-  Failure failure;
-  failure.text = "not a hexadecimal digit: " +
-                 (isVisible ? "'" + std::string(1, static_cast<char>(character)) + "'"
-                            : "byte " + LowerHexOf(code)) +
-                 " at position " + std::to_string(position);
-  failure.file = file;
-  failure.hint =
-      "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x before a byte are "
-      "skipped";
-  return CommandError(std::move(failure));
+  return CommandError(Failure{
+      .text = "not a hexadecimal digit: " +
+              (isVisible ? "'" + std::string(1, static_cast<char>(character)) + "'"
+                         : "byte " + LowerHexOf(code)) +
+              " at position " + std::to_string(position),
+      .file = file,
+      .hint =
+          "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x before a byte are "
+          "skipped"});
 }
 
 }  // namespace

@@ -42,12 +42,11 @@ std::vector<SampleBytes> ReadAll(const Options& options, const Report& report) {
 }
 
 CommandError NothingFits(const std::string& file) {
-  Failure failure;
-  failure.text = "no provider, hash and cipher fit under this password";
-  failure.file = file;
-  failure.hint =
-      "try another password; 'latchkey hex -d' converts a ciphertext kept as text to bytes";
-  return CommandError(failure);
+  return CommandError(Failure{
+      .text = "no provider, hash and cipher fit under this password",
+      .file = file,
+      .hint =
+          "try another password; 'latchkey hex -d' converts a ciphertext kept as text to bytes"});
 }
 
 ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Report& report) {

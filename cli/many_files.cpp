@@ -113,10 +113,8 @@ bool ManyFiles::IsSkipped(const PlannedFile& file) const {
   if (existing == FileKind::Nothing) return false;
   if (work_.options.skipExisting) return true;
   if (!work_.replaces || existing == FileKind::File) return false;
-  Failure failure;
-  failure.text = "cannot replace what is no regular file";
-  failure.file = file.output;
-  throw CommandError(failure);
+  throw CommandError(
+      Failure{.text = "cannot replace what is no regular file", .file = file.output});
 }
 
 void ManyFiles::Transform(PlannedFile& file, OutputGroup& group, WipedBytes& buffer,

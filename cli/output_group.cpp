@@ -47,9 +47,7 @@ void OutputGroup::Name(OutputFile& output, const Member& member, bool isFlushed)
 
 void OutputGroup::FlushNames() {
   if (disk_.Names()) return;
-  Failure failure;
-  failure.text = "cannot write the outputs' names to the disk";
-  results_.AddFailed(failure);
+  results_.AddFailed(Failure{.text = "cannot write the outputs' names to the disk"});
 }
 
 }  // namespace latchkey::cli

@@ -17,10 +17,7 @@ namespace latchkey::cli {
 namespace {
 
 CommandError Failed(std::string text, std::string hint = {}) {
-  Failure failure;
-  failure.text = std::move(text);
-  failure.hint = std::move(hint);
-  return CommandError(std::move(failure));
+  return CommandError(Failure{.text = std::move(text), .hint = std::move(hint)});
 }
 
 WipedBytes ReadAll(InputFile file) {

@@ -34,9 +34,7 @@ struct SaltOptions {
 };
 
 CommandError NoRandomData() {
-  Failure failure;
-  failure.text = "the provider gave no random data";
-  return CommandError(failure);
+  return CommandError(Failure{.text = "the provider gave no random data"});
 }
 
 // Throws the failure that an operation left in the error record. An empty result without a record

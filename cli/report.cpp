@@ -15,10 +15,7 @@ std::string TextOf(const Json& json) {
 
 void WriteOutput(std::string_view text) {
   if (WriteText(StandardStream::Output, text)) return;
-  Failure failure;
-  failure.text = "cannot write";
-  failure.file = "standard output";
-  throw CommandError(failure);
+  throw CommandError(Failure{.text = "cannot write", .file = "standard output"});
 }
 
 }  // namespace

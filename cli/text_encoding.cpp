@@ -89,9 +89,7 @@ WipedBytes ToUtf16(std::span<const char16_t> text) {
 }
 
 CommandError Missing(const std::string& name) {
-  Failure failure;
-  failure.text = "this system lacks the encoding " + name;
-  return CommandError(std::move(failure));
+  return CommandError(Failure{.text = "this system lacks the encoding " + name});
 }
 
 // "windows-1252" for "1252" and "cp1252".

@@ -7,12 +7,6 @@ namespace {
 
 constexpr std::uint8_t kSpace = ' ';
 
-Failure Because(const char* text) {
-  Failure failure;
-  failure.text = text;
-  return failure;
-}
-
 }  // namespace
 
 RecordCounts& RecordCounts::operator+=(const RecordCounts& other) noexcept {
@@ -51,11 +45,13 @@ void BlockTransform::DecodeFields(ByteSpan block) {
 }
 
 FieldFailure BlockTransform::DecodeField(ByteSpan block, const ScannedRecord& record) {
-  if (record.state == FieldState::Bad) return Because(record.fault);
+  if (record.state == FieldState::Bad) return Failure{.text = record.fault};
   const ByteSpan source = record.source.Of(block);
   if (!record.isEscaped) return tools_.from->Decode(source, values_);
   unescaped_.clear();
-  if (!tools_.format->Unescape(source, unescaped_)) return Because("a wrong escape in the field");
+  if (!tools_.format->Unescape(source, unescaped_)) {
+    return Failure{.text = "a wrong escape in the field"};
+  }
   return tools_.from->Decode(unescaped_, values_);
 }
 
@@ -107,7 +103,7 @@ FieldFailure BlockTransform::WriteRecord(ByteSpan block, std::size_t number, Blo
   Append(RangeOf(record.all.begin, record.target.begin).Of(block), result.text);
   if (!tools_.format->Write(encoded_, record, result.text)) {
     result.text.resize(before);
-    return Because("the format cannot hold the result");
+    return Failure{.text = "the format cannot hold the result"};
   }
   Append(RangeOf(record.target.end, record.all.end).Of(block), result.text);
   ++result.counts.changed;

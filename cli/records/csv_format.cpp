@@ -52,16 +52,13 @@ void ReadQuoted(ByteSpan block, ScannedRecord& record) {
 
 // Does not show the header: without one in the file, that is a record.
 CommandError NoSuchColumn(const std::string& name) {
-  Failure failure;
-  failure.text = "the header has no column " + name;
-  failure.hint = "--column also takes a number; --no-header is for files without a header";
-  return CommandError(std::move(failure));
+  return CommandError(
+      Failure{.text = "the header has no column " + name,
+              .hint = "--column also takes a number; --no-header is for files without a header"});
 }
 
 CommandError WrongHeader(std::string text) {
-  Failure failure;
-  failure.text = std::move(text);
-  return CommandError(std::move(failure));
+  return CommandError(Failure{.text = std::move(text)});
 }
 
 }  // namespace

@@ -12,13 +12,6 @@
 namespace latchkey::cli {
 namespace {
 
-Failure Because(std::string text, std::string hint = {}) {
-  Failure failure;
-  failure.text = std::move(text);
-  failure.hint = std::move(hint);
-  return failure;
-}
-
 bool IsSpace(std::uint8_t byte) {
   return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
 }
@@ -82,8 +75,8 @@ class HexCodec final : public FieldCodec {
     if (isGood && text.size() % 2 == 0) return {};
     bytes.resize(before);
     if (isGood) return FailureAt(check::kHexLength);
-    return Because("not a hexadecimal digit in the field",
-                   "--from base64 and --from text read other fields");
+    return Failure{.text = "not a hexadecimal digit in the field",
+                   .hint = "--from base64 and --from text read other fields"};
   }
 
   const HexDigits& hex_ = FastestHexDigits();
@@ -128,7 +121,8 @@ class Base64Codec final : public FieldCodec {
       bytes.resize(before + length.value_or(0));
       if (length) return {};
     }
-    return Because("the field is not Base64", "--from hex and --from text read other fields");
+    return Failure{.text = "the field is not Base64",
+                   .hint = "--from hex and --from text read other fields"};
   }
 };
 
@@ -158,9 +152,10 @@ class SameTextCodec final : public FieldCodec {
  private:
   [[nodiscard]] FieldFailure Copy(ByteSpan from, WipedBytes& to, const char* refusal) const {
     if (!takesAny_ && !IsUtf8(from)) {
-      return Because(refusal,
-                     "--text-encoding names the encoding of the encrypted text, for "
-                     "example windows-1252");
+      return Failure{.text = refusal,
+                     .hint =
+                         "--text-encoding names the encoding of the encrypted text, for "
+                         "example windows-1252"};
     }
     Append(from, to);
     return {};
@@ -191,7 +186,7 @@ class TextCodec final : public FieldCodec {
       return {};
     }
     const auto converted = Converted(text, from, to);
-    if (!converted) return Because(std::string(refusal) + " (" + encoding_.Name() + ")");
+    if (!converted) return Failure{.text = std::string(refusal) + " (" + encoding_.Name() + ")"};
     Append(*converted, result);
     return {};
   }

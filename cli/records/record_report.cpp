@@ -15,11 +15,8 @@ std::filesystem::path PathOf(const std::string& name) {
 }
 
 CommandError CannotWrite(const std::string& file, std::string hint = {}) {
-  Failure failure;
-  failure.text = "cannot write the report";
-  failure.file = file;
-  failure.hint = std::move(hint);
-  return CommandError(std::move(failure));
+  return CommandError(
+      Failure{.text = "cannot write the report", .file = file, .hint = std::move(hint)});
 }
 
 std::string BytesMissing(std::size_t count) {

@@ -16,13 +16,6 @@ bool BeginsWith(ByteSpan bytes, ByteSpan start) {
   return bytes.size() >= start.size() && std::ranges::equal(bytes.first(start.size()), start);
 }
 
-CommandError Failed(std::string text, std::string hint) {
-  Failure failure;
-  failure.text = std::move(text);
-  failure.hint = std::move(hint);
-  return CommandError(std::move(failure));
-}
-
 // The pieces under way are consecutive and at most one for each worker, so that each has a slot.
 class RecordStages final : public PieceStages {
  public:
@@ -80,8 +73,9 @@ void RecordStages::ReadWhole(StreamPiece& piece) {
     piece.length = piece.isLast ? count : format_.LengthOfWhole(bytes);
     if (piece.length > 0 || piece.isLast) break;
     if (count >= kLongestRecord) {
-      throw Failed("a record is longer than 64 MiB, from line " + std::to_string(line_),
-                   "does a quoted field there have no end?");
+      throw CommandError(
+          Failure{.text = "a record is longer than 64 MiB, from line " + std::to_string(line_),
+                  .hint = "does a quoted field there have no end?"});
     }
     InlineBytes larger(std::min(2 * piece.bytes.size(), kLongestRecord));
     std::ranges::copy(bytes, larger.data());
@@ -96,7 +90,8 @@ void RecordStages::ReadWhole(StreamPiece& piece) {
 // The header and what precedes it.
 std::size_t RecordStages::ReadStart(ByteSpan bytes, WipedBytes& output) {
   if (BeginsWith(bytes, kUtf16Bom)) {
-    throw Failed("the records are UTF-16", "convert them to UTF-8 first, for example with iconv");
+    throw CommandError(Failure{.text = "the records are UTF-16",
+                               .hint = "convert them to UTF-8 first, for example with iconv"});
   }
   const std::size_t mark = BeginsWith(bytes, kUtf8Bom) ? kUtf8Bom.size() : 0;
   Append(bytes.first(mark), output);

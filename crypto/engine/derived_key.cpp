@@ -33,8 +33,12 @@ bool KeySettings::UsesEnhancedProvider() const noexcept {
 bool KeySettings::HasBlockCipher() const noexcept { return cipher != kRc4; }
 
 std::size_t KeySettings::MissingBytes(std::uint64_t length) const noexcept {
+  return HasBlockCipher() ? BytesToWholeBlocks(length) : 0;
+}
+
+std::size_t BytesToWholeBlocks(std::uint64_t length) noexcept {
   const auto rest = static_cast<std::size_t>(length % provider::kBlockSize);
-  return HasBlockCipher() && rest != 0 ? provider::kBlockSize - rest : 0;
+  return rest == 0 ? 0 : provider::kBlockSize - rest;
 }
 
 const CheckSite* DerivedKey::Open(const KeySettings& settings, const CipherSites& sites) {

@@ -25,13 +25,15 @@ struct KeySettings {
   [[nodiscard]] bool UsesEnhancedProvider() const noexcept;
   [[nodiscard]] bool HasBlockCipher() const noexcept;
 
-  // The number of bytes that a ciphertext of that length lacks to be whole blocks; 0 for a stream
-  // cipher. Clients that drop trailing spaces remove bytes of value 20 (hexadecimal) from the end
-  // of a ciphertext.
+  // BytesToWholeBlocks for a ciphertext of that length; 0 for a stream cipher. Clients that drop
+  // trailing spaces remove bytes of value 20 (hexadecimal) from the end of a ciphertext.
   [[nodiscard]] std::size_t MissingBytes(std::uint64_t length) const noexcept;
 
   friend bool operator==(const KeySettings&, const KeySettings&) = default;
 };
+
+// The number of bytes that a message of that length lacks to be whole blocks.
+[[nodiscard]] std::size_t BytesToWholeBlocks(std::uint64_t length) noexcept;
 
 // After Derive the key never changes: any number of threads may use it at once.
 class DerivedKey {

@@ -95,7 +95,7 @@ SampleSet::Blocks SampleSet::BlocksOf(const CiphertextSample& sample, std::size_
   Blocks blocks;
   blocks.head = sample.head.first(std::min(sample.head.size(), longest));
   blocks.isWhole = blocks.head.size() == sample.length;
-  blocks.missing = (kBlockSize - sample.length % kBlockSize) % kBlockSize;
+  blocks.missing = BytesToWholeBlocks(sample.length);
   // The last block and, if there is one, the block before it.
   const std::size_t kept =
       std::min(sample.tail.size(), CiphertextSample::kTailLength - blocks.missing);
