@@ -6,7 +6,7 @@ import select
 import stat
 import subprocess
 
-from command import CIPHERS, PROGRAM, CommandTest
+from command import CIPHERS, PROGRAM, CommandTest, system_call, wait_for_read
 from password_test import Terminal
 
 OPTIONS = ["--hash", "md5", "--cipher", "des"]
@@ -170,7 +170,7 @@ class SecretTest(CommandTest):
 
     def writes_output(self, process):
         """Whether the process is in a system call on standard output."""
-        return pathlib.Path(f"/proc/{process.pid}/syscall").read_text().split()[1:2] == ["0x1"]
+        return system_call(process.pid)[1:2] == ["0x1"]
 
     def started(self, source, data):
         """An encryption whose key is made and that waits for its data; open for writing in `data`."""
@@ -254,6 +254,7 @@ class SecretTest(CommandTest):
         terminal = Terminal(self, "encrypt", *OPTIONS, "-o", "out", "in")
         terminal.read_until(b"Password: ")
         self.assertFalse(terminal.echoes())
+        wait_for_read(terminal.pid)
         terminal.type(b"\x03")
         while not terminal.echoes():
             os.sched_yield()

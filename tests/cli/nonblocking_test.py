@@ -1,11 +1,10 @@
 """Inherited streams in non-blocking mode, and partly written JSON."""
 import json
 import os
-import pathlib
 import subprocess
 import threading
 
-from command import CommandTest
+from command import CommandTest, system_call
 
 NAMES = 1500  # their digests as JSON are longer than a pipe holds
 POLLS = ("7", "73", "168", "271")  # poll and ppoll on the systems of Debian
@@ -39,7 +38,7 @@ class NonBlockingTest(CommandTest):
     def wait_for_end_or_poll(self, process):
         """Waits until the command waits for the pipe or has ended."""
         while process.poll() is None:
-            if pathlib.Path(f"/proc/{process.pid}/syscall").read_text().split()[0] in POLLS:
+            if system_call(process.pid)[0] in POLLS:
                 return
             os.sched_yield()
 

@@ -1,8 +1,9 @@
 """The password prompt on Linux: stopped and continued, and with other than ASCII."""
+import os
 import shlex
 
 import pexpect
-from command import PROGRAM, CommandTest
+from command import PROGRAM, CommandTest, wait_for_read
 
 OPTIONS = ["--hash", "md5", "--cipher", "des"]
 PLAIN = b"the quick brown fox"
@@ -40,6 +41,7 @@ class PromptTest(CommandTest):
         for prompt in ("Password: ", "Password again: "):
             shell.expect_exact(prompt)
             shell.send("hidden")
+            wait_for_read(os.tcgetpgrp(shell.child_fd))
             shell.send("\x1a")
             shell.expect_exact("Stopped")
             shell.expect_exact("ready: ")
