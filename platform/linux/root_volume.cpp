@@ -1,9 +1,12 @@
 #include "platform/linux/root_volume.h"
 
+#include <sys/statfs.h>
+
 #include <algorithm>
-#include <fstream>
+#include <array>
+#include <bit>
+#include <charconv>
 #include <limits>
-#include <sstream>
 
 namespace latchkey::platform {
 namespace {
@@ -14,18 +17,10 @@ std::optional<struct statvfs> RootStatus() {
   return status;
 }
 
-// If file systems are mounted over one another, the last in the table is the visible one.
-std::string RootFileSystemName() {
-  std::ifstream mounts("/proc/self/mounts");
-  std::string name;
-  for (std::string line; std::getline(mounts, line);) {
-    std::istringstream fields(line);
-    std::string device;
-    std::string mountPoint;
-    std::string type;
-    if (fields >> device >> mountPoint >> type && mountPoint == "/") name = type;
-  }
-  return name;
+std::string Hexadecimal(std::uint32_t number) {
+  std::array<char, 8> digits{};
+  const auto end = std::to_chars(digits.begin(), digits.end(), number, 16).ptr;
+  return {digits.begin(), end};
 }
 
 std::uint32_t Saturated(std::uint64_t value) {
@@ -41,9 +36,11 @@ std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept {
 }
 
 std::optional<VolumeInformation> RootVolume() {
-  const auto status = RootStatus();
-  if (!status) return std::nullopt;
-  return VolumeInformation{"", VolumeNumber(status->f_fsid), RootFileSystemName()};
+  struct statfs status {};
+  if (::statfs("/", &status) != 0) return std::nullopt;
+  const auto id = std::bit_cast<std::uint64_t>(status.f_fsid);
+  return VolumeInformation{"", VolumeNumber(id),
+                           Hexadecimal(static_cast<std::uint32_t>(status.f_type))};
 }
 
 std::optional<DiskSpace> RootSpace() {

@@ -21,8 +21,8 @@ inline constexpr std::uint32_t kLargestVolumeNumber = 124;
 // digits.
 [[nodiscard]] std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept;
 
-// The type's name ("ext4") is from the mount table; the volume name is empty. Nothing if the file
-// system cannot be queried.
+// The file system's name is the number of its type, in hexadecimal; the volume name is empty.
+// Nothing if the file system cannot be queried.
 [[nodiscard]] std::optional<VolumeInformation> RootVolume();
 [[nodiscard]] std::optional<DiskSpace> RootSpace();
 

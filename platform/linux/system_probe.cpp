@@ -5,8 +5,8 @@
 #include <ctime>
 
 #include "base/never_destroyed.h"
-#include "platform/linux/processes.h"
 #include "platform/linux/root_volume.h"
+#include "platform/linux/threads.h"
 #include "platform/system_code_page.h"
 
 namespace latchkey::platform {
@@ -43,10 +43,11 @@ class LinuxProbe final : public SystemProbe {
     return RootClusters();
   }
 
-  // Visits processes by number instead of asking a display server, whose answers may be wrong or
+  // Visits threads by number instead of asking a display server, whose answers may be wrong or
   // missing.
   void EnumWindows(const WindowVisitor& visit) override {
-    VisitProcesses("/proc", [&](pid_t process) { visit(static_cast<WindowHandle>(process)); });
+    VisitThreads("/proc/self/task",
+                 [&](pid_t thread) { visit(static_cast<WindowHandle>(thread)); });
   }
   void EnumChildWindows(WindowHandle /*parent*/, const WindowVisitor& /*visit*/) override {}
   int GetWindowTextA(WindowHandle /*window*/, std::span<char> /*buffer*/) override { return 0; }

@@ -1,5 +1,6 @@
 #include "platform/linux/root_volume.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -39,7 +40,7 @@ TEST(RootVolumeTest, ThisMachinesVolumeHasSuchANumberAndAFileSystem) {
   ASSERT_TRUE(volume);
   EXPECT_GE(volume->serialNumber, 1U);
   EXPECT_LE(volume->serialNumber, kLargestVolumeNumber);
-  EXPECT_NE(volume->fileSystemName, "");
+  EXPECT_THAT(volume->fileSystemName, ::testing::MatchesRegex("[0-9a-f]+"));
 }
 
 TEST(RootVolumeTest, FreeBytesAreForAllUsersAndAvailableBytesForThisOne) {

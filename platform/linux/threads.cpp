@@ -1,4 +1,4 @@
-#include "platform/linux/processes.h"
+#include "platform/linux/threads.h"
 
 #include <dirent.h>
 
@@ -14,8 +14,8 @@ struct CloseFolder {
   void operator()(DIR* folder) const noexcept { ::closedir(folder); }
 };
 
-// The number that the whole name spells, or 0, which no process has.
-pid_t ProcessNamed(std::string_view name) noexcept {
+// The number that the whole name spells, or 0, which no thread has.
+pid_t ThreadNamed(std::string_view name) noexcept {
   pid_t number = 0;
   const char* const end = name.data() + name.size();
   const auto [stop, error] = std::from_chars(name.data(), end, number);
@@ -24,13 +24,13 @@ pid_t ProcessNamed(std::string_view name) noexcept {
 
 }  // namespace
 
-void VisitProcesses(const char* folder, const std::function<void(pid_t)>& visit) {
+void VisitThreads(const char* folder, const std::function<void(pid_t)>& visit) {
   const std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder));
   if (entries == nullptr) return;
   // NOLINTNEXTLINE(concurrency-mt-unsafe): each call reads its own folder
   while (const dirent* const entry = ::readdir(entries.get())) {
-    const pid_t process = ProcessNamed(static_cast<const char*>(entry->d_name));
-    if (process > 0) visit(process);
+    const pid_t thread = ThreadNamed(static_cast<const char*>(entry->d_name));
+    if (thread > 0) visit(thread);
   }
 }
 
