@@ -6,6 +6,7 @@ GOALS = {
     "3DES-CBC encryption": 1.0, "RC2-CBC encryption": 1.0, "RC4 encryption": 1.0, "MD2": 0.97, "MD4": 0.97, "MD5": 0.97,
     "SHA-1": 0.97,
 }
+LEVEL_NAMES = {"avx512": "AVX-512", "avx2": "AVX2", "portable": "portable"}
 DECRYPTIONS = [work for work in GOALS if work.endswith("decryption")]  # where LATCHKEY_CPU matters most
 
 
@@ -53,6 +54,20 @@ def level_table(reports, levels):
             has = report.context["kernels"] == level
             cells.append(ratio_cell(Workload([report], name), GOALS[name]) if has else "not on this machine")
         yield f"| {' | '.join(cells)} |"
+
+
+def speed_bars(report, levels):
+    """The bars of each decryption: Latchkey with the widest instructions and with those of `levels`, and the peer."""
+    bars = {}
+    for name in DECRYPTIONS:
+        work = Workload([report], name)
+        bars[name] = [(f"Latchkey, {LEVEL_NAMES[report.context['kernels']]}", work.rates["latchkey"], work.ratio)]
+        for level, other in levels.items():
+            if other.context["kernels"] == level != report.context["kernels"]:
+                narrower = Workload([other], name)
+                bars[name].append((LEVEL_NAMES[level], narrower.rates["latchkey"], narrower.ratio))
+        bars[name].append((f"{work.fastest}, the fastest peer", work.rates[work.fastest], None))
+    return bars
 
 
 def ratio_cell(work, goal):
