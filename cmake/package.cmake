@@ -27,6 +27,19 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR})  # of the library, for the extensions
 
+# For another architecture dpkg-shlibdeps reads the files and the database that tools/cross_root made.
+set(package_environment)
+if(LATCHKEY_DEBIAN_ARCH)
+  set(CPACK_DEBIAN_PACKAGE_ARCHITECTURE ${LATCHKEY_DEBIAN_ARCH})
+  list(GET CMAKE_FIND_ROOT_PATH 0 root)
+  foreach(folder usr/lib lib)
+    list(APPEND CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${root}/${folder}/${CMAKE_LIBRARY_ARCHITECTURE})
+  endforeach()
+  set(package_environment
+"set(ENV{DEB_HOST_ARCH} ${LATCHKEY_DEBIAN_ARCH})
+set(ENV{DPKG_ADMINDIR} ${root}/var/lib/dpkg)")
+endif()
+
 set(debian ${PROJECT_SOURCE_DIR}/packaging/debian)
 set(library_package lib${CPACK_PACKAGE_NAME}${PROJECT_VERSION_MAJOR})
 
@@ -94,11 +107,12 @@ string(REGEX REPLACE ".*>  " "" release "${release}")
 execute_process(COMMAND date --date=${release} +%s OUTPUT_VARIABLE release OUTPUT_STRIP_TRAILING_WHITESPACE
   COMMAND_ERROR_IS_FATAL ANY)
 file(WRITE ${PROJECT_BINARY_DIR}/release_date ${release}\n)
-file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/package_date.cmake CONTENT [[
+file(CONFIGURE OUTPUT ${PROJECT_BINARY_DIR}/package_settings.cmake CONTENT [[
 if(NOT DEFINED ENV{SOURCE_DATE_EPOCH})
   set(ENV{SOURCE_DATE_EPOCH} @release@)
 endif()
+@package_environment@
 ]] @ONLY)
-set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/package_date.cmake)
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_BINARY_DIR}/package_settings.cmake)
 
 include(CPack)

@@ -33,3 +33,11 @@ as_root() {
 has_native_wine32() {
   [[ -x /usr/lib/wine/wine && -d /usr/lib/i386-linux-gnu/wine/i386-unix ]]
 }
+
+# Prints the Debian mirror that apt is configured to use; nothing if debootstrap's default must be
+# used.
+apt_mirror() {
+  # shellcheck disable=SC2016  # apt-get expands it
+  apt-get indextargets --format '$(REPO_URI)' 'Created-By: Packages' 'Codename: bookworm' 'Component: main' 2>/dev/null |
+    grep -m1 -E '^https?://' || true
+}

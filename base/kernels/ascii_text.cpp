@@ -8,6 +8,9 @@ const AsciiText& AsciiTextAt(CpuLevel level) noexcept {
     case CpuLevel::Avx512:
     case CpuLevel::Avx2:
       return kAsciiTextAvx2;
+#elif defined(LATCHKEY_ARM_KERNELS)
+    case CpuLevel::Neon:
+      return kAsciiTextNeon;
 #endif
     default:
       return kAsciiTextPortable;

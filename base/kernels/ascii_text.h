@@ -10,5 +10,6 @@ namespace latchkey {
 
 // Defined in builds that have kernels for the level.
 extern const AsciiText kAsciiTextAvx2;
+extern const AsciiText kAsciiTextNeon;
 
 }  // namespace latchkey

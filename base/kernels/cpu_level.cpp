@@ -12,7 +12,7 @@
 namespace latchkey {
 namespace {
 
-constexpr std::array kNames{"portable", "avx2", "avx512"};
+constexpr std::array kNames{"portable", "avx2", "avx512", "neon"};
 
 // Queries the CPU itself (leaf 7, EBX bit 29), since __builtin_cpu_supports has no "sha" in clang
 // 14.
@@ -41,6 +41,8 @@ CpuLevel HighestCpuLevel() noexcept {
     return CpuLevel::Avx512;
   }
   if (static_cast<bool>(__builtin_cpu_supports("avx2"))) return CpuLevel::Avx2;
+#elif defined(LATCHKEY_ARM_KERNELS)
+  return CpuLevel::Neon;  // part of the architecture
 #endif
   return CpuLevel::Portable;
 }
@@ -50,7 +52,9 @@ const char* NameOf(CpuLevel level) noexcept { return kNames.at(static_cast<std::
 CpuLevel CpuLevelNamed(std::string_view name, CpuLevel highest) noexcept {
   const auto place = std::distance(kNames.begin(), std::find(kNames.begin(), kNames.end(), name));
   if (static_cast<std::size_t>(place) == kNames.size()) return highest;
-  return std::min(static_cast<CpuLevel>(place), highest);
+  const auto level = static_cast<CpuLevel>(place);
+  if (level == CpuLevel::Portable) return level;
+  return level == CpuLevel::Neon || highest == CpuLevel::Neon ? highest : std::min(level, highest);
 }
 
 CpuLevel ChosenCpuLevel() noexcept {

@@ -8,6 +8,9 @@ const HexDigits& HexDigitsAt(CpuLevel level) noexcept {
     case CpuLevel::Avx512:
     case CpuLevel::Avx2:
       return kHexDigitsAvx2;
+#elif defined(LATCHKEY_ARM_KERNELS)
+    case CpuLevel::Neon:
+      return kHexDigitsNeon;
 #endif
     default:
       return kHexDigitsPortable;

@@ -10,5 +10,6 @@ namespace latchkey {
 
 // Defined in builds that have kernels for the level.
 extern const HexDigits kHexDigitsAvx2;
+extern const HexDigits kHexDigitsNeon;
 
 }  // namespace latchkey

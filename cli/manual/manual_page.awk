@@ -1,4 +1,5 @@
-# Writes the manual page: awk -v version=VERSION -f manual_page.awk latchkey.1.in, in the folder of the command.
+# Writes the manual page: awk -v version=VERSION -v command=COMMAND -f manual_page.awk latchkey.1.in, where COMMAND runs
+# the command.
 # The sections of the commands are made from their --help, so that the two cannot differ.
 
 # Text that roff shows as it is.
@@ -20,7 +21,7 @@ function head(names,  place, value) {
 }
 
 function section(name,  help, line, number, example) {
-  help = "./latchkey " name " --help"
+  help = command " " name " --help"
   print ".SS " toupper(name)
   number = example = 0
   while ((help | getline line) > 0) {
@@ -45,7 +46,7 @@ function section(name,  help, line, number, example) {
 }
 
 function is_group(name,  help, line, found) {
-  help = "./latchkey " name " --help"
+  help = command " " name " --help"
   while ((help | getline line) > 0) if (line ~ /^Subcommands:/) found = 1
   if (close(help) != 0) exit 1
   return found
@@ -53,7 +54,7 @@ function is_group(name,  help, line, found) {
 
 # The commands of a group, "records ", or all of them.
 function sections(group,  help, line, listed) {
-  help = "./latchkey " group "--help"
+  help = command " " group "--help"
   while ((help | getline line) > 0) {
     if (line ~ /^Subcommands:/) {
       listed = 1

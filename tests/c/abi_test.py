@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""abi_test.py LIBRARY COMPILER [--write]: checks that what compiled clients depend on has not changed in this version.
+"""abi_test.py LIBRARY COMPILER [--write|EMULATOR...]: checks that what compiled clients depend on has not changed in this version.
 
 abi_N.txt lists the exported symbols of version LATCHKEY_N, and the functions, structs and enums of latchkey.h as the
 compiler lays them out. A change that clients would notice needs another version: raise it in
@@ -42,27 +42,28 @@ def program(text):
     return "#include <latchkey.h>\n#include <stdio.h>\nint main(void) {\n" + "\n".join(lines) + "\nreturn 0;\n}\n"
 
 
-def layouts(text, compiler):
+def layouts(text, compiler, emulator):
     with tempfile.TemporaryDirectory() as folder:
         source, printer = pathlib.Path(folder, "layouts.c"), pathlib.Path(folder, "layouts")
         source.write_text(program(text))
         subprocess.run([compiler, "-std=c11", "-pedantic-errors", f"-I{HEADER.parent}", source, "-o", printer], check=True)
-        return subprocess.run([printer], check=True, capture_output=True, text=True).stdout.splitlines()
+        return subprocess.run([*emulator, printer], check=True, capture_output=True, text=True).stdout.splitlines()
 
 
-def interface(library, compiler):
+def interface(library, compiler, emulator):
     text = declarations()
     symbols = sorted(exported(library))
-    found = functions(text), layouts(text, compiler)
+    found = functions(text), layouts(text, compiler, emulator)
     assert all(len(each) > 20 for each in (symbols, *found)), "the header is written in another way"
     parts = {"functions": found[0], "structs and enums": found[1], f"symbols of version {VERSION}": symbols}
     return "".join(f"# {name}\n" + "\n".join(lines) + "\n" for name, lines in parts.items())
 
 
 def main():
-    library, compiler, *options = sys.argv[1:]
-    current = interface(library, compiler)
-    if options == ["--write"]:
+    library, compiler, *emulator = sys.argv[1:]
+    writes = emulator == ["--write"]
+    current = interface(library, compiler, [] if writes else emulator)
+    if writes:
         LIST.write_text(current)
     listed = LIST.read_text() if LIST.exists() else ""
     for line in difflib.unified_diff(listed.splitlines(), current.splitlines(), str(LIST), "the library", lineterm=""):

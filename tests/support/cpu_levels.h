@@ -12,8 +12,9 @@ namespace latchkey::test {
 
 inline std::vector<CpuLevel> LevelsOfThisMachine() {
   std::vector<CpuLevel> levels;
-  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
-    if (level <= HighestCpuLevel()) levels.push_back(level);
+  for (const CpuLevel level :
+       {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512, CpuLevel::Neon}) {
+    if (CpuLevelNamed(NameOf(level), HighestCpuLevel()) == level) levels.push_back(level);
   }
   return levels;
 }

@@ -9,6 +9,9 @@ const BulkDecryption<des::KeySchedule>& DesBulk(CpuLevel level) noexcept {
       return kDesBulkAvx512;
     case CpuLevel::Avx2:
       return kDesBulkAvx2;
+#elif defined(LATCHKEY_ARM_KERNELS)
+    case CpuLevel::Neon:
+      return kDesBulkNeon;
 #endif
     default:
       return kDesBulkPortable;
@@ -22,6 +25,9 @@ const BulkDecryption<Rc2Key>& Rc2Bulk(CpuLevel level) noexcept {
       return kRc2BulkAvx512;
     case CpuLevel::Avx2:
       return kRc2BulkAvx2;
+#elif defined(LATCHKEY_ARM_KERNELS)
+    case CpuLevel::Neon:
+      return kRc2BulkNeon;
 #endif
     default:
       return kRc2BulkPortable;

@@ -37,8 +37,10 @@ struct Rc2Key {
 extern const BulkDecryption<des::KeySchedule> kDesBulkPortable;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx2;
 extern const BulkDecryption<des::KeySchedule> kDesBulkAvx512;
+extern const BulkDecryption<des::KeySchedule> kDesBulkNeon;
 extern const BulkDecryption<Rc2Key> kRc2BulkPortable;
 extern const BulkDecryption<Rc2Key> kRc2BulkAvx2;
 extern const BulkDecryption<Rc2Key> kRc2BulkAvx512;
+extern const BulkDecryption<Rc2Key> kRc2BulkNeon;
 
 }  // namespace latchkey::provider

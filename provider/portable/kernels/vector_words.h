@@ -12,20 +12,30 @@
 
 namespace latchkey::provider::kernels {
 
-// A block's first byte is the lowest of its lane, and a word's the lowest of its part, as the DES
-// permutations and RC2's words expect when bytes are loaded in the order of memory.
-static_assert(std::endian::native == std::endian::little);
+// The word with the bytes of each lane in the other order, on machines whose order is big-endian.
+template <class Word>
+[[gnu::always_inline]] inline Word LowByteFirst(const Word& word) noexcept {
+  if constexpr (std::endian::native == std::endian::little) return word;
+  constexpr std::uint64_t kBytes = 0x00FF00FF00FF00FF;
+  constexpr std::uint64_t kPairs = 0x0000FFFF0000FFFF;
+  const Word pairs = (word >> 8 & kBytes) | (word & kBytes) << 8;
+  const Word halves = (pairs >> 16 & kPairs) | (pairs & kPairs) << 16;
+  return halves >> 32 | halves << 32;
+}
 
+// A block's first byte is the lowest of its lane, and a word's the lowest of its part, as the DES
+// permutations and RC2's words expect.
 template <class Word>
 [[gnu::always_inline]] inline Word Load(const std::uint8_t* from) noexcept {
   Word word;
   std::memcpy(&word, from, sizeof word);
-  return word;
+  return LowByteFirst(word);
 }
 
 template <class Word>
 [[gnu::always_inline]] inline void Store(std::uint8_t* to, const Word& word) noexcept {
-  std::memcpy(to, &word, sizeof word);
+  const Word bytes = LowByteFirst(word);
+  std::memcpy(to, &bytes, sizeof bytes);
 }
 
 // `word` with every bit inverted if `mask` is -1, and unchanged if it is 0.

@@ -18,11 +18,21 @@ TEST(KernelCpuLevelTest, TheNameOfALevelChoosesIt) {
   for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Avx2, CpuLevel::Avx512}) {
     EXPECT_EQ(CpuLevelNamed(NameOf(level), CpuLevel::Avx512), level);
   }
+  for (const CpuLevel level : {CpuLevel::Portable, CpuLevel::Neon}) {
+    EXPECT_EQ(CpuLevelNamed(NameOf(level), CpuLevel::Neon), level);
+  }
 }
 
 TEST(KernelCpuLevelTest, NeverChoosesALevelAboveTheMachines) {
   EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Avx2), CpuLevel::Avx2);
   EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Portable), CpuLevel::Portable);
+}
+
+TEST(KernelCpuLevelTest, ALevelOfAnotherKindOfCpuChoosesTheHighestLevel) {
+  EXPECT_EQ(CpuLevelNamed("avx2", CpuLevel::Neon), CpuLevel::Neon);
+  EXPECT_EQ(CpuLevelNamed("avx512", CpuLevel::Neon), CpuLevel::Neon);
+  EXPECT_EQ(CpuLevelNamed("neon", CpuLevel::Avx512), CpuLevel::Avx512);
+  EXPECT_EQ(CpuLevelNamed("neon", CpuLevel::Portable), CpuLevel::Portable);
 }
 
 TEST(KernelCpuLevelTest, AnyOtherNameChoosesTheHighestLevel) {

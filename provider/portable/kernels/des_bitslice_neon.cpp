@@ -1,0 +1,17 @@
+// 128 blocks at a time in the 128-bit vectors of NEON, which every ARM64 CPU has.
+#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/des_bitslice.h"
+#include "provider/portable/kernels/des_sboxes_gates.h"
+
+namespace latchkey::provider {
+namespace {
+
+using Word = std::uint64_t __attribute__((vector_size(16)));
+using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
+
+}  // namespace
+
+constinit const BulkDecryption<des::KeySchedule> kDesBulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
+                                                              Kernel::kBatchBytes / 2};
+
+}  // namespace latchkey::provider

@@ -1,0 +1,52 @@
+// 16 blocks at a time in the 128-bit vectors of NEON, which every ARM64 CPU has. The expanded key
+// is the table of two look-up instructions of 64 bytes each, so that no memory is addressed by the
+// data.
+#include <arm_neon.h>
+
+#include "provider/portable/kernels/rc2_lanes.h"
+
+namespace latchkey::provider {
+namespace {
+
+struct Vector {
+  using Word = std::uint64_t __attribute__((vector_size(16)));
+  using Lanes = std::uint16_t __attribute__((vector_size(16)));
+
+  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+
+  // In each bit: `one` if `which` is set, otherwise `zero`.
+  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
+    return reinterpret_cast<Lanes>(vbslq_u16(reinterpret_cast<uint16x8_t>(which),
+                                             reinterpret_cast<uint16x8_t>(one),
+                                             reinterpret_cast<uint16x8_t>(zero)));
+  }
+
+  class Table {
+   public:
+    explicit Table(const std::uint16_t* words) noexcept {
+      std::memcpy(&low_, words, sizeof low_);
+      std::memcpy(&high_, words + 32, sizeof high_);
+    }
+
+    // The index of both bytes of each word. The first look-up gives 0 for an index above 63; the
+    // second one keeps its result for an index below 64, which the subtraction makes too large.
+    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
+      const auto bytes = reinterpret_cast<uint8x16_t>(index * 0x0202 + 0x0100);
+      const uint8x16_t found = vqtbl4q_u8(low_, bytes);
+      return reinterpret_cast<Lanes>(vqtbx4q_u8(found, high_, bytes - 64));
+    }
+
+   private:
+    uint8x16x4_t low_;
+    uint8x16x4_t high_;
+  };
+};
+
+using Kernel = Rc2Lanes<Vector>;
+
+}  // namespace
+
+constinit const BulkDecryption<Rc2Key> kRc2BulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
+                                                    Kernel::kBatchBytes / 4};
+
+}  // namespace latchkey::provider
