@@ -3,7 +3,7 @@
 // word. The cipher is then a circuit of bitwise operations on all these blocks at once, and its
 // permutations only choose words. No memory is addressed by a secret.
 //
-// Word is a std::uint64_t or a vector of them; Circuits are the S-boxes. For use in one file for
+// Word is a vector of 64-bit lanes; Circuits are the S-boxes. For use in one file for
 // each kind of CPU (des_bitslice_*.cpp).
 #pragma once
 
@@ -77,51 +77,67 @@ class Bitslice {
     }
   }
 
-  // Transposes eight rows that are `step` apart, and the bits of their numbers from `step` on.
-  template <unsigned step>
-  [[gnu::always_inline]] static void TransposeGroup(Word* rows) noexcept {
-#pragma GCC unroll 4
-    for (unsigned i = 0; i < 4; ++i) kernels::ExchangeParts<4 * step>(rows[i], rows[i + 4]);
+  // Calls kernels::TurnBytes for the four pairs of eight rows whose numbers differ in `bit`.
+  template <unsigned bit>
+  [[gnu::always_inline]] static void TurnRows(Word* rows) noexcept {
 #pragma GCC unroll 8
     for (unsigned i = 0; i < 8; ++i) {
-      if ((i & 2) == 0) kernels::ExchangeParts<2 * step>(rows[i], rows[i + 2]);
+      if ((i & bit) == 0) kernels::TurnBytes(rows[i], rows[i + bit]);
     }
-#pragma GCC unroll 8
-    for (unsigned i = 0; i < 8; i += 2) kernels::ExchangeParts<step>(rows[i], rows[i + 1]);
   }
 
-  // Row n of the data, a word of consecutive blocks, becomes the words' bit n in each 64-bit lane.
+  // Transposes eight rows' bits in each column of bytes.
+  [[gnu::always_inline]] static void TransposeBits(Word* rows) noexcept {
+#pragma GCC unroll 4
+    for (unsigned i = 0; i < 4; ++i) kernels::ExchangeParts<4>(rows[i], rows[i + 4]);
+#pragma GCC unroll 8
+    for (unsigned i = 0; i < 8; ++i) {
+      if ((i & 2) == 0) kernels::ExchangeParts<2>(rows[i], rows[i + 2]);
+    }
+#pragma GCC unroll 8
+    for (unsigned i = 0; i < 8; i += 2) kernels::ExchangeParts<1>(rows[i], rows[i + 1]);
+  }
+
+  // The bits of n one place up (down), and the highest (lowest) of three to the other end.
+  static constexpr std::size_t TurnUp(std::size_t n) { return n % 4 * 2 + n / 4; }
+  static constexpr std::size_t TurnDown(std::size_t n) { return n % 2 * 4 + n / 2; }
+
+  // Row n of the data is a word of consecutive blocks. Word n gets bit n of each block. Which place
+  // in the words a block gets does not matter, so bytes move by interleaving: of the numbers of rows
+  // (k) and bytes (j, in one half h of 128 bits), k2 k1 k0 and h j2 j1 j0 become h k1 k0 and
+  // j2 j1 j0 k2, then h j2 k0 and j1 j0 k2 k1, and so on, until only j is in the rows' numbers.
   void TransposeIn(const std::uint8_t* data) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
       Word rows[8];
       for (std::size_t k = 0; k < 8; ++k) {
         rows[k] = kernels::Load<Word>(data + (8 * k + i) * sizeof(Word));
       }
-      TransposeGroup<8>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[8 * k + i] = rows[k];
+      TurnRows<4>(rows);
+      TurnRows<2>(rows);
+      TurnRows<1>(rows);
+      TurnRows<4>(rows);
+      for (std::size_t k = 0; k < 8; ++k) bits_[8 * TurnUp(k) + i] = rows[k];
     }
-    for (std::size_t i = 0; i < 64; i += 8) {
-      Word rows[8];
-      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[i + k];
-      TransposeGroup<1>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[i + k] = rows[k];
-    }
+    for (std::size_t i = 0; i < 64; i += 8) TransposeBits(bits_ + i);
   }
 
-  // The final permutation reads the halves in exchanged order. Each pair of words holds one bit of
-  // both halves, hence the exclusive or with 1.
+  // The inverse of TransposeIn; three steps restore the bytes' order. The final permutation reads
+  // the halves in exchanged order. Each pair of words holds one bit of both halves, hence the
+  // exclusive or with 1.
   void TransposeOut(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
       Word rows[8];
-      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * k + i) ^ 1];
-      TransposeGroup<8>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * k + i) ^ 1] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * TurnUp(k) + i) ^ 1];
+      TurnRows<2>(rows);
+      TurnRows<1>(rows);
+      TurnRows<4>(rows);
+      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * TurnUp(k) + i) ^ 1] = rows[k];
     }
     for (std::size_t i = 64; i > 0;) {
       i -= 8;
       Word rows[8];
       for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(i + k) ^ 1];
-      TransposeGroup<1>(rows);
+      TransposeBits(rows);
       std::uint8_t* const place = data + i * sizeof(Word);
       kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kBlockSize);
     }

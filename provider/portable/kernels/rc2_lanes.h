@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <tuple>
 
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
@@ -23,7 +24,7 @@ class Rc2Lanes {
   using Lanes = typename Vector::Lanes;  // the same size with 16-bit lanes
 
  public:
-  static constexpr std::size_t kGroups = 2;
+  static constexpr std::size_t kGroups = Vector::kGroups;
   static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes its
@@ -31,10 +32,22 @@ class Rc2Lanes {
   static void Decrypt(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
     Run(key, data, batches, feedback);
-    platform::WipeStackBelow();
+    platform::WipeStackBelowBatches();
   }
 
  private:
+  static constexpr std::size_t kKeyWords = std::tuple_size_v<decltype(Rc2Key::words)>;
+
+  // The key's words in all lanes, and as the table of the mashing rounds.
+  struct Keys {
+    explicit Keys(const Rc2Key& key) noexcept : table(key.words.data()) {
+      for (std::size_t i = 0; i < kKeyWords; ++i) spread[i] = Lanes{} + key.words[i];
+    }
+
+    Lanes spread[kKeyWords];
+    typename Vector::Table table;
+  };
+
   // The words 0 to 3 of the blocks of each group.
   struct State {
     Lanes r[4][kGroups];
@@ -49,17 +62,18 @@ class Rc2Lanes {
   }
 
   template <unsigned i>
-  static void UnmixWord(State& state, std::uint16_t key) noexcept {
+  static void UnmixWord(State& state, const Lanes& key) noexcept {
     constexpr unsigned kTurns[4] = {1, 2, 3, 5};
+#pragma GCC unroll 4
     for (std::size_t g = 0; g < kGroups; ++g) {
       Lanes& word = state.r[i][g];
       const Lanes chosen =
           Vector::Choose(state.r[(i + 3) % 4][g], state.r[(i + 2) % 4][g], state.r[(i + 1) % 4][g]);
-      word = ((word >> kTurns[i]) | (word << (16 - kTurns[i]))) - chosen - Vector::Spread(key);
+      word = ((word >> kTurns[i]) | (word << (16 - kTurns[i]))) - key - chosen;
     }
   }
 
-  static void Unmix(State& state, const std::uint16_t* key) noexcept {
+  static void Unmix(State& state, const Lanes* key) noexcept {
     UnmixWord<3>(state, key[3]);
     UnmixWord<2>(state, key[2]);
     UnmixWord<1>(state, key[1]);
@@ -69,26 +83,25 @@ class Rc2Lanes {
   static void Unmash(State& state, const typename Vector::Table& table) noexcept {
 #pragma GCC unroll 4
     for (std::size_t n = 0; n < 4; ++n) {
-      for (std::size_t g = 0; g < kGroups; ++g) {
-        state.r[3 - n][g] -= table.WordsAt(state.r[(6 - n) % 4][g] & 63);
-      }
+      Lanes words[kGroups];
+      table.WordsAt(state.r[(6 - n) % 4], words);
+#pragma GCC unroll 4
+      for (std::size_t g = 0; g < kGroups; ++g) state.r[3 - n][g] -= words[g];
     }
   }
 
   // Sixteen mixing rounds backwards; the mashing rounds follow the fifth and the eleventh.
-  static void DecryptState(const Rc2Key& key, const typename Vector::Table& table,
-                           State& state) noexcept {
-    const std::uint16_t* words = key.words.data() + key.words.size();
+  static void DecryptState(const Keys& keys, State& state) noexcept {
+    const Lanes* words = keys.spread + kKeyWords;
     bool isFirst = true;
     for (const unsigned rounds : {5U, 6U, 5U}) {
-      if (!isFirst) Unmash(state, table);
+      if (!isFirst) Unmash(state, keys.table);
       isFirst = false;
       for (unsigned i = 0; i < rounds; ++i) Unmix(state, words -= 4);
     }
   }
 
-  [[gnu::flatten]] static void DecryptBatch(const Rc2Key& key, const typename Vector::Table& table,
-                                            std::uint8_t* data,
+  [[gnu::flatten]] static void DecryptBatch(const Keys& keys, std::uint8_t* data,
                                             const std::uint8_t* feedback) noexcept {
     State state;
     Word rows[4 * kGroups];
@@ -101,7 +114,7 @@ class Rc2Lanes {
         state.r[i][g] = reinterpret_cast<Lanes>(rows[4 * g + i]);
       }
     }
-    DecryptState(key, table, state);
+    DecryptState(keys, state);
     for (std::size_t g = 0; g < kGroups; ++g) {
       for (std::size_t i = 0; i < 4; ++i) {
         rows[4 * g + i] = reinterpret_cast<Word>(state.r[i][g]);
@@ -114,11 +127,11 @@ class Rc2Lanes {
   // Not inlined into the caller's frame, so that table and blocks are below that and can be wiped.
   [[gnu::noinline]] static void Run(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                                     std::uint8_t* feedback) noexcept {
-    const typename Vector::Table table(key.words.data());
+    const Keys keys(key);
     for (; batches > 0; --batches, data += kBatchBytes) {
       std::uint8_t next[kBlockSize];
       std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
-      DecryptBatch(key, table, data, feedback);
+      DecryptBatch(keys, data, feedback);
       std::memcpy(feedback, next, sizeof next);
     }
   }

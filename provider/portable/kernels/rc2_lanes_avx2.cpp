@@ -1,4 +1,4 @@
-// 32 blocks at a time; compiled for AVX2. A key word is looked up by byte shuffles of eight words
+// 32 blocks at a time; compiled for AVX2. A key word is looked up by byte shuffles of sixteen bytes
 // each, so that no memory is addressed by the data.
 #include <immintrin.h>
 
@@ -11,41 +11,55 @@ struct Vector {
   using Word = std::uint64_t __attribute__((vector_size(32)));
   using Lanes = std::uint16_t __attribute__((vector_size(32)));
 
-  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+  static constexpr std::size_t kGroups = 2;
 
   // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
     return zero ^ (which & (one ^ zero));
   }
 
+  // The key as two tables of bytes, each of four parts of 16 bytes, so that a byte shuffle looks up
+  // the index in each byte: the even bytes are those of the first group, the odd ones of the second.
   class Table {
    public:
     explicit Table(const std::uint16_t* words) noexcept {
-      for (std::size_t i = 0; i < 8; ++i) {
-        __m128i eight;
-        std::memcpy(&eight, words + 8 * i, sizeof eight);
-        parts_[i] = _mm256_broadcastsi128_si256(eight);
+      for (std::size_t part = 0; part < kParts; ++part) {
+        for (std::size_t i = 0; i < 32; ++i) {
+          low_[part][i] = static_cast<std::uint8_t>(words[16 * part + i % 16]);
+          high_[part][i] = static_cast<std::uint8_t>(words[16 * part + i % 16] >> 8);
+        }
       }
     }
 
-    // Bits 0 to 2 of the index choose in each part, bits 3 to 5 among the eight parts. A blend uses
-    // the top bit of each byte, so both bytes of a lane get the index.
-    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
-      const Lanes both = index | index << 8;
-      const auto bytes = reinterpret_cast<__m256i>((both & 0x0707) * 2 + 0x0100);
-      __m256i found[8];
-      for (std::size_t i = 0; i < 8; ++i) found[i] = _mm256_shuffle_epi8(parts_[i], bytes);
-      for (std::size_t i = 0; i < 4; ++i) found[i] = Pick(found, 2 * i, both << 4);
-      for (std::size_t i = 0; i < 2; ++i) found[i] = Pick(found, 2 * i, both << 3);
-      return reinterpret_cast<Lanes>(Pick(found, 0, both << 2));
+    // The key words that the low six bits of each lane choose. A shuffle gives 0 for a byte whose
+    // top bit is set: here, for each index of another part.
+    void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
+      const auto index = reinterpret_cast<Bytes>((indexes[0] & 63) | (indexes[1] & 63) << 8);
+      Bytes low{};
+      Bytes high{};
+#pragma GCC unroll 4
+      for (std::uint8_t part = 0; part < kParts; ++part) {
+        const Bytes inPart = (index ^ static_cast<std::uint8_t>(part << 4)) + 0x70;
+        low |= Shuffle(low_[part], inPart);
+        high |= Shuffle(high_[part], inPart);
+      }
+      const auto lows = reinterpret_cast<Lanes>(low);
+      const auto highs = reinterpret_cast<Lanes>(high);
+      words[0] = (lows & 0xFF) | highs << 8;
+      words[1] = lows >> 8 | (highs & 0xFF00);
     }
 
    private:
-    static __m256i Pick(const __m256i* found, std::size_t i, Lanes second) noexcept {
-      return _mm256_blendv_epi8(found[i], found[i + 1], reinterpret_cast<__m256i>(second));
+    using Bytes = std::uint8_t __attribute__((vector_size(32)));
+    static constexpr std::size_t kParts = 4;
+
+    static Bytes Shuffle(Bytes table, Bytes index) noexcept {
+      return reinterpret_cast<Bytes>(_mm256_shuffle_epi8(reinterpret_cast<__m256i>(table),
+                                                         reinterpret_cast<__m256i>(index)));
     }
 
-    __m256i parts_[8];
+    Bytes low_[kParts];
+    Bytes high_[kParts];
   };
 };
 

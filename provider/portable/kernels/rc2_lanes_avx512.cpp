@@ -11,7 +11,7 @@ struct Vector {
   using Word = std::uint64_t __attribute__((vector_size(64)));
   using Lanes = std::uint16_t __attribute__((vector_size(64)));
 
-  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+  static constexpr std::size_t kGroups = 2;
 
   // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
@@ -25,9 +25,13 @@ struct Vector {
     explicit Table(const std::uint16_t* words) noexcept
         : low_(_mm512_loadu_si512(words)), high_(_mm512_loadu_si512(words + 32)) {}
 
-    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
-      return reinterpret_cast<Lanes>(
-          _mm512_permutex2var_epi16(low_, reinterpret_cast<__m512i>(index), high_));
+    // The key words that the low six bits of each lane choose.
+    void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
+#pragma GCC unroll 4
+      for (std::size_t g = 0; g < kGroups; ++g) {
+        words[g] = reinterpret_cast<Lanes>(
+            _mm512_permutex2var_epi16(low_, reinterpret_cast<__m512i>(indexes[g]), high_));
+      }
     }
 
    private:

@@ -8,7 +8,7 @@ struct Vector {
   using Word = std::uint64_t __attribute__((vector_size(16)));
   using Lanes = std::uint16_t __attribute__((vector_size(16)));
 
-  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+  static constexpr std::size_t kGroups = 2;
 
   // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
@@ -19,12 +19,16 @@ struct Vector {
    public:
     explicit Table(const std::uint16_t* words) noexcept : words_(words) {}
 
-    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
-      Lanes result{};
-      for (unsigned i = 0; i < sizeof(Lanes) / sizeof(std::uint16_t); ++i) {
-        result[i] = words_[index[i]];
+    // The key words that the low six bits of each lane choose.
+    void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
+#pragma GCC unroll 4
+      for (std::size_t g = 0; g < kGroups; ++g) {
+        const Lanes index = indexes[g] & 63;
+#pragma GCC unroll 8
+        for (unsigned i = 0; i < sizeof(Lanes) / sizeof(std::uint16_t); ++i) {
+          words[g][i] = words_[index[i]];
+        }
       }
-      return result;
     }
 
    private:

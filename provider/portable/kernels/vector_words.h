@@ -1,5 +1,5 @@
-// Operations on words of several 64-bit lanes: a plain std::uint64_t (one lane) or a vector of the
-// compiler's vector extension. All functions are inlined into files that are compiled for one kind
+// Operations on words of several 64-bit lanes: vectors of the compiler's vector extension, of one or
+// more parts of 128 bits. All functions are inlined into files that are compiled for one kind
 // of CPU, and must not exist outside them.
 #pragma once
 
@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <utility>
 
 #include "provider/block_size.h"
 
@@ -38,23 +39,18 @@ template <class Word>
   std::memcpy(to, &bytes, sizeof bytes);
 }
 
-// `word` with every bit inverted if `mask` is -1, and unchanged if it is 0.
-[[gnu::always_inline]] inline std::uint64_t AddMask(std::uint64_t word,
-                                                    std::int32_t mask) noexcept {
-  return word ^ static_cast<std::uint64_t>(std::int64_t{mask});
-}
-
-// A vector of 32-bit lanes of the size of Word. As a member, since GCC 12 ignores the attribute of
+// A vector of the size of Word with other lanes. As a member, since GCC 12 ignores the attribute of
 // an alias whose size depends on a template's argument.
-template <class Word>
-struct Halves {
+template <class Word, class Lane>
+struct Divided {
   // NOLINTNEXTLINE(modernize-use-using)
-  typedef std::uint32_t Type __attribute__((vector_size(sizeof(Word))));
+  typedef Lane Type __attribute__((vector_size(sizeof(Word))));
 };
 
+// `word` with every bit inverted if `mask` is -1, and unchanged if it is 0.
 template <class Word>
 [[gnu::always_inline]] inline Word AddMask(const Word& word, std::int32_t mask) noexcept {
-  using Lanes = typename Halves<Word>::Type;
+  using Lanes = typename Divided<Word, std::uint32_t>::Type;
   return reinterpret_cast<Word>(reinterpret_cast<Lanes>(word) ^ static_cast<std::uint32_t>(mask));
 }
 
@@ -70,10 +66,30 @@ constexpr std::uint64_t LowPositions(unsigned distance) {
 // the high positions of the lower row with the low positions of the higher one.
 template <unsigned distance, class Word>
 [[gnu::always_inline]] inline void ExchangeParts(Word& lower, Word& higher) noexcept {
-  constexpr std::uint64_t kLow = LowPositions(distance);
-  const Word moved = (lower & kLow) | ((higher & kLow) << distance);
-  higher = ((lower >> distance) & kLow) | (higher & ~kLow);
-  lower = moved;
+  const Word changed = ((lower >> distance) ^ higher) & LowPositions(distance);
+  higher ^= changed;
+  lower ^= changed << distance;
+}
+
+// The bytes of the first halves (or of the second halves) of each 128-bit part of two words, in turn.
+template <bool isSecond, class Word>
+[[gnu::always_inline]] inline Word Interleave(const Word& even, const Word& odd) noexcept {
+  using Bytes = typename Divided<Word, std::uint8_t>::Type;
+  return [&]<std::size_t... i>(std::index_sequence<i...>) __attribute__((always_inline)) {
+    return reinterpret_cast<Word>(__builtin_shufflevector(
+        reinterpret_cast<Bytes>(even), reinterpret_cast<Bytes>(odd),
+        (i / 16 * 16 + (isSecond ? 8 : 0) + i % 16 / 2 + i % 2 * sizeof(Word))...));
+  }
+  (std::make_index_sequence<sizeof(Word)>());
+}
+
+// For two words whose numbers differ in one bit: that bit becomes the lowest of the bytes' numbers
+// in each 128-bit part, and their highest bit becomes that of the words' numbers.
+template <class Word>
+[[gnu::always_inline]] inline void TurnBytes(Word& lower, Word& higher) noexcept {
+  const Word first = Interleave<false>(lower, higher);
+  higher = Interleave<true>(lower, higher);
+  lower = first;
 }
 
 // CBC's last step for `count` words of consecutive blocks at `data`, which still holds the
