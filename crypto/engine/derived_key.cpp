@@ -79,6 +79,12 @@ bool DerivedKey::Transform(CipherDirection direction, std::span<std::uint8_t> bu
              : messages_->Decrypt(buffer.data(), &length);
 }
 
+void DerivedKey::TransformEach(CipherDirection direction,
+                               const provider::MessageBatch& batch) const {
+  direction == CipherDirection::Encrypt ? messages_->EncryptEach(batch)
+                                        : messages_->DecryptEach(batch);
+}
+
 std::uint64_t DerivedKey::RoomFor(CipherDirection direction, std::size_t length) const noexcept {
   const bool pads = direction == CipherDirection::Encrypt && settings_.HasBlockCipher();
   const std::size_t padding = pads ? kLargestPadding - length % kLargestPadding : 0;

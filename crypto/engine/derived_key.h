@@ -57,6 +57,10 @@ class DerivedKey {
   [[nodiscard]] bool Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                std::uint32_t& length) const;
 
+  // The same for each message of a batch, as provider::MessageKey does it. The room is the sum of
+  // RoomFor, each of which fits 32 bits.
+  void TransformEach(CipherDirection direction, const provider::MessageBatch& batch) const;
+
   // The room that Transform requires for a message of that length. For encryption it is the
   // ciphertext's length. If it does not fit 32 bits, the message is too long.
   [[nodiscard]] std::uint64_t RoomFor(CipherDirection direction, std::size_t length) const noexcept;
