@@ -37,10 +37,12 @@ struct RecordBatch::Work {
 RecordBatch::RecordBatch(const DerivedKey& key, CipherDirection direction, const Records& records)
     : key_(key), direction_(direction), records_(records) {
   chunks_.reserve(records.count / kChunkRecords + 1);
-  for (std::size_t i = 0; i < records.count; ++i) {
-    if (i % kChunkRecords == 0) chunks_.push_back({roomNeeded_});
-    const std::uint32_t room = RoomFor(records[i].size());
-    chunks_.back().room += room;
+  for (std::size_t first = 0; first < records.count; first += kChunkRecords) {
+    const std::size_t end = std::min(first + kChunkRecords, records.count);
+    Chunk& chunk = chunks_.emplace_back(Chunk{roomNeeded_});
+    std::uint64_t room = 0;
+    for (std::size_t i = first; i < end; ++i) room += RoomFor(records[i].size());
+    chunk.room = NarrowTo<std::size_t>(room);
     roomNeeded_ = NarrowTo<std::size_t>(std::uint64_t{roomNeeded_} + room);
   }
 }
