@@ -1,17 +1,19 @@
-// Short records under one key: Latchkey's C interface next to a loop over OpenSSL's EVP with a
-// ready context.
-//   record_bench [ROUNDS]   prints the median time of a record and the ratio for each cipher; the
-//                           contestants take turns, so that a change of the machine's speed is
-//                           shared
+// Records of 24 bytes under one key: Latchkey's C interface next to a loop over OpenSSL's EVP with
+// a ready context.
+//   record_bench [--json] [ROUNDS]
+// Prints for each cipher and direction the median processor time of a record, the ratio of
+// OpenSSL's loop to the batch, and its coefficient of variation. The contestants take turns, and a
+// ratio is of one round, so that a change of the machine's speed is shared.
 #include <latchkey.h>
 #include <openssl/evp.h>
 #include <openssl/provider.h>
 
 #include <algorithm>
 #include <array>
-#include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <ctime>
 #include <functional>
 #include <memory>
 #include <stdexcept>
@@ -21,9 +23,7 @@
 namespace {
 
 constexpr std::size_t kRecords = 100'000;
-constexpr std::size_t kRecord = 24;  // bytes of a record and, under RC4, of its ciphertext
-// Under the other ciphers, a plaintext of this length has a ciphertext of kRecord bytes.
-constexpr std::size_t kPlaintext = 20;
+constexpr std::size_t kRecord = 24;  // bytes
 constexpr std::array<std::uint8_t, 5> kPassword{'b', 'e', 'n', 'c', 'h'};
 
 using Bytes = std::vector<std::uint8_t>;
@@ -43,21 +43,28 @@ constexpr std::array kCiphers{
     Cipher{"rc4", LATCHKEY_RC4, "RC4", 16}, Cipher{"rc2", LATCHKEY_RC2, "RC2-CBC", 16},
     Cipher{"des", LATCHKEY_DES, "DES-CBC", 8}, Cipher{"3des", LATCHKEY_3DES, "DES-EDE3-CBC", 24}};
 
-// Records of one length, and room for the results.
+// Records, and room for the results.
 struct Column {
-  explicit Column(std::size_t recordLength)
-      : length(recordLength), data(kRecords * recordLength), room(kRecords * (recordLength + 8)) {
-    for (std::size_t i = 0; i <= kRecords; ++i) {
-      offsets.push_back(static_cast<std::int64_t>(i * length));
+  // Of kRecord bytes, or of 1 to 8 fewer, in no order.
+  explicit Column(bool varies = false) {
+    std::uint32_t chance = 1;
+    for (std::size_t i = 0; i < kRecords; ++i) {
+      chance = chance * 1664525 + 1013904223;  // any generator
+      const std::size_t fewer = varies ? 1 + (chance >> 16) % 8 : 0;
+      offsets.push_back(offsets.back() + static_cast<std::int64_t>(kRecord - fewer));
     }
-    resultOffsets.resize(offsets.size());
+    data.resize(static_cast<std::size_t>(offsets.back()));
   }
 
-  std::size_t length;
+  [[nodiscard]] const std::uint8_t* At(std::size_t i) const { return data.data() + offsets[i]; }
+  [[nodiscard]] std::size_t LengthAt(std::size_t i) const {
+    return static_cast<std::size_t>(offsets[i + 1] - offsets[i]);
+  }
+
+  std::vector<std::int64_t> offsets{0};
   Bytes data;
-  std::vector<std::int64_t> offsets;
-  Bytes room;
-  std::vector<std::int64_t> resultOffsets;
+  Bytes room = Bytes(kRecords * (kRecord + 8));
+  std::vector<std::int64_t> resultOffsets = std::vector<std::int64_t>(kRecords + 1);
 };
 
 class Key {
@@ -112,8 +119,8 @@ void EvpRecords(const Cipher& cipher, EVP_CIPHER_CTX* context, const EVP_CIPHER_
     int length = 0;
     int rest = 0;
     EvpRestart(cipher, context, fresh);
-    Require(EVP_CipherUpdate(context, result, &length, column.data.data() + i * column.length,
-                             static_cast<int>(column.length)) == 1 &&
+    Require(EVP_CipherUpdate(context, result, &length, column.At(i),
+                             static_cast<int>(column.LengthAt(i))) == 1 &&
             EVP_CipherFinal_ex(context, result + length, &rest) == 1);
     column.resultOffsets[i + 1] = column.resultOffsets[i] + length + rest;
     result += length + rest;
@@ -123,10 +130,10 @@ void EvpRecords(const Cipher& cipher, EVP_CIPHER_CTX* context, const EVP_CIPHER_
 void LatchkeyCalls(const Key& key, bool encrypts, Column& column) {
   std::uint8_t* result = column.room.data();
   for (std::size_t i = 0; i < kRecords; ++i) {
-    std::size_t length = column.length + 8;
-    Require((encrypts ? latchkey_encrypt : latchkey_decrypt)(
-                key.Get(), column.data.data() + i * column.length, column.length, result, &length,
-                nullptr) == LATCHKEY_OK);
+    std::size_t length = column.LengthAt(i) + 8;
+    Require((encrypts ? latchkey_encrypt : latchkey_decrypt)(key.Get(), column.At(i),
+                                                             column.LengthAt(i), result, &length,
+                                                             nullptr) == LATCHKEY_OK);
     column.resultOffsets[i + 1] = column.resultOffsets[i] + static_cast<std::int64_t>(length);
     result += length;
   }
@@ -148,10 +155,16 @@ void LatchkeyBatch(const Key& key, bool encrypts, Column& column) {
           results.failed == 0);
 }
 
+// Processor time of this thread.
 double SecondsOf(const std::function<void()>& work) {
-  const auto start = std::chrono::steady_clock::now();
+  const auto now = [] {
+    timespec time{};
+    Require(clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time) == 0);
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_nsec) / 1e9;
+  };
+  const double start = now();
   work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return now() - start;
 }
 
 double Median(std::vector<double> values) {
@@ -159,34 +172,77 @@ double Median(std::vector<double> values) {
   return values[values.size() / 2];
 }
 
-// Fills the columns with ciphertexts of the same plaintexts under either key.
-void Compare(const Cipher& cipher, bool encrypts, int rounds) {
-  const Key key(cipher);
-  const std::size_t plaintext = cipher.number == LATCHKEY_RC4 ? kRecord : kPlaintext;
-  const Context encryption = EvpContext(cipher, true);
-  const Context working = EvpContext(cipher, true);
-  Column plain(plaintext);
-  Column ours(encrypts ? plaintext : kRecord);
-  Column theirs(encrypts ? plaintext : kRecord);
-  if (!encrypts) {
-    LatchkeyBatch(key, true, plain);
-    std::copy_n(plain.room.begin(), ours.data.size(), ours.data.begin());
-    EvpRecords(cipher, working.get(), encryption.get(), plain);
-    std::copy_n(plain.room.begin(), theirs.data.size(), theirs.data.begin());
+// The coefficient of variation.
+double SpreadOf(const std::vector<double>& values) {
+  double sum = 0;
+  double squares = 0;
+  for (const double value : values) {
+    sum += value;
+    squares += value * value;
   }
+  const double mean = sum / static_cast<double>(values.size());
+  return std::sqrt(std::max(0.0, squares / static_cast<double>(values.size()) - mean * mean)) /
+         mean;
+}
+
+struct Row {
+  const char* cipher;
+  const char* direction;
+  double openssl, call, batch;  // ns for a record
+  double ratio, spread;
+};
+
+// Of kRecord bytes each. Under block ciphers the plaintexts have 16 to 23.
+Column CiphertextsOf(const Column& plain) {
+  Column column;
+  std::copy_n(plain.room.begin(), column.data.size(), column.data.begin());
+  return column;
+}
+
+Row Compare(const Cipher& cipher, bool encrypts, int rounds) {
+  const Key key(cipher);
   const Context fresh = EvpContext(cipher, encrypts);
   const Context context = EvpContext(cipher, encrypts);
-  std::array<std::vector<double>, 3> seconds;
-  for (int round = 0; round < rounds; ++round) {
-    seconds[0].push_back(
-        SecondsOf([&] { EvpRecords(cipher, context.get(), fresh.get(), theirs); }));
-    seconds[1].push_back(SecondsOf([&] { LatchkeyCalls(key, encrypts, ours); }));
-    seconds[2].push_back(SecondsOf([&] { LatchkeyBatch(key, encrypts, ours); }));
+  Column ours;
+  Column theirs;
+  if (!encrypts) {
+    Column plain(cipher.number != LATCHKEY_RC4);
+    LatchkeyBatch(key, true, plain);
+    ours = CiphertextsOf(plain);
+    EvpRecords(cipher, EvpContext(cipher, true).get(), EvpContext(cipher, true).get(), plain);
+    theirs = CiphertextsOf(plain);
   }
-  std::array<double, 3> ns{};
-  for (std::size_t i = 0; i < ns.size(); ++i) ns[i] = Median(seconds[i]) / kRecords * 1e9;
-  std::printf("%-5s %-8s %8.0f %8.0f %8.0f   %5.2f %8.2f\n", cipher.name,
-              encrypts ? "encrypt" : "decrypt", ns[0], ns[1], ns[2], ns[1] / ns[0], ns[0] / ns[2]);
+  std::vector<double> openssl;
+  std::vector<double> call;
+  std::vector<double> batch;
+  std::vector<double> ratio;
+  for (int round = 0; round < rounds; ++round) {
+    openssl.push_back(SecondsOf([&] { EvpRecords(cipher, context.get(), fresh.get(), theirs); }));
+    call.push_back(SecondsOf([&] { LatchkeyCalls(key, encrypts, ours); }));
+    batch.push_back(SecondsOf([&] { LatchkeyBatch(key, encrypts, ours); }));
+    ratio.push_back(openssl.back() / batch.back());
+  }
+  constexpr double kNanoseconds = 1e9 / kRecords;
+  return {cipher.name,
+          encrypts ? "encryption" : "decryption",
+          Median(openssl) * kNanoseconds,
+          Median(call) * kNanoseconds,
+          Median(batch) * kNanoseconds,
+          Median(ratio),
+          SpreadOf(ratio)};
+}
+
+void Print(const Row& row, bool asJson, bool isFirst) {
+  if (asJson) {
+    std::printf(
+        "%s{\"cipher\": \"%s\", \"direction\": \"%s\", \"openssl\": %.2f, \"call\": %.2f, "
+        "\"batch\": %.2f, \"ratio\": %.3f, \"spread\": %.4f}",
+        isFirst ? "" : ",\n", row.cipher, row.direction, row.openssl, row.call, row.batch,
+        row.ratio, row.spread);
+    return;
+  }
+  std::printf("%-5s %-10s %8.0f %8.0f %8.0f %15.2f %6.0f%%\n", row.cipher, row.direction,
+              row.openssl, row.call, row.batch, row.ratio, 100 * row.spread);
 }
 
 }  // namespace
@@ -194,12 +250,24 @@ void Compare(const Cipher& cipher, bool encrypts, int rounds) {
 int main(int count, char** arguments) {
   OSSL_PROVIDER_load(nullptr, "default");
   OSSL_PROVIDER_load(nullptr, "legacy");
-  const int rounds = count > 1 ? std::atoi(arguments[1]) : 15;
-  std::printf("ns for a ciphertext of %zu bytes, median of %d rounds\n", kRecord, rounds);
-  std::printf("%-5s %-8s %8s %8s %8s   %s\n", "", "", "openssl", "call", "batch",
-              "call/openssl openssl/batch");
-  for (const Cipher& cipher : kCiphers) {
-    for (const bool encrypts : {false, true}) Compare(cipher, encrypts, rounds);
+  const bool asJson = count > 1 && std::string(arguments[1]) == "--json";
+  const int given = asJson ? 2 : 1;
+  const int rounds = count > given ? std::atoi(arguments[given]) : 15;
+  if (asJson) {
+    std::printf("{\"rounds\": %d, \"rows\": [\n", rounds);
+  } else {
+    std::printf("ns of processor time for a record of %zu bytes, median of %d rounds\n", kRecord,
+                rounds);
+    std::printf("%-5s %-10s %8s %8s %8s %15s %7s\n", "", "", "openssl", "call", "batch",
+                "openssl/batch", "spread");
   }
+  bool isFirst = true;
+  for (const Cipher& cipher : kCiphers) {
+    for (const bool encrypts : {false, true}) {
+      Print(Compare(cipher, encrypts, rounds), asJson, isFirst);
+      isFirst = false;
+    }
+  }
+  if (asJson) std::printf("\n]}\n");
   return EXIT_SUCCESS;
 }

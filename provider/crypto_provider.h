@@ -15,6 +15,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 namespace latchkey::provider {
 
@@ -62,6 +63,14 @@ inline constexpr std::uint32_t kErrorKeysetNotDefined = 0x80090019;
 inline constexpr std::uint32_t kErrorProviderTypeMismatch = 0x8009001B;
 inline constexpr std::uint32_t kErrorProviderFailed = 0x8009001D;
 
+// Messages of one key in one buffer, one after another.
+struct MessageBatch {
+  std::span<const std::uint8_t> messages;
+  std::span<std::uint32_t> lengths;  // of the messages, and on return of the results
+  std::span<std::uint8_t> results;   // one after another; must not overlap the messages
+  std::span<bool> failed;            // set for each message
+};
+
 // A key for whole messages. Any number of threads may use it at once.
 class MessageKey {
  public:
@@ -74,6 +83,11 @@ class MessageKey {
   virtual bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                        std::uint32_t dwBufLen) const = 0;
   virtual bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const = 0;
+
+  // The same for each message of a batch. There must be room for all ciphertexts; the bytes after
+  // the results are undefined. A message that fails has a result of length 0.
+  virtual void EncryptEach(const MessageBatch& batch) const;
+  virtual void DecryptEach(const MessageBatch& batch) const;
 
   // As CryptDuplicateKey: a session key in the initial state, which belongs to the caller.
   virtual bool Duplicate(HCRYPTKEY* phKey) const = 0;

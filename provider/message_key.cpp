@@ -1,5 +1,6 @@
 // What threads share: the provider, and the message key of a provider that has none, in which each
 // message works on its own duplicate of a key.
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 
@@ -57,7 +58,35 @@ class DuplicatedKey final : public MessageKey {
   mutable std::mutex mutex_;
 };
 
+// Copies each message to the place of its result, where `work` processes it.
+template <class Work>
+void ForEach(const MessageBatch& batch, Work&& work) {
+  std::span<const std::uint8_t> rest = batch.messages;
+  std::span<std::uint8_t> room = batch.results;
+  for (std::size_t i = 0; i < batch.lengths.size(); ++i) {
+    std::uint32_t& length = batch.lengths[i];
+    std::ranges::copy(rest.first(length), room.begin());
+    rest = rest.subspan(length);
+    batch.failed[i] = !work(room, length);
+    if (batch.failed[i]) length = 0;
+    room = room.subspan(length);
+  }
+}
+
 }  // namespace
+
+void MessageKey::EncryptEach(const MessageBatch& batch) const {
+  ForEach(batch, [this](std::span<std::uint8_t> room, std::uint32_t& length) {
+    const auto size = std::min<std::size_t>(room.size(), UINT32_MAX);
+    return Encrypt(room.data(), &length, static_cast<std::uint32_t>(size));
+  });
+}
+
+void MessageKey::DecryptEach(const MessageBatch& batch) const {
+  ForEach(batch, [this](std::span<std::uint8_t> room, std::uint32_t& length) {
+    return Decrypt(room.data(), &length);
+  });
+}
 
 CryptoProvider& SharedCryptoProvider() {
   CryptoProvider* const provider = replacement;

@@ -10,7 +10,6 @@
 namespace latchkey {
 namespace {
 
-constexpr std::int32_t kRc4 = 1;
 constexpr std::uint32_t kMostBaseBits = 56;
 
 // The number as the component stores it; 0, which names no algorithm, if it does not fit.
@@ -29,8 +28,6 @@ bool KeySettings::UsesEnhancedProvider() const noexcept {
   return rc2EffectiveBits != 0 || keyBits > kMostBaseBits ||
          CipherOf(*this, false) == provider::kAlgorithmNone;
 }
-
-bool KeySettings::HasBlockCipher() const noexcept { return cipher != kRc4; }
 
 std::size_t KeySettings::MissingBytes(std::uint64_t length) const noexcept {
   return HasBlockCipher() ? BytesToWholeBlocks(length) : 0;
@@ -79,10 +76,10 @@ bool DerivedKey::Transform(CipherDirection direction, std::span<std::uint8_t> bu
              : messages_->Decrypt(buffer.data(), &length);
 }
 
-std::uint64_t DerivedKey::RoomFor(CipherDirection direction, std::size_t length) const noexcept {
-  const bool pads = direction == CipherDirection::Encrypt && settings_.HasBlockCipher();
-  const std::size_t padding = pads ? kLargestPadding - length % kLargestPadding : 0;
-  return std::uint64_t{length} + padding;
+void DerivedKey::TransformEach(CipherDirection direction,
+                               const provider::MessageBatch& batch) const {
+  direction == CipherDirection::Encrypt ? messages_->EncryptEach(batch)
+                                        : messages_->DecryptEach(batch);
 }
 
 std::size_t DerivedKey::MostAdded() const noexcept {

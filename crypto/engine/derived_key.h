@@ -7,6 +7,7 @@
 
 #include "crypto/cipher_sites.h"
 #include "crypto/password_cipher.h"
+#include "provider/block_size.h"
 
 namespace latchkey {
 
@@ -16,6 +17,8 @@ enum class ProviderChoice { Any, Base, Enhanced };
 
 // What a key is derived from, besides the password.
 struct KeySettings {
+  static constexpr std::int32_t kRc4 = 1;  // the only stream cipher
+
   std::int32_t hash = 1;    // as the component numbers it
   std::int32_t cipher = 1;  // as the component numbers it
   ProviderChoice provider = ProviderChoice::Any;
@@ -23,7 +26,7 @@ struct KeySettings {
   std::uint32_t rc2EffectiveBits = 0;  // as in KeyRequest
 
   [[nodiscard]] bool UsesEnhancedProvider() const noexcept;
-  [[nodiscard]] bool HasBlockCipher() const noexcept;
+  [[nodiscard]] bool HasBlockCipher() const noexcept { return cipher != kRc4; }
 
   // BytesToWholeBlocks for a ciphertext of that length; 0 for a stream cipher. Clients that drop
   // trailing spaces remove bytes of value 20 (hexadecimal) from the end of a ciphertext.
@@ -57,9 +60,19 @@ class DerivedKey {
   [[nodiscard]] bool Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                std::uint32_t& length) const;
 
+  // The same for each message of a batch, as provider::MessageKey does it. The room is the sum of
+  // RoomFor, each of which fits 32 bits.
+  void TransformEach(CipherDirection direction, const provider::MessageBatch& batch) const;
+
   // The room that Transform requires for a message of that length. For encryption it is the
   // ciphertext's length. If it does not fit 32 bits, the message is too long.
-  [[nodiscard]] std::uint64_t RoomFor(CipherDirection direction, std::size_t length) const noexcept;
+  // Inline, since batches call it for each record.
+  [[nodiscard]] std::uint64_t RoomFor(CipherDirection direction,
+                                      std::size_t length) const noexcept {
+    const bool pads = direction == CipherDirection::Encrypt && settings_.HasBlockCipher();
+    return std::uint64_t{length} +
+           (pads ? provider::kBlockSize - length % provider::kBlockSize : 0);
+  }
 
   // The most bytes that encryption adds to a message.
   [[nodiscard]] std::size_t MostAdded() const noexcept;

@@ -1,8 +1,10 @@
 #include "crypto/engine/record_batch.h"
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstring>
+#include <memory>
 #include <utility>
 
 #include "base/checked_arithmetic.h"
@@ -27,12 +29,21 @@ bool Records::AreGood() const noexcept {
   return static_cast<std::uint64_t>(before) <= data.size();
 }
 
+struct RecordBatch::Work {
+  std::array<std::uint32_t, kChunkRecords> lengths{};
+  std::array<bool, kChunkRecords> failed{};
+};
+
 RecordBatch::RecordBatch(const DerivedKey& key, CipherDirection direction, const Records& records)
     : key_(key), direction_(direction), records_(records) {
   chunks_.reserve(records.count / kChunkRecords + 1);
-  for (std::size_t i = 0; i < records.count; ++i) {
-    if (i % kChunkRecords == 0) chunks_.push_back({roomNeeded_});
-    roomNeeded_ = NarrowTo<std::size_t>(std::uint64_t{roomNeeded_} + RoomFor(records[i].size()));
+  for (std::size_t first = 0; first < records.count; first += kChunkRecords) {
+    const std::size_t end = std::min(first + kChunkRecords, records.count);
+    Chunk& chunk = chunks_.emplace_back(Chunk{roomNeeded_});
+    std::uint64_t room = 0;
+    for (std::size_t i = first; i < end; ++i) room += RoomFor(records[i].size());
+    chunk.room = NarrowTo<std::size_t>(room);
+    roomNeeded_ = NarrowTo<std::size_t>(std::uint64_t{roomNeeded_} + room);
   }
 }
 
@@ -41,13 +52,17 @@ std::uint32_t RecordBatch::RoomFor(std::size_t recordLength) const noexcept {
   return std::in_range<std::uint32_t>(room) ? static_cast<std::uint32_t>(room) : 0;
 }
 
+// A single thread writes each chunk's results directly after those of the one before.
 void RecordBatch::Run(std::size_t threads, const Results& results) {
   const std::size_t wanted = threads != 0 ? threads : platform::UsableProcessors();
+  const std::size_t used = std::min(wanted, chunks_.size());
   std::atomic<std::size_t> next{0};
   WipeUnlessKept wipe(results.data);
-  RunOnThreads(std::min(wanted, chunks_.size()), [&] {
+  RunOnThreads(used, [&] {
+    const auto work = std::make_unique<Work>();
     for (std::size_t number = next++; number < chunks_.size(); number = next++) {
-      RunChunk(number, results);
+      if (used == 1 && number > 0) chunks_[number].start = chunks_[number - 1].End();
+      RunChunk(number, results, *work);
     }
   });
   wipe.Keep();
@@ -55,31 +70,48 @@ void RecordBatch::Run(std::size_t threads, const Results& results) {
 }
 
 // Each result directly follows the one before it, even if that is shorter than its room.
-void RecordBatch::RunChunk(std::size_t number, const Results& results) {
-  Chunk chunk = chunks_[number];
-  const std::size_t first = number * kChunkRecords;
-  const std::size_t end = std::min(first + kChunkRecords, records_.count);
-  for (std::size_t i = first; i < end; ++i) {
-    const auto record = records_[i];
-    std::uint32_t length = 0;
-    const RecordStatus status = RunRecord(
-        record, results.data.subspan(chunk.start + chunk.length, RoomFor(record.size())), length);
-    if (!results.statuses.empty()) results.statuses[i] = results.codes.Of(status);
-    if (status != RecordStatus::Done && chunk.failed++ == 0) chunk.firstFailure = status;
-    chunk.length += length;
-    results.offsets.Set(i + 1, chunk.length);
+void RecordBatch::RunChunk(std::size_t number, const Results& results, Work& work) {
+  Chunk& chunk = chunks_[number];
+  const std::size_t end = std::min((number + 1) * kChunkRecords, records_.count);
+  for (std::size_t i = number * kChunkRecords; i < end; ++i) {
+    const std::size_t count = ReadLengths(i, end, work);
+    RunRecords(i, count, chunk, results, work);
+    i += count;
+    if (i < end) Note(i, RecordStatus::TooLong, chunk, results);
   }
-  chunks_[number] = chunk;
 }
 
-RecordStatus RecordBatch::RunRecord(std::span<const std::uint8_t> record,
-                                    std::span<std::uint8_t> room, std::uint32_t& length) const {
-  if (room.size() < record.size()) return RecordStatus::TooLong;
-  std::copy(record.begin(), record.end(), room.begin());
-  length = static_cast<std::uint32_t>(record.size());
-  if (key_.Transform(direction_, room, length)) return RecordStatus::Done;
-  length = 0;
-  return RecordStatus::CipherFailed;
+// Reads the lengths up to the first record that is too long, and returns their number.
+std::size_t RecordBatch::ReadLengths(std::size_t first, std::size_t end, Work& work) const {
+  std::size_t count = 0;
+  for (; first + count < end; ++count) {
+    const std::size_t length = records_[first + count].size();
+    if (RoomFor(length) < length) break;
+    work.lengths[count] = static_cast<std::uint32_t>(length);
+  }
+  return count;
+}
+
+void RecordBatch::RunRecords(std::size_t first, std::size_t count, Chunk& chunk,
+                             const Results& results, Work& work) const {
+  const auto begin = static_cast<std::size_t>(records_.offsets.Get(first));
+  const auto end = static_cast<std::size_t>(records_.offsets.Get(first + count));
+  const auto lengths = std::span(work.lengths).first(count);
+  key_.TransformEach(direction_, {records_.data.subspan(begin, end - begin), lengths,
+                                  results.data.subspan(chunk.End(), chunk.room - chunk.length),
+                                  std::span(work.failed).first(count)});
+  for (std::size_t i = 0; i < count; ++i) {
+    chunk.length += lengths[i];
+    Note(first + i, work.failed[i] ? RecordStatus::CipherFailed : RecordStatus::Done, chunk,
+         results);
+  }
+}
+
+void RecordBatch::Note(std::size_t record, RecordStatus status, Chunk& chunk,
+                       const Results& results) {
+  if (!results.statuses.empty()) results.statuses[record] = results.codes.Of(status);
+  if (status != RecordStatus::Done && chunk.failed++ == 0) chunk.firstFailure = status;
+  results.offsets.Set(record + 1, chunk.End());
 }
 
 // Closes the gaps between the results of the chunks.
@@ -87,12 +119,13 @@ void RecordBatch::JoinChunks(const Results& results) noexcept {
   results.offsets.Set(0, 0);
   for (std::size_t number = 0; number < chunks_.size(); ++number) {
     const Chunk& chunk = chunks_[number];
-    if (chunk.length > 0) {
+    if (chunk.length > 0 && length_ != chunk.start) {
       std::memmove(&results.data[length_], &results.data[chunk.start], chunk.length);
     }
     const std::size_t end = std::min((number + 1) * kChunkRecords, records_.count);
-    for (std::size_t i = number * kChunkRecords; length_ > 0 && i < end; ++i) {
-      results.offsets.Set(i + 1, length_ + static_cast<std::size_t>(results.offsets.Get(i + 1)));
+    for (std::size_t i = number * kChunkRecords; length_ != chunk.start && i < end; ++i) {
+      const auto offset = static_cast<std::size_t>(results.offsets.Get(i + 1));
+      results.offsets.Set(i + 1, offset - chunk.start + length_);
     }
     length_ += chunk.length;
     if (failed_ == 0) firstFailure_ = chunk.firstFailure;

@@ -96,16 +96,23 @@ class RecordBatch {
   // Records that one thread takes at a time. Their results are first written together at `start`.
   struct Chunk {
     std::size_t start = 0;
+    std::size_t room = 0;
     std::size_t length = 0;
     std::size_t failed = 0;
     RecordStatus firstFailure = RecordStatus::Done;
+
+    [[nodiscard]] std::size_t End() const noexcept { return start + length; }
   };
+
+  struct Work;  // the memory of a thread
 
   // The room for one record; 0 if it is too long.
   [[nodiscard]] std::uint32_t RoomFor(std::size_t recordLength) const noexcept;
-  void RunChunk(std::size_t number, const Results& results);
-  RecordStatus RunRecord(std::span<const std::uint8_t> record, std::span<std::uint8_t> room,
-                         std::uint32_t& length) const;
+  void RunChunk(std::size_t number, const Results& results, Work& work);
+  [[nodiscard]] std::size_t ReadLengths(std::size_t first, std::size_t end, Work& work) const;
+  void RunRecords(std::size_t first, std::size_t count, Chunk& chunk, const Results& results,
+                  Work& work) const;
+  static void Note(std::size_t record, RecordStatus status, Chunk& chunk, const Results& results);
   void JoinChunks(const Results& results) noexcept;
 
   const DerivedKey& key_;

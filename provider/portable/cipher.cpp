@@ -4,14 +4,20 @@
 
 #include <algorithm>
 #include <array>
+#include <new>
 #include <stdexcept>
 #include <utility>
 
 #include "provider/block_size.h"
 #include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
+#include "provider/portable/kernels/lane_encryption.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "provider/portable/kernels/rc4_words.h"
+#include "provider/portable/kernels/stream_messages.h"
+#include "provider/portable/message_lanes.h"
+#include "provider/portable/padding.h"
+#include "provider/portable/rc4_stream.h"
 
 namespace latchkey::provider {
 namespace {
@@ -31,10 +37,49 @@ class StreamCipher final : public Cipher {
     Encrypt(data, state);
   }
 
+  void EncryptEach(const MessageBatch& batch) const noexcept override;
+  void DecryptEach(const MessageBatch& batch) const noexcept override { EncryptEach(batch); }
+
  private:
+  void EncryptOne(std::span<const std::uint8_t> message, const std::uint8_t* stream,
+                  std::uint8_t* result) const noexcept;
+
   arcfour_ctx start_{};
   const WipeAtExit<arcfour_ctx> wipeStart_{start_};
+  Rc4Stream stream_;
 };
+
+// A message that is longer than the stream, and each without memory for it, is encrypted alone.
+void StreamCipher::EncryptEach(const MessageBatch& batch) const noexcept {
+  const std::span<const std::uint32_t> lengths = batch.lengths;
+  const std::uint32_t longest = lengths.empty() ? 0 : std::ranges::max(lengths);
+  const std::uint8_t* const stream =
+      stream_.First(std::min<std::size_t>(longest, Rc4Stream::kLongest), start_);
+  std::ranges::fill(batch.failed, false);
+  if (stream != nullptr && longest <= Rc4Stream::kLongest) {
+    AddStreamToEach(stream, batch.messages, lengths, batch.results.data());
+    return;
+  }
+  std::span<const std::uint8_t> rest = batch.messages;
+  std::uint8_t* result = batch.results.data();
+  for (const std::uint32_t& length : lengths) {
+    EncryptOne(rest.first(length), stream, result);
+    rest = rest.subspan(length);
+    result += length;
+  }
+}
+
+void StreamCipher::EncryptOne(std::span<const std::uint8_t> message, const std::uint8_t* stream,
+                              std::uint8_t* result) const noexcept {
+  const auto length = static_cast<std::uint32_t>(message.size());
+  if (stream != nullptr && length <= Rc4Stream::kLongest) {
+    AddStreamToEach(stream, message, {&length, 1}, result);
+    return;
+  }
+  CipherState state;
+  Start(state);
+  AddRc4KeyStream(state.stream, {std::ranges::copy(message, result).out - length, length});
+}
 
 // Processes `length` bytes in place, whole blocks, and updates the feedback.
 template <class Key>
@@ -45,7 +90,8 @@ template <class Key>
 struct BlockKernels {
   WorkOnBlocks<Key> encrypt;
   WorkOnBlocks<Key> decrypt;
-  const BulkDecryption<Key>& bulk;  // the same decryption, for much data
+  const BulkDecryption<Key>& bulk;   // the same decryption, for much data
+  const LaneEncryption<Key>& lanes;  // the same encryption, for many messages
 };
 
 template <class Key>
@@ -75,6 +121,23 @@ class BlockCipher : public Cipher {
     } else {
       kernels_.decrypt(key_, rest.data(), rest.size(), state.feedback.data());
     }
+  }
+
+  void EncryptEach(const MessageBatch& batch) const noexcept override {
+    PadEach(batch);
+    MessageLanes lanes(batch.lengths, batch.results.data());
+    lanes.Run(key_, kernels_.lanes);
+    lanes.Complete([this](std::uint8_t* data, std::size_t length, std::uint8_t* feedback) {
+      kernels_.encrypt(key_, data, length, feedback);
+    });
+  }
+
+  void DecryptEach(const MessageBatch& batch) const noexcept override {
+    const auto data = batch.results.first(CopyWholeBlocks(batch));
+    CipherState state;
+    if (UsesBatch(data.size())) state.batch.reset(new (std::nothrow) std::uint8_t[kLargestBatch]);
+    Decrypt(data, state);
+    SeparateEach(batch);
   }
 
  protected:
@@ -116,7 +179,8 @@ class Rc2Cipher final : public BlockCipher<Rc2Key> {
  private:
   static const BlockKernels<Rc2Key>& Kernels() noexcept {
     static const BlockKernels<Rc2Key> kernels{&rc2::EncryptCbc, &rc2::DecryptCbc,
-                                              Rc2Bulk(ChosenCpuLevel())};
+                                              Rc2Bulk(ChosenCpuLevel()),
+                                              Rc2LaneEncryption(ChosenCpuLevel())};
     return kernels;
   }
 
@@ -133,7 +197,8 @@ class DesCipher final : public BlockCipher<des::KeySchedule> {
  private:
   static const BlockKernels<des::KeySchedule>& Kernels() noexcept {
     static const BlockKernels<des::KeySchedule> kernels{&des::EncryptCbc, &des::DecryptCbc,
-                                                        DesBulk(ChosenCpuLevel())};
+                                                        DesBulk(ChosenCpuLevel()),
+                                                        DesLaneEncryption(ChosenCpuLevel())};
     return kernels;
   }
 };

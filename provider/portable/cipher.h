@@ -1,5 +1,5 @@
 // The ciphers, on the kernels for this CPU and GNU Nettle: RC4 as a stream, the others in CBC mode
-// from a zero initialization vector. Whole blocks only; the session key does the padding.
+// from a zero initialization vector. Whole blocks only, without padding, except for batches.
 #pragma once
 
 #include <nettle/arcfour.h>
@@ -54,6 +54,10 @@ class Cipher {
   // or one feedback block. A block cipher requires multiples of kBlockSize.
   virtual void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
   virtual void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
+
+  // As MessageKey's.
+  virtual void EncryptEach(const MessageBatch& batch) const noexcept = 0;
+  virtual void DecryptEach(const MessageBatch& batch) const noexcept = 0;
 };
 
 // `key` has the length that KeyFormOf gives; `effectiveBits` is read for RC2 only.

@@ -58,6 +58,16 @@ class SharedCipherKey final : public MessageKey {
     return error == 0 || Fail(error);
   }
 
+  void EncryptEach(const MessageBatch& batch) const override {
+    const platform::StackWipe wipe;
+    cipher_->EncryptEach(batch);
+  }
+
+  void DecryptEach(const MessageBatch& batch) const override {
+    const platform::StackWipe wipe;
+    cipher_->DecryptEach(batch);
+  }
+
   bool Duplicate(HCRYPTKEY* phKey) const override {
     return provider_.CryptDuplicateKey(key_, nullptr, 0, phKey);
   }

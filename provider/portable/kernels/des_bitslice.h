@@ -1,7 +1,7 @@
-// CBC decryption of DES and 3DES, bitsliced: after E. Biham, "A Fast New DES Implementation in
-// Software" (1997). Word n of 64 words holds bit n of many blocks, one block for each bit of a
-// word. The cipher is then a circuit of bitwise operations on all these blocks at once, and its
-// permutations only choose words. No memory is addressed by a secret.
+// DES and 3DES, bitsliced: CBC decryption, and encryption of independent blocks. After E. Biham, "A
+// Fast New DES Implementation in Software" (1997). Word n of 64 words holds bit n of many blocks,
+// one block for each bit of a word. The cipher is then a circuit of bitwise operations on all these
+// blocks at once, and its permutations only choose words. No memory is addressed by a secret.
 //
 // Word is a vector of 64-bit lanes; Circuits are the S-boxes. For use in one file for
 // each kind of CPU (des_bitslice_*.cpp).
@@ -17,6 +17,7 @@
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
 #include "provider/portable/kernels/des_key.h"
+#include "provider/portable/kernels/lane_encryption.h"
 #include "provider/portable/kernels/vector_words.h"
 
 namespace latchkey::provider::des {
@@ -25,6 +26,7 @@ template <class Word, class Circuits>
 class Bitslice {
  public:
   static constexpr std::size_t kBatchBytes = 64 * sizeof(Word);
+  static constexpr std::size_t kLanes = kBatchBytes / kBlockSize;
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
   // last one of it. Leaves nothing on the stack: its frame is far larger than what callers wipe.
@@ -33,6 +35,14 @@ class Bitslice {
     Bitslice work;
     const WipeAtExit wipeWork(work);
     work.Run(keys, data, batches, feedback);
+    platform::WipeStackBelowBatches();
+  }
+
+  // Encrypts each block that the source gives, kLanes at a time. Leaves nothing on the stack.
+  static void Encrypt(const KeySchedule& keys, const BlockSource& source) noexcept {
+    Bitslice work;
+    const WipeAtExit wipeWork(work);
+    work.RunLanes(keys, source);
     platform::WipeStackBelowBatches();
   }
 
@@ -66,10 +76,13 @@ class Bitslice {
     return -static_cast<KeyMask>(word >> (24 - box / 2 * 8 + 5 - bit) & 1);
   }
 
+  enum class Order { Encryption, Decryption };
+
+  template <Order order>
   void SpreadKeys(const KeySchedule& keys) noexcept {
     rounds_ = keys.count;
     for (std::size_t round = 0; round < rounds_; ++round) {
-      const RoundKey& key = keys.rounds[rounds_ - 1 - round];
+      const RoundKey& key = keys.rounds[order == Order::Encryption ? round : rounds_ - 1 - round];
       [&]<std::size_t... i>(std::index_sequence<i...>) {
         ((keys_[round][i] = KeyBit<i / 6, i % 6>(key)), ...);
       }
@@ -103,8 +116,8 @@ class Bitslice {
   static constexpr std::size_t TurnDown(std::size_t n) { return n % 2 * 4 + n / 2; }
 
   // Row n of the data is a word of consecutive blocks. Word n gets bit n of each block. Which place
-  // in the words a block gets does not matter, so bytes move by interleaving: of the numbers of rows
-  // (k) and bytes (j, in one half h of 128 bits), k2 k1 k0 and h j2 j1 j0 become h k1 k0 and
+  // in the words a block gets does not matter, so bytes move by interleaving: of the numbers of
+  // rows (k) and bytes (j, in one half h of 128 bits), k2 k1 k0 and h j2 j1 j0 become h k1 k0 and
   // j2 j1 j0 k2, then h j2 k0 and j1 j0 k2 k1, and so on, until only j is in the rows' numbers.
   void TransposeIn(const std::uint8_t* data) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
@@ -121,10 +134,12 @@ class Bitslice {
     for (std::size_t i = 0; i < 64; i += 8) TransposeBits(bits_ + i);
   }
 
-  // The inverse of TransposeIn; three steps restore the bytes' order. The final permutation reads
-  // the halves in exchanged order. Each pair of words holds one bit of both halves, hence the
-  // exclusive or with 1.
-  void TransposeOut(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
+  // The inverse of TransposeIn; three steps restore the bytes' order. Calls store(place, rows) for
+  // the data's rows from the last eight to the first, with the offset of their place in the data.
+  // The final permutation reads the halves in exchanged order. Each pair of words holds one bit of
+  // both halves, hence the exclusive or with 1.
+  template <class Store>
+  [[gnu::always_inline]] void TransposeOut(Store&& store) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
       Word rows[8];
       for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * TurnUp(k) + i) ^ 1];
@@ -138,8 +153,7 @@ class Bitslice {
       Word rows[8];
       for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(i + k) ^ 1];
       TransposeBits(rows);
-      std::uint8_t* const place = data + i * sizeof(Word);
-      kernels::StoreChained<8>(place, rows, i == 0 ? feedback : place - kBlockSize);
+      store(i * sizeof(Word), rows);
     }
   }
 
@@ -184,26 +198,46 @@ class Bitslice {
     }
   }
 
-  void DecryptBatch(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
-    TransposeIn(data);
+  void RunPasses() noexcept {
     RunPass<Left>(0);
     if (rounds_ > kRounds) {
       RunPass<Right>(kRounds);
       RunPass<Left>(2 * kRounds);
     }
-    TransposeOut(data, feedback);
+  }
+
+  void DecryptBatch(std::uint8_t* data, const std::uint8_t* feedback) noexcept {
+    TransposeIn(data);
+    RunPasses();
+    TransposeOut([=](std::size_t at, const Word* rows) __attribute__((always_inline)) {
+      std::uint8_t* const place = data + at;
+      kernels::StoreChained<8>(place, rows, at == 0 ? feedback : place - kBlockSize);
+    });
+  }
+
+  void EncryptBatch(std::uint8_t* data) noexcept {
+    TransposeIn(data);
+    RunPasses();
+    TransposeOut([=](std::size_t at, const Word* rows) __attribute__((always_inline)) {
+      for (std::size_t k = 0; k < 8; ++k) kernels::Store(data + at + k * sizeof(Word), rows[k]);
+    });
   }
 
   // Not inlined into the caller's frame, so that its spilled data is below that and can be wiped.
   [[gnu::noinline]] void Run(const KeySchedule& keys, std::uint8_t* data, std::size_t batches,
                              std::uint8_t* feedback) noexcept {
-    SpreadKeys(keys);
+    SpreadKeys<Order::Decryption>(keys);
     for (; batches > 0; --batches, data += kBatchBytes) {
       std::uint8_t next[kBlockSize];
       std::memcpy(next, data + kBatchBytes - sizeof next, sizeof next);
       DecryptBatch(data, feedback);
       std::memcpy(feedback, next, sizeof next);
     }
+  }
+
+  [[gnu::noinline]] void RunLanes(const KeySchedule& keys, const BlockSource& source) noexcept {
+    SpreadKeys<Order::Encryption>(keys);
+    while (std::uint8_t* const blocks = source.next(source.context)) EncryptBatch(blocks);
   }
 
   Word bits_[64];

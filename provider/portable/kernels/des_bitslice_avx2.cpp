@@ -14,4 +14,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 constinit const BulkDecryption<des::KeySchedule> kDesBulkAvx2{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                               Kernel::kBatchBytes / 8};
 
+constinit const LaneEncryption<des::KeySchedule> kDesLanesAvx2{&Kernel::Encrypt, Kernel::kLanes,
+                                                               Kernel::kLanes / 8};
+
 }  // namespace latchkey::provider

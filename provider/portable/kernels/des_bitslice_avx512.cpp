@@ -26,4 +26,7 @@ using Kernel = des::Bitslice<Logic::Word, des::TernaryCircuits<Logic>>;
 constinit const BulkDecryption<des::KeySchedule> kDesBulkAvx512{
     &Kernel::Decrypt, Kernel::kBatchBytes, Kernel::kBatchBytes / 8};
 
+constinit const LaneEncryption<des::KeySchedule> kDesLanesAvx512{&Kernel::Encrypt, Kernel::kLanes,
+                                                                 Kernel::kLanes / 8};
+
 }  // namespace latchkey::provider

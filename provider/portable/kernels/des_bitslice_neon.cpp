@@ -14,4 +14,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 constinit const BulkDecryption<des::KeySchedule> kDesBulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                               Kernel::kBatchBytes / 2};
 
+constinit const LaneEncryption<des::KeySchedule> kDesLanesNeon{&Kernel::Encrypt, Kernel::kLanes,
+                                                               Kernel::kLanes / 2};
+
 }  // namespace latchkey::provider

@@ -14,4 +14,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 constinit const BulkDecryption<des::KeySchedule> kDesBulkPortable{
     &Kernel::Decrypt, Kernel::kBatchBytes, Kernel::kBatchBytes / 2};
 
+constinit const LaneEncryption<des::KeySchedule> kDesLanesPortable{&Kernel::Encrypt, Kernel::kLanes,
+                                                                   Kernel::kLanes / 4 * 3};
+
 }  // namespace latchkey::provider

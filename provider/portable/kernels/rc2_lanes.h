@@ -1,5 +1,6 @@
-// CBC decryption of RC2 (RFC 2268, section 4) with a block in each 16-bit lane of a vector: four
-// vectors hold the four words of each block, and every operation of the cipher works on all lanes.
+// RC2 (RFC 2268, sections 3 and 4) with a block in each 16-bit lane of a vector: CBC decryption,
+// and encryption of independent blocks. Four vectors hold the four words of each block, and every
+// operation of the cipher works on all lanes.
 // Two such groups are interleaved, since each step waits for the one before.
 //
 // Vector has the types and the look-up of a key word for each lane. For use in one file for each
@@ -14,6 +15,7 @@
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
 #include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_encryption.h"
 #include "provider/portable/kernels/vector_words.h"
 
 namespace latchkey::provider {
@@ -26,6 +28,7 @@ class Rc2Lanes {
  public:
   static constexpr std::size_t kGroups = Vector::kGroups;
   static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
+  static constexpr std::size_t kLanes = kBatchBytes / kBlockSize;
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes its
   // last ciphertext block. Leaves no data on the stack.
@@ -35,7 +38,14 @@ class Rc2Lanes {
     platform::WipeStackBelowBatches();
   }
 
+  // Encrypts each block that the source gives, kLanes at a time. Leaves no data on the stack.
+  static void Encrypt(const Rc2Key& key, const BlockSource& source) noexcept {
+    RunLanes(key, source);
+    platform::WipeStackBelowBatches();
+  }
+
  private:
+  static constexpr unsigned kTurns[4] = {1, 2, 3, 5};
   static constexpr std::size_t kKeyWords = std::tuple_size_v<decltype(Rc2Key::words)>;
 
   // The key's words in all lanes, and as the table of the mashing rounds.
@@ -61,15 +71,57 @@ class Rc2Lanes {
     kernels::ExchangeParts<16>(rows[2], rows[3]);
   }
 
+  // What a step adds to word i, besides the key.
   template <unsigned i>
-  static void UnmixWord(State& state, const Lanes& key) noexcept {
-    constexpr unsigned kTurns[4] = {1, 2, 3, 5};
+  [[gnu::always_inline]] static Lanes ChosenFor(const State& state, std::size_t g) noexcept {
+    return Vector::Choose(state.r[(i + 3) % 4][g], state.r[(i + 2) % 4][g],
+                          state.r[(i + 1) % 4][g]);
+  }
+
+  template <unsigned i>
+  static void MixWord(State& state, const Lanes& key) noexcept {
 #pragma GCC unroll 4
     for (std::size_t g = 0; g < kGroups; ++g) {
       Lanes& word = state.r[i][g];
-      const Lanes chosen =
-          Vector::Choose(state.r[(i + 3) % 4][g], state.r[(i + 2) % 4][g], state.r[(i + 1) % 4][g]);
-      word = ((word >> kTurns[i]) | (word << (16 - kTurns[i]))) - key - chosen;
+      const Lanes sum = word + ChosenFor<i>(state, g) + key;
+      word = (sum << kTurns[i]) | (sum >> (16 - kTurns[i]));
+    }
+  }
+
+  static void Mix(State& state, const Lanes* key) noexcept {
+    MixWord<0>(state, key[0]);
+    MixWord<1>(state, key[1]);
+    MixWord<2>(state, key[2]);
+    MixWord<3>(state, key[3]);
+  }
+
+  static void Mash(State& state, const typename Vector::Table& table) noexcept {
+#pragma GCC unroll 4
+    for (std::size_t n = 0; n < 4; ++n) {
+      Lanes words[kGroups];
+      table.WordsAt(state.r[(n + 3) % 4], words);
+#pragma GCC unroll 4
+      for (std::size_t g = 0; g < kGroups; ++g) state.r[n][g] += words[g];
+    }
+  }
+
+  // Sixteen mixing rounds; the mashing rounds follow the fifth and the eleventh.
+  static void EncryptState(const Keys& keys, State& state) noexcept {
+    const Lanes* words = keys.spread;
+    bool isFirst = true;
+    for (const unsigned rounds : {5U, 6U, 5U}) {
+      if (!isFirst) Mash(state, keys.table);
+      isFirst = false;
+      for (unsigned i = 0; i < rounds; ++i, words += 4) Mix(state, words);
+    }
+  }
+
+  template <unsigned i>
+  static void UnmixWord(State& state, const Lanes& key) noexcept {
+#pragma GCC unroll 4
+    for (std::size_t g = 0; g < kGroups; ++g) {
+      Lanes& word = state.r[i][g];
+      word = ((word >> kTurns[i]) | (word << (16 - kTurns[i]))) - key - ChosenFor<i>(state, g);
     }
   }
 
@@ -101,9 +153,8 @@ class Rc2Lanes {
     }
   }
 
-  [[gnu::flatten]] static void DecryptBatch(const Keys& keys, std::uint8_t* data,
-                                            const std::uint8_t* feedback) noexcept {
-    State state;
+  // The words of the data's blocks.
+  static void LoadState(const std::uint8_t* data, State& state) noexcept {
     Word rows[4 * kGroups];
     for (std::size_t n = 0; n < 4 * kGroups; ++n) {
       rows[n] = kernels::Load<Word>(data + n * sizeof(Word));
@@ -114,14 +165,37 @@ class Rc2Lanes {
         state.r[i][g] = reinterpret_cast<Lanes>(rows[4 * g + i]);
       }
     }
-    DecryptState(keys, state);
+  }
+
+  // The rows of the data that the state is.
+  static void TransposeOut(const State& state, Word* rows) noexcept {
     for (std::size_t g = 0; g < kGroups; ++g) {
       for (std::size_t i = 0; i < 4; ++i) {
         rows[4 * g + i] = reinterpret_cast<Word>(state.r[i][g]);
       }
       Transpose(rows + 4 * g);
     }
+  }
+
+  [[gnu::flatten]] static void DecryptBatch(const Keys& keys, std::uint8_t* data,
+                                            const std::uint8_t* feedback) noexcept {
+    State state;
+    Word rows[4 * kGroups];
+    LoadState(data, state);
+    DecryptState(keys, state);
+    TransposeOut(state, rows);
     kernels::StoreChained<4 * kGroups>(data, rows, feedback);
+  }
+
+  [[gnu::flatten]] static void EncryptBatch(const Keys& keys, std::uint8_t* data) noexcept {
+    State state;
+    Word rows[4 * kGroups];
+    LoadState(data, state);
+    EncryptState(keys, state);
+    TransposeOut(state, rows);
+    for (std::size_t n = 0; n < 4 * kGroups; ++n) {
+      kernels::Store(data + n * sizeof(Word), rows[n]);
+    }
   }
 
   // Not inlined into the caller's frame, so that table and blocks are below that and can be wiped.
@@ -134,6 +208,11 @@ class Rc2Lanes {
       DecryptBatch(keys, data, feedback);
       std::memcpy(feedback, next, sizeof next);
     }
+  }
+
+  [[gnu::noinline]] static void RunLanes(const Rc2Key& key, const BlockSource& source) noexcept {
+    const Keys keys(key);
+    while (std::uint8_t* const blocks = source.next(source.context)) EncryptBatch(keys, blocks);
   }
 };
 

@@ -19,7 +19,8 @@ struct Vector {
   }
 
   // The key as two tables of bytes, each of four parts of 16 bytes, so that a byte shuffle looks up
-  // the index in each byte: the even bytes are those of the first group, the odd ones of the second.
+  // the index in each byte: the even bytes are those of the first group, the odd ones of the
+  // second.
   class Table {
    public:
     explicit Table(const std::uint16_t* words) noexcept {
@@ -54,8 +55,8 @@ struct Vector {
     static constexpr std::size_t kParts = 4;
 
     static Bytes Shuffle(Bytes table, Bytes index) noexcept {
-      return reinterpret_cast<Bytes>(_mm256_shuffle_epi8(reinterpret_cast<__m256i>(table),
-                                                         reinterpret_cast<__m256i>(index)));
+      return reinterpret_cast<Bytes>(
+          _mm256_shuffle_epi8(reinterpret_cast<__m256i>(table), reinterpret_cast<__m256i>(index)));
     }
 
     Bytes low_[kParts];
@@ -69,5 +70,8 @@ using Kernel = Rc2Lanes<Vector>;
 
 constinit const BulkDecryption<Rc2Key> kRc2BulkAvx2{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                     Kernel::kBatchBytes / 4};
+
+constinit const LaneEncryption<Rc2Key> kRc2LanesAvx2{&Kernel::Encrypt, Kernel::kLanes,
+                                                     Kernel::kLanes / 4};
 
 }  // namespace latchkey::provider

@@ -47,4 +47,7 @@ using Kernel = Rc2Lanes<Vector>;
 constinit const BulkDecryption<Rc2Key> kRc2BulkAvx512{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                       Kernel::kBatchBytes / 4};
 
+constinit const LaneEncryption<Rc2Key> kRc2LanesAvx512{&Kernel::Encrypt, Kernel::kLanes,
+                                                       Kernel::kLanes / 4};
+
 }  // namespace latchkey::provider

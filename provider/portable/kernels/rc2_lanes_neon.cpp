@@ -12,7 +12,7 @@ struct Vector {
   using Word = std::uint64_t __attribute__((vector_size(16)));
   using Lanes = std::uint16_t __attribute__((vector_size(16)));
 
-  static Lanes Spread(std::uint16_t value) noexcept { return Lanes{} + value; }
+  static constexpr std::size_t kGroups = 2;
 
   // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
@@ -28,12 +28,15 @@ struct Vector {
       std::memcpy(&high_, words + 32, sizeof high_);
     }
 
-    // The index of both bytes of each word. The first look-up gives 0 for an index above 63; the
-    // second one keeps its result for an index below 64, which the subtraction makes too large.
-    [[nodiscard]] Lanes WordsAt(Lanes index) const noexcept {
-      const auto bytes = reinterpret_cast<uint8x16_t>(index * 0x0202 + 0x0100);
-      const uint8x16_t found = vqtbl4q_u8(low_, bytes);
-      return reinterpret_cast<Lanes>(vqtbx4q_u8(found, high_, bytes - 64));
+    // The key words that the low six bits of each lane choose. `bytes` has the index of both bytes
+    // of each word. The first look-up gives 0 for an index above 63; the second one keeps its
+    // result for an index below 64, which the subtraction makes too large.
+    void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
+      for (std::size_t g = 0; g < kGroups; ++g) {
+        const auto bytes = reinterpret_cast<uint8x16_t>((indexes[g] & 63) * 0x0202 + 0x0100);
+        const uint8x16_t found = vqtbl4q_u8(low_, bytes);
+        words[g] = reinterpret_cast<Lanes>(vqtbx4q_u8(found, high_, bytes - 64));
+      }
     }
 
    private:
@@ -48,5 +51,8 @@ using Kernel = Rc2Lanes<Vector>;
 
 constinit const BulkDecryption<Rc2Key> kRc2BulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                     Kernel::kBatchBytes / 4};
+
+constinit const LaneEncryption<Rc2Key> kRc2LanesNeon{&Kernel::Encrypt, Kernel::kLanes,
+                                                     Kernel::kLanes / 4};
 
 }  // namespace latchkey::provider

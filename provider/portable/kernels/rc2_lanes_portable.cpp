@@ -43,4 +43,7 @@ using Kernel = Rc2Lanes<Vector>;
 constinit const BulkDecryption<Rc2Key> kRc2BulkPortable{&Kernel::Decrypt, Kernel::kBatchBytes,
                                                         Kernel::kBatchBytes / 2};
 
+constinit const LaneEncryption<Rc2Key> kRc2LanesPortable{&Kernel::Encrypt, Kernel::kLanes,
+                                                         Kernel::kLanes / 2};
+
 }  // namespace latchkey::provider

@@ -1,6 +1,6 @@
-// Operations on words of several 64-bit lanes: vectors of the compiler's vector extension, of one or
-// more parts of 128 bits. All functions are inlined into files that are compiled for one kind
-// of CPU, and must not exist outside them.
+// Operations on words of several 64-bit lanes: vectors of the compiler's vector extension, of one
+// or more parts of 128 bits. All functions are inlined into files that are compiled for one kind of
+// CPU, and must not exist outside them.
 #pragma once
 
 #include <bit>
@@ -71,7 +71,8 @@ template <unsigned distance, class Word>
   lower ^= changed << distance;
 }
 
-// The bytes of the first halves (or of the second halves) of each 128-bit part of two words, in turn.
+// The bytes of the first halves (or of the second halves) of each 128-bit part of two words, in
+// turn.
 template <bool isSecond, class Word>
 [[gnu::always_inline]] inline Word Interleave(const Word& even, const Word& odd) noexcept {
   using Bytes = typename Divided<Word, std::uint8_t>::Type;

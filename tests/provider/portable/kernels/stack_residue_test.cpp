@@ -11,8 +11,10 @@
 #include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/hashes.h"
+#include "provider/portable/kernels/lane_encryption.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "provider/portable/kernels/rc4_words.h"
+#include "provider/portable/kernels/stream_messages.h"
 #include "tests/support/cpu_levels.h"
 #include "tests/support/linux/stack_residue.h"
 #include "tests/support/random_bytes.h"
@@ -99,6 +101,18 @@ TEST(KernelStackResidueTest, TheKernelsOfSingleBlocksLeaveNoSecretsAfterTheProvi
   EXPECT_EQ(ResidueAfterWipe(kKeysAndData, [=] { AddRc4KeyStream(work.rc4State, work.data); }), 0U);
 }
 
+TEST(KernelStackResidueTest, ManyMessagesOfOneStreamLeaveNoSecretsAfterTheProvidersWipe) {
+  static std::array<std::uint8_t, 400> results;
+  static const std::array<std::uint32_t, 5> lengths{100, 7, 64, 0, 229};
+  EXPECT_EQ(ResidueAfterWipe(kKeysAndData,
+                             [] {
+                               const std::span data(work.data);
+                               AddStreamToEach(data.data() + 1000, data.first(400), lengths,
+                                               results.data());
+                             }),
+            0U);
+}
+
 TEST(KernelStackResidueTest, TheHashesLeaveNoSecretsAfterTheProvidersWipe) {
   alignas(std::max_align_t) static std::array<std::uint8_t, 1024> context;
   static std::array<std::uint8_t, 20> digest;
@@ -138,6 +152,32 @@ TEST_P(KernelBulkResidueTest, BulkDecryptionLeavesNoSecrets) {
               0U)
         << "RC2, " << batches << " batches";
   }
+}
+
+// Gives the data as plaintext in two calls.
+BlockSource PlaintextSource(int& calls) {
+  return {[](void* context) noexcept {
+            return ++*static_cast<int*>(context) <= 2 ? work.data.data() : nullptr;
+          },
+          &calls};
+}
+
+TEST_P(KernelBulkResidueTest, LaneEncryptionLeavesNoSecrets) {
+  static int calls;
+  EXPECT_EQ(ResidueOf(kKeysAndData,
+                      [this] {
+                        calls = 0;
+                        DesLaneEncryption(GetParam()).encrypt(work.desKey, PlaintextSource(calls));
+                      }),
+            0U)
+      << "3DES";
+  EXPECT_EQ(ResidueOf(kKeysAndData,
+                      [this] {
+                        calls = 0;
+                        Rc2LaneEncryption(GetParam()).encrypt(work.rc2Key, PlaintextSource(calls));
+                      }),
+            0U)
+      << "RC2";
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, KernelBulkResidueTest, ::testing::ValuesIn(LevelsOfThisMachine()),
