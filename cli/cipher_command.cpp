@@ -1,15 +1,17 @@
 // latchkey encrypt and latchkey decrypt.
 #include <algorithm>
-#include <functional>
 #include <memory>
-#include <optional>
+#include <span>
+#include <string>
 #include <utility>
 
+#include "cli/alternatives.h"
 #include "cli/automatic_key.h"
 #include "cli/cipher_stream.h"
 #include "cli/ciphertext_input.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/data_form.h"
 #include "cli/failure.h"
 #include "cli/key_options.h"
 #include "cli/many_file_options.h"
@@ -59,6 +61,8 @@ struct Options {
   OutputOptions output;
   ManyFileOptions many;
   std::string input = "-";
+  std::string from;  // a name of TextFormNames; empty: bytes
+  std::string to;
   bool restoreSpaces = false;
   bool automatic = false;
 };
@@ -90,18 +94,15 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key, cons
   return work;
 }
 
-using Advance = std::function<void(std::size_t bytes)>;
-
 ByteCounts Transform(CipherWork& work, InputFile& file, CiphertextInput& input,
-                     const OutputOptions& options, OutputFile& output, const Advance& advance) {
+                     DataWriter& output) {
   if (work.workers > 1) file.AllowStop();
-  return RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
-                          [&] { file.StopReading(); },
-                          [&](std::span<const std::uint8_t> result, std::size_t consumed) {
-                            RefuseTerminal(options, result);
-                            output.Write(result);
-                            advance(consumed);
-                          }});
+  const ByteCounts counts =
+      RunCipher(work, {[&](std::span<std::uint8_t> bytes) { return input.Read(bytes); },
+                       [&] { file.StopReading(); },
+                       [&](std::span<const std::uint8_t> result) { output.Write(result); }});
+  output.Finish();
+  return counts;
 }
 
 Json Result(const Options& options, const KeySettings& settings, const ByteCounts& counts) {
@@ -131,7 +132,8 @@ void DeriveFound(ReadyKey& ready, const Options& options, bool quiet) {
     throw WrongUsage("--auto finds the settings: leave out those that are given");
   }
   InputFile input(options.input);
-  const AutomaticKey found = FindKey(ReadSample(input, quiet), options.password);
+  const AutomaticKey found =
+      FindKey(ReadSample(input, DataFormOf(options.from), quiet), options.password);
   if (options.password.verbose) Report::Note("latchkey: certain: " + found.options);
   Require(ready.key.Derive(found.settings, found.password, kDecryptionSites), input.Name());
   ready.spaces = found.restoresSpaces ? Spaces::Restore : Spaces::Keep;
@@ -153,29 +155,46 @@ CommandError WithHint(const CommandError& error, const ReadyKey& ready,
   return WithDecryptionHint(error, length.empty() ? ready.hint : length);
 }
 
+struct Outcome {
+  ByteCounts counts;
+  std::size_t restored = 0;  // spaces
+};
+
+Outcome TransformFile(const CipherCommand& command, const Options& options, const ReadyKey& ready,
+                      InputFile& file, OutputFile& output, bool quiet) {
+  CipherWork work = PrepareWork(command, ready.key, file);
+  Progress progress(file.Size(), quiet);
+  DataReader data(file, DataFormOf(options.from),
+                  [&](std::size_t bytes) { progress.Advance(bytes); });
+  CiphertextInput input([&](std::span<std::uint8_t> bytes) { return data.Read(bytes); },
+                        ready.key.Settings(), ready.spaces);
+  DataWriter writer(DataFormOf(options.to), [&](std::span<const std::uint8_t> bytes) {
+    RefuseTerminal(options.output, bytes);
+    output.Write(bytes);
+  });
+  try {
+    const ByteCounts counts = Transform(work, file, input, writer);
+    return {counts, input.Restored()};
+  } catch (const CommandError& error) {
+    throw WithHint(error, ready, input);
+  }
+}
+
 ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options, Report& report) {
   if (options.output.IsStandardOutput()) report.GiveOutputToData();
-  if (command.direction == CipherDirection::Encrypt) RefuseTerminal(options.output);
+  if (command.direction == CipherDirection::Encrypt && options.to.empty()) {
+    RefuseTerminal(options.output);
+  }
   RequireOwnSource(options.password, options.input);
   InputFile file(options.input);
   ReadyKey ready;
   MakeKey(ready, command, options, file.Name(), report.IsQuiet());
-  CipherWork work = PrepareWork(command, ready.key, file);
-  CiphertextInput input([&](std::span<std::uint8_t> bytes) { return file.Read(bytes); },
-                        ready.key.Settings(), ready.spaces);
   OutputFile output(options.output.file, options.output.force, command.readers);
-  ByteCounts counts;
-  try {
-    Progress progress(file.Size(), report.IsQuiet());
-    counts = Transform(work, file, input, options.output, output,
-                       [&](std::size_t bytes) { progress.Advance(bytes); });
-  } catch (const CommandError& error) {
-    throw WithHint(error, ready, input);
-  }
+  const Outcome outcome = TransformFile(command, options, ready, file, output, report.IsQuiet());
   file.Close();
   output.Commit();
-  Json result = Result(options, ready.key.Settings(), counts);
-  if (input.Restored() > 0) result["restored_spaces"] = input.Restored();
+  Json result = Result(options, ready.key.Settings(), outcome.counts);
+  if (outcome.restored > 0) result["restored_spaces"] = outcome.restored;
   report.Result(result);
   return ExitStatus::Done;
 }
@@ -186,15 +205,16 @@ ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options,
   const FilePlan plan(options.many, command.direction);
   ReadyKey ready;
   Derive(ready, command, options, {});
-  const auto stream = [&](InputFile& file, CiphertextInput& input, OutputFile& output,
-                          std::size_t threads, const Advance& advance) {
+  const auto stream = [&](InputFile& file, CiphertextInput& input, DataWriter& output,
+                          std::size_t threads) {
     CipherWork work = PrepareWork(command, ready.key, file, threads);
-    return Transform(work, file, input, options.output, output, advance);
+    return Transform(work, file, input, output);
   };
   FileResults results(report, plan);
-  RunManyFiles({options.many, ready.key, command.direction, ready.spaces, ready.hint,
-                command.readers, options.output.force, stream},
-               plan, results);
+  RunManyFiles(
+      {options.many, ready.key, command.direction, ready.spaces, ready.hint, command.readers,
+       options.output.force, DataFormOf(options.from), DataFormOf(options.to), stream},
+      plan, results);
   Json settings = Json::object();
   AddSettings(settings, ready.key.Settings());
   return results.Finish(command.participle, settings);
@@ -206,6 +226,16 @@ ExitStatus RunChosenForm(const CipherCommand& command, Options& options, Report&
   }
   if (!options.many.inputs.empty()) options.input = options.many.inputs.front();
   return RunCipherCommand(command, options, report);
+}
+
+void AddFormOptions(CLI::App& command, Options& options) {
+  const auto add = [&](const char* name, std::string& value, const char* description) {
+    command.add_option(name, value, description)
+        ->transform(OneOf(TextFormNames()))
+        ->type_name(Alternatives(TextFormNames()));
+  };
+  add("--from", options.from, "Read the data as hexadecimal digits or Base64 (default: bytes)");
+  add("--to", options.to, "Write the result as hexadecimal digits or Base64 (default: bytes)");
 }
 
 // The parser requires --hash and --cipher unless they are to be found.
@@ -231,6 +261,7 @@ void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
                       });
   AddKeyOptions(command, options->key, Required::Yes);
   if (cipherCommand.direction == CipherDirection::Decrypt) AddDecryptionOptions(command, *options);
+  AddFormOptions(command, *options);
   AddOutputOptions(command, options->output);
   AddPasswordOptions(command, options->password);
   AddManyFileOptions(command, options->many);

@@ -72,7 +72,7 @@ void CipherStages::Work(StreamPiece& piece, std::size_t worker) {
 }
 
 void CipherStages::Write(const StreamPiece& piece) {
-  streams_.write(piece.bytes.All().subspan(kBlockSize, piece.length), piece.consumed);
+  streams_.write(piece.bytes.All().subspan(kBlockSize, piece.length));
   counts_.in += piece.consumed;
   counts_.out += piece.length;
 }

@@ -19,8 +19,8 @@ struct ByteStreams {
   std::function<std::size_t(std::span<std::uint8_t>)> read;
   // Makes a waiting read return soon. Called from another thread; must not throw.
   std::function<void()> stopReading;
-  // Writes the result of the next `consumed` bytes read.
-  std::function<void(std::span<const std::uint8_t>, std::size_t consumed)> write;
+  // Writes the next part of the result.
+  std::function<void(std::span<const std::uint8_t>)> write;
 };
 
 struct CipherWork {

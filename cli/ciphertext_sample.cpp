@@ -73,19 +73,18 @@ void AddRecord(std::string_view line, const std::string& file, std::uint64_t num
 
 }  // namespace
 
-SampleBytes ReadSample(InputFile& input, bool quiet, std::size_t longestHead) {
+SampleBytes ReadSample(InputFile& input, DataForm form, bool quiet, std::size_t longestHead) {
   Progress progress(input.Size(), quiet);
+  DataReader data(input, form, [&](std::size_t bytes) { progress.Advance(bytes); });
   SampleBytes sample;
   sample.file = input.Name();
   sample.head.resize(longestHead);
-  sample.head.resize(input.Read(sample.head));
+  sample.head.resize(data.Read(sample.head));
   sample.length = sample.head.size();
   AddToTail(sample.tail, sample.head);
-  progress.Advance(sample.length);
   std::vector<std::uint8_t> piece(kPiece);
-  while (const std::size_t count = input.Read(piece)) {
+  while (const std::size_t count = data.Read(piece)) {
     sample.length += count;
-    progress.Advance(count);
     AddToTail(sample.tail, std::span(piece).first(count));
   }
   return sample;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/data_form.h"
 #include "cli/platform/input_file.h"
 #include "crypto/engine/sample_evidence.h"
 
@@ -22,9 +23,9 @@ struct SampleBytes {
   [[nodiscard]] CiphertextSample Sample() const noexcept { return {head, tail, length}; }
 };
 
-// Reads the input to its end, in constant memory, and keeps a head of at most that length. Shows
-// progress unless `quiet`.
-[[nodiscard]] SampleBytes ReadSample(InputFile& input, bool quiet,
+// Reads a ciphertext in this form to its end, in constant memory, and keeps a head of at most that
+// length. Shows progress unless `quiet`.
+[[nodiscard]] SampleBytes ReadSample(InputFile& input, DataForm form, bool quiet,
                                      std::size_t longestHead = CiphertextSample::kHeadLength);
 
 // Adds the records of the input until there are `most`: lines of hexadecimal digits in any case,

@@ -1,10 +1,10 @@
 // latchkey hex.
-#include <array>
 #include <memory>
+#include <span>
 
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/hex_text.h"
+#include "cli/data_form.h"
 #include "cli/json.h"
 #include "cli/output_options.h"
 #include "cli/platform/input_file.h"
@@ -20,35 +20,18 @@ struct Options {
   std::string input = "-";
 };
 
-// Passes the input to `take`, piece by piece.
-template <class Take>
-void ForEachPiece(InputFile& input, Progress& progress, Take take) {
+void Convert(const Options& options, DataReader& input, OutputFile& output) {
+  DataWriter writer(options.decode ? DataForm::Bytes : DataForm::Hex,
+                    [&](std::span<const std::uint8_t> bytes) {
+                      RefuseTerminal(options.output, bytes);
+                      output.Write(bytes);
+                    });
   WipedBytes piece(std::size_t{1} << 16);
   for (std::size_t count = piece.size(); count == piece.size();) {
     count = input.Read(piece);
-    take(std::span<const std::uint8_t>(piece).first(count));
-    progress.Advance(count);
+    writer.Write(std::span(piece).first(count));
   }
-}
-
-void Encode(const Options&, InputFile& input, OutputFile& output, Progress& progress) {
-  bool isEmpty = true;
-  ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
-    isEmpty = isEmpty && piece.empty();
-    output.Write(UpperHexOf(piece));
-  });
-  constexpr std::array<std::uint8_t, 1> kLineEnd{'\n'};
-  if (!isEmpty) output.Write(kLineEnd);
-}
-
-void Decode(const Options& options, InputFile& input, OutputFile& output, Progress& progress) {
-  HexReader reader;
-  ForEachPiece(input, progress, [&](std::span<const std::uint8_t> piece) {
-    const WipedBytes bytes = reader.Read(piece, input.Name());
-    RefuseTerminal(options.output, bytes);
-    output.Write(bytes);
-  });
-  reader.Finish(input.Name());
+  writer.Finish();
 }
 
 ExitStatus RunHex(const Options& options, Report& report) {
@@ -57,7 +40,9 @@ ExitStatus RunHex(const Options& options, Report& report) {
   OutputFile output(options.output.file, options.output.force, Readers::Default);
   {
     Progress progress(input.Size(), report.IsQuiet());
-    (options.decode ? Decode : Encode)(options, input, output, progress);
+    DataReader reader(input, options.decode ? DataForm::Hex : DataForm::Bytes,
+                      [&](std::size_t bytes) { progress.Advance(bytes); });
+    Convert(options, reader, output);
   }
   input.Close();
   output.Commit();

@@ -1,48 +1,64 @@
 #include "cli/hex_text.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "cli/failure.h"
-#include "crypto/hexadecimal.h"
+#include "diagnostics/failure_table.h"
 
 namespace latchkey::cli {
 
 namespace {
 
-bool IsDigit(std::uint8_t character) {
-  return (character >= '0' && character <= '9') || (character >= 'A' && character <= 'F') ||
-         (character >= 'a' && character <= 'f');
-}
-
-bool IsSpace(std::uint8_t character) {
-  return character == ' ' || (character >= '\t' && character <= '\r');
+// Without a branch, so that a compiler can check several characters at once.
+bool IsDigit(std::uint8_t character) noexcept {
+  const unsigned digit = character;
+  const unsigned letter = digit | 0x20U;
+  return (static_cast<unsigned>(digit - '0' <= 9U) | static_cast<unsigned>(letter - 'a' <= 5U)) !=
+         0;
 }
 
 CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::string& file) {
-  const bool isVisible = character > ' ' && character < 0x7F;
-  const std::array code{character};
-  return CommandError(Failure{
-      .text = "not a hexadecimal digit: " +
-              (isVisible ? "'" + std::string(1, static_cast<char>(character)) + "'"
-                         : "byte " + LowerHexOf(code)) +
-              " at position " + std::to_string(position),
-      .file = file,
-      .hint =
-          "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x before a byte are "
-          "skipped"});
+  return WrongCharacter("not a hexadecimal digit", character, position, file,
+                        "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x "
+                        "before a byte are skipped");
 }
 
 }  // namespace
 
+void HexConverter::Encode(std::span<const std::uint8_t> bytes, WipedBytes& digits) {
+  while (!bytes.empty()) {
+    const std::size_t count = std::min(bytes.size(), kStep / 2);
+    kernel_.encode(bytes.data(), count, digits_.data());
+    std::copy_n(digits_.data(), 2 * count, ExtendBy(2 * count, digits).begin());
+    bytes = bytes.subspan(count);
+  }
+}
+
+// Copies digits for the kernel. Returns whether all are digits.
+bool HexConverter::Widen(std::span<const std::uint8_t> digits) noexcept {
+  bool isGood = true;
+  for (std::size_t i = 0; i < digits.size(); ++i) {
+    isGood &= IsDigit(digits[i]);
+    digits_[i] = static_cast<char16_t>(digits[i]);
+  }
+  return isGood;
+}
+
+bool HexConverter::Decode(std::span<const std::uint8_t> digits, WipedBytes& bytes) {
+  while (!digits.empty()) {
+    const std::size_t count = std::min(digits.size(), kStep) / 2;
+    if (!Widen(digits.first(2 * count))) return false;
+    kernel_.decode(digits_.data(), count, ExtendBy(count, bytes).data());
+    digits = digits.subspan(2 * count);
+  }
+  return true;
+}
+
 WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes) {
-  Text text;
-  const WipeAtExit wipe(text);
-  EncodeHex(bytes, text);
-  WipedBytes digits(text.size());
-  std::transform(text.begin(), text.end(), digits.begin(),
-                 [](char16_t digit) { return static_cast<std::uint8_t>(digit); });
+  WipedBytes digits;
+  digits.reserve(2 * bytes.size());
+  HexConverter().Encode(bytes, digits);
   return digits;
 }
 
@@ -55,42 +71,59 @@ std::string LowerHexOf(std::span<const std::uint8_t> bytes) {
   return lower;
 }
 
-void HexReader::Take(std::uint8_t character, const std::string& file) {
+void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes& bytes) {
   if (mark_ != 0) {
     const char mark = std::exchange(mark_, '\0');
     if ((character | 0x20) == 'x') return;
     if (mark == '\\') throw NoDigit('\\', position_ - 1, file);
-    digits_.push_back('0');
+    first_ = '0';
   }
-  if (IsSpace(character)) return;
-  const bool startsByte = digits_.size() % 2 == 0;
-  if (startsByte && (character == '0' || character == '\\')) {
+  if (IsTextSpace(character)) return;
+  if (first_ == 0 && (character == '0' || character == '\\')) {
     mark_ = static_cast<char>(character);
-  } else if (IsDigit(character)) {
-    digits_.push_back(character);
-  } else {
+  } else if (!IsDigit(character)) {
     throw NoDigit(character, position_, file);
+  } else if (first_ == 0) {
+    first_ = character;
+  } else {
+    const std::array pair{std::exchange(first_, std::uint8_t{0}), character};
+    static_cast<void>(converter_.Decode(pair, bytes));  // both are digits
   }
 }
 
+// Whole bytes without anything between them are decoded together.
 WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string& file) {
-  digits_.reserve(digits_.size() + text.size() + 1);
-  for (const std::uint8_t character : text) {
+  WipedBytes bytes;
+  bytes.reserve(text.size() / 2 + 1);
+  while (!text.empty()) {
+    if (mark_ == 0 && first_ == 0) {
+      const auto end = std::ranges::find_if_not(text, IsDigit);
+      const auto count = static_cast<std::size_t>(end - text.begin()) / 2 * 2;
+      // A 0 of 0x is the first digit of a byte, and thus not among these.
+      static_cast<void>(converter_.Decode(text.first(count), bytes));
+      position_ += count;
+      text = text.subspan(count);
+      if (text.empty()) break;
+    }
     ++position_;
-    Take(character, file);
+    Take(text.front(), file, bytes);
+    text = text.subspan(1);
   }
-  const auto rest = digits_.end() - static_cast<std::ptrdiff_t>(digits_.size() % 2);
-  Text pairs(digits_.begin(), rest);
-  const WipeAtExit wipe(pairs);
-  digits_.erase(digits_.begin(), rest);
-  WipedBytes bytes(pairs.size() / 2);
-  DecodeHex(pairs, bytes);
   return bytes;
 }
 
 void HexReader::Finish(const std::string& file) const {
   if (mark_ == '\\') throw NoDigit('\\', position_, file);
-  if (mark_ != 0 || !digits_.empty()) throw CommandError(FailureAt(check::kHexLength, file));
+  if (mark_ != 0 || first_ != 0) throw CommandError(FailureAt(check::kHexLength, file));
+}
+
+void HexWriter::Write(std::span<const std::uint8_t> bytes, WipedBytes& text) {
+  isEmpty_ = isEmpty_ && bytes.empty();
+  converter_.Encode(bytes, text);
+}
+
+void HexWriter::Finish(WipedBytes& text) {
+  if (!isEmpty_) text.push_back('\n');
 }
 
 }  // namespace latchkey::cli

@@ -1,35 +1,71 @@
-// Hexadecimal digits as the command writes and reads them.
+// Hexadecimal digits as files and pipes contain them.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
+#include "base/hex_digits.h"
 #include "base/secure_memory.h"
+#include "cli/text_form.h"
 
 namespace latchkey::cli {
 
-// The digits of `bytes`, upper-case as the component writes them, as ASCII.
-[[nodiscard]] WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes);
-
-// The same in lower case, as the md5sum family writes digests.
-[[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
-
-// Decodes digits that arrive in pieces. Skips white space anywhere, and 0x or \x before a byte.
-class HexReader {
+// Converts between bytes and digits in ASCII, with the fastest code for this machine. Used by one
+// thread.
+class HexConverter {
  public:
-  // The complete bytes so far. Raises CommandError, about `file`, for any other character.
-  [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text, const std::string& file);
+  // Appends the digits of the bytes, in upper case as the component writes them.
+  void Encode(std::span<const std::uint8_t> bytes, WipedBytes& digits);
 
-  // Raises CommandError if a digit has no second.
-  void Finish(const std::string& file) const;
+  // Appends the bytes of an even number of digits in either case. Returns false if another
+  // character is among them; what was appended is then meaningless.
+  [[nodiscard]] bool Decode(std::span<const std::uint8_t> digits, WipedBytes& bytes);
 
  private:
-  void Take(std::uint8_t character, const std::string& file);
+  static constexpr std::size_t kStep = 512;
 
-  WipedBytes digits_;  // not decoded yet
-  char mark_ = 0;      // the 0 or backslash of what may be 0x or \x
+  [[nodiscard]] bool Widen(std::span<const std::uint8_t> digits) noexcept;
+
+  const HexDigits& kernel_ = FastestHexDigits();
+  std::array<char16_t, kStep> digits_{};
+  const WipeAtExit<decltype(digits_)> wipe_{digits_};
+};
+
+// The digits of `bytes` in upper case.
+[[nodiscard]] WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes);
+
+// The digits of `bytes` in lower case, as the md5sum family writes digests.
+[[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
+
+// Decodes digits. Skips white space anywhere, and 0x or \x before a byte.
+class HexReader final : public TextReader {
+ public:
+  [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text,
+                                const std::string& file) override;
+  void Finish(const std::string& file) const override;
+
+ private:
+  void Take(std::uint8_t character, const std::string& file, WipedBytes& bytes);
+
+  HexConverter converter_;
+  std::uint8_t first_ = 0;  // the first digit of a byte whose second is still to come, or 0
+  char mark_ = 0;           // the 0 or backslash of what may be 0x or \x
   std::uint64_t position_ = 0;
+};
+
+// Encodes bytes as one line of digits in upper case.
+class HexWriter final : public TextWriter {
+ public:
+  void Write(std::span<const std::uint8_t> bytes, WipedBytes& text) override;
+  void Finish(WipedBytes& text) override;
+
+ private:
+  HexConverter converter_;
+  bool isEmpty_ = true;
 };
 
 }  // namespace latchkey::cli

@@ -35,7 +35,7 @@ std::vector<SampleBytes> ReadAll(const Options& options, const Report& report) {
     if (options.records) {
       ReadRecords(input, kMostRecords, samples);
     } else {
-      samples.push_back(ReadSample(input, report.IsQuiet(), head));
+      samples.push_back(ReadSample(input, DataForm::Bytes, report.IsQuiet(), head));
     }
   }
   return samples;

@@ -43,7 +43,7 @@ class ManyFiles {
   std::optional<ByteCounts> TransformBytes(InputFile& file, OutputFile& output, WipedBytes& buffer,
                                            std::size_t threads);
   std::optional<ByteCounts> TransformWhole(CiphertextInput& input, const std::string& name,
-                                           OutputFile& output, WipedBytes& buffer);
+                                           DataWriter& output, WipedBytes& buffer);
   // True if the output is to be left as it is.
   [[nodiscard]] bool IsSkipped(const PlannedFile& file) const;
   [[nodiscard]] static bool IsIn(Pass pass, const PlannedFile& file);
@@ -133,19 +133,20 @@ void ManyFiles::Transform(PlannedFile& file, OutputGroup& group, WipedBytes& buf
 
 std::optional<ByteCounts> ManyFiles::TransformBytes(InputFile& file, OutputFile& output,
                                                     WipedBytes& buffer, std::size_t threads) {
-  CiphertextInput input([&](std::span<std::uint8_t> bytes) { return file.Read(bytes); },
+  DataReader data(file, work_.from, [&](std::size_t bytes) { results_.Advance(bytes); });
+  CiphertextInput input([&](std::span<std::uint8_t> bytes) { return data.Read(bytes); },
                         work_.key.Settings(), work_.spaces);
+  DataWriter writer(work_.to, [&](std::span<const std::uint8_t> bytes) { output.Write(bytes); });
   try {
-    if (threads == 0) return TransformWhole(input, file.Name(), output, buffer);
-    return work_.stream(file, input, output, threads,
-                        [&](std::size_t bytes) { results_.Advance(bytes); });
+    if (threads == 0) return TransformWhole(input, file.Name(), writer, buffer);
+    return work_.stream(file, input, writer, threads);
   } catch (const CommandError& error) {
     throw WithDecryptionHint(error, input.LengthHint().empty() ? work_.hint : input.LengthHint());
   }
 }
 
 std::optional<ByteCounts> ManyFiles::TransformWhole(CiphertextInput& input, const std::string& name,
-                                                    OutputFile& output, WipedBytes& buffer) {
+                                                    DataWriter& output, WipedBytes& buffer) {
   const std::size_t count = input.Read(std::span(buffer).first(kCipherPiece + 1));
   if (count > kCipherPiece) return {};
   auto length = NarrowTo<std::uint32_t>(count);
@@ -153,7 +154,7 @@ std::optional<ByteCounts> ManyFiles::TransformWhole(CiphertextInput& input, cons
     throw CommandError(FailureAt(SitesOf(work_.direction).cipher, name));
   }
   output.Write(std::span(buffer).first(length));
-  results_.Advance(count);
+  output.Finish();
   return ByteCounts{count, length};
 }
 

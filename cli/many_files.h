@@ -6,6 +6,7 @@
 
 #include "cli/cipher_stream.h"
 #include "cli/ciphertext_input.h"
+#include "cli/data_form.h"
 #include "cli/file_plan.h"
 #include "cli/file_results.h"
 #include "cli/many_file_options.h"
@@ -23,10 +24,11 @@ struct ManyFilesWork {
   std::string hint;  // what to try if decryption fails
   Readers readers = Readers::Default;
   bool replaces = false;
-  // Runs the cipher over a file of any length with up to `threads` threads, and calls `advance`
-  // with the number of bytes after each piece.
-  std::function<ByteCounts(InputFile& file, CiphertextInput& input, OutputFile&,
-                           std::size_t threads, const std::function<void(std::size_t)>& advance)>
+  DataForm from = DataForm::Bytes;
+  DataForm to = DataForm::Bytes;
+  // Runs the cipher over a file of any length with up to `threads` threads.
+  std::function<ByteCounts(InputFile& file, CiphertextInput& input, DataWriter& output,
+                           std::size_t threads)>
       stream;
 };
 

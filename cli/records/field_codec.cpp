@@ -1,11 +1,10 @@
 #include "cli/records/field_codec.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
 
-#include "base/hex_digits.h"
-#include "cli/platform/base64.h"
+#include "cli/base64_text.h"
+#include "cli/hex_text.h"
 #include "cli/utf8.h"
 #include "diagnostics/failure_table.h"
 
@@ -14,12 +13,6 @@ namespace {
 
 bool IsSpace(std::uint8_t byte) {
   return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n';
-}
-
-// Room for `count` more bytes at the end.
-std::span<std::uint8_t> Extend(WipedBytes& bytes, std::size_t count) {
-  bytes.resize(bytes.size() + count);
-  return std::span(bytes).last(count);
 }
 
 class HexCodec final : public FieldCodec {
@@ -34,44 +27,20 @@ class HexCodec final : public FieldCodec {
   }
 
   FieldFailure Encode(ByteSpan bytes, WipedBytes& text) override {
-    for (; !bytes.empty(); bytes = bytes.subspan(std::min(bytes.size(), kStep / 2))) {
-      const std::size_t count = std::min(bytes.size(), kStep / 2);
-      hex_.encode(bytes.data(), count, digits_.data());
-      std::copy_n(digits_.data(), 2 * count, Extend(text, 2 * count).begin());
-    }
+    converter_.Encode(bytes, text);
     return {};
   }
 
  private:
-  static constexpr std::size_t kStep = 512;
-
   static ByteSpan WithoutPrefix(ByteSpan text) {
     const bool hasPrefix = text.size() >= 2 && ((text[0] == '\\' && text[1] == 'x') ||
                                                 (text[0] == '0' && (text[1] | 0x20) == 'x'));
     return text.subspan(hasPrefix ? 2 : 0);
   }
 
-  // Widens digits for the kernel, without a branch for each. Returns whether all are digits.
-  [[nodiscard]] bool Widen(ByteSpan text) noexcept {
-    unsigned wrong = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-      const unsigned digit = text[i];
-      const unsigned letter = digit | 0x20U;
-      wrong |= static_cast<unsigned>(digit - '0' > 9U) & static_cast<unsigned>(letter - 'a' > 5U);
-      digits_[i] = static_cast<char16_t>(digit);
-    }
-    return wrong == 0;
-  }
-
   FieldFailure DecodeDigits(ByteSpan text, WipedBytes& bytes) {
     const std::size_t before = bytes.size();
-    bool isGood = true;
-    for (ByteSpan rest = text; isGood && rest.size() > 1;) {
-      const std::size_t count = std::min(rest.size(), kStep) / 2;
-      isGood = Widen(rest.first(2 * count));
-      hex_.decode(digits_.data(), count, Extend(bytes, count).data());
-      rest = rest.subspan(2 * count);
-    }
+    const bool isGood = converter_.Decode(text.first(text.size() / 2 * 2), bytes);
     if (isGood && text.size() % 2 == 0) return {};
     bytes.resize(before);
     if (isGood) return FailureAt(check::kHexLength);
@@ -79,9 +48,7 @@ class HexCodec final : public FieldCodec {
                    .hint = "--from base64 and --from text read other fields"};
   }
 
-  const HexDigits& hex_ = FastestHexDigits();
-  std::array<char16_t, kStep> digits_{};
-  const WipeAtExit<decltype(digits_)> wipe_{digits_};
+  HexConverter converter_;
 };
 
 class Base64Codec final : public FieldCodec {
@@ -94,33 +61,13 @@ class Base64Codec final : public FieldCodec {
   }
 
   FieldFailure Encode(ByteSpan bytes, WipedBytes& text) override {
-    const std::size_t length = Base64Length(bytes.size());
-    EncodeBase64(bytes, Extend(text, length + 1).first(length));
-    text.pop_back();
+    EncodeBase64Text(bytes, text);
     return {};
   }
 
  private:
-  // The libraries differ in what else they take.
-  static bool IsWellFormed(ByteSpan text) {
-    const auto end = std::ranges::find(text, '=');
-    const auto padding = static_cast<std::size_t>(text.end() - end);
-    const auto isDigit = [](std::uint8_t byte) {
-      const unsigned letter = byte | 0x20U;
-      return (letter >= 'a' && letter <= 'z') || (byte >= '0' && byte <= '9') || byte == '+' ||
-             byte == '/';
-    };
-    return text.size() % 4 == 0 && padding <= 2 && (padding < 2 || text.back() == '=') &&
-           std::all_of(text.begin(), end, isDigit);
-  }
-
   static FieldFailure DecodeText(ByteSpan text, WipedBytes& bytes) {
-    const std::size_t before = bytes.size();
-    if (IsWellFormed(text)) {
-      const auto length = DecodeBase64(text, Extend(bytes, text.size() / 4 * 3));
-      bytes.resize(before + length.value_or(0));
-      if (length) return {};
-    }
+    if (DecodeBase64Text(text, bytes)) return {};
     return Failure{.text = "the field is not Base64",
                    .hint = "--from hex and --from text read other fields"};
   }

@@ -46,7 +46,7 @@ class CipherStreamTest : public testing::Test {
 
   // From `source` to `result`.
   ByteStreams Streams(const Bytes& source) {
-    position = consumed = 0;
+    position = 0;
     result.clear();
     return {[&](std::span<std::uint8_t> bytes) {
               const std::size_t count = std::min(bytes.size(), source.size() - position);
@@ -56,9 +56,8 @@ class CipherStreamTest : public testing::Test {
               return count;
             },
             [] {},
-            [&](std::span<const std::uint8_t> bytes, std::size_t count) {
+            [&](std::span<const std::uint8_t> bytes) {
               result.insert(result.end(), bytes.begin(), bytes.end());
-              consumed += count;
             }};
   }
 
@@ -82,7 +81,6 @@ class CipherStreamTest : public testing::Test {
   UniqueContext context = OpenProvider(true);
   Bytes result;
   std::size_t position = 0;
-  std::size_t consumed = 0;
 };
 
 TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveTheSameBytesAsOneCall) {
@@ -108,7 +106,6 @@ TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveTheSameBytesAsOneCall) {
         EXPECT_EQ(result, plain);
         EXPECT_EQ(back.in, whole.size());
         EXPECT_EQ(back.out, length);
-        EXPECT_EQ(consumed, whole.size());
       }
     }
   }
@@ -145,9 +142,9 @@ TEST_F(CipherStreamTest, ExceptionsOfTheStreamsPassThrough) {
 
     streams = Streams(plain);
     const auto write = streams.write;
-    streams.write = [&](std::span<const std::uint8_t> bytes, std::size_t count) {
-      if (consumed == 20 * kPiece) throw std::length_error("write");
-      write(bytes, count);
+    streams.write = [&](std::span<const std::uint8_t> bytes) {
+      if (result.size() == 20 * kPiece) throw std::length_error("write");
+      write(bytes);
     };
     EXPECT_THROW(RunCipher(work, streams, kPiece), std::length_error);
     EXPECT_EQ(result.size(), 20 * kPiece);

@@ -47,6 +47,8 @@ class MemoryTest(CommandTest):
         used = {
             "encrypt": self.run_measured("encrypt", *rc4, "-o", "cipher", "sparse"),
             "decrypt": self.run_measured("decrypt", *rc4, "-o", "back", "cipher"),
+            "encrypt, to Base64": self.run_measured("encrypt", *rc4, "--to", "base64", "-o", "base64", "sparse"),
+            "decrypt, from Base64": self.run_measured("decrypt", *rc4, "--from", "base64", "--to", "hex", "base64"),
             "hash": self.run_measured("hash", "cipher"),
             "identify": self.run_measured("identify", "--no-password", "cipher"),
             "records encrypt": self.encrypt_rows(),

@@ -60,10 +60,7 @@ TEST(PieceBorderTest, NoPlaintextAtABorderStaysOnTheStack) {
                        }
                        return count;
                      },
-                     [] {},
-                     [&](std::span<const std::uint8_t> bytes, std::size_t /*consumed*/) {
-                       written += bytes.size();
-                     }});
+                     [] {}, [&](std::span<const std::uint8_t> bytes) { written += bytes.size(); }});
   EXPECT_EQ(written, kLength);
   EXPECT_FALSE(StackHolds(kPiece - kBorder + 1));
   EXPECT_FALSE(StackHolds(2 * kPiece - kBorder + 1));

@@ -36,6 +36,17 @@ class TerminalTest(CommandTest):
             status, shown = self.run_on_terminal(*arguments)
             self.assertEqual((status, bool(shown)), (0, True), arguments)
 
+    def test_ciphertexts_as_text_are_shown(self):
+        for form in ("hex", "base64"):
+            status, shown = self.run_on_terminal("encrypt", *RC4, "--to", form, data=b"text")
+            self.assertEqual((status, shown), (0, self.run_well("encrypt", *RC4, "--to", form, data=b"text").out))
+
+    def test_files_are_written_to_a_folder(self):
+        self.write("large", bytes(3 << 20))
+        for arguments in (["encrypt", "--output-dir", "out", "large"], ["decrypt", "--output-dir", "back", "out/large"]):
+            self.assertEqual(self.run_on_terminal(*arguments, *RC4)[0], 0, arguments)
+        self.assertEqual(self.read("back/large"), bytes(3 << 20))
+
     def test_a_result_with_control_characters_is_refused(self):
         for text, is_text in ((b"Gr\xfc\xdfe, \ttabs,\r\n\f lines", True), (b"a\0b", False), (b"a\x1b[2Jb", False)):
             self.write("c", self.run_well("encrypt", *RC4, data=text).out)
