@@ -50,6 +50,14 @@ class ManualTest(CommandTest):
 class CompletionCases:
     """What every shell completes. complete(LINE) gives the words and files for the end of a line, sorted."""
     PATHS = {**os.environ, "PATH": f"{BUILD}:{os.environ['PATH']}"}
+    OTHER_PROGRAM = """#!/bin/sh
+case $* in
+--help) printf 'Subcommands:\\n  keys  Keys\\n  records  Not a group\\n' ;;
+'keys --help') printf 'Subcommands:\\n  list  Lists\\n' ;;
+'keys list --help') printf 'Subcommands:\\n  all  All\\n  own  Own\\n' ;;
+*) printf 'Options:\\n  -o,--old  Old\\n' ;;
+esac
+"""
 
     def test_commands(self):
         self.assertEqual(self.complete("en"), ["encrypt"])
@@ -60,6 +68,19 @@ class CompletionCases:
         self.assertEqual(self.complete("records e"), ["encrypt"])
         self.assertEqual(self.complete("records encrypt --form"), ["--format"])
         self.assertEqual(self.complete("records encrypt --format "), ["csv", "jsonl", "lines"])
+
+    def test_groups_are_those_that_the_help_lists(self):
+        (self.folder / "programs").mkdir()
+        program = self.folder / "programs/latchkey"
+        program.write_text(self.OTHER_PROGRAM)
+        program.chmod(0o755)
+        self.PATHS = {**os.environ, "PATH": f"{program.parent}:{os.environ['PATH']}"}
+        self.assertEqual(self.complete("k"), ["keys"])
+        self.assertEqual(self.complete("keys "), ["list"])
+        self.assertEqual(self.complete("keys list "), ["all", "own"])
+        self.assertEqual(self.complete("keys list all --o"), ["--old"])
+        self.write("report.pdf", b"")
+        self.assertEqual(self.complete("records rep"), ["report.pdf"])
 
     def test_options(self):
         self.assertEqual(self.complete("decrypt --rc2"), ["--rc2-effective-bits"])
