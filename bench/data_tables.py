@@ -1,34 +1,8 @@
-"""The tables of docs/performance.md about users' data: rows, many files, Python and databases."""
-from processor import processor_time
+"""The tables of docs/performance.md about many files, Python and databases."""
 from verdicts import shortfall, verdict
 
-ROWS_SECONDS = 1.0  # for a million rows of CSV
-TIMES_PROCESSES = 500
 TIMES_CP = 5
 PYTHON_MICROSECONDS = 0.4  # above the C function
-
-
-def rows_table(found):
-    yield f"| {found['rows']:,} rows, 3DES | s | user + system, s | if never waiting, s | goal, s | met |"
-    yield "|---|---|---|---|---|---|"
-    missed = []
-    for way, taken in found["ways"].items():
-        processors = 1 if "one processor" in way or "cat" in way else found["processors"]
-        least = processor_time(taken) / processors
-        goal = ROWS_SECONDS * found["rows"] / 1e6 if way == "decrypt csv" else None
-        met = goal is None or taken["seconds"] <= goal
-        yield (f"| {way} | {taken['seconds']:.2f} | {taken['user']:.2f} + {taken['system']:.2f} | {least:.2f} | "
-               f"{f'{goal:.2f} | {verdict(met)}' if goal else '|'} |")
-        if not met:
-            missed.append(f"{way}: without any waiting it would take {least:.2f} s")
-    yield ""
-    yield shortfall(missed)
-
-
-def process_sentence(found):
-    ratio = found["ratio"]
-    return (f"{ratio:,.0f} times as fast (in processor time {found['ratio_of_processor_time']:,.0f} times; goal "
-            f"{TIMES_PROCESSES}, {'met' if ratio >= TIMES_PROCESSES else 'not met'})")
 
 
 def files_table(found):

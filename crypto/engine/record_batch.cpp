@@ -40,8 +40,7 @@ RecordBatch::RecordBatch(const DerivedKey& key, CipherDirection direction, const
   for (std::size_t first = 0; first < records.count; first += kChunkRecords) {
     const std::size_t end = std::min(first + kChunkRecords, records.count);
     Chunk& chunk = chunks_.emplace_back(Chunk{roomNeeded_});
-    std::uint64_t room = 0;
-    for (std::size_t i = first; i < end; ++i) room += RoomFor(records[i].size());
+    const std::uint64_t room = RoomForAll(first, end);
     chunk.room = NarrowTo<std::size_t>(room);
     roomNeeded_ = NarrowTo<std::size_t>(std::uint64_t{roomNeeded_} + room);
   }
@@ -50,6 +49,22 @@ RecordBatch::RecordBatch(const DerivedKey& key, CipherDirection direction, const
 std::uint32_t RecordBatch::RoomFor(std::size_t recordLength) const noexcept {
   const std::uint64_t room = key_.RoomFor(direction_, recordLength);
   return std::in_range<std::uint32_t>(room) ? static_cast<std::uint32_t>(room) : 0;
+}
+
+// Without padding, the room is the length, if no record can be too long.
+std::uint64_t RecordBatch::RoomForAll(std::size_t first, std::size_t end) const noexcept {
+  const std::size_t length = records_.Between(first, end).size();
+  if (RoomFor(length) == length) return length;
+  std::uint64_t room = 0;
+  for (std::size_t i = first; i < end; ++i) room += RoomFor(records_[i].size());
+  return room;
+}
+
+// `end` if there is none.
+std::size_t RecordBatch::FirstTooLong(std::size_t first, std::size_t end) const noexcept {
+  if (RoomFor(records_.Between(first, end).size()) > 0) return end;
+  while (first < end && RoomFor(records_[first].size()) >= records_[first].size()) ++first;
+  return first;
 }
 
 // A single thread writes each chunk's results directly after those of the one before.
@@ -74,44 +89,35 @@ void RecordBatch::RunChunk(std::size_t number, const Results& results, Work& wor
   Chunk& chunk = chunks_[number];
   const std::size_t end = std::min((number + 1) * kChunkRecords, records_.count);
   for (std::size_t i = number * kChunkRecords; i < end; ++i) {
-    const std::size_t count = ReadLengths(i, end, work);
-    RunRecords(i, count, chunk, results, work);
-    i += count;
-    if (i < end) Note(i, RecordStatus::TooLong, chunk, results);
+    const std::size_t tooLong = FirstTooLong(i, end);
+    RunRecords(i, tooLong, chunk, results, work);
+    i = tooLong;
+    if (i == end) break;
+    NoteStatus(i, RecordStatus::TooLong, chunk, results);
+    results.offsets.Set(i + 1, chunk.End());
   }
 }
 
-// Reads the lengths up to the first record that is too long, and returns their number.
-std::size_t RecordBatch::ReadLengths(std::size_t first, std::size_t end, Work& work) const {
-  std::size_t count = 0;
-  for (; first + count < end; ++count) {
-    const std::size_t length = records_[first + count].size();
-    if (RoomFor(length) < length) break;
-    work.lengths[count] = static_cast<std::uint32_t>(length);
-  }
-  return count;
-}
-
-void RecordBatch::RunRecords(std::size_t first, std::size_t count, Chunk& chunk,
+void RecordBatch::RunRecords(std::size_t first, std::size_t end, Chunk& chunk,
                              const Results& results, Work& work) const {
-  const auto begin = static_cast<std::size_t>(records_.offsets.Get(first));
-  const auto end = static_cast<std::size_t>(records_.offsets.Get(first + count));
-  const auto lengths = std::span(work.lengths).first(count);
-  key_.TransformEach(direction_, {records_.data.subspan(begin, end - begin), lengths,
-                                  results.data.subspan(chunk.End(), chunk.room - chunk.length),
-                                  std::span(work.failed).first(count)});
-  for (std::size_t i = 0; i < count; ++i) {
-    chunk.length += lengths[i];
-    Note(first + i, work.failed[i] ? RecordStatus::CipherFailed : RecordStatus::Done, chunk,
-         results);
+  const auto lengths = std::span(work.lengths).first(end - first);
+  const auto failed = std::span(work.failed).first(end - first);
+  records_.offsets.GetLengths(first, lengths);
+  key_.TransformEach(direction_,
+                     {records_.Between(first, end), lengths,
+                      results.data.subspan(chunk.End(), chunk.room - chunk.length), failed});
+  chunk.length = results.offsets.SetEnds(first, chunk.End(), lengths) - chunk.start;
+  if (results.statuses.empty() && std::ranges::find(failed, true) == failed.end()) return;
+  for (std::size_t i = 0; i < failed.size(); ++i) {
+    NoteStatus(first + i, failed[i] ? RecordStatus::CipherFailed : RecordStatus::Done, chunk,
+               results);
   }
 }
 
-void RecordBatch::Note(std::size_t record, RecordStatus status, Chunk& chunk,
-                       const Results& results) {
+void RecordBatch::NoteStatus(std::size_t record, RecordStatus status, Chunk& chunk,
+                             const Results& results) {
   if (!results.statuses.empty()) results.statuses[record] = results.codes.Of(status);
   if (status != RecordStatus::Done && chunk.failed++ == 0) chunk.firstFailure = status;
-  results.offsets.Set(record + 1, chunk.End());
 }
 
 // Closes the gaps between the results of the chunks.

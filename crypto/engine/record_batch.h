@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <span>
+#include <type_traits>
 #include <vector>
 
 #include "crypto/engine/derived_key.h"
@@ -29,7 +30,32 @@ class OffsetsOf {
     }
   }
 
+  // The same for many records at once: the lengths of those from record i on, which fit 32 bits.
+  void GetLengths(std::size_t i, std::span<std::uint32_t> lengths) const noexcept {
+    OnArray([&](const auto* offsets) {
+      for (std::size_t n = 0; n < lengths.size(); ++n) {
+        lengths[n] = static_cast<std::uint32_t>(offsets[i + n + 1] - offsets[i + n]);
+      }
+    });
+  }
+  // Sets the ends of those from record i on, which begins at `offset`. Returns the last end.
+  std::size_t SetEnds(std::size_t i, std::size_t offset,
+                      std::span<const std::uint32_t> lengths) const noexcept {
+    OnArray([&](auto* offsets) {
+      for (std::size_t n = 0; n < lengths.size(); ++n) {
+        offset += lengths[n];
+        offsets[i + n + 1] = static_cast<std::remove_reference_t<decltype(*offsets)>>(offset);
+      }
+    });
+    return offset;
+  }
+
  private:
+  template <class Work>
+  void OnArray(Work&& work) const noexcept {
+    wide_ != nullptr ? work(wide_) : work(narrow_);
+  }
+
   Narrow* narrow_ = nullptr;
   Wide* wide_ = nullptr;
 };
@@ -44,10 +70,15 @@ struct Records {
 
   // False if offsets decrease or lie outside the data.
   [[nodiscard]] bool AreGood() const noexcept;
+  // The records from `first` up to `end`, one after another. Requires AreGood.
+  [[nodiscard]] std::span<const std::uint8_t> Between(std::size_t first,
+                                                      std::size_t end) const noexcept {
+    const auto begin = static_cast<std::size_t>(offsets.Get(first));
+    return data.subspan(begin, static_cast<std::size_t>(offsets.Get(end)) - begin);
+  }
   // Record i. Requires AreGood.
   [[nodiscard]] std::span<const std::uint8_t> operator[](std::size_t i) const noexcept {
-    const auto begin = static_cast<std::size_t>(offsets.Get(i));
-    return data.subspan(begin, static_cast<std::size_t>(offsets.Get(i + 1)) - begin);
+    return Between(i, i + 1);
   }
 };
 
@@ -108,11 +139,13 @@ class RecordBatch {
 
   // The room for one record; 0 if it is too long.
   [[nodiscard]] std::uint32_t RoomFor(std::size_t recordLength) const noexcept;
+  [[nodiscard]] std::uint64_t RoomForAll(std::size_t first, std::size_t end) const noexcept;
+  [[nodiscard]] std::size_t FirstTooLong(std::size_t first, std::size_t end) const noexcept;
   void RunChunk(std::size_t number, const Results& results, Work& work);
-  [[nodiscard]] std::size_t ReadLengths(std::size_t first, std::size_t end, Work& work) const;
-  void RunRecords(std::size_t first, std::size_t count, Chunk& chunk, const Results& results,
+  void RunRecords(std::size_t first, std::size_t end, Chunk& chunk, const Results& results,
                   Work& work) const;
-  static void Note(std::size_t record, RecordStatus status, Chunk& chunk, const Results& results);
+  static void NoteStatus(std::size_t record, RecordStatus status, Chunk& chunk,
+                         const Results& results);
   void JoinChunks(const Results& results) noexcept;
 
   const DerivedKey& key_;

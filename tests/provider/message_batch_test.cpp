@@ -50,7 +50,7 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
       outcome.failed.push_back(!done);
       outcome.lengths.push_back(done ? length : 0);
       outcome.results.insert(outcome.results.end(), message.begin(),
-                             message.begin() + outcome.lengths.back());
+                             message.begin() + static_cast<std::ptrdiff_t>(outcome.lengths.back()));
     }
     return outcome;
   }
