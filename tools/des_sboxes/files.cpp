@@ -44,6 +44,14 @@ std::string HeadOf(const std::string& text) {
   return text.substr(0, end);
 }
 
+bool ReadRecord(std::istream& file, Record& record) {
+  std::string box;
+  auto& [kind, number, gates, effort] = record;
+  if (!(file >> kind >> box >> gates)) return false;
+  number = ParseBox(box);
+  return static_cast<bool>(file >> effort.seed >> effort.circuits >> effort.rounds >> effort.steps);
+}
+
 }  // namespace
 
 unsigned ParseBox(const std::string& text) {
@@ -57,13 +65,19 @@ Records ReadRecords() {
   const std::string text = ReadFile(kSeeds);
   std::istringstream lines(text.substr(HeadOf(text).size()));
   Records records;
-  std::string box;
-  for (Record record{}; lines >> record.kind >> box >> record.gates >> record.effort.seed >>
-                        record.effort.circuits >> record.effort.rounds >> record.effort.steps;) {
-    record.box = ParseBox(box);
-    records.push_back(record);
-  }
+  for (Record record{}; ReadRecord(lines, record);) records.push_back(record);
   return records;
+}
+
+Example ReadExample() {
+  const std::string text = ReadFile("tools/des_sboxes/example.txt");
+  const std::size_t head = HeadOf(text).size();
+  const std::size_t end = text.find('\n', head) + 1;
+  std::istringstream line(text.substr(head, end - head));
+  Example example;
+  if (!ReadRecord(line, example.record)) throw std::runtime_error("the example has no search");
+  example.text = text.substr(end);
+  return example;
 }
 
 void WriteRecords(const Records& records) {

@@ -25,6 +25,14 @@ using Records = std::vector<Record>;
 void WriteRecords(const Records& records);
 [[nodiscard]] Record& RecordOf(Records& records, const std::string& kind, unsigned box);
 
+// A short search and the text of what it finds: tools/des_sboxes/example.txt.
+struct Example {
+  Record record{};
+  std::string text;
+};
+
+[[nodiscard]] Example ReadExample();
+
 // The functions of one S-box in the header of this kind.
 [[nodiscard]] std::string ReadFunction(const std::string& kind, unsigned box);
 void WriteFunction(const std::string& kind, unsigned box, const std::string& text);

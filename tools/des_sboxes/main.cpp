@@ -59,7 +59,16 @@ int RepeatAll(const std::vector<std::string>& words) {
   return isGood ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
+int CheckExample() {
+  const auto [record, expected] = ReadExample();
+  const Found found = Find(record.kind, record.box, record.effort);
+  if (found.text == expected) return EXIT_SUCCESS;
+  std::cout << "found:\n" << found.text << "instead of:\n" << expected;
+  return EXIT_FAILURE;
+}
+
 int Run(const std::vector<std::string>& words) {
+  if (words == std::vector<std::string>{"example"}) return CheckExample();
   const bool hasKind = words.size() >= 2 && (words[1] == "gates" || words[1] == "ternary");
   if (hasKind && words[0] == "search" && words.size() == 7) {
     return Improve(words[1], ParseBox(words[2]),
