@@ -120,9 +120,9 @@ std::string Function(unsigned box, const Circuit<K>& found) {
   const std::string number = "Box<" + std::to_string(box) + ">";
   return "  // S" + std::to_string(box + 1) + ": " + std::to_string(circuit.GateCount()) +
          " gates.\n  static constexpr unsigned Complements(" + number + ") { return 0b" +
-         Complements(circuit, targets) + "; }\n  static void Sbox(" + number +
-         ", Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {\n" +
-         Body(circuit) + "  }\n";
+         Complements(circuit, targets) + "; }\n  [[gnu::always_inline]] static void Sbox(" +
+         number + ", Word a, Word b, Word c, Word d, Word e, Word f,\n" + std::string(42, ' ') +
+         "Output to) noexcept {\n" + Body(circuit) + "  }\n";
 }
 
 }  // namespace

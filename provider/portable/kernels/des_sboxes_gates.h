@@ -20,7 +20,8 @@ struct GateCircuits {
 
   // S1: 51 gates.
   static constexpr unsigned Complements(Box<0>) { return 0b1110; }
-  static void Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = f & a;
     const Word t2 = f ^ t1;
     const Word t3 = e ^ t2;
@@ -80,7 +81,8 @@ struct GateCircuits {
 
   // S2: 44 gates.
   static constexpr unsigned Complements(Box<1>) { return 0b1111; }
-  static void Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = f & ~c;
     const Word t2 = d ^ e;
     const Word t3 = d & ~t2;
@@ -133,7 +135,8 @@ struct GateCircuits {
 
   // S3: 49 gates.
   static constexpr unsigned Complements(Box<2>) { return 0b1010; }
-  static void Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = a ^ c;
     const Word t2 = e ^ t1;
     const Word t3 = t2 ^ d;
@@ -191,7 +194,8 @@ struct GateCircuits {
 
   // S4: 27 gates.
   static constexpr unsigned Complements(Box<3>) { return 0b0111; }
-  static void Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = a ^ c;
     const Word t2 = c ^ e;
     const Word t3 = d ^ b;
@@ -227,7 +231,8 @@ struct GateCircuits {
 
   // S5: 48 gates.
   static constexpr unsigned Complements(Box<4>) { return 0b0010; }
-  static void Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = e ^ d;
     const Word t2 = a | c;
     const Word t3 = f & t2;
@@ -284,7 +289,8 @@ struct GateCircuits {
 
   // S6: 56 gates.
   static constexpr unsigned Complements(Box<5>) { return 0b1100; }
-  static void Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = d ^ f;
     const Word t2 = a ^ t1;
     const Word t3 = f & ~t2;
@@ -349,7 +355,8 @@ struct GateCircuits {
 
   // S7: 57 gates.
   static constexpr unsigned Complements(Box<6>) { return 0b0100; }
-  static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = b ^ d;
     const Word t2 = t1 ^ f;
     const Word t3 = d ^ t2;
@@ -415,7 +422,8 @@ struct GateCircuits {
 
   // S8: 55 gates.
   static constexpr unsigned Complements(Box<7>) { return 0b1101; }
-  static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = e | d;
     const Word t2 = c ^ t1;
     const Word t3 = b & t2;

@@ -26,7 +26,8 @@ struct TernaryCircuits {
 
   // S1: 24 gates.
   static constexpr unsigned Complements(Box<0>) { return 0b0000; }
-  static void Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x67>(b, d, a);
     const Word t2 = Ternary<0x96>(d, b, a);
     const Word t3 = Ternary<0xE1>(c, t1, t2);
@@ -59,7 +60,8 @@ struct TernaryCircuits {
 
   // S2: 23 gates.
   static constexpr unsigned Complements(Box<1>) { return 0b0000; }
-  static void Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x69>(f, b, c);
     const Word t2 = Ternary<0xB7>(c, b, b);
     const Word t3 = Ternary<0x2D>(d, f, t2);
@@ -91,7 +93,8 @@ struct TernaryCircuits {
 
   // S3: 25 gates.
   static constexpr unsigned Complements(Box<2>) { return 0b0000; }
-  static void Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x69>(f, c, b);
     const Word t2 = Ternary<0x18>(e, a, t1);
     const Word t3 = Ternary<0x1C>(d, b, t2);
@@ -125,7 +128,8 @@ struct TernaryCircuits {
 
   // S4: 17 gates.
   static constexpr unsigned Complements(Box<3>) { return 0b0000; }
-  static void Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x5C>(d, b, b);
     const Word t2 = Ternary<0xC7>(a, c, e);
     const Word t3 = Ternary<0x1C>(e, c, d);
@@ -151,7 +155,8 @@ struct TernaryCircuits {
 
   // S5: 25 gates.
   static constexpr unsigned Complements(Box<4>) { return 0b0000; }
-  static void Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x1E>(e, f, c);
     const Word t2 = Ternary<0x97>(c, f, a);
     const Word t3 = Ternary<0x42>(e, f, t2);
@@ -185,7 +190,8 @@ struct TernaryCircuits {
 
   // S6: 24 gates.
   static constexpr unsigned Complements(Box<5>) { return 0b0000; }
-  static void Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x74>(e, a, f);
     const Word t2 = Ternary<0xC2>(d, e, c);
     const Word t3 = Ternary<0x6D>(b, a, t1);
@@ -218,7 +224,8 @@ struct TernaryCircuits {
 
   // S7: 29 gates.
   static constexpr unsigned Complements(Box<6>) { return 0b0000; }
-  static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0x6E>(a, b, e);
     const Word t2 = Ternary<0xC9>(a, d, c);
     const Word t3 = Ternary<0x96>(t2, a, e);
@@ -256,7 +263,8 @@ struct TernaryCircuits {
 
   // S8: 28 gates.
   static constexpr unsigned Complements(Box<7>) { return 0b0000; }
-  static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f, Output to) noexcept {
+  [[gnu::always_inline]] static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
     const Word t1 = Ternary<0xB5>(f, e, d);
     const Word t2 = Ternary<0x93>(a, b, t1);
     const Word t3 = Ternary<0x2D>(c, d, b);
