@@ -70,10 +70,26 @@ class Bitslice {
     return i;
   }
 
+  // 1 if the circuits compute the complement of bit n (from 0) of the round function.
+  template <std::size_t n>
+  static constexpr std::uint32_t IsComplement() {
+    constexpr unsigned kOutput = kPermutation[n] - 1U;
+    constexpr std::integral_constant<unsigned, kOutput / 4> kBox;
+    return Circuits::Complements(kBox) >> (3 - kOutput % 4) & 1;
+  }
+
+  // Two complements cancel, so each half is right after every fourth round. In between, the bits of
+  // the key compensate.
+  static constexpr bool ReadsComplements(std::size_t round) {
+    return round % 4 == 1 || round % 4 == 2;
+  }
+
   template <unsigned box, unsigned bit>
-  [[gnu::always_inline]] static KeyMask KeyBit(const RoundKey& key) noexcept {
+  [[gnu::always_inline]] static KeyMask KeyBit(const RoundKey& key, std::size_t round) noexcept {
     const std::uint32_t word = box % 2 == 0 ? key.odd : key.even;
-    return -static_cast<KeyMask>(word >> (24 - box / 2 * 8 + 5 - bit) & 1);
+    const std::uint32_t change =
+        ReadsComplements(round) ? IsComplement<(4 * box + bit + 31) % 32>() : 0;
+    return -static_cast<KeyMask>((word >> (24 - box / 2 * 8 + 5 - bit) ^ change) & 1);
   }
 
   enum class Order { Encryption, Decryption };
@@ -84,19 +100,15 @@ class Bitslice {
     for (std::size_t round = 0; round < rounds_; ++round) {
       const RoundKey& key = keys.rounds[order == Order::Encryption ? round : rounds_ - 1 - round];
       [&]<std::size_t... i>(std::index_sequence<i...>) {
-        ((keys_[round][i] = KeyBit<i / 6, i % 6>(key)), ...);
+        ((keys_[round][i] = KeyBit<i / 6, i % 6>(key, round)), ...);
       }
       (std::make_index_sequence<kRoundBits>());
     }
   }
 
-  // Calls kernels::TurnBytes for the four pairs of eight rows whose numbers differ in `bit`.
   template <unsigned bit>
   [[gnu::always_inline]] static void TurnRows(Word* rows) noexcept {
-#pragma GCC unroll 8
-    for (unsigned i = 0; i < 8; ++i) {
-      if ((i & bit) == 0) kernels::TurnBytes(rows[i], rows[i + bit]);
-    }
+    kernels::TurnUnits<std::uint8_t, bit, 8>(rows);
   }
 
   // Transposes eight rows' bits in each column of bytes.
@@ -111,9 +123,10 @@ class Bitslice {
     for (unsigned i = 0; i < 8; i += 2) kernels::ExchangeParts<1>(rows[i], rows[i + 1]);
   }
 
-  // The bits of n one place up (down), and the highest (lowest) of three to the other end.
-  static constexpr std::size_t TurnUp(std::size_t n) { return n % 4 * 2 + n / 4; }
-  static constexpr std::size_t TurnDown(std::size_t n) { return n % 2 * 4 + n / 2; }
+  // The number (j) of the byte whose bits are in row n (j0 j2 j1) after TransposeIn's first part.
+  static constexpr std::size_t ByteOf(std::size_t n) {
+    return kernels::PlaceInLane<8>(n % 4 * 2 + n / 4);
+  }
 
   // Row n of the data is a word of consecutive blocks. Word n gets bit n of each block. Which place
   // in the words a block gets does not matter, so bytes move by interleaving: of the numbers of
@@ -129,7 +142,7 @@ class Bitslice {
       TurnRows<2>(rows);
       TurnRows<1>(rows);
       TurnRows<4>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[8 * TurnUp(k) + i] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) bits_[8 * ByteOf(k) + i] = rows[k];
     }
     for (std::size_t i = 0; i < 64; i += 8) TransposeBits(bits_ + i);
   }
@@ -142,11 +155,11 @@ class Bitslice {
   [[gnu::always_inline]] void TransposeOut(Store&& store) noexcept {
     for (std::size_t i = 0; i < 8; ++i) {
       Word rows[8];
-      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * TurnUp(k) + i) ^ 1];
+      for (std::size_t k = 0; k < 8; ++k) rows[k] = bits_[(8 * ByteOf(k) + i) ^ 1];
       TurnRows<2>(rows);
       TurnRows<1>(rows);
       TurnRows<4>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * TurnUp(k) + i) ^ 1] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * ByteOf(k) + i) ^ 1] = rows[k];
     }
     for (std::size_t i = 64; i > 0;) {
       i -= 8;
@@ -157,28 +170,25 @@ class Bitslice {
     }
   }
 
-  template <Half to, unsigned n>
-  [[gnu::always_inline]] void AddOutput(const Word& output) noexcept {
-    constexpr std::size_t kPlace = PlaceOf(to + PermutedBit(n));
-    bits_[kPlace] ^= output;
-  }
-
   template <unsigned box, Half to>
   [[gnu::always_inline]] void RunBox(const KeyMask* key) noexcept {
+    // Without this, the compiler keeps words for later boxes in registers, and then on the stack.
+    asm volatile("" ::: "memory");
     constexpr Half kFrom = to == Left ? Right : Left;
     const auto input = [&]<unsigned bit>() __attribute__((always_inline)) {
       constexpr std::size_t kPlace = PlaceOf(kFrom + (4 * box + bit + 31) % 32);
       return kernels::AddMask(bits_[kPlace], key[std::size_t{6} * box + bit]);
     };
-    const auto output =
-        Circuits::Sbox(std::integral_constant<unsigned, box>(), input.template operator()<0>(),
-                       input.template operator()<1>(), input.template operator()<2>(),
-                       input.template operator()<3>(), input.template operator()<4>(),
-                       input.template operator()<5>());
-    AddOutput<to, 4 * box>(output.first);
-    AddOutput<to, 4 * box + 1>(output.second);
-    AddOutput<to, 4 * box + 2>(output.third);
-    AddOutput<to, 4 * box + 3>(output.fourth);
+    const auto output = [&]<unsigned bit>() __attribute__((always_inline))->Word& {
+      constexpr std::size_t kPlace = PlaceOf(to + PermutedBit(4 * box + bit));
+      return bits_[kPlace];
+    };
+    Circuits::Sbox(std::integral_constant<unsigned, box>(), input.template operator()<0>(),
+                   input.template operator()<1>(), input.template operator()<2>(),
+                   input.template operator()<3>(), input.template operator()<4>(),
+                   input.template operator()<5>(),
+                   {output.template operator()<0>(), output.template operator()<1>(),
+                    output.template operator()<2>(), output.template operator()<3>()});
   }
 
   template <Half to>

@@ -1,7 +1,7 @@
-// The S-boxes of DES as circuits of three-input look-up tables.
-// Made by tools/make_des_sboxes, which describes the method; every circuit was checked against the
-// table of FIPS 46-3. The inputs a to f are the box's six input bits, first to last; the output has
-// its four output bits.
+// The S-boxes of DES as circuits of three-input look-up tables. Made by tools/make_des_sboxes;
+// tools/des_sboxes/ has the method, and the seeds of these circuits.
+//
+// Sbox and Complements are as in des_sboxes_gates.h.
 #pragma once
 
 #include <type_traits>
@@ -19,296 +19,284 @@ struct TernaryCircuits {
   }
 
   struct Output {
-    Word first, second, third, fourth;
+    Word &first, &second, &third, &fourth;
   };
   template <unsigned box>
   using Box = std::integral_constant<unsigned, box>;
 
-  // S1: 32 gates.
-  static Output Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0x52>(c, d, f);
-    const Word t2 = Ternary<0xE5>(c, d, f);
-    const Word t3 = Ternary<0xCA>(e, t1, t2);
-    const Word t4 = Ternary<0x94>(d, e, f);
-    const Word t5 = Ternary<0x2D>(t4, t1, t3);
-    const Word t6 = Ternary<0xCA>(a, t5, t3);
-    const Word t7 = Ternary<0x74>(a, c, d);
-    const Word t8 = Ternary<0xE3>(t7, t3, t4);
-    const Word t9 = Ternary<0xCA>(b, t8, t6);
-    const Word t10 = Ternary<0x97>(a, t2, t4);
-    const Word t11 = Ternary<0x14>(a, e, t10);
-    const Word t12 = Ternary<0x29>(t11, t5, t7);
-    const Word t13 = Ternary<0xCA>(c, t10, t12);
-    const Word t14 = Ternary<0x7A>(f, t2, t8);
-    const Word t15 = Ternary<0x69>(t14, t10, t12);
-    const Word t16 = Ternary<0x6C>(a, d, t10);
-    const Word t17 = Ternary<0xCA>(e, t15, t16);
-    const Word t18 = Ternary<0xCA>(b, t13, t17);
-    const Word t19 = Ternary<0xB5>(t3, t4, t17);
-    const Word t20 = Ternary<0x94>(f, t10, t17);
-    const Word t21 = Ternary<0xCA>(b, t19, t20);
-    const Word t22 = Ternary<0x47>(f, t10, t16);
-    const Word t23 = Ternary<0x43>(t2, t21, t22);
-    const Word t24 = Ternary<0xCA>(b, t23, t22);
-    const Word t25 = Ternary<0xCA>(c, t24, t21);
-    const Word t26 = Ternary<0x96>(t8, t13, t25);
-    const Word t27 = Ternary<0x2D>(c, t4, t26);
-    const Word t28 = Ternary<0xCA>(b, t26, t27);
-    const Word t29 = Ternary<0xA4>(t7, t10, t27);
-    const Word t30 = Ternary<0xD1>(t8, t12, t16);
-    const Word t31 = Ternary<0xCA>(b, t29, t30);
-    const Word t32 = Ternary<0xCA>(e, t31, t28);
-    return {t9, t32, t25, t18};
+  // S1: 24 gates.
+  static constexpr unsigned Complements(Box<0>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<0>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x67>(b, d, a);
+    const Word t2 = Ternary<0x96>(d, b, a);
+    const Word t3 = Ternary<0xE1>(c, t1, t2);
+    const Word t4 = Ternary<0xCA>(t3, d, t1);
+    const Word t5 = Ternary<0x2F>(d, t3, t1);
+    const Word t6 = Ternary<0x69>(f, e, t5);
+    const Word t7 = Ternary<0x69>(t6, t2, t1);
+    const Word t8 = Ternary<0x3B>(e, f, t7);
+    const Word t9 = Ternary<0x83>(t3, t1, t8);
+    const Word t10 = Ternary<0x68>(e, t2, t3);
+    const Word t11 = Ternary<0xE7>(f, t6, t3);
+    const Word t12 = Ternary<0x48>(b, t11, t9);
+    const Word t13 = Ternary<0x2B>(t2, t12, t9);
+    const Word t14 = Ternary<0xE0>(e, t2, t12);
+    const Word t15 = Ternary<0x0B>(t14, t5, t4);
+    const Word t16 = Ternary<0x5C>(d, t15, t11);
+    const Word t17 = Ternary<0x72>(t13, t7, t15);
+    to.third ^= t17;
+    const Word t18 = Ternary<0x58>(t7, t4, t16);
+    to.first ^= t18;
+    const Word t19 = Ternary<0x96>(b, t10, t17);
+    const Word t20 = Ternary<0xBD>(t7, t12, t13);
+    const Word t21 = Ternary<0xC6>(f, t19, t20);
+    to.second ^= t21;
+    const Word t22 = Ternary<0x34>(t18, t21, t13);
+    const Word t23 = Ternary<0xA1>(t19, t6, t22);
+    const Word t24 = Ternary<0x63>(t8, t10, t23);
+    to.fourth ^= t24;
   }
 
-  // S2: 30 gates.
-  static Output Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0x69>(a, d, e);
-    const Word t2 = Ternary<0x2A>(d, e, f);
-    const Word t3 = Ternary<0x96>(t2, b, t1);
-    const Word t4 = Ternary<0xCA>(c, t1, t3);
-    const Word t5 = Ternary<0x16>(a, e, t4);
-    const Word t6 = Ternary<0x6A>(t5, b, t3);
-    const Word t7 = Ternary<0xCA>(f, t4, t6);
-    const Word t8 = Ternary<0x98>(a, c, f);
-    const Word t9 = Ternary<0x7C>(t8, e, t4);
-    const Word t10 = Ternary<0x60>(e, f, t7);
-    const Word t11 = Ternary<0x29>(t10, c, t6);
-    const Word t12 = Ternary<0xCA>(b, t9, t11);
-    const Word t13 = Ternary<0xCA>(c, t6, t8);
-    const Word t14 = Ternary<0x95>(t13, e, t12);
-    const Word t15 = Ternary<0xCA>(d, t12, t14);
-    const Word t16 = Ternary<0xA8>(c, t2, t10);
-    const Word t17 = Ternary<0x07>(t16, t4, t11);
-    const Word t18 = Ternary<0x69>(t6, t8, t15);
-    const Word t19 = Ternary<0xCA>(e, t17, t18);
-    const Word t20 = Ternary<0xC9>(a, c, f);
-    const Word t21 = Ternary<0x1D>(t7, t15, t20);
-    const Word t22 = Ternary<0xCA>(e, t20, t21);
-    const Word t23 = Ternary<0xCA>(b, t22, t19);
-    const Word t24 = Ternary<0x16>(t1, t14, t22);
-    const Word t25 = Ternary<0x96>(t5, t15, t17);
-    const Word t26 = Ternary<0xCA>(b, t24, t25);
-    const Word t27 = Ternary<0xC9>(e, t8, t18);
-    const Word t28 = Ternary<0x59>(c, d, t27);
-    const Word t29 = Ternary<0xCA>(b, t28, t27);
-    const Word t30 = Ternary<0xCA>(a, t29, t26);
-    return {t15, t7, t30, t23};
+  // S2: 23 gates.
+  static constexpr unsigned Complements(Box<1>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<1>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x69>(f, b, c);
+    const Word t2 = Ternary<0xB7>(c, b, b);
+    const Word t3 = Ternary<0x2D>(d, f, t2);
+    const Word t4 = Ternary<0xC1>(e, b, d);
+    const Word t5 = Ternary<0xE1>(c, e, t1);
+    const Word t6 = Ternary<0x9F>(a, d, t5);
+    const Word t7 = Ternary<0x69>(c, t3, t4);
+    const Word t8 = Ternary<0xF4>(t3, t4, t6);
+    const Word t9 = Ternary<0xD8>(e, t7, b);
+    const Word t10 = Ternary<0x1E>(t1, t3, t9);
+    const Word t11 = Ternary<0xDC>(t9, f, t7);
+    const Word t12 = Ternary<0xC7>(t11, t5, c);
+    const Word t13 = Ternary<0x87>(t7, a, t12);
+    to.first ^= t13;
+    const Word t14 = Ternary<0x3E>(t8, t10, c);
+    const Word t15 = Ternary<0xB1>(t13, c, f);
+    const Word t16 = Ternary<0x87>(a, f, t14);
+    const Word t17 = Ternary<0x96>(t16, t8, t9);
+    to.second ^= t17;
+    const Word t18 = Ternary<0xD8>(t17, t9, e);
+    const Word t19 = Ternary<0xD2>(t16, b, t5);
+    const Word t20 = Ternary<0x96>(t14, b, t18);
+    const Word t21 = Ternary<0xCA>(t19, t15, t5);
+    const Word t22 = Ternary<0x35>(a, t10, t20);
+    to.third ^= t22;
+    const Word t23 = Ternary<0x9A>(d, t4, t21);
+    to.fourth ^= t23;
   }
 
-  // S3: 30 gates.
-  static Output Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0x6A>(b, c, e);
-    const Word t2 = Ternary<0x97>(b, c, e);
-    const Word t3 = Ternary<0xCA>(f, t1, t2);
-    const Word t4 = Ternary<0x78>(c, e, t3);
-    const Word t5 = Ternary<0xC6>(t4, b, t2);
-    const Word t6 = Ternary<0xCA>(d, t3, t5);
-    const Word t7 = Ternary<0xC8>(b, t1, t3);
-    const Word t8 = Ternary<0x69>(t7, d, f);
-    const Word t9 = Ternary<0xCA>(a, t8, t6);
-    const Word t10 = Ternary<0x96>(e, t4, t8);
-    const Word t11 = Ternary<0x78>(t10, b, f);
-    const Word t12 = Ternary<0xDA>(f, t5, t11);
-    const Word t13 = Ternary<0xCA>(d, t11, t12);
-    const Word t14 = Ternary<0xE4>(c, d, e);
-    const Word t15 = Ternary<0x96>(t14, b, f);
-    const Word t16 = Ternary<0xCA>(a, t13, t15);
-    const Word t17 = Ternary<0x96>(a, c, t15);
-    const Word t18 = Ternary<0x28>(t3, t15, t17);
-    const Word t19 = Ternary<0xCA>(f, t17, t18);
-    const Word t20 = Ternary<0xD6>(a, t9, t19);
-    const Word t21 = Ternary<0x16>(t7, t15, t17);
-    const Word t22 = Ternary<0xCA>(b, t20, t21);
-    const Word t23 = Ternary<0xCA>(d, t22, t19);
-    const Word t24 = Ternary<0x63>(a, t2, t4);
-    const Word t25 = Ternary<0xC1>(a, t8, t23);
-    const Word t26 = Ternary<0xCA>(d, t24, t25);
-    const Word t27 = Ternary<0xD2>(t10, t14, t18);
-    const Word t28 = Ternary<0x16>(t9, t17, t25);
-    const Word t29 = Ternary<0xCA>(e, t27, t28);
-    const Word t30 = Ternary<0xCA>(b, t26, t29);
-    return {t9, t23, t30, t16};
+  // S3: 25 gates.
+  static constexpr unsigned Complements(Box<2>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<2>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x69>(f, c, b);
+    const Word t2 = Ternary<0x18>(e, a, t1);
+    const Word t3 = Ternary<0x1C>(d, b, t2);
+    const Word t4 = Ternary<0x59>(a, f, t3);
+    const Word t5 = Ternary<0x69>(f, e, t3);
+    const Word t6 = Ternary<0x69>(t5, c, d);
+    const Word t7 = Ternary<0xF2>(d, t2, t4);
+    const Word t8 = Ternary<0x69>(a, t6, t7);
+    const Word t9 = Ternary<0xC2>(t6, t4, t8);
+    const Word t10 = Ternary<0x9A>(t8, t2, t4);
+    const Word t11 = Ternary<0x97>(t10, t7, e);
+    const Word t12 = Ternary<0x1F>(t1, t11, e);
+    const Word t13 = Ternary<0x6B>(t5, t4, t12);
+    const Word t14 = Ternary<0x8E>(d, t5, t2);
+    const Word t15 = Ternary<0x6A>(t10, t11, t4);
+    const Word t16 = Ternary<0x5C>(d, t13, t15);
+    to.fourth ^= t16;
+    const Word t17 = Ternary<0xD6>(t2, t11, t13);
+    const Word t18 = Ternary<0x89>(f, t14, t14);
+    const Word t19 = Ternary<0xA3>(t18, t9, t17);
+    to.second ^= t19;
+    const Word t20 = Ternary<0x8F>(c, t8, t17);
+    const Word t21 = Ternary<0xC7>(t20, t9, t4);
+    const Word t22 = Ternary<0xC5>(b, t8, t21);
+    to.first ^= t22;
+    const Word t23 = Ternary<0x62>(t20, t15, t21);
+    const Word t24 = Ternary<0x59>(a, c, t23);
+    const Word t25 = Ternary<0xC5>(b, t10, t24);
+    to.third ^= t25;
   }
 
-  // S4: 28 gates.
-  static Output Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0xE1>(b, d, e);
-    const Word t2 = Ternary<0xC6>(d, e, t1);
-    const Word t3 = Ternary<0xCA>(c, t1, t2);
-    const Word t4 = Ternary<0x14>(d, e, t2);
-    const Word t5 = Ternary<0xD2>(t4, b, c);
-    const Word t6 = Ternary<0xCA>(a, t3, t5);
-    const Word t7 = Ternary<0xE8>(b, e, t5);
-    const Word t8 = Ternary<0x69>(t7, c, d);
-    const Word t9 = Ternary<0x79>(e, t3, t8);
-    const Word t10 = Ternary<0xCA>(a, t8, t9);
-    const Word t11 = Ternary<0xCA>(f, t6, t10);
-    const Word t12 = Ternary<0x2C>(c, f, t5);
-    const Word t13 = Ternary<0xBC>(t12, t2, t9);
-    const Word t14 = Ternary<0x6D>(t1, t6, t13);
-    const Word t15 = Ternary<0xCA>(a, t14, t13);
-    const Word t16 = Ternary<0x8E>(f, t3, t11);
-    const Word t17 = Ternary<0x6A>(t16, t7, t12);
-    const Word t18 = Ternary<0x86>(t8, t14, t15);
-    const Word t19 = Ternary<0xCA>(e, t17, t18);
-    const Word t20 = Ternary<0xCA>(d, t19, t15);
-    const Word t21 = Ternary<0x69>(f, t2, t20);
-    const Word t22 = Ternary<0x64>(t5, t10, t21);
-    const Word t23 = Ternary<0xCA>(c, t21, t22);
-    const Word t24 = Ternary<0x19>(t5, t10, t21);
-    const Word t25 = Ternary<0x69>(t9, t10, t23);
-    const Word t26 = Ternary<0xCA>(b, t24, t25);
-    const Word t27 = Ternary<0xCA>(e, t26, t23);
-    const Word t28 = Ternary<0xA3>(f, t6, t10);
-    return {t27, t20, t11, t28};
+  // S4: 17 gates.
+  static constexpr unsigned Complements(Box<3>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<3>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x5C>(d, b, b);
+    const Word t2 = Ternary<0xC7>(a, c, e);
+    const Word t3 = Ternary<0x1C>(e, c, d);
+    const Word t4 = Ternary<0xD3>(t2, d, t3);
+    const Word t5 = Ternary<0x18>(e, t4, c);
+    const Word t6 = Ternary<0x5A>(a, t1, t4);
+    const Word t7 = Ternary<0x9A>(t1, t5, t4);
+    const Word t8 = Ternary<0xC1>(t1, t6, t3);
+    const Word t9 = Ternary<0x5A>(e, b, t8);
+    const Word t10 = Ternary<0x8D>(t6, t3, t1);
+    const Word t11 = Ternary<0x9A>(f, t9, a);
+    const Word t12 = Ternary<0x69>(b, t11, t10);
+    to.third ^= t12;
+    const Word t13 = Ternary<0x96>(f, t9, t12);
+    to.fourth ^= t13;
+    const Word t14 = Ternary<0x1E>(t13, t1, t2);
+    const Word t15 = Ternary<0x9C>(f, t11, t7);
+    const Word t16 = Ternary<0x96>(t14, t3, t15);
+    to.first ^= t16;
+    const Word t17 = Ternary<0x96>(f, t16, t7);
+    to.second ^= t17;
   }
 
-  // S5: 33 gates.
-  static Output Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0xB6>(a, c, e);
-    const Word t2 = Ternary<0x69>(t1, b, f);
-    const Word t3 = Ternary<0x72>(a, c, t2);
-    const Word t4 = Ternary<0xC3>(t3, b, e);
-    const Word t5 = Ternary<0x9C>(c, e, t2);
-    const Word t6 = Ternary<0x6A>(t5, a, t1);
-    const Word t7 = Ternary<0xCA>(f, t4, t6);
-    const Word t8 = Ternary<0xCA>(d, t2, t7);
-    const Word t9 = Ternary<0x9E>(d, e, t2);
-    const Word t10 = Ternary<0x65>(t9, t6, t8);
-    const Word t11 = Ternary<0x3A>(f, t6, t9);
-    const Word t12 = Ternary<0xCA>(b, t11, t10);
-    const Word t13 = Ternary<0xC5>(t1, t4, t5);
-    const Word t14 = Ternary<0x62>(t4, t5, t13);
-    const Word t15 = Ternary<0x87>(t14, t8, t10);
-    const Word t16 = Ternary<0xCA>(d, t13, t15);
-    const Word t17 = Ternary<0xCA>(c, t16, t12);
-    const Word t18 = Ternary<0x48>(t2, t5, t10);
-    const Word t19 = Ternary<0x96>(d, t11, t12);
-    const Word t20 = Ternary<0xCA>(a, t18, t19);
-    const Word t21 = Ternary<0x19>(t12, t14, t20);
-    const Word t22 = Ternary<0xCA>(c, t21, t20);
-    const Word t23 = Ternary<0x2E>(a, d, t11);
-    const Word t24 = Ternary<0x94>(f, t14, t22);
-    const Word t25 = Ternary<0xCA>(c, t23, t24);
-    const Word t26 = Ternary<0xCA>(e, t22, t25);
-    const Word t27 = Ternary<0x69>(c, t5, t6);
-    const Word t28 = Ternary<0x94>(a, t16, t27);
-    const Word t29 = Ternary<0xCA>(d, t27, t28);
-    const Word t30 = Ternary<0x94>(t4, t9, t25);
-    const Word t31 = Ternary<0x93>(t2, t6, t16);
-    const Word t32 = Ternary<0xCA>(c, t30, t31);
-    const Word t33 = Ternary<0xCA>(b, t29, t32);
-    return {t26, t8, t33, t17};
+  // S5: 25 gates.
+  static constexpr unsigned Complements(Box<4>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<4>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x1E>(e, f, c);
+    const Word t2 = Ternary<0x97>(c, f, a);
+    const Word t3 = Ternary<0x42>(e, f, t2);
+    const Word t4 = Ternary<0xD3>(d, t2, t2);
+    const Word t5 = Ternary<0x6D>(a, d, t3);
+    const Word t6 = Ternary<0x1E>(t1, t4, t3);
+    const Word t7 = Ternary<0x96>(t2, t6, t5);
+    const Word t8 = Ternary<0xE2>(t3, t7, t6);
+    const Word t9 = Ternary<0x2C>(c, t1, t7);
+    const Word t10 = Ternary<0x40>(t5, t4, t9);
+    const Word t11 = Ternary<0x65>(d, a, t8);
+    const Word t12 = Ternary<0xE9>(b, t7, e);
+    const Word t13 = Ternary<0x8E>(a, t2, t10);
+    const Word t14 = Ternary<0x36>(b, t11, t10);
+    to.first ^= t14;
+    const Word t15 = Ternary<0x87>(t12, t11, t7);
+    const Word t16 = Ternary<0xB1>(t6, c, t15);
+    const Word t17 = Ternary<0x63>(t14, t15, f);
+    const Word t18 = Ternary<0xD8>(t17, t12, t16);
+    const Word t19 = Ternary<0x6C>(b, t7, t4);
+    to.second ^= t19;
+    const Word t20 = Ternary<0x2E>(t17, t13, t18);
+    to.fourth ^= t20;
+    const Word t21 = Ternary<0x9F>(t8, t20, t18);
+    const Word t22 = Ternary<0x41>(b, t13, t20);
+    const Word t23 = Ternary<0xB6>(t19, t14, t22);
+    const Word t24 = Ternary<0x56>(e, t20, t23);
+    const Word t25 = Ternary<0x93>(b, t24, t21);
+    to.third ^= t25;
   }
 
-  // S6: 29 gates.
-  static Output Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0xF9>(a, b, e);
-    const Word t2 = Ternary<0x1A>(a, b, e);
-    const Word t3 = Ternary<0xCA>(d, t1, t2);
-    const Word t4 = Ternary<0x69>(a, d, e);
-    const Word t5 = Ternary<0xCA>(f, t3, t4);
-    const Word t6 = Ternary<0x96>(b, f, t4);
-    const Word t7 = Ternary<0x19>(f, t5, t6);
-    const Word t8 = Ternary<0xCA>(e, t6, t7);
-    const Word t9 = Ternary<0xCA>(c, t5, t8);
-    const Word t10 = Ternary<0x36>(t2, t5, t7);
-    const Word t11 = Ternary<0x4A>(t10, f, t6);
-    const Word t12 = Ternary<0x4C>(f, t3, t11);
-    const Word t13 = Ternary<0xCA>(c, t12, t11);
-    const Word t14 = Ternary<0x5C>(a, b, f);
-    const Word t15 = Ternary<0x65>(t14, c, t6);
-    const Word t16 = Ternary<0xCA>(e, t13, t15);
-    const Word t17 = Ternary<0x1A>(a, e, t13);
-    const Word t18 = Ternary<0x63>(t17, t6, t14);
-    const Word t19 = Ternary<0x56>(a, d, t8);
-    const Word t20 = Ternary<0xB1>(t2, t5, t9);
-    const Word t21 = Ternary<0xCA>(c, t19, t20);
-    const Word t22 = Ternary<0xCA>(f, t18, t21);
-    const Word t23 = Ternary<0x65>(t1, t4, t10);
-    const Word t24 = Ternary<0x6A>(b, d, t6);
-    const Word t25 = Ternary<0xCA>(e, t23, t24);
-    const Word t26 = Ternary<0x87>(t6, t12, t14);
-    const Word t27 = Ternary<0x58>(t4, t20, t23);
-    const Word t28 = Ternary<0xCA>(a, t26, t27);
-    const Word t29 = Ternary<0xCA>(c, t28, t25);
-    return {t9, t29, t16, t22};
+  // S6: 24 gates.
+  static constexpr unsigned Complements(Box<5>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<5>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x74>(e, a, f);
+    const Word t2 = Ternary<0xC2>(d, e, c);
+    const Word t3 = Ternary<0x6D>(b, a, t1);
+    const Word t4 = Ternary<0xED>(e, c, t3);
+    const Word t5 = Ternary<0x96>(b, t1, t4);
+    const Word t6 = Ternary<0x78>(f, t5, t3);
+    const Word t7 = Ternary<0xBA>(a, t5, t6);
+    const Word t8 = Ternary<0x8B>(t7, a, t3);
+    const Word t9 = Ternary<0xB3>(e, t7, t3);
+    const Word t10 = Ternary<0x96>(c, a, t9);
+    const Word t11 = Ternary<0xB4>(t2, c, t8);
+    const Word t12 = Ternary<0x70>(d, t6, t2);
+    const Word t13 = Ternary<0xA5>(t10, c, t12);
+    to.third ^= t13;
+    const Word t14 = Ternary<0xE3>(t11, t3, t6);
+    const Word t15 = Ternary<0x79>(t10, d, a);
+    const Word t16 = Ternary<0x6C>(d, t5, t14);
+    to.fourth ^= t16;
+    const Word t17 = Ternary<0x4C>(t8, t16, t1);
+    const Word t18 = Ternary<0x9E>(t13, b, t5);
+    const Word t19 = Ternary<0x16>(t15, t11, t17);
+    const Word t20 = Ternary<0xE2>(t18, t3, t10);
+    const Word t21 = Ternary<0x1D>(t19, e, t20);
+    to.second ^= t21;
+    const Word t22 = Ternary<0x4E>(t10, t11, t19);
+    const Word t23 = Ternary<0xA6>(t18, t13, t22);
+    const Word t24 = Ternary<0xA3>(f, t14, t23);
+    to.first ^= t24;
   }
 
-  // S7: 32 gates.
-  static Output Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0x4B>(c, d, e);
-    const Word t2 = Ternary<0x1C>(d, e, t1);
-    const Word t3 = Ternary<0xCA>(a, t1, t2);
-    const Word t4 = Ternary<0x52>(a, d, t2);
-    const Word t5 = Ternary<0x4B>(t4, c, t1);
-    const Word t6 = Ternary<0xCA>(b, t3, t5);
-    const Word t7 = Ternary<0x9C>(a, b, t3);
-    const Word t8 = Ternary<0x65>(t7, c, t5);
-    const Word t9 = Ternary<0xCA>(f, t6, t8);
-    const Word t10 = Ternary<0xA6>(b, t2, t5);
-    const Word t11 = Ternary<0xC7>(t4, t7, t10);
-    const Word t12 = Ternary<0xCA>(f, t11, t10);
-    const Word t13 = Ternary<0x91>(b, t7, t12);
-    const Word t14 = Ternary<0x5C>(a, d, f);
-    const Word t15 = Ternary<0xA4>(t14, t1, t11);
-    const Word t16 = Ternary<0xCA>(c, t13, t15);
-    const Word t17 = Ternary<0xCA>(e, t12, t16);
-    const Word t18 = Ternary<0x46>(t4, t7, t16);
-    const Word t19 = Ternary<0x15>(c, t4, t14);
-    const Word t20 = Ternary<0xCA>(e, t18, t19);
-    const Word t21 = Ternary<0xDA>(d, e, t11);
-    const Word t22 = Ternary<0xCA>(f, t20, t21);
-    const Word t23 = Ternary<0x25>(t1, t15, t22);
-    const Word t24 = Ternary<0x4A>(f, t5, t18);
-    const Word t25 = Ternary<0xCA>(d, t23, t24);
-    const Word t26 = Ternary<0xCA>(b, t25, t22);
-    const Word t27 = Ternary<0x53>(c, t2, t8);
-    const Word t28 = Ternary<0xCA>(f, t27, t3);
-    const Word t29 = Ternary<0x3A>(d, t10, t25);
-    const Word t30 = Ternary<0x65>(a, c, t23);
-    const Word t31 = Ternary<0xCA>(f, t29, t30);
-    const Word t32 = Ternary<0xCA>(b, t28, t31);
-    return {t32, t26, t17, t9};
+  // S7: 29 gates.
+  static constexpr unsigned Complements(Box<6>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0x6E>(a, b, e);
+    const Word t2 = Ternary<0xC9>(a, d, c);
+    const Word t3 = Ternary<0x96>(t2, a, e);
+    const Word t4 = Ternary<0x72>(b, e, t2);
+    const Word t5 = Ternary<0xD3>(a, e, t2);
+    const Word t6 = Ternary<0x60>(t2, t3, e);
+    const Word t7 = Ternary<0x16>(c, t5, t6);
+    const Word t8 = Ternary<0x34>(f, t7, e);
+    const Word t9 = Ternary<0x65>(b, c, t3);
+    const Word t10 = Ternary<0x07>(t8, t2, t9);
+    const Word t11 = Ternary<0x96>(t1, a, t5);
+    const Word t12 = Ternary<0x1C>(t8, t11, t9);
+    const Word t13 = Ternary<0x6C>(t7, t9, t5);
+    const Word t14 = Ternary<0xBC>(t8, t13, t4);
+    const Word t15 = Ternary<0x39>(b, t7, t14);
+    const Word t16 = Ternary<0x3A>(f, t15, t13);
+    to.fourth ^= t16;
+    const Word t17 = Ternary<0x7E>(t15, t7, t3);
+    const Word t18 = Ternary<0xE2>(f, t17, t1);
+    const Word t19 = Ternary<0xCA>(t18, t3, t7);
+    const Word t20 = Ternary<0x20>(t18, a, t4);
+    const Word t21 = Ternary<0x69>(c, t5, t18);
+    const Word t22 = Ternary<0xB4>(d, t21, t20);
+    const Word t23 = Ternary<0x69>(t12, t19, t6);
+    const Word t24 = Ternary<0x53>(b, t23, t22);
+    to.third ^= t24;
+    const Word t25 = Ternary<0xCA>(b, t19, t21);
+    to.first ^= t25;
+    const Word t26 = Ternary<0x34>(t25, t4, t12);
+    const Word t27 = Ternary<0x90>(f, t10, t12);
+    const Word t28 = Ternary<0xAC>(c, t10, t26);
+    const Word t29 = Ternary<0x66>(t16, t28, t27);
+    to.second ^= t29;
   }
 
-  // S8: 33 gates.
-  static Output Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f) noexcept {
-    const Word t1 = Ternary<0x9E>(b, d, e);
-    const Word t2 = Ternary<0x12>(t1, a, c);
-    const Word t3 = Ternary<0x62>(b, c, e);
-    const Word t4 = Ternary<0x1E>(t3, d, t1);
-    const Word t5 = Ternary<0xCA>(a, t4, t2);
-    const Word t6 = Ternary<0x3A>(e, t2, t3);
-    const Word t7 = Ternary<0x96>(t6, a, t1);
-    const Word t8 = Ternary<0x9E>(a, c, t4);
-    const Word t9 = Ternary<0x61>(t8, d, e);
-    const Word t10 = Ternary<0xCA>(b, t7, t9);
-    const Word t11 = Ternary<0xCA>(f, t5, t10);
-    const Word t12 = Ternary<0xF6>(b, c, t9);
-    const Word t13 = Ternary<0x95>(t12, f, t5);
-    const Word t14 = Ternary<0x60>(t1, t10, t12);
-    const Word t15 = Ternary<0xA6>(t14, f, t13);
-    const Word t16 = Ternary<0xCA>(d, t13, t15);
-    const Word t17 = Ternary<0x91>(c, t6, t10);
-    const Word t18 = Ternary<0x93>(t1, t9, t15);
-    const Word t19 = Ternary<0xCA>(f, t17, t18);
-    const Word t20 = Ternary<0x85>(e, t4, t13);
-    const Word t21 = Ternary<0x3C>(f, t14, t18);
-    const Word t22 = Ternary<0xCA>(b, t20, t21);
-    const Word t23 = Ternary<0x71>(b, t2, t6);
-    const Word t24 = Ternary<0xCA>(a, t22, t23);
-    const Word t25 = Ternary<0xCA>(d, t24, t19);
-    const Word t26 = Ternary<0x56>(b, t1, t10);
-    const Word t27 = Ternary<0x24>(t10, t19, t24);
-    const Word t28 = Ternary<0xCA>(b, t3, t27);
-    const Word t29 = Ternary<0xCA>(f, t26, t28);
-    const Word t30 = Ternary<0x86>(b, t12, t21);
-    const Word t31 = Ternary<0x5A>(t7, t29, t30);
-    const Word t32 = Ternary<0xCA>(d, t31, t30);
-    const Word t33 = Ternary<0xCA>(a, t29, t32);
-    return {t11, t33, t25, t16};
+  // S8: 28 gates.
+  static constexpr unsigned Complements(Box<7>) { return 0b0000; }
+  [[gnu::always_inline]] static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f,
+                                          Output to) noexcept {
+    const Word t1 = Ternary<0xB5>(f, e, d);
+    const Word t2 = Ternary<0x93>(a, b, t1);
+    const Word t3 = Ternary<0x2D>(c, d, b);
+    const Word t4 = Ternary<0xB4>(d, b, t3);
+    const Word t5 = Ternary<0xC5>(e, t3, t4);
+    const Word t6 = Ternary<0xF2>(e, b, d);
+    const Word t7 = Ternary<0xA5>(t6, c, t3);
+    const Word t8 = Ternary<0x5C>(a, t7, t5);
+    const Word t9 = Ternary<0xC1>(a, t3, t6);
+    const Word t10 = Ternary<0x90>(t8, d, c);
+    const Word t11 = Ternary<0x61>(b, t10, t4);
+    const Word t12 = Ternary<0x99>(t11, b, t9);
+    const Word t13 = Ternary<0x53>(e, t12, t11);
+    const Word t14 = Ternary<0x92>(t2, t12, t4);
+    const Word t15 = Ternary<0x41>(t13, t3, b);
+    const Word t16 = Ternary<0xC5>(f, t8, t13);
+    to.first ^= t16;
+    const Word t17 = Ternary<0xBD>(t16, t11, t6);
+    const Word t18 = Ternary<0x22>(t6, t10, c);
+    const Word t19 = Ternary<0x96>(f, t14, t7);
+    const Word t20 = Ternary<0x76>(f, d, t14);
+    const Word t21 = Ternary<0xE8>(t6, t10, t20);
+    const Word t22 = Ternary<0x83>(t21, t2, t10);
+    const Word t23 = Ternary<0xA3>(d, t22, t15);
+    const Word t24 = Ternary<0x63>(f, t8, t23);
+    to.fourth ^= t24;
+    const Word t25 = Ternary<0xBD>(t23, a, t2);
+    const Word t26 = Ternary<0x38>(t22, t18, t25);
+    to.third ^= t26;
+    const Word t27 = Ternary<0x69>(t24, t17, t26);
+    const Word t28 = Ternary<0x8B>(t19, d, t27);
+    to.second ^= t28;
   }
 };
 

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <cstring>
 #include <tuple>
+#include <utility>
 
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
@@ -63,12 +64,24 @@ class Rc2Lanes {
     Lanes r[4][kGroups];
   };
 
-  // Converts four vectors of blocks to four vectors of their words 0 to 3, and back.
-  static void Transpose(Word* rows) noexcept {
-    kernels::ExchangeParts<32>(rows[0], rows[2]);
-    kernels::ExchangeParts<32>(rows[1], rows[3]);
-    kernels::ExchangeParts<16>(rows[0], rows[1]);
-    kernels::ExchangeParts<16>(rows[2], rows[3]);
+  // The places of the words 0 to 3 after TransposeIn.
+  static constexpr std::size_t kPlaces[4] = {kernels::PlaceInLane<4>(0), kernels::PlaceInLane<4>(2),
+                                             kernels::PlaceInLane<4>(1),
+                                             kernels::PlaceInLane<4>(3)};
+
+  // Converts four vectors of blocks to four vectors of the same word of each block. Which lane a
+  // block gets does not matter: as in des_bitslice.h, units move by interleaving.
+  static void TransposeIn(Word* rows) noexcept {
+    kernels::TurnUnits<std::uint16_t, 2, 4>(rows);
+    kernels::TurnUnits<std::uint16_t, 1, 4>(rows);
+    kernels::TurnUnits<std::uint16_t, 2, 4>(rows);
+  }
+
+  // The inverse.
+  static void TransposeOut(Word* rows) noexcept {
+    kernels::TurnUnits<std::uint16_t, 1, 4>(rows);
+    kernels::TurnUnits<std::uint16_t, 2, 4>(rows);
+    std::swap(rows[1], rows[2]);
   }
 
   // What a step adds to word i, besides the key.
@@ -160,9 +173,9 @@ class Rc2Lanes {
       rows[n] = kernels::Load<Word>(data + n * sizeof(Word));
     }
     for (std::size_t g = 0; g < kGroups; ++g) {
-      Transpose(rows + 4 * g);
+      TransposeIn(rows + 4 * g);
       for (std::size_t i = 0; i < 4; ++i) {
-        state.r[i][g] = reinterpret_cast<Lanes>(rows[4 * g + i]);
+        state.r[i][g] = reinterpret_cast<Lanes>(rows[4 * g + kPlaces[i]]);
       }
     }
   }
@@ -171,9 +184,9 @@ class Rc2Lanes {
   static void TransposeOut(const State& state, Word* rows) noexcept {
     for (std::size_t g = 0; g < kGroups; ++g) {
       for (std::size_t i = 0; i < 4; ++i) {
-        rows[4 * g + i] = reinterpret_cast<Word>(state.r[i][g]);
+        rows[4 * g + kPlaces[i]] = reinterpret_cast<Word>(state.r[i][g]);
       }
-      Transpose(rows + 4 * g);
+      TransposeOut(rows + 4 * g);
     }
   }
 

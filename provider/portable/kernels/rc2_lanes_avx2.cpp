@@ -25,10 +25,12 @@ struct Vector {
    public:
     explicit Table(const std::uint16_t* words) noexcept {
       for (std::size_t part = 0; part < kParts; ++part) {
-        for (std::size_t i = 0; i < 32; ++i) {
-          low_[part][i] = static_cast<std::uint8_t>(words[16 * part + i % 16]);
-          high_[part][i] = static_cast<std::uint8_t>(words[16 * part + i % 16] >> 8);
-        }
+        Half first;
+        Half second;
+        std::memcpy(&first, words + 16 * part, sizeof first);
+        std::memcpy(&second, words + 16 * part + 8, sizeof second);
+        low_[part] = BytesOf(first & 0xFF, second & 0xFF);
+        high_[part] = BytesOf(first >> 8, second >> 8);
       }
     }
 
@@ -52,7 +54,14 @@ struct Vector {
 
    private:
     using Bytes = std::uint8_t __attribute__((vector_size(32)));
+    using Half = std::uint16_t __attribute__((vector_size(16)));
     static constexpr std::size_t kParts = 4;
+
+    // The low bytes of 16 words, in each half.
+    static Bytes BytesOf(Half first, Half second) noexcept {
+      return reinterpret_cast<Bytes>(_mm256_broadcastsi128_si256(
+          _mm_packus_epi16(reinterpret_cast<__m128i>(first), reinterpret_cast<__m128i>(second))));
+    }
 
     static Bytes Shuffle(Bytes table, Bytes index) noexcept {
       return reinterpret_cast<Bytes>(

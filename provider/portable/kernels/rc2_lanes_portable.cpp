@@ -23,10 +23,11 @@ struct Vector {
     void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
 #pragma GCC unroll 4
       for (std::size_t g = 0; g < kGroups; ++g) {
-        const Lanes index = indexes[g] & 63;
+        const auto fours = reinterpret_cast<Word>(indexes[g] & 63);
 #pragma GCC unroll 8
         for (unsigned i = 0; i < sizeof(Lanes) / sizeof(std::uint16_t); ++i) {
-          words[g][i] = words_[index[i]];
+          const std::size_t place = kernels::PlaceInLane<4>(i % 4);
+          words[g][i] = words_[static_cast<std::uint16_t>(fours[i / 4] >> (16 * place))];
         }
       }
     }

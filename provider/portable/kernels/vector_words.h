@@ -54,6 +54,12 @@ template <class Word>
   return reinterpret_cast<Word>(reinterpret_cast<Lanes>(word) ^ static_cast<std::uint32_t>(mask));
 }
 
+// The place in memory of unit n of the `count` in a 64-bit lane, counted from the lowest.
+template <std::size_t count>
+constexpr std::size_t PlaceInLane(std::size_t n) {
+  return std::endian::native == std::endian::little ? n : count - 1 - n;
+}
+
 // In each 64-bit lane, the bits whose position has the bit `distance` clear.
 constexpr std::uint64_t LowPositions(unsigned distance) {
   std::uint64_t mask = 0;
@@ -71,26 +77,31 @@ template <unsigned distance, class Word>
   lower ^= changed << distance;
 }
 
-// The bytes of the first halves (or of the second halves) of each 128-bit part of two words, in
-// turn.
-template <bool isSecond, class Word>
+// The units of the first halves (or of the second ones) of each 128-bit part of two words, in turn.
+template <class Unit, bool isSecond, class Word>
 [[gnu::always_inline]] inline Word Interleave(const Word& even, const Word& odd) noexcept {
-  using Bytes = typename Divided<Word, std::uint8_t>::Type;
+  using Units = typename Divided<Word, Unit>::Type;
+  constexpr std::size_t kPart = 16 / sizeof(Unit);
+  constexpr std::size_t kUnits = sizeof(Word) / sizeof(Unit);
   return [&]<std::size_t... i>(std::index_sequence<i...>) __attribute__((always_inline)) {
     return reinterpret_cast<Word>(__builtin_shufflevector(
-        reinterpret_cast<Bytes>(even), reinterpret_cast<Bytes>(odd),
-        (i / 16 * 16 + (isSecond ? 8 : 0) + i % 16 / 2 + i % 2 * sizeof(Word))...));
+        reinterpret_cast<Units>(even), reinterpret_cast<Units>(odd),
+        (i / kPart * kPart + (isSecond ? kPart / 2 : 0) + i % kPart / 2 + i % 2 * kUnits)...));
   }
-  (std::make_index_sequence<sizeof(Word)>());
+  (std::make_index_sequence<kUnits>());
 }
 
-// For two words whose numbers differ in one bit: that bit becomes the lowest of the bytes' numbers
-// in each 128-bit part, and their highest bit becomes that of the words' numbers.
-template <class Word>
-[[gnu::always_inline]] inline void TurnBytes(Word& lower, Word& higher) noexcept {
-  const Word first = Interleave<false>(lower, higher);
-  higher = Interleave<true>(lower, higher);
-  lower = first;
+// For all pairs of `count` words whose numbers differ in `bit`: that bit becomes the lowest of the
+// units' numbers in each 128-bit part, and their highest bit becomes that of the words' numbers.
+template <class Unit, unsigned bit, unsigned count, class Word>
+[[gnu::always_inline]] inline void TurnUnits(Word* words) noexcept {
+#pragma GCC unroll 8
+  for (unsigned i = 0; i < count; ++i) {
+    if ((i & bit) != 0) continue;
+    const Word first = Interleave<Unit, false>(words[i], words[i + bit]);
+    words[i + bit] = Interleave<Unit, true>(words[i], words[i + bit]);
+    words[i] = first;
+  }
 }
 
 // CBC's last step for `count` words of consecutive blocks at `data`, which still holds the

@@ -1,0 +1,70 @@
+// The search for a small circuit of one S-box.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+#include "tools/des_sboxes/circuit.h"
+#include "tools/des_sboxes/random.h"
+#include "tools/des_sboxes/recursion.h"
+#include "tools/des_sboxes/walk.h"
+
+namespace latchkey::sboxes {
+
+// How much to search. The same effort finds the same circuit, anywhere.
+struct Effort {
+  std::uint64_t seed;
+  int circuits;  // improved side by side
+  int rounds;    // after every other one, the better half of the circuits replaces the others
+  int steps;     // of each circuit in each round
+};
+
+// The smallest of ten first circuits.
+template <int K>
+Circuit<K> MakeStart(const Targets& targets, Random& random) {
+  constexpr int kLimit = K == 2 ? 90 : 50;  // gates
+  Circuit<K> best;
+  for (int made = 0; made < 10;) {
+    Circuit<K> circuit;
+    if (!MakeFirstCircuit<K>(targets, kLimit, random, circuit)) continue;
+    if (made == 0 || circuit.GateCount() < best.GateCount()) best = circuit;
+    ++made;
+  }
+  return best;
+}
+
+// Walks from a circuit, within two gates of the smallest so far. Returns the last of the smallest.
+template <int K>
+Circuit<K> Improve(const Circuit<K>& start, int steps, Random& random) {
+  constexpr int kMostAbove = 2;
+  Circuit<K> circuit = start;
+  Circuit<K> best = start;
+  Walk<K> walk(circuit, random);
+  bool isFirst = true;
+  for (int i = 0; i < steps; ++i) {
+    walk.Step(isFirst || circuit.GateCount() < best.GateCount() + kMostAbove);
+    isFirst = false;
+    if (circuit.GateCount() <= best.GateCount()) best = circuit;
+  }
+  return best;
+}
+
+template <int K>
+Circuit<K> Search(unsigned box, const Effort& effort) {
+  const Targets targets = TargetsOf(box);
+  Random random(effort.seed * 8 + box);
+  std::vector<Circuit<K>> circuits;
+  for (int i = 0; i < effort.circuits; ++i) circuits.push_back(MakeStart<K>(targets, random));
+  for (int round = 0; round < effort.rounds; ++round) {
+    for (Circuit<K>& circuit : circuits) circuit = Improve(circuit, effort.steps, random);
+    std::stable_sort(circuits.begin(), circuits.end(),
+                     [](const auto& a, const auto& b) { return a.GateCount() < b.GateCount(); });
+    if (round % 2 != 0 || round + 1 == effort.rounds) continue;
+    std::copy_n(circuits.begin(), circuits.size() / 2,
+                circuits.begin() + static_cast<std::ptrdiff_t>(circuits.size() / 2));
+  }
+  return circuits.front();
+}
+
+}  // namespace latchkey::sboxes
