@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "cli/alternatives.h"
-#include "cli/automatic_key.h"
+#include "cli/cipher_key.h"
 #include "cli/cipher_stream.h"
 #include "cli/ciphertext_input.h"
 #include "cli/command_line.h"
@@ -20,7 +20,6 @@
 #include "cli/password_options.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/output_file.h"
-#include "cli/platform/stream_name.h"
 #include "cli/progress.h"
 
 namespace latchkey::cli {
@@ -34,7 +33,6 @@ struct CipherCommand {
   const char* example;
   CipherDirection direction;
   Readers readers;
-  Prompt prompt;
 };
 
 constexpr CipherCommand kEncrypt{
@@ -43,8 +41,7 @@ constexpr CipherCommand kEncrypt{
     "Encrypt exact bytes under a password",
     "latchkey encrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.lk report.pdf",
     CipherDirection::Encrypt,
-    Readers::Default,
-    Prompt::Twice};
+    Readers::Default};
 
 constexpr CipherCommand kDecrypt{
     "decrypt",
@@ -52,8 +49,7 @@ constexpr CipherCommand kDecrypt{
     "Decrypt exact bytes under a password",
     "latchkey decrypt --hash sha1 --cipher 3des --password-file secret.txt -o report.pdf report.lk",
     CipherDirection::Decrypt,
-    Readers::Owner,
-    Prompt::Once};
+    Readers::Owner};
 
 struct Options {
   KeyOptions key;
@@ -67,18 +63,6 @@ struct Options {
   bool automatic = false;
 };
 
-// A key and how to decrypt with it.
-struct ReadyKey {
-  DerivedKey key;
-  Spaces spaces = Spaces::Keep;
-  std::string hint;  // what to try if decryption fails
-};
-
-// Raises CommandError about `file` if a check failed.
-void Require(const CheckSite* failed, const std::string& file) {
-  if (failed != nullptr) throw CommandError(FailureAt(*failed, file));
-}
-
 // Copies the key once for each worker, or once in all if pieces must be processed in order; for at
 // most that number of threads.
 CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key, const InputFile& input,
@@ -89,7 +73,9 @@ CipherWork PrepareWork(const CipherCommand& command, const DerivedKey& key, cons
   CipherWork work{command.direction, {}, workers, input.Name()};
   for (std::size_t i = 0; i < (inOrder ? 1 : work.workers); ++i) {
     work.keys.push_back(key.NewSession());
-    if (!work.keys.back().HasKey()) Require(&SitesOf(command.direction).key, input.Name());
+    if (!work.keys.back().HasKey()) {
+      throw CommandError(FailureAt(SitesOf(command.direction).key, input.Name()));
+    }
   }
   return work;
 }
@@ -113,40 +99,15 @@ Json Result(const Options& options, const KeySettings& settings, const ByteCount
   return result;
 }
 
-void Derive(ReadyKey& ready, const CipherCommand& command, const Options& options,
-            const std::string& file) {
-  Require(ready.key.Open(SettingsOf(options.key), SitesOf(command.direction)), file);
-  const WipedBytes password = ReadPassword(options.password, command.prompt);
-  Require(ready.key.Derive(password), file);
-  ready.spaces = options.restoreSpaces ? Spaces::Restore : Spaces::Keep;
-  ready.hint = EncodingHint(options.password, password);
-}
-
-// Reads the input once more before it is decrypted.
-void DeriveFound(ReadyKey& ready, const Options& options, bool quiet) {
-  if (InputDescriptor(options.input)) {
-    throw WrongUsage("--auto requires a named file, since it reads the data twice");
-  }
-  const KeyOptions& key = options.key;
-  if (!(key.hash + key.cipher + key.provider).empty() || key.keyBits + key.rc2EffectiveBits != 0) {
-    throw WrongUsage("--auto finds the settings: leave out those that are given");
-  }
-  InputFile input(options.input);
-  const AutomaticKey found =
-      FindKey(ReadSample(input, DataFormOf(options.from), quiet), options.password);
-  if (options.password.verbose) Report::Note("latchkey: certain: " + found.options);
-  Require(ready.key.Derive(found.settings, found.password, kDecryptionSites), input.Name());
-  ready.spaces = found.restoresSpaces ? Spaces::Restore : Spaces::Keep;
-}
-
-// The password is wiped before the data is read.
+// Derives the key before the data is read.
 void MakeKey(ReadyKey& ready, const CipherCommand& command, const Options& options,
              const std::string& file, bool quiet) {
   if (options.automatic) {
-    DeriveFound(ready, options, quiet);
-  } else {
-    Derive(ready, command, options, file);
+    return FindKeyOf(ready, options.key, options.password, options.input, DataFormOf(options.from),
+                     quiet);
   }
+  DeriveKey(ready, options.key, options.password, command.direction, file);
+  if (options.restoreSpaces) ready.spaces = Spaces::Restore;
 }
 
 CommandError WithHint(const CommandError& error, const ReadyKey& ready,
@@ -204,7 +165,7 @@ ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options,
   if (options.many.list) RequireOwnSource(options.password, *options.many.list);
   const FilePlan plan(options.many, command.direction);
   ReadyKey ready;
-  Derive(ready, command, options, {});
+  MakeKey(ready, command, options, {}, report.IsQuiet());
   const auto stream = [&](InputFile& file, CiphertextInput& input, DataWriter& output,
                           std::size_t threads) {
     CipherWork work = PrepareWork(command, ready.key, file, threads);

@@ -7,6 +7,7 @@
 
 #include "cli/algorithm_names.h"
 #include "cli/alternatives.h"
+#include "cli/cipher_key.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
 #include "cli/key_options.h"
@@ -151,29 +152,22 @@ class Transforms {
   Transforms(Operation operation, const Options& options, const std::string& input)
       : operation_(operation), hash_(NumberOf(options.algorithm, HashNames())) {
     if (operation == Operation::Hash) return;
-    const CipherSites& sites = SitesOf(Direction());
-    Require(key_.Open(SettingsOf(options.key), sites), input);
-    const Prompt prompt = operation == Operation::Encrypt ? Prompt::Twice : Prompt::Once;
-    Require(key_.Derive(ReadPassword(options.password, prompt)), input);
+    DeriveKey(ready_, options.key, options.password, Direction(), input);
   }
 
   [[nodiscard]] std::unique_ptr<ColumnTransform> Make() const {
     return operation_ == Operation::Hash ? MakeDigestTransform(hash_)
-                                         : MakeCipherTransform(key_, Direction());
+                                         : MakeCipherTransform(ready_.key, Direction());
   }
 
  private:
-  static void Require(const CheckSite* failed, const std::string& input) {
-    if (failed != nullptr) throw CommandError(FailureAt(*failed, input));
-  }
-
   [[nodiscard]] CipherDirection Direction() const noexcept {
     return operation_ == Operation::Encrypt ? CipherDirection::Encrypt : CipherDirection::Decrypt;
   }
 
   Operation operation_;
   std::int16_t hash_;
-  DerivedKey key_;
+  ReadyKey ready_;
 };
 
 std::vector<RecordTools> ToolsOf(const Options& options, const RecordFormat& format,
