@@ -10,6 +10,7 @@
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "tests/support/cpu_levels.h"
+#include "tests/support/freed_memory.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 
@@ -101,6 +102,21 @@ TEST_P(MessageLanesTest, TheKernelEncryptsMessagesOfOneLength) {
   MessageLanes lanes(lengths, data.data());
   lanes.Run(DesKeyOf(Bytes(8, 1)), DesLaneEncryption(GetParam()));
   lanes.Complete([](std::uint8_t*, std::size_t, std::uint8_t*) { FAIL() << "a message is left"; });
+}
+
+TEST(MessageLanesWipeTest, NoBlockIsLeftInFreedMemory) {
+  RandomSource random{20267};
+  Bytes data = random.Some(16);
+  const Bytes plaintext(data.begin() + 8, data.end());
+  const std::vector<std::uint32_t> lengths{8, 8};
+  const FreedMemory freed(plaintext);
+  {
+    MessageLanes lanes(lengths, data.data());
+    // Takes no block, so that the plaintext stays in the lanes.
+    lanes.Run(Rc2Key{}, LaneEncryption<Rc2Key>{[](const Rc2Key&, const BlockSource&) noexcept {},
+                                               kMostLanes, 1});
+  }
+  EXPECT_EQ(freed.BlocksWithSecret(), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, MessageLanesTest, ::testing::ValuesIn(LevelsOfThisMachine()),
