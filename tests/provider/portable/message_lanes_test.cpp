@@ -2,7 +2,6 @@
 #include "provider/portable/message_lanes.h"
 
 #include <gtest/gtest.h>
-#include <nettle/arctwo.h>
 
 #include <algorithm>
 #include <vector>
@@ -11,6 +10,7 @@
 #include "provider/portable/kernels/rc2_words.h"
 #include "tests/support/cpu_levels.h"
 #include "tests/support/freed_memory.h"
+#include "tests/support/linux/kernel_keys.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 
@@ -18,20 +18,6 @@ namespace latchkey::test {
 namespace {
 
 using namespace provider;  // NOLINT: the namespace under test
-
-des::KeySchedule DesKeyOf(const Bytes& key) {
-  des::KeySchedule schedule{};
-  des::ExpandKeys(key.data(), key.size() / 8, schedule);
-  return schedule;
-}
-
-Rc2Key Rc2KeyOf(const Bytes& key) {
-  arctwo_ctx context{};
-  arctwo_set_key_ekb(&context, key.size(), key.data(), static_cast<unsigned>(8 * key.size()));
-  Rc2Key result{};
-  std::copy_n(context.S, 64, result.words.begin());
-  return result;
-}
 
 class MessageLanesTest : public ::testing::TestWithParam<CpuLevel> {
  protected:
