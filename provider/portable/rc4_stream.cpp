@@ -4,14 +4,9 @@
 #include <bit>
 #include <new>
 
-#include "base/secure_memory.h"
 #include "provider/portable/kernels/rc4_words.h"
 
 namespace latchkey::provider {
-
-Rc4Stream::Part::~Part() {
-  if (bytes) SecureWipe(bytes.get(), length);
-}
 
 Rc4Stream::~Rc4Stream() {
   for (const Part* part = longest_; part != nullptr;) {
@@ -24,29 +19,31 @@ Rc4Stream::~Rc4Stream() {
 std::unique_ptr<Rc4Stream::Part> Rc4Stream::Make(std::size_t length,
                                                  const arcfour_ctx& start) noexcept {
   constexpr std::size_t kShortest = 256;
-  std::unique_ptr<Part> part(new (std::nothrow) Part);
-  if (!part) return nullptr;
-  part->length = std::bit_ceil(std::max(length, kShortest));
-  part->bytes.reset(new (std::nothrow) std::uint8_t[part->length]());
-  if (!part->bytes) return nullptr;
+  std::unique_ptr<Part> part;
+  try {
+    part = std::make_unique<Part>();
+    part->bytes.resize(std::bit_ceil(std::max(length, kShortest)));
+  } catch (const std::bad_alloc&) {
+    return nullptr;
+  }
   arcfour_ctx state = start;
   const WipeAtExit wipeState(state);
-  AddRc4KeyStream(state, {part->bytes.get(), part->length});
+  AddRc4KeyStream(state, part->bytes);
   return part;
 }
 
 const std::uint8_t* Rc4Stream::First(std::size_t length, const arcfour_ctx& start) const noexcept {
   const Part* known = longest_.load(std::memory_order_acquire);
   std::unique_ptr<Part> made;
-  while (known == nullptr || known->length < length) {
+  while (known == nullptr || known->bytes.size() < length) {
     if (!made) made = Make(length, start);
     if (!made) return nullptr;
     made->shorter = known;
     if (longest_.compare_exchange_weak(known, made.get(), std::memory_order_acq_rel)) {
-      return made.release()->bytes.get();
+      return made.release()->bytes.data();
     }
   }
-  return known->bytes.get();
+  return known->bytes.data();
 }
 
 }  // namespace latchkey::provider

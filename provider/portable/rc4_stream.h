@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <memory>
 
+#include "base/secure_memory.h"
+
 namespace latchkey::provider {
 
 // Any number of threads may use it at once. No lock, which another thread could hold while the
@@ -28,10 +30,8 @@ class Rc4Stream {
 
  private:
   struct Part {
-    std::unique_ptr<std::uint8_t[]> bytes;  // NOLINT(modernize-avoid-c-arrays)
-    std::size_t length = 0;
+    WipedBytes bytes;
     const Part* shorter = nullptr;  // other threads may still use it
-    ~Part();
   };
 
   [[nodiscard]] static std::unique_ptr<Part> Make(std::size_t length,

@@ -10,6 +10,7 @@
 
 #include "tests/support/bytes.h"
 #include "tests/support/faulty_provider.h"
+#include "tests/support/freed_memory.h"
 #include "tests/support/provider_session.h"
 #include "tests/support/random_bytes.h"
 
@@ -162,6 +163,16 @@ TEST_P(MessageBatchTest, ThreadsUseItAtOnce) {
     }
   }
   EXPECT_EQ(wrong, 0);
+}
+
+// Zeros are encrypted to the key stream, which is as secret as the key.
+TEST_P(MessageBatchTest, AKeyLeavesNoKeyStreamInFreedMemory) {
+  if (HasPadding()) return;
+  const Outcome streams = Together(*key, {Bytes(16), Bytes(600)}, true, 0);
+  const FreedMemory freed(std::span(streams.results).first(16));
+  key.reset();
+  EXPECT_TRUE(SystemCryptoProvider().CryptDestroyKey(handle));
+  EXPECT_EQ(freed.BlocksWithSecret(), 0U);
 }
 
 // The batches of a provider without its own.

@@ -2,7 +2,6 @@
 #include "provider/portable/message_lanes.h"
 
 #include <gtest/gtest.h>
-#include <nettle/arctwo.h>
 
 #include <algorithm>
 #include <vector>
@@ -10,6 +9,8 @@
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "tests/support/cpu_levels.h"
+#include "tests/support/freed_memory.h"
+#include "tests/support/linux/kernel_keys.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 
@@ -17,20 +18,6 @@ namespace latchkey::test {
 namespace {
 
 using namespace provider;  // NOLINT: the namespace under test
-
-des::KeySchedule DesKeyOf(const Bytes& key) {
-  des::KeySchedule schedule{};
-  des::ExpandKeys(key.data(), key.size() / 8, schedule);
-  return schedule;
-}
-
-Rc2Key Rc2KeyOf(const Bytes& key) {
-  arctwo_ctx context{};
-  arctwo_set_key_ekb(&context, key.size(), key.data(), static_cast<unsigned>(8 * key.size()));
-  Rc2Key result{};
-  std::copy_n(context.S, 64, result.words.begin());
-  return result;
-}
 
 class MessageLanesTest : public ::testing::TestWithParam<CpuLevel> {
  protected:
@@ -101,6 +88,21 @@ TEST_P(MessageLanesTest, TheKernelEncryptsMessagesOfOneLength) {
   MessageLanes lanes(lengths, data.data());
   lanes.Run(DesKeyOf(Bytes(8, 1)), DesLaneEncryption(GetParam()));
   lanes.Complete([](std::uint8_t*, std::size_t, std::uint8_t*) { FAIL() << "a message is left"; });
+}
+
+TEST(MessageLanesWipeTest, NoBlockIsLeftInFreedMemory) {
+  RandomSource random{20267};
+  Bytes data = random.Some(16);
+  const Bytes plaintext(data.begin() + 8, data.end());
+  const std::vector<std::uint32_t> lengths{8, 8};
+  const FreedMemory freed(plaintext);
+  {
+    MessageLanes lanes(lengths, data.data());
+    // Takes no block, so that the plaintext stays in the lanes.
+    lanes.Run(Rc2Key{}, LaneEncryption<Rc2Key>{[](const Rc2Key&, const BlockSource&) noexcept {},
+                                               kMostLanes, 1});
+  }
+  EXPECT_EQ(freed.BlocksWithSecret(), 0U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, MessageLanesTest, ::testing::ValuesIn(LevelsOfThisMachine()),

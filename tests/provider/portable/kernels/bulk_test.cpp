@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <nettle/arctwo.h>
 
 #include <algorithm>
 
@@ -7,6 +6,7 @@
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "tests/support/cpu_levels.h"
+#include "tests/support/linux/kernel_keys.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 
@@ -14,20 +14,6 @@ namespace latchkey::test {
 namespace {
 
 using namespace provider;  // NOLINT: the namespace under test
-
-des::KeySchedule DesKeyOf(const Bytes& key) {
-  des::KeySchedule schedule{};
-  des::ExpandKeys(key.data(), key.size() / 8, schedule);
-  return schedule;
-}
-
-Rc2Key Rc2KeyOf(const Bytes& key) {
-  arctwo_ctx context{};
-  arctwo_set_key_ekb(&context, key.size(), key.data(), static_cast<unsigned>(8 * key.size()));
-  Rc2Key result{};
-  std::copy_n(context.S, 64, result.words.begin());
-  return result;
-}
 
 class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
  protected:
