@@ -222,43 +222,40 @@ struct TernaryCircuits {
     to.first ^= t24;
   }
 
-  // S7: 29 gates.
+  // S7: 26 gates.
   static constexpr unsigned Complements(Box<6>) { return 0b0000; }
   [[gnu::always_inline]] static void Sbox(Box<6>, Word a, Word b, Word c, Word d, Word e, Word f,
                                           Output to) noexcept {
-    const Word t1 = Ternary<0x6E>(a, b, e);
-    const Word t2 = Ternary<0xC9>(a, d, c);
-    const Word t3 = Ternary<0x96>(t2, a, e);
-    const Word t4 = Ternary<0x72>(b, e, t2);
-    const Word t5 = Ternary<0xD3>(a, e, t2);
-    const Word t6 = Ternary<0x60>(t2, t3, e);
-    const Word t7 = Ternary<0x16>(c, t5, t6);
-    const Word t8 = Ternary<0x34>(f, t7, e);
-    const Word t9 = Ternary<0x65>(b, c, t3);
-    const Word t10 = Ternary<0x07>(t8, t2, t9);
-    const Word t11 = Ternary<0x96>(t1, a, t5);
-    const Word t12 = Ternary<0x1C>(t8, t11, t9);
-    const Word t13 = Ternary<0x6C>(t7, t9, t5);
-    const Word t14 = Ternary<0xBC>(t8, t13, t4);
-    const Word t15 = Ternary<0x39>(b, t7, t14);
-    const Word t16 = Ternary<0x3A>(f, t15, t13);
-    to.fourth ^= t16;
-    const Word t17 = Ternary<0x7E>(t15, t7, t3);
-    const Word t18 = Ternary<0xE2>(f, t17, t1);
-    const Word t19 = Ternary<0xCA>(t18, t3, t7);
-    const Word t20 = Ternary<0x20>(t18, a, t4);
-    const Word t21 = Ternary<0x69>(c, t5, t18);
-    const Word t22 = Ternary<0xB4>(d, t21, t20);
-    const Word t23 = Ternary<0x69>(t12, t19, t6);
-    const Word t24 = Ternary<0x53>(b, t23, t22);
-    to.third ^= t24;
-    const Word t25 = Ternary<0xCA>(b, t19, t21);
-    to.first ^= t25;
-    const Word t26 = Ternary<0x34>(t25, t4, t12);
-    const Word t27 = Ternary<0x90>(f, t10, t12);
-    const Word t28 = Ternary<0xAC>(c, t10, t26);
-    const Word t29 = Ternary<0x66>(t16, t28, t27);
-    to.second ^= t29;
+    const Word t1 = Ternary<0x69>(a, f, c);
+    const Word t2 = Ternary<0x71>(c, e, t1);
+    const Word t3 = Ternary<0x96>(e, b, t1);
+    const Word t4 = Ternary<0x8B>(t3, f, b);
+    const Word t5 = Ternary<0x34>(b, t1, t2);
+    const Word t6 = Ternary<0x18>(a, t2, c);
+    const Word t7 = Ternary<0x7C>(t5, t6, t2);
+    const Word t8 = Ternary<0x90>(t4, t1, t6);
+    const Word t9 = Ternary<0xCD>(d, t2, t8);
+    const Word t10 = Ternary<0x61>(d, t1, t8);
+    const Word t11 = Ternary<0x1C>(e, t10, t8);
+    const Word t12 = Ternary<0x4A>(a, t11, t5);
+    const Word t13 = Ternary<0x2A>(t10, t12, t3);
+    const Word t14 = Ternary<0x47>(t4, a, t5);
+    const Word t15 = Ternary<0xC5>(b, t13, t6);
+    const Word t16 = Ternary<0xAD>(t6, t13, t14);
+    const Word t17 = Ternary<0x5D>(a, t1, t16);
+    const Word t18 = Ternary<0xA3>(d, t14, t15);
+    to.third ^= t18;
+    const Word t19 = Ternary<0xCA>(d, t7, t17);
+    const Word t20 = Ternary<0xD2>(t18, a, t10);
+    const Word t21 = Ternary<0x47>(t20, t4, t7);
+    const Word t22 = Ternary<0xA6>(t21, t10, t13);
+    to.second ^= t22;
+    const Word t23 = Ternary<0x7C>(t20, t14, t22);
+    const Word t24 = Ternary<0x5B>(t13, t19, t9);
+    const Word t25 = Ternary<0xCA>(c, t11, t24);
+    to.fourth ^= t25;
+    const Word t26 = Ternary<0xD2>(t19, e, t23);
+    to.first ^= t26;
   }
 
   // S8: 28 gates.
