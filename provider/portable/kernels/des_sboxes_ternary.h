@@ -258,42 +258,37 @@ struct TernaryCircuits {
     to.first ^= t26;
   }
 
-  // S8: 28 gates.
+  // S8: 23 gates.
   static constexpr unsigned Complements(Box<7>) { return 0b0000; }
   [[gnu::always_inline]] static void Sbox(Box<7>, Word a, Word b, Word c, Word d, Word e, Word f,
                                           Output to) noexcept {
-    const Word t1 = Ternary<0xB5>(f, e, d);
-    const Word t2 = Ternary<0x93>(a, b, t1);
-    const Word t3 = Ternary<0x2D>(c, d, b);
-    const Word t4 = Ternary<0xB4>(d, b, t3);
-    const Word t5 = Ternary<0xC5>(e, t3, t4);
-    const Word t6 = Ternary<0xF2>(e, b, d);
-    const Word t7 = Ternary<0xA5>(t6, c, t3);
-    const Word t8 = Ternary<0x5C>(a, t7, t5);
-    const Word t9 = Ternary<0xC1>(a, t3, t6);
-    const Word t10 = Ternary<0x90>(t8, d, c);
-    const Word t11 = Ternary<0x61>(b, t10, t4);
-    const Word t12 = Ternary<0x99>(t11, b, t9);
-    const Word t13 = Ternary<0x53>(e, t12, t11);
-    const Word t14 = Ternary<0x92>(t2, t12, t4);
-    const Word t15 = Ternary<0x41>(t13, t3, b);
-    const Word t16 = Ternary<0xC5>(f, t8, t13);
-    to.first ^= t16;
-    const Word t17 = Ternary<0xBD>(t16, t11, t6);
-    const Word t18 = Ternary<0x22>(t6, t10, c);
-    const Word t19 = Ternary<0x96>(f, t14, t7);
-    const Word t20 = Ternary<0x76>(f, d, t14);
-    const Word t21 = Ternary<0xE8>(t6, t10, t20);
-    const Word t22 = Ternary<0x83>(t21, t2, t10);
-    const Word t23 = Ternary<0xA3>(d, t22, t15);
-    const Word t24 = Ternary<0x63>(f, t8, t23);
-    to.fourth ^= t24;
-    const Word t25 = Ternary<0xBD>(t23, a, t2);
-    const Word t26 = Ternary<0x38>(t22, t18, t25);
-    to.third ^= t26;
-    const Word t27 = Ternary<0x69>(t24, t17, t26);
-    const Word t28 = Ternary<0x8B>(t19, d, t27);
-    to.second ^= t28;
+    const Word t1 = Ternary<0x29>(a, e, c);
+    const Word t2 = Ternary<0x6D>(d, a, e);
+    const Word t3 = Ternary<0x3A>(c, t2, t2);
+    const Word t4 = Ternary<0x39>(d, t1, t2);
+    const Word t5 = Ternary<0xCD>(e, d, t4);
+    const Word t6 = Ternary<0x49>(t5, b, c);
+    const Word t7 = Ternary<0xD2>(b, e, t3);
+    const Word t8 = Ternary<0x64>(t7, t2, t6);
+    const Word t9 = Ternary<0x52>(e, t8, t4);
+    const Word t10 = Ternary<0x43>(t1, t9, t3);
+    const Word t11 = Ternary<0xC5>(b, t4, t10);
+    const Word t12 = Ternary<0xA9>(d, t9, t10);
+    const Word t13 = Ternary<0x36>(b, t3, t12);
+    const Word t14 = Ternary<0x3A>(f, t8, t13);
+    to.fourth ^= t14;
+    const Word t15 = Ternary<0x5C>(f, t11, t13);
+    to.first ^= t15;
+    const Word t16 = Ternary<0xAD>(t13, t3, t11);
+    const Word t17 = Ternary<0xF7>(d, b, t16);
+    const Word t18 = Ternary<0xA7>(f, a, t17);
+    const Word t19 = Ternary<0x3A>(t18, t3, t16);
+    const Word t20 = Ternary<0x96>(t7, t1, t19);
+    to.third ^= t20;
+    const Word t21 = Ternary<0x9B>(t7, t9, t20);
+    const Word t22 = Ternary<0x2B>(t1, t16, t21);
+    const Word t23 = Ternary<0x69>(f, t8, t22);
+    to.second ^= t23;
   }
 };
 
