@@ -34,6 +34,7 @@ def draw_growth(rates, path):
     figure, grid = pyplot.subplots(2, 2, figsize=(10, 8.4), sharex=True, sharey=True)
     for axes, (title, prefixes) in zip(grid.flat, PANELS.items()):
         chosen = {operation: points for operation, points in lines.items() if operation.startswith(prefixes)}
+        assert len(chosen) <= len(pyplot.cm.tab10.colors), title
         for color, points in zip(pyplot.cm.tab10.colors, chosen.values()):
             axes.loglog(*zip(*points), color=color, linewidth=1.2)
         axes.minorticks_off()
@@ -53,8 +54,8 @@ def label_ends(axes, labels):
     """Writes each line's label at its end, moved up where it would cover another one."""
     height = axes.get_window_extent().height * 72 / axes.figure.dpi
     low, high = (math.log10(limit) for limit in axes.get_ylim())
-    ends = sorted(((math.log10(line.get_ydata()[-1]) - low) / (high - low) * height, line, label)
-                  for line, label in zip(axes.get_lines(), labels))
+    ends = sorted((((math.log10(line.get_ydata()[-1]) - low) / (high - low) * height, line, label)
+                   for line, label in zip(axes.get_lines(), labels)), key=lambda end: end[0])
     place = -math.inf
     for end, line, label in ends:
         place = max(end, place + LABEL_POINTS)

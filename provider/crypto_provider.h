@@ -63,7 +63,7 @@ inline constexpr std::uint32_t kErrorKeysetNotDefined = 0x80090019;
 inline constexpr std::uint32_t kErrorProviderTypeMismatch = 0x8009001B;
 inline constexpr std::uint32_t kErrorProviderFailed = 0x8009001D;
 
-// Messages of one key in one buffer, one after another.
+// Messages of one key in one buffer, one after another. Each length with its padding fits 32 bits.
 struct MessageBatch {
   std::span<const std::uint8_t> messages;
   std::span<std::uint32_t> lengths;  // of the messages, and on return of the results

@@ -49,14 +49,22 @@ class StreamCipher final : public Cipher {
   Rc4Stream stream_;
 };
 
-// A message that is longer than the stream, and each without memory for it, is encrypted alone.
+// Messages longer than the stream can be are encrypted one by one; without memory for the stream,
+// all are.
 void StreamCipher::EncryptEach(const MessageBatch& batch) const noexcept {
   const std::span<const std::uint32_t> lengths = batch.lengths;
-  const std::uint32_t longest = lengths.empty() ? 0 : std::ranges::max(lengths);
-  const std::uint8_t* const stream =
-      stream_.First(std::min<std::size_t>(longest, Rc4Stream::kLongest), start_);
+  std::uint32_t longest = 0;  // of those that the stream is for
+  bool isForAll = true;
+  for (const std::uint32_t length : lengths) {
+    if (length <= Rc4Stream::kLongest) {
+      longest = std::max(longest, length);
+    } else {
+      isForAll = false;
+    }
+  }
+  const std::uint8_t* const stream = longest == 0 ? nullptr : stream_.First(longest, start_);
   std::ranges::fill(batch.failed, false);
-  if (stream != nullptr && longest <= Rc4Stream::kLongest) {
+  if (stream != nullptr && isForAll) {
     AddStreamToEach(stream, batch.messages, lengths, batch.results.data());
     return;
   }

@@ -16,7 +16,7 @@ std::uint64_t Load(const std::uint8_t* place) noexcept {
 
 bool MessageLanes::Start(std::size_t lanes, std::size_t worthLanes) noexcept {
   if (waiting_.size() < worthLanes) return false;
-  room_.reset(new (std::nothrow) Room);
+  room_.reset(new (std::nothrow) Room());
   if (!room_) return false;
   worth_ = worthLanes;
   while (used_ < lanes && StartNext(used_)) ++used_;

@@ -27,6 +27,7 @@ class Bitslice {
  public:
   static constexpr std::size_t kBatchBytes = 64 * sizeof(Word);
   static constexpr std::size_t kLanes = kBatchBytes / kBlockSize;
+  static_assert(kLanes <= kMostLanes);
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes the
   // last one of it. Leaves nothing on the stack: its frame is far larger than what callers wipe.

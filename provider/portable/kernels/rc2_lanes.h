@@ -30,6 +30,7 @@ class Rc2Lanes {
   static constexpr std::size_t kGroups = Vector::kGroups;
   static constexpr std::size_t kBatchBytes = kGroups * 4 * sizeof(Word);
   static constexpr std::size_t kLanes = kBatchBytes / kBlockSize;
+  static_assert(kLanes <= kMostLanes);
 
   // Decrypts batches in place. `feedback` is the ciphertext block before the data, and becomes its
   // last ciphertext block. Leaves no data on the stack.
