@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/ciphertext_sample.h"
+#include "cli/group_lists.h"
 #include "cli/identification.h"
 #include "cli/json.h"
 
@@ -42,12 +43,17 @@ class SortedAnswer {
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] Json Object(std::size_t tried) const;
 
+  // The files of the groups, and the others.
+  [[nodiscard]] std::vector<FileGroup> Groups() const;
+  [[nodiscard]] std::vector<std::string> NotIdentified() const { return FilesOf(unsure_); }
+
  private:
   using Group = std::vector<std::size_t>;  // indexes of samples
 
   [[nodiscard]] bool IsCertain(std::size_t i) const;
   [[nodiscard]] bool IsRestored(std::size_t i) const;
   [[nodiscard]] std::string OptionsOf(const Group& group) const;
+  [[nodiscard]] std::vector<std::string> FilesOf(const Group& group) const;
   [[nodiscard]] std::string NameOf(std::size_t i) const;
   [[nodiscard]] std::string Remark(std::size_t i) const;
   [[nodiscard]] std::string Guess(std::size_t i) const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ namespace latchkey::cli {
 
 // A name in a folder.
 [[nodiscard]] std::string Joined(std::string_view folder, std::string_view name);
+
+// The standard library's form of a name in UTF-8.
+[[nodiscard]] std::filesystem::path PathOf(const std::string& name);
 
 // Where the last part begins; the end if that is ".", ".." or a root, which name no entry of a
 // folder.
