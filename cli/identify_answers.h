@@ -19,7 +19,7 @@ class JointAnswer {
   JointAnswer(const Identification& identification, const Candidates& candidates)
       : identification_(identification), candidates_(candidates) {}
 
-  // Requires a candidate.
+  // The answer as a table. Requires a candidate.
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] Json Object(std::span<const SampleBytes> samples) const;
 
@@ -30,8 +30,9 @@ class JointAnswer {
   const Candidates& candidates_;
 };
 
-// The answer for samples of different settings: groups of those with the same certain ones, the
-// largest first, and the others. The arguments must outlive it.
+// The answer for samples of different settings: groups of samples for which the same settings are
+// certain, the largest group first, and the samples without a certain answer. The arguments must
+// outlive it.
 class SortedAnswer {
  public:
   SortedAnswer(const Identification& identification, std::span<const SampleBytes> samples,
