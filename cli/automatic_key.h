@@ -11,11 +11,11 @@ struct AutomaticKey {
   KeySettings settings;
   WipedBytes password;
   bool restoresSpaces = false;
-  std::string options;  // that choose the same key
+  std::string options;  // the command-line options that choose this key
 };
 
-// The settings and the form of the password that the sample was certainly made with. Raises
-// CommandError about its file if no answer is certain.
+// Finds the settings and the form of the password that the sample was made with. Raises
+// CommandError about the sample's file if no answer is certain.
 [[nodiscard]] AutomaticKey FindKey(const SampleBytes& sample, const PasswordOptions& options);
 
 }  // namespace latchkey::cli

@@ -17,6 +17,7 @@ struct CheckOptions {
   bool ignoreMissing = false;  // skip files that do not exist
 };
 
+// Checks any number of lists, and adds the results to `run`.
 class ChecksumCheck {
  public:
   ChecksumCheck(const CheckOptions& options, HashRun& run, const Report& report)
@@ -25,7 +26,7 @@ class ChecksumCheck {
   // Checks the files of a list.
   void Check(const std::string& listName);
 
-  // Prints the totals, and adds them to the result.
+  // Prints the totals of all lists, and adds them to the JSON result.
   void Finish(Json& result) const;
 
  private:

@@ -8,8 +8,8 @@
 
 namespace latchkey::cli {
 
-// "name: OK" for that outcome, without a line end. As in md5sum, only a name with a line feed has
-// the escapes of WrittenLine here.
+// The line "name: OK" for the outcome "OK", without a line end. As in md5sum, a name with a line
+// feed is escaped as WrittenLine does; a backslash or carriage return alone is not.
 [[nodiscard]] std::string OutcomeLine(const std::string& name, std::string_view outcome);
 
 struct Checksum {
@@ -29,18 +29,19 @@ struct LineForm {
   bool zero = false;    // ends with NUL, without escapes
 };
 
-// "900150983cd24fb0d6963f7d28e17f72  name" with its end. Without `zero`, a name with a backslash or
-// a line end is written with escapes (\\, \n, \r), and the line then begins with a backslash.
+// The line "900150983cd24fb0d6963f7d28e17f72  name" with its end. Without `zero`, a name with a
+// backslash or a line end is escaped (\\, \n, \r), and the line then begins with a backslash.
 [[nodiscard]] std::string WrittenLine(const Checksum& checksum, const ChecksumForm& form,
                                       LineForm lineForm);
 
-// The lines of a list, without their ends. A list may have a byte order mark and may be in UTF-16
-// with one, as PowerShell writes it. The names become UTF-8. Raises CommandError for wrong UTF-16.
+// The lines of a list, without their ends. A list may begin with a byte order mark; with one, it
+// may be in UTF-16, as PowerShell writes it. Names are returned in UTF-8. Raises CommandError for
+// invalid UTF-16.
 [[nodiscard]] std::vector<std::string> ChecksumLines(std::string list);
 
-// Parses a line without its line end: the form above, with a space or an asterisk before the name
-// and digits of either case, or "MD5 (name) = digest". Returns nothing for a line of another form,
-// with another number of digits or with another algorithm's tag.
+// Parses a line without its line end. It has one of the two forms that WrittenLine writes; in the
+// first, an asterisk may replace the second space. Digits may be in either case. Returns nothing
+// for a line of another form, with another number of digits or with another algorithm's tag.
 [[nodiscard]] std::optional<Checksum> ReadChecksumLine(std::string_view line,
                                                        const ChecksumForm& form);
 

@@ -12,8 +12,8 @@
 
 namespace latchkey::cli {
 
-// Source and destination of the bytes. The functions are called from different threads, but `read`
-// never by two at once, nor `write`.
+// Source and destination of the bytes. Different threads call the functions, but only one at a time
+// calls `read`, and only one at a time calls `write`.
 struct ByteStreams {
   // Fills the span; returns fewer bytes only at the end, or when stopped.
   std::function<std::size_t(std::span<std::uint8_t>)> read;
@@ -23,13 +23,14 @@ struct ByteStreams {
   std::function<void(std::span<const std::uint8_t>)> write;
 };
 
+// The cipher to run, its keys and the number of threads.
 struct CipherWork {
   CipherDirection direction = CipherDirection::Encrypt;
-  // One for each worker if pieces are independent (decryption in CBC mode), otherwise one.
+  // One key for each worker if pieces are independent (decryption in CBC mode), otherwise one key.
   std::vector<PasswordKey> keys;
-  // The number of threads; with several keys, their number.
+  // The number of threads. With several keys, the number of keys.
   std::size_t workers = 1;
-  std::string file;
+  std::string file;  // for failures
 };
 
 struct ByteCounts {
@@ -37,11 +38,12 @@ struct ByteCounts {
   std::uint64_t out = 0;
 };
 
-// Large enough for the widest kernel to be busy, small enough to stay in a processor's cache.
+// The length of a piece in bytes: large enough to keep the widest kernel busy, small enough to stay
+// in a processor's cache.
 inline constexpr std::size_t kCipherPiece = std::size_t{1} << 20;
 
-// The number of threads for input of that length in bytes (nothing: unknown). One for input that
-// fits into a piece and on a machine with one processor.
+// The number of threads for input of `size` bytes, which may be unknown. One for input that fits
+// into a piece, and on a machine with one processor.
 [[nodiscard]] std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder);
 
 // Runs the cipher over the whole input, with the result of a single call. `pieceSize` is a multiple

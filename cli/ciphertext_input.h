@@ -22,14 +22,15 @@ class CiphertextInput {
   CiphertextInput(Reader reader, const KeySettings& settings, Spaces spaces)
       : reader_(std::move(reader)), settings_(settings), spaces_(spaces) {}
 
-  // Reads on. With Restore, bytes of value 20 (hexadecimal) follow the end of a block cipher's
-  // input up to a whole block.
+  // Reads the next bytes. With Restore, bytes of value 20 (hexadecimal) are added at the end of a
+  // block cipher's input to complete the last block.
   [[nodiscard]] std::size_t Read(std::span<std::uint8_t> bytes);
 
+  // The number of bytes added so far.
   [[nodiscard]] std::size_t Restored() const noexcept { return restored_; }
 
-  // After the end: what to try about a length that a block cipher does not produce; empty for
-  // others.
+  // Advice about a length that a block cipher does not produce; empty for other lengths. Call it
+  // after the end was read.
   [[nodiscard]] std::string LengthHint() const;
 
  private:

@@ -15,7 +15,7 @@ namespace latchkey::cli {
 // Owns the bytes of a sample.
 struct SampleBytes {
   std::string file;
-  std::optional<std::uint64_t> line;  // of a record
+  std::optional<std::uint64_t> line;  // where a record is, from 1
   std::vector<std::uint8_t> head;
   std::vector<std::uint8_t> tail;
   std::uint64_t length = 0;

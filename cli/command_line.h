@@ -25,11 +25,11 @@ class CommandLine {
   CLI::App& Add(const char* name, const char* description, const std::string& example,
                 Action action);
 
-  // The same below a group of commands.
+  // Adds a command as Add does, but to a group of commands.
   CLI::App& AddTo(CLI::App& group, const char* name, const char* description,
                   const std::string& example, Action action);
 
-  // Adds a name that requires another one after it.
+  // Adds a group: a name that must be followed by the name of one of its commands.
   CLI::App& AddGroup(const char* name, const char* description);
 
   // Reads the arguments (UTF-8, without the program's name), runs the command that they choose,

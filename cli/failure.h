@@ -16,8 +16,8 @@ namespace latchkey::cli {
 // The exit status of the process.
 enum class ExitStatus { Done = 0, Failed = 1, WrongUsage = 2, Guessed = 3 };
 
-// The error record and its subject. A failure of the component has a location; a failure of the
-// operating system or of the command itself has only its text.
+// An error record, and the file that it is about. A failure of the component has a location; a
+// failure of the operating system or of the command itself has only a text.
 struct Failure {
   // NOLINTBEGIN(readability-redundant-member-init): without a value GCC warns of initializers that
   // leave the member out
@@ -43,7 +43,7 @@ class CommandError final : public std::exception {
   Failure failure_;
 };
 
-// The error with more advice, if decryption failed; other errors are unchanged.
+// Returns the error, with `hint` as its advice if it says that decryption failed.
 [[nodiscard]] CommandError WithDecryptionHint(const CommandError& error, const std::string& hint);
 
 // The failure of a check, with the text and numbers of the failure table.
@@ -52,16 +52,17 @@ class CommandError final : public std::exception {
 // The failure in the thread's error record. Requires ErrorExists.
 [[nodiscard]] Failure RecordedFailure();
 
+// The failure that an exception reports.
 [[nodiscard]] Failure FailureOf(const FileError& error);
 [[nodiscard]] Failure FailureOf(const Fault& fault);
 
-// Conflicting, unknown or missing options.
+// The error for conflicting, unknown or missing options.
 [[nodiscard]] CommandError WrongUsage(std::string text, std::string hint = {});
 
-// "latchkey: Error decrypting data (location 717, number 120): FILE", without a line end.
+// The line "latchkey: Error decrypting data (location 717, number 120): FILE", without a line end.
 [[nodiscard]] std::string FailureLine(const Failure& failure);
 
-// Texts of the table and the record as UTF-8.
+// Converts a text of the failure table or the error record to UTF-8.
 [[nodiscard]] std::string Utf8(TextView text);
 
 }  // namespace latchkey::cli

@@ -16,7 +16,7 @@ namespace latchkey::cli {
 [[nodiscard]] std::string FileDigest(const UniqueContext& context, std::int16_t hash,
                                      InputFile& input, Progress& progress);
 
-// The format of that hash's checksum lines.
+// The format of the checksum lines of the hash with this number.
 [[nodiscard]] ChecksumForm ChecksumFormOf(std::int16_t hash);
 
 }  // namespace latchkey::cli

@@ -24,11 +24,6 @@ constexpr std::size_t kLongestName = std::size_t{1} << 16;
 constexpr std::size_t kListPiece = std::size_t{1} << 16;
 constexpr std::size_t kRecentFolders = 4096;
 
-// The standard library's form of a name in UTF-8.
-std::filesystem::path PathOf(const std::string& name) {
-  return {std::u8string(name.begin(), name.end())};
-}
-
 std::string NameOf(const std::filesystem::path& path) {
   const std::u8string name = path.u8string();
   return {name.begin(), name.end()};

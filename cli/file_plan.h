@@ -15,7 +15,7 @@
 
 namespace latchkey::cli {
 
-// Folder: a folder to make. The kinds after it are inputs that cannot be read.
+// File: an input. Folder: a folder to make. Each later kind is an input that cannot be read.
 enum class PlannedKind : std::uint32_t {
   File,
   Folder,
@@ -28,8 +28,8 @@ enum class PlannedKind : std::uint32_t {
 
 struct PlannedFile {
   PlannedKind kind = PlannedKind::File;
-  std::int32_t reason = 0;  // of Unreadable: errno, or GetLastError()
-  std::uint64_t size = 0;   // of the input in bytes, when the plan was made
+  std::int32_t reason = 0;  // why it is Unreadable: errno, or GetLastError()
+  std::uint64_t size = 0;   // bytes of the input when the plan was made
   std::string input;
   std::string output;
 
@@ -49,17 +49,18 @@ class FilePlan {
   // cannot be made is not reported: its outputs will fail.
   void PrepareFolders() const;
 
-  // The files to read, and their bytes.
+  // The number of files to read, and the sum of their sizes in bytes.
   [[nodiscard]] std::uint64_t Files() const noexcept { return count_; }
   [[nodiscard]] std::uint64_t Bytes() const noexcept { return bytes_; }
 
-  // The files in folders that are left out: links, devices, names by the suffix.
+  // The number of files in folders that are left out: links, devices, and names that the suffix
+  // excludes.
   [[nodiscard]] std::uint64_t LeftOut() const noexcept { return leftOut_; }
 
  private:
   friend class PlanReader;
 
-  // Where the part of an input's name begins that its output's name below the folder keeps.
+  // `kept` is the offset in an input's name of the part that is also in its output's name.
   void AddNamed(const std::string& given, std::size_t kept);
   void AddList(const std::string& list);
   void AddFolder(const std::string& name, std::size_t kept);
@@ -82,14 +83,14 @@ class FilePlan {
   std::string folder_;  // without a separator at the end, unless it is the root
   FileState folderState_;
   Spool files_;
-  Spool folders_;                  // those to read
-  std::uint64_t foldersRead_ = 0;  // the offset of the next
+  Spool folders_;                  // the folders to read
+  std::uint64_t foldersRead_ = 0;  // the offset of the next one in folders_
   NameConflicts conflicts_;
   std::uint64_t count_ = 0;
   std::uint64_t bytes_ = 0;
   std::uint64_t leftOut_ = 0;
-  std::string lastParent_;  // and its true name, of KeyOf
-  std::string lastTrueParent_;
+  std::string lastParent_;      // the folder that KeyOf resolved last
+  std::string lastTrueParent_;  // its name without links
 };
 
 // Reads a plan from its start. The plan must outlive it. Next may be called by any thread.

@@ -21,17 +21,17 @@ class FileResults {
   FileResults(const Report& report, const FilePlan& plan)
       : report_(report), plan_(plan), progress_(plan.Bytes(), report.IsQuiet()) {}
 
-  // The output has its name.
+  // Adds a file whose output has its name.
   void AddDone(const PlannedFile& file, const ByteCounts& counts);
   void AddSkipped(const PlannedFile& file);
   void AddFailed(const PlannedFile& file, const Failure& failure);
-  // A failure that concerns no single file.
+  // Adds a failure that concerns no single file.
   void AddFailed(const Failure& failure);
 
-  // Shows progress: bytes that were read.
+  // Shows progress: this number of bytes was read.
   void Advance(std::uint64_t bytes);
 
-  // Reports the sums; `settings` has members for the JSON object. Returns the exit status.
+  // Reports the sums. Adds the members of `settings` to the JSON object. Returns the exit status.
   ExitStatus Finish(const char* verb, const Json& settings);
 
  private:

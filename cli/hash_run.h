@@ -22,9 +22,10 @@ class HashRun {
   // Raises FileError if the file cannot be read.
   [[nodiscard]] std::string DigestOf(const std::string& file);
 
-  // Adds a result to the JSON.
+  // Adds the result of a file to the JSON.
   void Add(Json result) { results_.push_back(std::move(result)); }
 
+  // Record a failure; with a file, report it.
   void Fail(const std::string& file, const Failure& failure);
   void Fail() noexcept { failed_ = true; }
 

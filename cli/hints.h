@@ -6,7 +6,7 @@
 
 namespace latchkey::cli {
 
-// Advice for the check or trap with that location; may be empty.
+// Advice for the check or trap with this location number; empty if no advice is known.
 [[nodiscard]] std::string_view HintFor(std::int32_t location) noexcept;
 
 }  // namespace latchkey::cli

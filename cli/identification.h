@@ -23,7 +23,7 @@ class Identification {
     return forms_.at(candidate.password);
   }
 
-  // More than one form of the password is tried.
+  // Whether more than one form of the password is tried.
   [[nodiscard]] bool TriesForms() const noexcept { return forms_.size() > 1; }
 
   // The options that decrypt with the candidate's key: "--provider base --hash md5 --cipher rc4".

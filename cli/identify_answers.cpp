@@ -12,7 +12,11 @@
 namespace latchkey::cli {
 namespace {
 
+// Less than the table's last digit.
+bool IsNegligible(double probability) { return probability < 0.000'001; }
+
 std::string Percent(double probability) {
+  if (IsNegligible(probability)) return "< 0.0001 %";
   std::array<char, 32> text{};
   std::snprintf(text.data(), text.size(), "%8.4f %%", probability * 100);
   return text.data();
@@ -45,7 +49,15 @@ std::string CipherOf(const KeySettings& settings) {
 std::string JointAnswer::Text() const {
   const Candidate& best = candidates_.fitting.front();
   std::string text = "PROBABILITY  PROVIDER        HASH  CIPHER            PADDING  PASSWORD\n";
-  for (const Candidate& candidate : candidates_.fitting) text += Line(candidate);
+  std::size_t left = candidates_.fitting.size();
+  for (const Candidate& candidate : candidates_.fitting) {
+    if (&candidate != &best && IsNegligible(candidate.probability)) break;
+    text += Line(candidate);
+    --left;
+  }
+  if (left > 0) {
+    text += Padded(Percent(0), 11) + "each other that fits: " + std::to_string(left) + "\n";
+  }
   text += Padded(Percent(candidates_.noneProbability), 11) + "none of the " +
           std::to_string(candidates_.tried) + " keys tried\n";
   if (best.evidence.restored > 0) {
@@ -92,6 +104,18 @@ SortedAnswer::SortedAnswer(const Identification& identification,
   }
   for (auto& [key, group] : byKey) groups_.push_back(std::move(group));
   std::ranges::stable_sort(groups_, std::ranges::greater{}, &Group::size);
+}
+
+std::vector<FileGroup> SortedAnswer::Groups() const {
+  std::vector<FileGroup> groups;
+  for (const Group& group : groups_) groups.push_back({OptionsOf(group), FilesOf(group)});
+  return groups;
+}
+
+std::vector<std::string> SortedAnswer::FilesOf(const Group& group) const {
+  std::vector<std::string> files;
+  for (const std::size_t i : group) files.push_back(samples_[i].file);
+  return files;
 }
 
 std::string SortedAnswer::Text() const {

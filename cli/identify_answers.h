@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cli/ciphertext_sample.h"
+#include "cli/group_lists.h"
 #include "cli/identification.h"
 #include "cli/json.h"
 
@@ -18,7 +19,7 @@ class JointAnswer {
   JointAnswer(const Identification& identification, const Candidates& candidates)
       : identification_(identification), candidates_(candidates) {}
 
-  // Requires a candidate.
+  // The answer as a table. Requires a candidate.
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] Json Object(std::span<const SampleBytes> samples) const;
 
@@ -29,8 +30,9 @@ class JointAnswer {
   const Candidates& candidates_;
 };
 
-// The answer for samples of different settings: groups of those with the same certain ones, the
-// largest first, and the others. The arguments must outlive it.
+// The answer for samples of different settings: groups of samples for which the same settings are
+// certain, the largest group first, and the samples without a certain answer. The arguments must
+// outlive it.
 class SortedAnswer {
  public:
   SortedAnswer(const Identification& identification, std::span<const SampleBytes> samples,
@@ -42,12 +44,17 @@ class SortedAnswer {
   [[nodiscard]] std::string Text() const;
   [[nodiscard]] Json Object(std::size_t tried) const;
 
+  // The files of the groups, and the others.
+  [[nodiscard]] std::vector<FileGroup> Groups() const;
+  [[nodiscard]] std::vector<std::string> NotIdentified() const { return FilesOf(unsure_); }
+
  private:
   using Group = std::vector<std::size_t>;  // indexes of samples
 
   [[nodiscard]] bool IsCertain(std::size_t i) const;
   [[nodiscard]] bool IsRestored(std::size_t i) const;
   [[nodiscard]] std::string OptionsOf(const Group& group) const;
+  [[nodiscard]] std::vector<std::string> FilesOf(const Group& group) const;
   [[nodiscard]] std::string NameOf(std::size_t i) const;
   [[nodiscard]] std::string Remark(std::size_t i) const;
   [[nodiscard]] std::string Guess(std::size_t i) const;

@@ -1,10 +1,12 @@
 // latchkey identify.
 #include <algorithm>
+#include <array>
 #include <memory>
 
 #include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
+#include "cli/group_lists.h"
 #include "cli/identification.h"
 #include "cli/identify_answers.h"
 #include "cli/sorting.h"
@@ -15,10 +17,11 @@ namespace {
 struct Options {
   PasswordOptions password;
   std::vector<std::string> files;
+  std::string lists;  // a folder; empty: no lists
   bool records = false;
 };
 
-// More records say nothing more.
+// The answer for this many records is as certain as for more.
 constexpr std::size_t kMostRecords = 10'000;
 
 // The memory for the beginnings of all files, and the least for each.
@@ -49,37 +52,59 @@ CommandError NothingFits(const std::string& file) {
           "try another password; 'latchkey hex -d' converts a ciphertext kept as text to bytes"});
 }
 
-ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Report& report) {
+ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Options& options,
+                        const Report& report) {
+  if (!options.lists.empty()) WriteLists(options.lists, sorted.Groups(), sorted.NotIdentified());
   report.Text(sorted.Text());
   report.Result(sorted.Object(tried));
   return sorted.IsComplete() ? ExitStatus::Done : ExitStatus::Guessed;
 }
 
+// All files are one group, if the answer is certain.
+void WriteJointLists(const Identification& identification, const Candidates& joint,
+                     const Options& options) {
+  if (options.lists.empty()) return;
+  if (!joint.IsCertain()) return WriteLists(options.lists, {}, options.files);
+  const FileGroup all{identification.OptionsFor(joint.fitting.front()), options.files};
+  WriteLists(options.lists, std::array{all}, {});
+}
+
 // Settings that all samples share come first. Only if those are not certain is each judged alone.
 ExitStatus Answer(const Identification& identification, std::span<const SampleBytes> samples,
-                  const Report& report) {
+                  const Options& options, const Report& report) {
   std::vector<CiphertextSample> views;
   for (const SampleBytes& sample : samples) views.push_back(sample.Sample());
   const Candidates joint = identification.Search().Find(views);
   if (!joint.IsCertain() && samples.size() > 1) {
     const SortedAnswer sorted(identification, samples, Sort(identification.Search(), views));
-    if (sorted.HasGroups()) return ReportSorted(sorted, joint.tried, report);
+    if (sorted.HasGroups()) return ReportSorted(sorted, joint.tried, options, report);
   }
   if (joint.fitting.empty()) {
     throw NothingFits(samples.size() == 1 ? samples.front().file : std::string());
   }
+  WriteJointLists(identification, joint, options);
   const JointAnswer answer(identification, joint);
   report.Text(answer.Text());
   report.Result(answer.Object(samples));
   return joint.IsCertain() ? ExitStatus::Done : ExitStatus::Guessed;
 }
 
+// Lists are for names that another command can open.
+void CheckLists(const Options& options) {
+  if (options.lists.empty()) return;
+  if (std::ranges::find(options.files, "-") != options.files.end()) {
+    throw WrongUsage("--lists needs names of files, not standard input");
+  }
+  RequireNewFolder(options.lists);
+}
+
 ExitStatus RunIdentify(const Options& options, const Report& report) {
+  CheckLists(options);
   for (const std::string& file : options.files) RequireOwnSource(options.password, file);
   const std::vector<SampleBytes> samples = ReadAll(options, report);
   if (samples.empty()) throw NothingFits(options.files.front());
   const Identification identification(options.password);
-  return Answer(identification, samples, report);
+  return Answer(identification, samples, options, report);
 }
 
 }  // namespace
@@ -91,8 +116,14 @@ void AddIdentifyCommand(CommandLine& commandLine) {
       "latchkey identify --password-file secret.txt report.lk",
       [options](Report& report) { return RunIdentify(*options, report); });
   AddPasswordOptions(command, options->password);
-  command.add_flag("--records", options->records,
-                   "Read a ciphertext from each line, as hexadecimal digits");
+  CLI::Option* const records = command.add_flag(
+      "--records", options->records, "Read a ciphertext from each line, as hexadecimal digits");
+  command
+      .add_option("--lists", options->lists,
+                  "Make this folder, with a list of the files of each group for decrypt "
+                  "--files0-from, and the groups' options, a line for each")
+      ->type_name("DIR")
+      ->excludes(records);
   command
       .add_option("FILE", options->files,
                   "Read ciphertexts from these files; - is standard input. If no settings fit all, "

@@ -29,7 +29,7 @@ void AddKeyOptions(CLI::App& command, KeyOptions& options, Required required);
 // Raises CommandError (wrong usage) for options that contradict each other.
 [[nodiscard]] KeySettings SettingsOf(const KeyOptions& options);
 
-// The options that choose these settings: "--provider base --hash md5 --cipher rc4".
+// The options that choose these settings, such as "--provider base --hash md5 --cipher rc4".
 [[nodiscard]] std::string OptionsOf(const KeySettings& settings);
 
 // Adds the settings to a result in JSON.

@@ -14,15 +14,16 @@ namespace latchkey::cli {
 struct ManyFileOptions {
   std::vector<std::string> inputs;
   std::optional<std::string> list;    // a file of names, each ended by NUL; "-" is standard input
-  std::optional<std::string> folder;  // the outputs' folder; nothing: that of each input
-  std::string suffix;                 // that encrypt adds to a name and decrypt removes
+  std::optional<std::string> folder;  // the outputs' folder; nothing: the folder of each input
+  std::string suffix;                 // encrypt adds it to a name, decrypt removes it
   bool recursive = false;
   bool skipExisting = false;
   bool keepTimes = false;
   std::string sync;  // "each", "end" or "never"; empty: the default, "end"
 
-  // Whether the run is one of many files. Raises CommandError (wrong usage) for options that such a
-  // run lacks, or that only such a run has. `command` is its name for hints.
+  // Whether many files are processed in one run. Raises CommandError (wrong usage) if such a run
+  // lacks an option, or another run has an option for many files. `command` is the command's name
+  // for hints; `replaces` is --force.
   [[nodiscard]] bool AreChosen(const std::string& command, bool replaces) const;
 };
 

@@ -23,7 +23,7 @@ struct ManyFilesWork {
   Spaces spaces = Spaces::Keep;
   std::string hint;  // what to try if decryption fails
   Readers readers = Readers::Default;
-  bool replaces = false;
+  bool replaces = false;  // existing outputs
   DataForm from = DataForm::Bytes;
   DataForm to = DataForm::Bytes;
   // Runs the cipher over a file of any length with up to `threads` threads.
@@ -33,7 +33,7 @@ struct ManyFilesWork {
 };
 
 // Processes the files of the plan. The failure of a file is reported in the results, and the others
-// are processed. Raises what concerns them all, such as lack of memory.
+// are processed. Exceptions that concern all files, such as lack of memory, pass through.
 void RunManyFiles(const ManyFilesWork& work, const FilePlan& plan, FileResults& results);
 
 }  // namespace latchkey::cli

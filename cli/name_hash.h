@@ -6,7 +6,8 @@
 
 namespace latchkey::cli {
 
-// FNV-1a with 64 bits, and the finishing steps of MurmurHash3, which spread its bits.
+// The hash is FNV-1a with 64 bits, followed by the finishing steps of MurmurHash3, which spread the
+// bits.
 [[nodiscard]] constexpr std::uint64_t NameHash(std::string_view text) noexcept {
   std::uint64_t hash = 0xCBF29CE484222325U;
   for (const char character : text) {

@@ -37,6 +37,10 @@ std::string Joined(std::string_view folder, std::string_view name) {
   return joined += name;
 }
 
+std::filesystem::path PathOf(const std::string& name) {
+  return {std::u8string(name.begin(), name.end())};
+}
+
 std::size_t StartOfEntry(std::string_view name) {
   const std::string_view last = LastPartOf(name);
   return last == "." || last == ".." ? name.size() : name.size() - last.size();

@@ -2,29 +2,33 @@
 #pragma once
 
 #include <cstddef>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
 namespace latchkey::cli {
 
-// The name's folder, "." without one, and the rest.
+// FolderOf: the folder in the name, "." if it has none. LastPartOf: the part after the folder.
 [[nodiscard]] std::string FolderOf(std::string_view name);
 [[nodiscard]] std::string_view LastPartOf(std::string_view name);
 
-// Without separators at the end, but at least one character.
+// The name without separators at its end. Keeps the first character.
 [[nodiscard]] std::string_view WithoutEnd(std::string_view name);
 
-// A name in a folder.
+// The name of a file in a folder: the two with a separator between them.
 [[nodiscard]] std::string Joined(std::string_view folder, std::string_view name);
 
-// Where the last part begins; the end if that is ".", ".." or a root, which name no entry of a
-// folder.
+// The standard library's form of a name in UTF-8.
+[[nodiscard]] std::filesystem::path PathOf(const std::string& name);
+
+// The offset at which the last part begins. The size of the name if the last part is ".", ".." or a
+// root, which are not entries of a folder.
 [[nodiscard]] std::size_t StartOfEntry(std::string_view name);
 
-// Where the part below the root and below "." begins.
+// The offset of the part after the root and after "." at the beginning.
 [[nodiscard]] std::size_t StartOfRelative(std::string_view name);
 
-// Whether a part of the name is "..".
+// Whether one of the name's parts is "..".
 [[nodiscard]] bool HasParent(std::string_view name);
 
 }  // namespace latchkey::cli

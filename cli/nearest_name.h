@@ -6,8 +6,9 @@
 
 namespace latchkey::cli {
 
-// The name with the fewest changes of one letter (inserted, removed or replaced: V. Levenshtein,
-// 1965) from `word`, the first of several; empty if that takes more than a third of its letters.
+// The name with the smallest edit distance from `word` (V. Levenshtein, 1965: letters inserted,
+// removed or replaced); the first of several. Empty if the distance is more than a third of the
+// word's letters.
 [[nodiscard]] std::string NearestName(const std::string& word,
                                       const std::vector<std::string>& names);
 

@@ -15,14 +15,15 @@ namespace latchkey::cli {
 
 enum class Sync { Each, End, Never };
 
-// Used by one thread. Without NameAll, outputs that have no name yet are removed.
+// Collects complete outputs under temporary names, and names them in groups. Used by one thread.
+// The destructor removes outputs that have no name yet.
 class OutputGroup {
  public:
-  // Names outputs when there are `most` of them, or many bytes.
+  // Add names the outputs when `most` of them, or many bytes, are waiting.
   OutputGroup(Sync sync, std::size_t most, FileResults& results)
       : sync_(sync), most_(most), results_(results) {}
 
-  // Takes a complete output. Reports it in the results, now or later.
+  // Takes a complete output. Reports it in the results when it has its name.
   void Add(std::unique_ptr<OutputFile> output, PlannedFile file, const ByteCounts& counts);
 
   // Names the outputs that remain.
@@ -44,7 +45,7 @@ class OutputGroup {
   FileResults& results_;
   DiskFlush disk_;
   std::vector<std::unique_ptr<OutputFile>> outputs_;
-  std::vector<Member> members_;  // of the same numbers
+  std::vector<Member> members_;  // members_[i] describes outputs_[i]
   std::uint64_t bytes_ = 0;
 };
 

@@ -15,7 +15,7 @@ namespace latchkey::cli {
 
 struct OutputOptions {
   std::string file = "-";  // "-" is standard output
-  bool isNamed = false;    // "-" was given
+  bool isNamed = false;    // the option was given
   bool force = false;      // replaces an existing file
 
   [[nodiscard]] bool IsStandardOutput() const { return cli::IsStandardOutput(file); }
@@ -23,9 +23,9 @@ struct OutputOptions {
 
 void AddOutputOptions(CLI::App& command, OutputOptions& options);
 
-// Raises CommandError (wrong usage) if standard output is a terminal, unless the user chose it with
-// `-o -`. The second form does so only if `bytes` have control characters other than tabs, line
-// ends and form feeds.
+// Raises CommandError (wrong usage) if the data would be written to a terminal, unless the user
+// chose that with `-o -`. The second form does so only if `bytes` contain control characters other
+// than tabs, line ends and form feeds.
 void RefuseTerminal(const OutputOptions& options);
 void RefuseTerminal(const OutputOptions& options, std::span<const std::uint8_t> bytes);
 

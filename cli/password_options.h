@@ -1,5 +1,5 @@
-// The source of a command's password. Never the command line itself, which every process of the
-// machine can read.
+// The source of a command's password. The password is never on the command line, which every
+// process of the machine can read.
 #pragma once
 
 #include <optional>
@@ -25,13 +25,13 @@ struct PasswordOptions {
   bool none = false;
   bool verbose = false;
 
-  // Whether the source gives text, which is converted.
+  // Whether an encoding is named, to which the password is converted.
   [[nodiscard]] bool NamesEncoding() const noexcept {
     return !encoding.empty() && encoding != kBytesEncoding;
   }
 };
 
-// Raises CommandError (wrong usage) if the password and the data of that input have the same
+// Raises CommandError (wrong usage) if the password and the data of `input` are read from the same
 // descriptor.
 void RequireOwnSource(const PasswordOptions& options, const std::string& input);
 
@@ -40,21 +40,21 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options);
 
 enum class Prompt { Once, Twice };
 
-// Reads the password, as bytes of the named encoding or as they are. Drops one line end (LF or CR
-// LF) at the end of a file or descriptor unless `exact` is set. Without an option, asks on the
-// terminal, twice with Twice.
+// Reads the password and converts it to the named encoding; with none, returns the bytes unchanged.
+// Drops one line end (LF or CR LF) at the end of a file or descriptor unless `exact` is set. If no
+// option names a source, asks on the terminal, twice with Twice.
 //
 // Raises CommandError if the source is missing, the two passwords differ, the password is empty
 // (unless `none` is set), has several lines (unless `exact` is set), is not text in the named
 // encoding, or was typed with other than ASCII and no encoding is named.
 [[nodiscard]] WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
 
-// Reads the password in each form that a program may have used: with the named encoding, that and
-// the same with a zero character at the end; otherwise all of AllForms.
+// Reads the password in each form that a program may have used, also with a zero character at the
+// end: in the named encoding or, with none, in all encodings of AllForms.
 [[nodiscard]] std::vector<EncodedPassword> ReadPasswordForms(const PasswordOptions& options);
 
-// What to try if decryption fails: to name the encoding of a password that is not ASCII. Empty if
-// it is, or an encoding is named.
+// Advice if decryption fails: to name the encoding of a password that is not ASCII. Empty if the
+// password is ASCII or an encoding is named.
 [[nodiscard]] std::string EncodingHint(const PasswordOptions& options,
                                        std::span<const std::uint8_t> password);
 

@@ -15,7 +15,8 @@ namespace latchkey::cli {
 // The encoding of a password that is used as it is.
 inline constexpr const char* kBytesEncoding = "bytes";
 
-// The text of a file: UTF-8 or, by its BOM, UTF-16; without the BOM. Nothing for other bytes.
+// The text of a file in UTF-8 or, if it begins with that BOM, UTF-16. The BOM is dropped. Nothing
+// for bytes that are not text.
 [[nodiscard]] std::optional<WipedText> TextOfFile(std::span<const std::uint8_t> bytes);
 
 // Drops one line end (LF or CR LF) at the end.
@@ -41,17 +42,18 @@ struct EncodedPassword {
   bool hasNul = false;  // a zero character was appended
 };
 
-// The password in every encoding that has all its characters, and as it is. Of equal bytes, only
-// the first: under "bytes" for ASCII, otherwise under the name of an encoding.
+// The password in every encoding that has all its characters, and unchanged. Forms with equal bytes
+// are returned once: as "bytes" for ASCII, otherwise with the name of the first such encoding.
 [[nodiscard]] std::vector<EncodedPassword> AllForms(const WipedBytes& password,
                                                     const std::optional<WipedText>& text);
 
-// Many programs hash the zero character that ends a string.
+// Append a zero character, or add a form with one for each form: many programs hash the zero that
+// ends a string.
 void AppendNul(EncodedPassword& form);
 void AddFormsWithNul(std::vector<EncodedPassword>& forms);
 
-// The name of the code page that a password of other than ASCII most likely had: the first with all
-// its characters. Nothing if it is not UTF-8, or UTF-16 with a BOM.
+// The code page that a password with characters other than ASCII was most likely used in: the first
+// page that has all its characters. Nothing if the password is neither UTF-8 nor UTF-16 with a BOM.
 [[nodiscard]] std::optional<std::string> LikelyPage(std::span<const std::uint8_t> password);
 
 }  // namespace latchkey::cli

@@ -21,13 +21,13 @@ struct StreamPiece {
   InlineBytes bytes;
   std::uint64_t number = 0;  // from 0, in the order of the stream
   std::size_t consumed = 0;  // input bytes that the piece was read from
-  std::size_t length = 0;    // of the data in `bytes`, whose offset the stages know
+  std::size_t length = 0;    // bytes of data; the stages choose their offset in `bytes`
   bool isLast = false;
 };
 
-// The stages of each piece. The relay calls Read and Write for one piece after another, never for
-// two at once, and Work too if WorksInOrder; the calls are made by different threads. All but
-// StopReading may throw any exception.
+// The stages of each piece. Calls of Read are in the order of the pieces, one at a time, and so are
+// calls of Write and, if WorksInOrder returns true, of Work. Different threads make the calls. All
+// members but StopReading may throw any exception.
 class PieceStages {
  public:
   PieceStages() = default;
@@ -38,17 +38,17 @@ class PieceStages {
   // Whether Work requires that the piece before was processed.
   [[nodiscard]] virtual bool WorksInOrder() const noexcept = 0;
 
-  // Fills in the next piece, except its number, which is set. Its bytes are those of an earlier
-  // piece of the thread, or empty. Not called after the last piece.
+  // Fills in the next piece; its number is already set. The piece has the buffer of an earlier
+  // piece of the thread, or an empty one. Not called after the last piece.
   virtual void Read(StreamPiece& piece) = 0;
 
-  // `worker` is the number of the thread, below the number of workers.
+  // Processes a piece. `worker` is the number of the thread, from 0.
   virtual void Work(StreamPiece& piece, std::size_t worker) = 0;
 
+  // Writes the result of a piece.
   virtual void Write(const StreamPiece& piece) = 0;
 
-  // Makes a waiting Read return soon. Called from another thread when its piece is no longer
-  // needed.
+  // Makes a waiting Read return soon. Called from another thread when no more pieces are needed.
   virtual void StopReading() noexcept = 0;
 };
 
@@ -76,10 +76,10 @@ class PieceRelay {
  public:
   explicit PieceRelay(PieceStages& stages) noexcept : stages_(stages) {}
 
-  // Processes all pieces with up to `workers` threads, including the calling one. The others start
-  // when the first piece is not the last, and have ended when Run returns; fewer run if the system
-  // refuses some. An exception of a stage is rethrown after all earlier pieces are written, as with
-  // a single thread.
+  // Processes all pieces with up to `workers` threads, including the calling one. The other threads
+  // start if the first piece is not the last, and have ended when Run returns. If the system
+  // refuses threads, fewer run. An exception of a stage is rethrown after all earlier pieces are
+  // written, as with a single thread.
   void Run(std::size_t workers);
 
  private:

@@ -8,12 +8,12 @@
 
 namespace latchkey::cli {
 
-// One line of text: bytes done, share, bar, rate and time left, as far as they are known.
+// The line's text: bytes done, share, bar, rate and time left, as far as they are known.
 [[nodiscard]] std::string ProgressLine(std::uint64_t done, std::optional<std::uint64_t> total,
                                        double seconds, unsigned columns);
 
-// Shows the line on standard error after the first second, if that is a terminal. The destructor
-// erases it.
+// Shows the line on standard error if that is a terminal, from the end of the first second on. The
+// destructor erases it.
 class Progress {
  public:
   Progress(std::optional<std::uint64_t> total, bool quiet);

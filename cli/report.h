@@ -41,8 +41,8 @@ class Report {
   // Writes a line on standard error, with any options.
   static void Note(std::string_view line);
 
-  // Reports a failure: as a JSON object or, without --json, if that cannot be written or after a
-  // result, as a line.
+  // Reports a failure as a JSON object. Without --json, after a result, and if the object cannot be
+  // written, reports it as a line.
   void Fail(const Failure& failure) const;
 
   // The failure as a JSON object, for a result that includes failures.

@@ -11,13 +11,14 @@
 
 namespace latchkey::cli {
 
-// Appends the zero to an argument that needs it.
+// Appends a zero character to an argument that the parser would misread.
 void Shield(std::string& argument);
 
-// The argument without the zero.
+// The argument without the zero character.
 [[nodiscard]] std::string Unshielded(std::string value);
 
-// Makes the options of all commands remove the zero. Call it after all commands are added.
+// Makes the options of all commands remove the zero character. Call it after all commands are
+// added.
 void UnshieldValues(CLI::App& parser);
 
 }  // namespace latchkey::cli

@@ -10,9 +10,10 @@
 
 namespace latchkey::cli {
 
-// For each sample, in order, the best candidate: first of all keys, for each sample alone. A sample
-// without a certain answer is then compared only under the keys that are certain for others, which
-// take the prior of all keys. Nothing if no key fits.
+// Returns the best candidate for each sample, in order; nothing for a sample that no key fits. Each
+// sample is first judged alone under all keys. A sample without a certain answer is then judged
+// under only the keys that are certain for other samples; the prior of all keys is divided among
+// these.
 [[nodiscard]] std::vector<std::optional<Candidate>> Sort(const CandidateSearch& search,
                                                          std::span<const CiphertextSample> samples);
 

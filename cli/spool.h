@@ -1,4 +1,4 @@
-// Bytes that are written once and then read any number of times, outside memory.
+// Data in a scratch file that is written once and then read any number of times.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ class Spool {
   }
   void PutText(std::string_view text);
 
-  // Makes what was put readable.
+  // Makes the values readable that were put so far.
   void Finish();
 
   // The offset of the next value.

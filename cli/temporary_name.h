@@ -6,10 +6,10 @@
 
 namespace latchkey::cli {
 
-// A name without folder that no other file has; empty if the system has no random bytes.
+// A name without a folder, which no other file has. Empty if the system returns no random bytes.
 [[nodiscard]] std::string NewTemporaryName();
 
-// Whether NewTemporaryName made the name (one in 2^40 other names of that form passes too).
+// Whether NewTemporaryName made the name. One in 2^40 other names of that form also returns true.
 [[nodiscard]] bool IsTemporaryName(std::string_view name) noexcept;
 
 }  // namespace latchkey::cli

@@ -13,15 +13,15 @@
 
 namespace latchkey::cli {
 
-// UTF-16. Texts may be secret, so they are wiped.
+// Text in UTF-16. It may be secret, so it is wiped.
 using WipedText = WipedVector<char16_t>;
 
-// "windows-1250" to "windows-1258", "windows-874", "windows-932", "windows-936", "windows-949",
-// "windows-950", "utf-8" and "utf-16le".
+// The names "windows-1250" to "windows-1258", "windows-874", "windows-932", "windows-936",
+// "windows-949", "windows-950", "utf-8" and "utf-16le".
 [[nodiscard]] const std::vector<std::string>& TextEncodingNames();
 
-// Replaces a value by the name that it means: in any case, with or without hyphens, and a code page
-// also as "1252" or "cp1252". `others` are names that it takes besides.
+// Replaces a value by the name that it means. A value may be in any case and without hyphens, and a
+// code page may be "1252" or "cp1252". `others` are more names that are accepted.
 [[nodiscard]] CLI::Validator EncodingName(const std::vector<std::string>& others = {});
 
 // Converts text strictly: no character is replaced by a similar one or by a question mark. Code
@@ -35,10 +35,12 @@ class TextEncoding {
 
   [[nodiscard]] const std::string& Name() const noexcept { return name_; }
 
-  // Nothing if `bytes` are not text in this encoding. A BOM is a character like others.
+  // The text of bytes in this encoding. Nothing if they are not text in it. A BOM is returned as a
+  // character.
   [[nodiscard]] std::optional<WipedText> Decode(std::span<const std::uint8_t> bytes) const;
 
-  // Nothing if the encoding lacks a character, or for half a surrogate pair.
+  // The bytes of a text in this encoding. Nothing if the encoding lacks a character, or if the text
+  // has half a surrogate pair.
   [[nodiscard]] std::optional<WipedBytes> Encode(std::span<const char16_t> text) const;
 
  private:
@@ -48,11 +50,13 @@ class TextEncoding {
   std::shared_ptr<const Page> page_;  // null for UTF-8 and UTF-16
 };
 
-// The text of `bytes` in another encoding; nothing if either lacks it.
+// Converts text from one encoding to another. Nothing if `bytes` are not text in `from`, or `to`
+// lacks a character.
 [[nodiscard]] std::optional<WipedBytes> Converted(std::span<const std::uint8_t> bytes,
                                                   const TextEncoding& from, const TextEncoding& to);
 
-// Whether all bytes are below 80 (hexadecimal): then every encoding but UTF-16 has the same text.
+// Whether all bytes are below 80 (hexadecimal). Such bytes are the same text in every encoding but
+// UTF-16.
 [[nodiscard]] bool IsAscii(std::span<const std::uint8_t> bytes) noexcept;
 
 }  // namespace latchkey::cli

@@ -12,10 +12,11 @@ struct Utf8Character {
   std::size_t length = 0;  // in bytes; 0 if the text does not begin with UTF-8
 };
 
-// The first character of a text that is not empty. Overlong forms and surrogates are not UTF-8.
+// The first character of a text, which must not be empty. Overlong forms and surrogates are not
+// UTF-8.
 [[nodiscard]] Utf8Character FirstCharacter(std::string_view text);
 
-// Writes a character of at most U+10FFFF, up to 4 bytes; returns their number.
+// Writes a character of at most U+10FFFF, in up to 4 bytes. Returns the number of bytes.
 std::size_t PutUtf8(char32_t code, std::uint8_t* bytes) noexcept;
 
 }  // namespace latchkey::cli

@@ -6,8 +6,8 @@
 
 namespace latchkey::cli {
 
-// All arguments after the program's name. On Linux the unchanged bytes, since file names are bytes
-// there; on Windows the UTF-8 of the wide command line, independent of main's arguments.
+// Returns all arguments after the program's name. On Linux they are the unchanged bytes, since file
+// names are bytes there. On Windows they are the wide command line in UTF-8; main's are not used.
 [[nodiscard]] std::vector<std::string> ProgramArguments(int count, const char* const* arguments);
 
 }  // namespace latchkey::cli

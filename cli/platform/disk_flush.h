@@ -11,19 +11,20 @@
 
 namespace latchkey::cli {
 
-// Used by one thread.
+// Writes several outputs to the disk with one call of the system. Used by one thread.
 class DiskFlush {
  public:
-  // Writes the bytes of all outputs to the disk at once. False if the system has no call for that,
-  // or if it reports a failure, perhaps of other files: then Flush each of them. Requires that the
-  // outputs were opened before anything was written to any of them.
+  // Writes the bytes of all outputs to the disk. Returns false if the system has no such call, or
+  // if the call reports a failure, which may be of other files; call Flush of each output then.
+  // Every output must have been opened before any of them was written to.
   [[nodiscard]] bool Bytes(std::span<const std::unique_ptr<OutputFile>> outputs);
 
-  // Writes the names of all outputs of successful calls of Bytes to the disk. False if that fails.
+  // Writes the names of all outputs of successful calls of Bytes to the disk. Returns false if the
+  // call fails.
   [[nodiscard]] bool Names();
 
  private:
-  // A file of each file system, with the system's number of the latter.
+  // For each file system, its number and one open file on it.
   std::vector<std::pair<std::uint64_t, UniqueFile>> systems_;
 };
 

@@ -9,8 +9,8 @@
 
 namespace latchkey::cli {
 
-// The value of a variable, which is wiped and removed from the environment of the process. Nothing
-// if it is not set. Raises FileError for text that does not have that form.
+// Returns the value of a variable, wipes it and removes the variable from the process's
+// environment. Nothing if it is not set. Raises FileError for text that is not in the form.
 [[nodiscard]] std::optional<WipedBytes> TakeVariable(const std::string& name, TextForm form);
 
 }  // namespace latchkey::cli

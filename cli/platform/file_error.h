@@ -7,7 +7,8 @@
 
 namespace latchkey::cli {
 
-// what() is "cannot open: No such file or directory"; the file's name is separate.
+// The failure of a system call. what() is text such as "cannot open: No such file or directory";
+// Name() is the file's name.
 class FileError final : public std::system_error {
  public:
   // `code` is errno on Linux, GetLastError() on Windows.

@@ -8,7 +8,7 @@
 
 namespace latchkey::cli {
 
-// A file descriptor on Linux, a HANDLE on Windows.
+// The type of a file: a descriptor on Linux, a HANDLE on Windows.
 struct FileTrait {
   using Type = std::intptr_t;
   static Type None() noexcept { return -1; }
@@ -17,7 +17,8 @@ struct FileTrait {
 
 using UniqueFile = UniqueHandle<FileTrait>;
 
-// In the system's own units: nanoseconds since 1970 on Linux, 100 ns since 1601 on Windows.
+// The times of a file in the system's units: nanoseconds since 1970 on Linux, 100 ns since 1601 on
+// Windows.
 struct FileTimes {
   std::int64_t accessed = 0;
   std::int64_t modified = 0;

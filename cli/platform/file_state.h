@@ -1,4 +1,4 @@
-// What a name denotes.
+// The kind and identity of the file that a name denotes.
 #pragma once
 
 #include <array>
@@ -14,23 +14,24 @@ struct FileState {
   FileKind kind = FileKind::Nothing;
   std::uint64_t size = 0;
   std::array<std::uint64_t, 2> identity{};  // the same for all names of a file
-  int reason = 0;                           // why there is nothing: errno, or GetLastError()
+  int reason = 0;                           // why the kind is Nothing: errno, or GetLastError()
 };
 
 enum class Links { Follow, Keep };
 
-// Nothing also if the system cannot say.
+// The state of the file with this name. The kind is Nothing if the system reports a failure. Keep:
+// returns the state of a symbolic link itself.
 [[nodiscard]] FileState StateOf(const std::string& name, Links links);
 
 // Whether the character separates folders in a name.
 [[nodiscard]] bool IsSeparator(char character) noexcept;
 
-// The name in the form in which all spellings that the file system does not distinguish are equal:
-// on Windows in capital letters.
+// The name in a form that is equal for all spellings that the file system does not distinguish. On
+// Windows this is capital letters, on Linux the unchanged name.
 [[nodiscard]] std::string FoldedCase(const std::string& name);
 
-// Removes the unfinished outputs that killed processes left in a folder. Leaves those of running
-// processes and all other files. Does what the system permits, and raises no failure.
+// Removes the unfinished outputs that killed processes left in a folder. Keeps the outputs of
+// running processes and all other files. Ignores failures.
 void RemoveLeftovers(const std::string& folder);
 
 }  // namespace latchkey::cli

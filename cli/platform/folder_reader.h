@@ -6,16 +6,16 @@
 
 namespace latchkey::cli {
 
-// In no order, without "." and "..". Used by one thread.
+// Reads the names of a folder's entries, in no order, without "." and "..". Used by one thread.
 class FolderReader {
  public:
-  // An empty name is the current folder.
+  // Opens a folder; an empty name is the current folder.
   explicit FolderReader(const std::string& folder);
   FolderReader(const FolderReader&) = delete;
   FolderReader& operator=(const FolderReader&) = delete;
   ~FolderReader();
 
-  // False at the end, and after a failure.
+  // Sets `name` to the next name. Returns false at the end and after a failure.
   [[nodiscard]] bool Next(std::string& name);
 
   // Why the folder could not be read to its end: errno, or GetLastError(); 0 without a failure.

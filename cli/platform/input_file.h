@@ -31,11 +31,11 @@ class InputFile {
   // Prepares StopReading. Call it before another thread uses the object.
   void AllowStop();
 
-  // Callable from any thread. A Read that waits for another process returns the bytes read so far,
-  // and so does each later one.
+  // Makes a Read that waits for another process return the bytes read so far, and each later Read
+  // return at once. May be called from any thread.
   void StopReading() noexcept;
 
-  // The number of bytes from the start to the end, if known: only for a regular file.
+  // The number of bytes from the start to the end of a regular file; nothing for other inputs.
   [[nodiscard]] std::optional<std::uint64_t> Size() const;
 
   [[nodiscard]] FileTimes Times() const;

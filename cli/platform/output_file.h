@@ -9,7 +9,7 @@
 
 namespace latchkey::cli {
 
-// Who may read the file: the system's default, or its owner alone. A file that replaces another
+// Who may read the file: the system's default, or only its owner. A file that replaces another
 // keeps that file's rights and, if the system allows it, owner; with Owner no one else gets rights.
 enum class Readers { Default, Owner };
 
@@ -18,7 +18,7 @@ enum class Readers { Default, Owner };
 // interrupted (Ctrl-C, termination). If the process is killed, it stays on Linux, and
 // RemoveLeftovers removes it: it has a name of NewTemporaryName and is locked while it is open.
 //
-// A link stays, and its target is the output; a link to nothing is refused.
+// If the name is a link, its target is replaced. A link without a target is refused.
 //
 // Files that the process has open ("-" is standard output, on Linux also /dev/stdout, /dev/fd/N),
 // devices and pipes are written to directly, which cannot be undone.
@@ -26,8 +26,9 @@ enum class Readers { Default, Owner };
 // Every member raises FileError if a system call fails. Each object is used by one thread.
 class OutputFile {
  public:
-  // With `replace`, Commit replaces an existing file, and a device or pipe is written to. Without
-  // it, each is refused (except the null device), and a file again at Commit.
+  // With `replace`, Commit replaces an existing file, and devices and pipes are written to. Without
+  // it, the constructor refuses them all, except the null device. Commit then also refuses a file
+  // that appeared in the meantime.
   OutputFile(const std::string& name, bool replace, Readers readers);
   OutputFile(const OutputFile&) = delete;
   OutputFile& operator=(const OutputFile&) = delete;
@@ -44,10 +45,10 @@ class OutputFile {
 
   // The steps of Commit in order, for outputs that share a flush of the disk. They do nothing for a
   // stream or device.
-  void Seal();      // sets the rights; no Write may follow
-  void Flush();     // the bytes
-  void GiveName();  // and stays open until it is destroyed
-  void FlushName();
+  void Seal();       // sets the rights; no Write may follow
+  void Flush();      // writes the bytes to the disk
+  void GiveName();   // renames the file, which stays open
+  void FlushName();  // writes the name to the disk
 
   [[nodiscard]] const UniqueFile& File() const noexcept { return file_; }
 
@@ -61,9 +62,9 @@ class OutputFile {
   bool replace_;
   Readers readers_;
   std::string place_;      // the name to give; empty for a stream
-  std::string folder_;     // of that name, with a separator at the end; may be empty
+  std::string folder_;     // the folder in place_, with a separator at the end; may be empty
   std::string temporary_;  // the temporary name; empty if no file must be removed
-  int removal_ = -1;       // of RemoveWhenInterrupted, on Linux
+  int removal_ = -1;       // the result of RemoveWhenInterrupted, on Linux
 };
 
 }  // namespace latchkey::cli

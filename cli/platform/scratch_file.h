@@ -8,15 +8,15 @@
 
 namespace latchkey::cli {
 
-// In the folder for temporary files (TMPDIR or /tmp, on Windows the user's). Members raise
-// FileError. ReadAt is for any number of threads.
+// Bytes in the folder for temporary files (TMPDIR or /tmp, on Windows the user's). Members raise
+// FileError. Any number of threads may call ReadAt at once.
 class ScratchFile {
  public:
   ScratchFile();
 
   void Append(std::span<const std::uint8_t> bytes);
 
-  // Fills `bytes` from that offset on; returns fewer bytes only at the end.
+  // Fills `bytes` with the bytes from `offset` on; returns fewer bytes only at the end.
   [[nodiscard]] std::size_t ReadAt(std::uint64_t offset, std::span<std::uint8_t> bytes) const;
 
   [[nodiscard]] std::uint64_t Size() const noexcept { return size_; }

@@ -1,4 +1,4 @@
-// Forms of a secret text that the system gives, from the terminal or the environment.
+// The form in which a secret text is read from the terminal or the environment.
 #pragma once
 
 namespace latchkey::cli {

@@ -4,8 +4,8 @@
 namespace latchkey::cli {
 
 // Replaces each standard stream that was closed at the start by one that refuses every use.
-// Otherwise the next opened file would get its number, and messages would be written into it. Call
-// it before any file is opened.
+// Otherwise the next file that is opened would get the stream's number, and messages would be
+// written into the file. Call it before any file is opened.
 void OccupyClosedStreams() noexcept;
 
 }  // namespace latchkey::cli

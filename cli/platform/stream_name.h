@@ -6,12 +6,12 @@
 
 namespace latchkey::cli {
 
-// The descriptor that an input's name denotes: 0 for "-", and on Linux also the names of the
-// process's own descriptors: /dev/stdin and so on, /dev/fd/N, /proc/self/fd/N. Nothing for other
-// names.
+// The descriptor that an input's name denotes: 0 for "-". On Linux, names of the process's own
+// descriptors are recognized too: /dev/stdin and the like, /dev/fd/N, /proc/self/fd/N. Nothing for
+// other names.
 [[nodiscard]] std::optional<int> InputDescriptor(const std::string& name);
 
-// Whether a name denotes standard output, as "-" does.
+// Whether a name denotes standard output: "-", and on Linux the names of descriptor 1.
 [[nodiscard]] bool IsStandardOutput(const std::string& name);
 
 }  // namespace latchkey::cli

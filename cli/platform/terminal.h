@@ -20,10 +20,10 @@ enum class StandardStream { Output, Error };
 // Writes UTF-8 text without converting line ends. Returns false if the system call fails.
 bool WriteText(StandardStream stream, std::string_view text) noexcept;
 
-// Asks for a line on the terminal of the process, even if its streams are redirected, with echo
-// off, also after the process was stopped and continued. Returns the line without its end, empty if
-// the input ends before it. Nothing without a terminal. Raises FileError if the terminal fails, and
-// for text that does not have that form.
+// Asks for a line on the terminal of the process, even if its streams are redirected. Echo is off,
+// also after the process was stopped and continued. Returns the line without its end; an empty line
+// if the input ends. Nothing if the process has no terminal. Raises FileError if the terminal
+// fails, and for text that is not in the form.
 [[nodiscard]] std::optional<WipedBytes> ReadHiddenLine(const std::string& prompt, TextForm form);
 
 }  // namespace latchkey::cli

@@ -3,13 +3,13 @@
 
 namespace latchkey::cli {
 
-// Call it first in main. On Linux such a failure prints a line on standard error, removes an
-// unfinished output and exits with status 1. Before main it is a failed operator new (objects at
-// namespace scope allocate), which throws bad_alloc from this call on; later it is any call of
-// std::terminate.
+// Call it first in main. On Linux, an uncaught failure prints a line on standard error, removes an
+// unfinished output and exits with status 1. Before this call, a failed operator new is such a
+// failure, because objects at namespace scope allocate. After it, operator new throws bad_alloc,
+// and every call of std::terminate is such a failure.
 void BeginMain() noexcept;
 
-// The message for lack of memory, the same as for that fault of an operation.
+// The message for lack of memory; an operation's fault 7 has the same text.
 inline constexpr const char* kOutOfMemory = "Out of memory (number 7)";
 
 }  // namespace latchkey::cli

@@ -11,13 +11,14 @@
 
 namespace latchkey::cli {
 
-// What becomes of a record that fails.
+// What to do with a record that fails: end the command, leave the record out, keep it unchanged, or
+// write no value in its field.
 enum class OnError { Stop, Skip, Keep, Null };
 
 // A record that failed, or whose value was completed.
 struct NotedRecord {
   std::uint64_t line = 0;        // from 1
-  std::size_t missingBytes = 0;  // what its value lacked, if it is given them
+  std::size_t missingBytes = 0;  // the bytes that were added to complete its value
   bool failed = false;
   Failure failure;
 };
@@ -47,12 +48,13 @@ struct RecordTools {
   OnError onError = OnError::Stop;
 };
 
-// Used by one thread, block after block. Its memory has the size of the largest one.
+// Transforms one block after another. Used by one thread. Its memory grows to that of the largest
+// block.
 class BlockTransform {
  public:
   explicit BlockTransform(RecordTools tools) noexcept : tools_(std::move(tools)) {}
 
-  // `block` has whole records; the first one is on that line, from 1.
+  // Transforms a block of whole records. `firstLine` is the line of its first record, from 1.
   void Run(ByteSpan block, std::uint64_t firstLine, BlockResult& result);
 
  private:
@@ -70,12 +72,12 @@ class BlockTransform {
   RecordTools tools_;
   std::vector<ScannedRecord> records_;
   std::vector<std::size_t> valueOf_;  // the number of each record's value, or kNoValue
-  std::vector<std::pair<std::size_t, Failure>> undecoded_;  // by the record's number
+  std::vector<std::pair<std::size_t, Failure>> undecoded_;  // each with its record's number
   std::size_t nextUndecoded_ = 0;
   WipedBytes unescaped_;
   WipedBytes values_;
   std::vector<std::int64_t> offsets_;
-  std::vector<std::uint8_t> missing_;  // of each value
+  std::vector<std::uint8_t> missing_;  // the number of bytes added to each value
   ColumnResult column_;
   WipedBytes encoded_;
 };

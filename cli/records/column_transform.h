@@ -1,4 +1,4 @@
-// What happens to the bytes of fields, many at a time.
+// Encrypts, decrypts or hashes the values of many fields at a time.
 #pragma once
 
 #include <cstdint>
@@ -13,12 +13,13 @@
 
 namespace latchkey::cli {
 
-// Values of a column, one after another. Its memory is kept from block to block.
+// The results for the values of a column, one after another. The memory is reused for each block.
 struct ColumnResult {
   InlineBytes data;
-  std::vector<std::int64_t> offsets;   // one more than values
-  std::vector<std::int32_t> statuses;  // 0, or the value has a failure
+  std::vector<std::int64_t> offsets;   // one more than the number of values
+  std::vector<std::int32_t> statuses;  // other than 0: the value failed
 
+  // Makes room for `count` values with `room` bytes together.
   void Renew(std::size_t count, std::size_t room);
   [[nodiscard]] std::span<const std::uint8_t> operator[](std::size_t i) const noexcept {
     return data.All().subspan(static_cast<std::size_t>(offsets[i]),
@@ -26,7 +27,7 @@ struct ColumnResult {
   }
 };
 
-// Used by one thread.
+// Transforms one group of values after another. Used by one thread.
 class ColumnTransform {
  public:
   ColumnTransform() = default;
@@ -36,21 +37,22 @@ class ColumnTransform {
 
   virtual void Run(const Records& values, ColumnResult& result) = 0;
 
-  // What a value of that length lacks at its end; 0 for nothing.
+  // The number of bytes that a value of this length lacks at its end.
   [[nodiscard]] virtual std::size_t MissingBytes(std::size_t length) const noexcept;
 
-  // Whether a value of no bytes is one, and not left as it is.
+  // Whether an empty value is transformed, and not left unchanged.
   [[nodiscard]] virtual bool TakesEmpty() const noexcept { return true; }
 
-  // The failure of a value.
+  // The failure to report for a value that failed.
   [[nodiscard]] virtual Failure FailureOfValue() const = 0;
 };
 
-// Encryption or decryption. The key must outlive it. A ciphertext of no bytes is left as it is.
+// Makes an encryption or decryption. The key must outlive it. An empty ciphertext is left
+// unchanged.
 [[nodiscard]] std::unique_ptr<ColumnTransform> MakeCipherTransform(const DerivedKey& key,
                                                                    CipherDirection direction);
 
-// The digest by a hash number of the component.
+// Makes a transform whose results are digests. `hash` is a number of the component.
 [[nodiscard]] std::unique_ptr<ColumnTransform> MakeDigestTransform(std::int16_t hash);
 
 }  // namespace latchkey::cli

@@ -9,11 +9,11 @@
 namespace latchkey::cli {
 
 struct CsvOptions {
-  std::string columnName;        // of the field, if it has no number
-  std::size_t columnNumber = 0;  // from 1
+  std::string columnName;        // used if columnNumber is 0
+  std::size_t columnNumber = 0;  // from 1; 0: the column has a name
   bool hasHeader = true;
   std::uint8_t delimiter = ',';
-  std::optional<std::string> addedName;  // the result is added as the last column
+  std::optional<std::string> addedName;  // of a column to add; nothing: replace the field
 };
 
 // Every quote begins or ends quoting, as in PostgreSQL's COPY: counting quotes is enough to find
@@ -45,7 +45,7 @@ class CsvFormat final : public RecordFormat {
   };
 
   [[nodiscard]] Field ScanField(ByteSpan bytes, std::size_t begin) const noexcept;
-  // Fills in the record that begins there. Returns its number of lines.
+  // Fills in the record that begins at `begin`. Returns its number of lines.
   std::uint32_t ScanRecord(ByteSpan block, std::size_t begin, ScannedRecord& record) const noexcept;
   [[nodiscard]] std::vector<std::string> FieldsOf(ByteSpan record) const;
   void ChooseColumn(const std::vector<std::string>& names);

@@ -1,4 +1,4 @@
-// The bytes that the text of a field means.
+// Conversion between the text of a field and the bytes that it means.
 #pragma once
 
 #include <memory>
@@ -16,7 +16,7 @@ enum class FieldForm { Hex, Base64, Text };
 
 [[nodiscard]] const std::vector<std::string>& FieldFormNames();  // hex, base64, text
 
-// Nothing, or why a field cannot be converted. Never contains the field.
+// Why a field cannot be converted; nothing for success. Never contains the field's text.
 using FieldFailure = std::optional<Failure>;
 
 // Converts one field after another. Used by one thread.

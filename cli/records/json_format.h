@@ -27,7 +27,7 @@ class JsonFormat final : public RecordFormat {
   void WriteName(const ScannedRecord& record, WipedBytes& output) const;
 
   std::string field_;
-  std::string added_;    // empty: the result replaces the field
+  std::string added_;    // the member for the result; empty: the field
   WipedBytes addition_;  // what precedes an added value
 };
 

@@ -5,13 +5,13 @@
 
 namespace latchkey::cli {
 
-// Not the JSON library's: its strings are not wiped, and these may be secrets.
+// The JSON library is not used, because it does not wipe its strings, and these may be secrets.
 
-// Appends the text, in UTF-8, that the characters between the quotes mean. False for a wrong
-// escape, also half of a surrogate pair.
+// Appends the text, in UTF-8, of the characters between the quotes. Returns false for an invalid
+// escape, such as half of a surrogate pair.
 [[nodiscard]] bool UnescapeJson(ByteSpan escaped, WipedBytes& text);
 
-// Appends the text in quotes. Escapes only what must be escaped.
+// Appends the text in quotes. Escapes only characters that must be escaped.
 void AppendJsonString(ByteSpan text, WipedBytes& output);
 
 }  // namespace latchkey::cli

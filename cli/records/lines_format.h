@@ -5,7 +5,7 @@
 
 namespace latchkey::cli {
 
-// A line ends in LF or CR LF, which stays as it is. An empty line is no value.
+// A line ends in LF or CR LF, which is kept. An empty line has no value.
 class LinesFormat final : public RecordFormat {
  public:
   void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const override;

@@ -12,7 +12,7 @@ namespace latchkey::cli {
 
 using ByteSpan = std::span<const std::uint8_t>;
 
-// A block has fewer than 4 GiB.
+// A range of offsets in a block, which has fewer than 4 GiB.
 struct BlockRange {
   std::uint32_t begin = 0;
   std::uint32_t end = 0;
@@ -22,22 +22,24 @@ struct BlockRange {
   }
 };
 
-// Nothing: the field is missing or empty, and stays so. Bad: `fault` says why it cannot be read.
+// Value: the field has a value. Nothing: the field is missing or empty, and is left unchanged. Bad:
+// the field cannot be read, and `fault` says why.
 enum class FieldState : std::uint8_t { Value, Nothing, Bad };
 
+// A record and its field, as ranges of the block.
 struct ScannedRecord {
   BlockRange all;          // with the line end
   BlockRange source;       // the field's text, without quotes around it
-  BlockRange target;       // what the result replaces; empty if it is added
-  std::uint32_t line = 0;  // where the record begins, from 0 for the block's first line
+  BlockRange target;       // the part that the result replaces; empty if the result is added
+  std::uint32_t line = 0;  // the line on which the record begins; 0: the block's first line
   FieldState state = FieldState::Nothing;
-  bool isQuoted = false;   // in quotes
-  bool isEscaped = false;  // contains escapes
+  bool isQuoted = false;   // the field is in quotes
+  bool isEscaped = false;  // the field contains escapes
   bool isAdded = false;    // the result is a new field at `target`
   const char* fault = nullptr;
 };
 
-// After ReadHeader it never changes: any number of threads may scan at once.
+// Scans and writes records. After ReadHeader it never changes, so any number of threads may use it.
 class RecordFormat {
  public:
   RecordFormat() = default;
@@ -56,31 +58,31 @@ class RecordFormat {
   // Appends the records of a block. The last one needs no line end.
   virtual void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const = 0;
 
-  // Appends the text that an escaped source means. False for a wrong escape.
+  // Appends the text of an escaped source. Returns false for an invalid escape.
   [[nodiscard]] virtual bool Unescape(ByteSpan source, WipedBytes& text) const = 0;
 
-  // Appends a value in the place of the record's target. False, and nothing appended, if the format
-  // cannot hold that value.
+  // Appends the value as it is written in the place of the record's target. Returns false, and
+  // appends nothing, if the format cannot hold the value.
   [[nodiscard]] virtual bool Write(ByteSpan value, const ScannedRecord& record,
                                    WipedBytes& output) const = 0;
 
-  // Whether a record without a result gets the added field too, since all must have the same
-  // number.
+  // Whether a record without a result also gets the added field, since all records must have the
+  // same number of fields.
   [[nodiscard]] virtual bool AddsToEvery() const noexcept { return false; }
 
-  // Appends what means no value, in the same place.
+  // Appends what the format writes for no value, in the place of the record's target.
   virtual void WriteNothing(const ScannedRecord& record, WipedBytes& output) const = 0;
 };
 
-// Where the text of the line that begins at `begin` ends, without CR LF or LF, and where the next
-// line begins.
+// The offset at which the text of a line ends, before CR LF or LF, and the offset of the next line.
 struct LineEnd {
   std::size_t text = 0;
   std::size_t next = 0;
 };
+// The end of the line that begins at `begin`.
 [[nodiscard]] LineEnd EndOfLine(ByteSpan bytes, std::size_t begin) noexcept;
 
-// The offset of the first such byte at or after `begin`; the size of `bytes` if there is none.
+// The offset of the first such byte at or after `begin`; the size of `bytes` if none follows.
 [[nodiscard]] std::size_t Find(ByteSpan bytes, std::uint8_t byte, std::size_t begin = 0) noexcept;
 
 // The range between two offsets in a block.
@@ -88,6 +90,7 @@ struct LineEnd {
   return {static_cast<std::uint32_t>(begin), static_cast<std::uint32_t>(end)};
 }
 
+// Appends `bytes` at the end of `to`.
 void Append(ByteSpan bytes, WipedBytes& to);
 
 }  // namespace latchkey::cli

@@ -16,15 +16,17 @@ struct RecordReportOptions {
   bool force = false;  // replaces an existing file
 };
 
-// Writes a line for each record: to the file as JSON Lines or, without one, to standard error, with
-// --json as JSON Lines too. The lines contain nothing of the records' data.
+// Writes a line for each record that failed or was completed: to the file as JSON Lines or, without
+// a file, to standard error, with --json also as JSON Lines. The lines contain nothing of the
+// records' data.
 class RecordReport {
  public:
   // Opens the file. Raises CommandError if it cannot be opened, or exists and may not be replaced.
   RecordReport(const Report& report, std::string input, const RecordReportOptions& options);
 
   // Adds the noted records of a block. Raises CommandError if the file cannot be written, and with
-  // the failure of the record that ends the work, which is in the file, but not on standard error.
+  // the failure of a record that ends the work. That record has a line in the file, but none on
+  // standard error.
   void Add(const BlockResult& result);
 
   // Writes the sums to standard error, and closes the file.
@@ -40,7 +42,7 @@ class RecordReport {
   std::string input_;
   std::optional<std::string> name_;
   std::ofstream file_;
-  std::string hint_;  // of the first failure
+  std::string hint_;  // the hint of the first failure
 };
 
 }  // namespace latchkey::cli

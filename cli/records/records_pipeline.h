@@ -1,4 +1,4 @@
-// Records of any number, in order, on all processors, in constant memory.
+// Processes any number of records, in order, on all processors, in constant memory.
 #pragma once
 
 #include <functional>
@@ -11,22 +11,23 @@
 
 namespace latchkey::cli {
 
-// As ByteStreams of cli/cipher_stream.h.
+// Source and destination of the records. `read` and `stopReading` are those of ByteStreams
+// (cli/cipher_stream.h).
 struct RecordStreams {
   std::function<std::size_t(std::span<std::uint8_t>)> read;
   std::function<void()> stopReading;
-  // Writes a part of the output.
+  // Writes the output for the next `consumed` bytes of input.
   std::function<void(ByteSpan text, std::size_t consumed)> write;
   // Reports the noted records of a block, after its output was written.
   std::function<void(const BlockResult& result)> report;
 };
 
-// The bytes that are read at a time.
+// The number of bytes that are read at a time.
 inline constexpr std::size_t kRecordBlock = std::size_t{1} << 20;
 // A longer record is a failure: most likely a quote has no end.
 inline constexpr std::size_t kLongestRecord = std::size_t{1} << 26;
 
-// The number of threads for input of that length in bytes (nothing: unknown).
+// The number of threads for input of `size` bytes, which may be unknown.
 [[nodiscard]] std::size_t RecordWorkers(std::optional<std::uint64_t> size);
 
 // Runs the records of the whole input through the tools, one for each thread. Raises CommandError
