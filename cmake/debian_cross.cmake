@@ -20,9 +20,9 @@ cmake_path(SET root NORMALIZE ${CMAKE_CURRENT_LIST_DIR}/../build/cross/${LATCHKE
 if(NOT EXISTS ${root}/complete)
   message(FATAL_ERROR "${root} is missing: run tools/cross_root ${LATCHKEY_DEBIAN_ARCH}")
 endif()
-# For libraries that other libraries need.
+# For libraries that other libraries need, and for absolute paths in linker scripts.
 foreach(kind EXE SHARED MODULE)
-  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-Wl,-rpath-link,${root}/usr/lib/${triplet}")
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-Wl,-rpath-link,${root}/usr/lib/${triplet} -Wl,--sysroot=${root}")
 endforeach()
 
 set(CMAKE_FIND_ROOT_PATH ${root} /usr/${triplet})
