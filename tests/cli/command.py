@@ -1,7 +1,8 @@
 """Runs the command under test. Imported by the tests of this folder.
 
-LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. Each test works in a
-folder of its own, which is also the working directory of the command. To run one in this folder:
+LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. LATCHKEY_EMULATED is not
+empty if the program is for another kind of processor, which cannot read locales that this machine makes. Each test works
+in a folder of its own, which is also the working directory of the command. To run one in this folder:
 LATCHKEY_COMMAND=../../build/linux/latchkey python3 -m unittest hash_test.CheckTest.test_json
 """
 import json
@@ -17,6 +18,7 @@ import unittest
 PROJECT = pathlib.Path(__file__).resolve().parents[2]
 WINE = os.environ.get("LATCHKEY_WINE", "")
 IS_WINDOWS = bool(WINE)
+IS_EMULATED = bool(os.environ.get("LATCHKEY_EMULATED"))
 PREFIX = [str(PROJECT / "tools" / "wine"), WINE] if IS_WINDOWS else []
 PROGRAM = PREFIX + [str(pathlib.Path(os.environ["LATCHKEY_COMMAND"]).resolve())]
 

@@ -4,7 +4,7 @@ import hashlib
 import os
 import subprocess
 
-from command import IS_WINDOWS, CommandTest
+from command import IS_EMULATED, IS_WINDOWS, CommandTest
 
 OPTIONS = ["--hash", "md5", "--cipher", "rc4", "--key-bits", "128"]
 PLAIN = bytes(64)
@@ -134,7 +134,7 @@ class PasswordEncodingTest(CommandTest):
         self.assertEqual(self.from_file("Größe".encode()).lines, [])
 
 
-if not IS_WINDOWS:
+if not IS_WINDOWS and not IS_EMULATED:
     class LocaleTest(CommandTest):
         def test_a_variable_is_in_the_encoding_of_the_locale(self):
             locales = self.folder / "locales"
