@@ -155,7 +155,7 @@ void LatchkeyBatch(const Key& key, bool encrypts, Column& column) {
           results.failed == 0);
 }
 
-// Processor time of this thread for one pass, of as many as take 20 ms.
+// Processor time of this thread for one pass, the mean of passes that take at least 20 ms together.
 double SecondsOf(const std::function<void()>& work) {
   const auto now = [] {
     timespec time{};

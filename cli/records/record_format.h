@@ -82,7 +82,7 @@ struct LineEnd {
 // The end of the line that begins at `begin`.
 [[nodiscard]] LineEnd EndOfLine(ByteSpan bytes, std::size_t begin) noexcept;
 
-// The offset of the first such byte at or after `begin`; the size of `bytes` if none follows.
+// The offset of the first `byte` at or after `begin`, or the size of `bytes` without one.
 [[nodiscard]] std::size_t Find(ByteSpan bytes, std::uint8_t byte, std::size_t begin = 0) noexcept;
 
 // The range between two offsets in a block.

@@ -60,7 +60,7 @@ std::uint64_t RecordBatch::RoomForAll(std::size_t first, std::size_t end) const 
   return room;
 }
 
-// `end` if there is none.
+// Returns `end` if every record fits.
 std::size_t RecordBatch::FirstTooLong(std::size_t first, std::size_t end) const noexcept {
   if (RoomFor(records_.Between(first, end).size()) > 0) return end;
   while (first < end && RoomFor(records_[first].size()) >= records_[first].size()) ++first;

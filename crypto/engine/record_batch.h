@@ -39,8 +39,8 @@ class OffsetsOf {
     });
   }
   // Sets the ends of those from record i on, which begins at `offset`. Returns the last end.
-  std::size_t SetEnds(std::size_t i, std::size_t offset,
-                      std::span<const std::uint32_t> lengths) const noexcept {
+  [[nodiscard]] std::size_t SetEnds(std::size_t i, std::size_t offset,
+                                    std::span<const std::uint32_t> lengths) const noexcept {
     OnArray([&](auto* offsets) {
       for (std::size_t n = 0; n < lengths.size(); ++n) {
         offset += lengths[n];

@@ -31,7 +31,8 @@ class MessageLanes {
     kernel.encrypt(key, source);
   }
 
-  // Calls encrypt(data, length, feedback) for what Run left: what is too little for the kernel.
+  // Calls encrypt(data, length, feedback) for the blocks that Run left because too few lanes
+  // remained.
   template <class Encrypt>
   void Complete(Encrypt&& encrypt) noexcept {
     std::array<std::uint8_t, kBlockSize> feedback{};

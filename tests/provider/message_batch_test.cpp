@@ -38,7 +38,7 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
     return encrypts && HasPadding() ? length / 8 * 8 + 8 : length;
   }
 
-  // Each message by a call of its own.
+  // Transforms each message in a separate call.
   Outcome OneByOne(const MessageKey& used, const std::vector<Bytes>& messages,
                    bool encrypts) const {
     Outcome outcome;

@@ -35,6 +35,6 @@ struct Example {
 
 // The functions of one S-box in the header of this kind.
 [[nodiscard]] std::string ReadFunction(const std::string& kind, unsigned box);
-void WriteFunction(const std::string& kind, unsigned box, const std::string& text);
+void WriteFunction(const std::string& kind, unsigned box, const std::string& function);
 
 }  // namespace latchkey::sboxes

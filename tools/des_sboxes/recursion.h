@@ -1,8 +1,8 @@
 // Finds a first circuit, after M. Kwan, "Reducing the Gate Count of Bitslice DES" (IACR ePrint
 // 2000/051). An output is sought under a mask of the positions that matter: among the signals that
 // are there, then as a tree of few gates over them, and otherwise as a choice, by one input of the
-// box, between two such searches, each with half of the mask. Signals are shared that way, and the
-// more positions no longer matter the deeper the search is.
+// box, between two such searches, each with half of the mask. Signals are shared that way, and
+// deeper searches have fewer positions that matter.
 #pragma once
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-// Search for sets of signals that determine a wanted function: the signals must differ in every
-// pair of positions of which one wants a one and the other a zero.
+// Search for sets of signals that determine a wanted function: for every two positions
+// where the function has different values, at least one of the signals must differ as well.
 #pragma once
 
 #include <array>

@@ -32,7 +32,7 @@ struct InnerRows {
 };
 
 // Finds a table for the inner gate that differs between the rows of ones and of zeros of each
-// combination. Returns false if there is none.
+// combination. Returns false if no table does.
 [[nodiscard]] bool FindInnerTable(const InnerRows* combinations, int count, unsigned allRows,
                                   Random& random, unsigned& table);
 

@@ -181,7 +181,7 @@ class Rc2Lanes {
     }
   }
 
-  // The rows of the data that the state is.
+  // Converts the state back to rows of blocks.
   static void TransposeOut(const State& state, Word* rows) noexcept {
     for (std::size_t g = 0; g < kGroups; ++g) {
       for (std::size_t i = 0; i < 4; ++i) {
