@@ -113,7 +113,7 @@ void MakeKey(ReadyKey& ready, const CipherCommand& command, const Options& optio
 CommandError WithHint(const CommandError& error, const ReadyKey& ready,
                       const CiphertextInput& input) {
   const std::string length = input.LengthHint();
-  return WithDecryptionHint(error, length.empty() ? ready.hint : length);
+  return CommandError(WithDecryptionHint(error.Get(), length.empty() ? ready.hint : length));
 }
 
 struct Outcome {

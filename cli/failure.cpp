@@ -50,11 +50,11 @@ std::string FailureLine(const Failure& failure) {
   return WithoutControls(failure.file.empty() ? line : line + ": " + failure.file);
 }
 
-CommandError WithDecryptionHint(const CommandError& error, const std::string& hint) {
-  Failure failure = error.Get();
-  if (hint.empty() || failure.location != check::kDecryptCipher.location) return error;
-  failure.hint = hint + "; " + failure.hint;
-  return CommandError(std::move(failure));
+Failure WithDecryptionHint(Failure failure, const std::string& hint) {
+  if (!hint.empty() && failure.location == check::kDecryptCipher.location) {
+    failure.hint = hint + "; " + failure.hint;
+  }
+  return failure;
 }
 
 // The texts are ASCII.

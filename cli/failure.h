@@ -43,11 +43,11 @@ class CommandError final : public std::exception {
   Failure failure_;
 };
 
-// Returns the error, with `hint` as its advice if it says that decryption failed.
-[[nodiscard]] CommandError WithDecryptionHint(const CommandError& error, const std::string& hint);
-
 // The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});
+
+// Returns the failure, with `hint` before its own if it says that decryption failed.
+[[nodiscard]] Failure WithDecryptionHint(Failure failure, const std::string& hint);
 
 // The failure in the thread's error record. Requires ErrorExists.
 [[nodiscard]] Failure RecordedFailure();

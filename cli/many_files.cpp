@@ -141,7 +141,8 @@ std::optional<ByteCounts> ManyFiles::TransformBytes(InputFile& file, OutputFile&
     if (threads == 0) return TransformWhole(input, file.Name(), writer, buffer);
     return work_.stream(file, input, writer, threads);
   } catch (const CommandError& error) {
-    throw WithDecryptionHint(error, input.LengthHint().empty() ? work_.hint : input.LengthHint());
+    const std::string length = input.LengthHint();
+    throw CommandError(WithDecryptionHint(error.Get(), length.empty() ? work_.hint : length));
   }
 }
 

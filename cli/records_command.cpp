@@ -157,7 +157,7 @@ class Transforms {
 
   [[nodiscard]] std::unique_ptr<ColumnTransform> Make() const {
     return operation_ == Operation::Hash ? MakeDigestTransform(hash_)
-                                         : MakeCipherTransform(ready_.key, Direction());
+                                         : MakeCipherTransform(ready_, Direction());
   }
 
  private:

@@ -9,8 +9,8 @@ namespace {
 
 class CipherTransform final : public ColumnTransform {
  public:
-  CipherTransform(const DerivedKey& key, CipherDirection direction) noexcept
-      : key_(key), direction_(direction) {}
+  CipherTransform(const ReadyKey& key, CipherDirection direction) noexcept
+      : key_(key.key), hint_(key.hint), direction_(direction) {}
 
   // The threads take blocks, so a block has one.
   void Run(const Records& values, ColumnResult& result) override {
@@ -27,13 +27,14 @@ class CipherTransform final : public ColumnTransform {
   [[nodiscard]] bool TakesEmpty() const noexcept override { return !Decrypts(); }
 
   [[nodiscard]] Failure FailureOfValue() const override {
-    return FailureAt(SitesOf(direction_).cipher);
+    return WithDecryptionHint(FailureAt(SitesOf(direction_).cipher), hint_);
   }
 
  private:
   [[nodiscard]] bool Decrypts() const noexcept { return direction_ == CipherDirection::Decrypt; }
 
   const DerivedKey& key_;
+  const std::string& hint_;
   CipherDirection direction_;
 };
 
@@ -74,7 +75,7 @@ void ColumnResult::Renew(std::size_t count, std::size_t room) {
 
 std::size_t ColumnTransform::MissingBytes(std::size_t /*length*/) const noexcept { return 0; }
 
-std::unique_ptr<ColumnTransform> MakeCipherTransform(const DerivedKey& key,
+std::unique_ptr<ColumnTransform> MakeCipherTransform(const ReadyKey& key,
                                                      CipherDirection direction) {
   return std::make_unique<CipherTransform>(key, direction);
 }

@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "base/wiped_buffer.h"
+#include "cli/cipher_key.h"
 #include "cli/failure.h"
-#include "crypto/engine/derived_key.h"
 #include "crypto/engine/record_batch.h"
 
 namespace latchkey::cli {
@@ -49,7 +49,7 @@ class ColumnTransform {
 
 // Makes an encryption or decryption. The key must outlive it. An empty ciphertext is left
 // unchanged.
-[[nodiscard]] std::unique_ptr<ColumnTransform> MakeCipherTransform(const DerivedKey& key,
+[[nodiscard]] std::unique_ptr<ColumnTransform> MakeCipherTransform(const ReadyKey& key,
                                                                    CipherDirection direction);
 
 // Makes a transform whose results are digests. `hash` is a number of the component.

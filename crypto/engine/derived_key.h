@@ -70,8 +70,7 @@ class DerivedKey {
   [[nodiscard]] std::uint64_t RoomFor(CipherDirection direction,
                                       std::size_t length) const noexcept {
     const bool pads = direction == CipherDirection::Encrypt && settings_.HasBlockCipher();
-    return std::uint64_t{length} +
-           (pads ? provider::kBlockSize - length % provider::kBlockSize : 0);
+    return pads ? provider::PaddedLength(length) : length;
   }
 
   // The most bytes that encryption adds to a message.

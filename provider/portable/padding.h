@@ -13,11 +13,6 @@ namespace latchkey::provider {
 // Its time does not depend on the bytes.
 [[nodiscard]] std::uint32_t PaddingLength(const std::uint8_t* block) noexcept;
 
-// The length of a message with its padding.
-[[nodiscard]] constexpr std::uint64_t PaddedLength(std::uint64_t length) noexcept {
-  return (length | (kBlockSize - 1)) + 1;
-}
-
 // The steps before and after a block cipher that works on all messages of a batch.
 
 // Writes the messages with their padding, one after another, and sets their lengths. None fails.

@@ -47,9 +47,8 @@ std::uint32_t SessionKey::Encrypt(bool final, std::uint8_t* data, std::uint32_t&
                                   std::uint32_t room) noexcept {
   const bool pads = final && cipher_->IsBlockCipher();
   if (cipher_->IsBlockCipher() && !final && !IsWholeBlocks(length)) return kErrorBadData;
-  const auto padding =
-      pads ? static_cast<std::uint8_t>(kBlockSize - length % kBlockSize) : std::uint8_t{0};
-  const std::uint64_t needed = std::uint64_t{length} + padding;
+  const std::uint64_t needed = pads ? PaddedLength(length) : length;
+  const auto padding = static_cast<std::uint8_t>(needed - length);
   if (needed > room) {
     length = static_cast<std::uint32_t>(needed);
     return kErrorMoreData;

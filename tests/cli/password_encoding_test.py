@@ -117,6 +117,9 @@ class PasswordEncodingTest(CommandTest):
             self.assertEqual((result.status, result.lines[0]),
                              (1, "latchkey: Error decrypting data (location 717, number 120): standard input"))
             self.assertIn("most likely --password-encoding " + encoding, result.lines[1])
+            records = self.run_command("records", "decrypt", "--format", "lines", "--hash", "md5", "--cipher", "des",
+                                       "--password-file", "password", data=b"00" * 16)
+            self.assertEqual(records.lines[1], result.lines[1])
 
     def test_the_hint_is_only_for_other_than_ascii_without_an_encoding(self):
         for data, more, hint in ((b"abc", [], False), ("ö".encode(), ["--password-encoding", "1252"], False),

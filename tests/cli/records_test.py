@@ -44,8 +44,10 @@ class ResultsTest(RecordsTest):
 
     def test_bytes_of_all_three_forms(self):
         ciphertext = self.encrypt(b"Some text", KEY)
+        base64_text = base64.b64encode(ciphertext).decode()
         for name, text in (("hex", ciphertext.hex()), ("hex", "\\x" + ciphertext.hex()), ("hex", "0x" + ciphertext.hex()),
-                           ("base64", base64.b64encode(ciphertext).decode())):
+                           ("hex", "\v0x" + ciphertext.hex(" ")), ("hex", " 0x".join(["", *ciphertext.hex(" ").split()])),
+                           ("base64", base64_text), ("base64", "\f" + base64_text[:5] + "\t " + base64_text[5:])):
             self.assertEqual(self.well("decrypt", *LINES, "--from", name, "--to", "base64", data=text.encode() + b"\r\n"),
                              base64.b64encode(b"Some text") + b"\r\n")
         self.assertEqual(self.well("encrypt", *LINES, "--from", "hex", "--to", "base64", data=b"536F6D652074657874"),

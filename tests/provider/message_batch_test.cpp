@@ -13,6 +13,7 @@
 #include "tests/support/freed_memory.h"
 #include "tests/support/provider_session.h"
 #include "tests/support/random_bytes.h"
+#include "tests/support/sweep.h"
 
 namespace latchkey::test {
 namespace {
@@ -27,8 +28,12 @@ struct Outcome {
   Bytes results;
   std::vector<std::uint32_t> lengths;
   std::vector<bool> failed;
+  bool allocationFailed = false;
 
-  friend bool operator==(const Outcome&, const Outcome&) = default;
+  friend bool operator==(const Outcome& left, const Outcome& right) {
+    return left.results == right.results && left.lengths == right.lengths &&
+           left.failed == right.failed;
+  }
 };
 
 class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
@@ -57,8 +62,9 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
   }
 
   // All in one call, with the room that they need.
+  // `failing` is the number of the allocation that fails, or 0.
   Outcome Together(const MessageKey& used, const std::vector<Bytes>& messages, bool encrypts,
-                   std::size_t misaligned) const {
+                   std::size_t misaligned, int failing = 0) const {
     Outcome outcome;
     Bytes data(misaligned);
     std::size_t room = 0;
@@ -75,7 +81,8 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
                              outcome.lengths,
                              std::span(memory).subspan(kAround, room),
                              {failed.get(), messages.size()}};
-    encrypts ? used.EncryptEach(batch) : used.DecryptEach(batch);
+    outcome.allocationFailed =
+        RunFailing(failing, [&] { encrypts ? used.EncryptEach(batch) : used.DecryptEach(batch); });
     outcome.failed.assign(failed.get(), failed.get() + messages.size());
     const auto isUntouched = [](std::uint8_t byte) { return byte == 0xEE; };
     EXPECT_TRUE(std::all_of(memory.begin(), memory.begin() + kAround, isUntouched));
@@ -114,6 +121,8 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
   std::unique_ptr<const MessageKey> key = SystemCryptoProvider().MakeMessageKey(handle);
   RandomSource random{20266};
 };
+
+class Rc4BatchTest : public MessageBatchTest {};
 
 TEST_P(MessageBatchTest, EachResultIsThatOfTheMessageAlone) {
   for (const std::size_t longest : {0U, 7U, 24U, 70U, 3000U}) {
@@ -165,14 +174,29 @@ TEST_P(MessageBatchTest, ThreadsUseItAtOnce) {
   EXPECT_EQ(wrong, 0);
 }
 
+// A batch does without the memory that makes it fast, also what a key allocates only once.
+TEST_P(MessageBatchTest, ResultsWithoutMemoryAreTheSame) {
+  const std::vector<Bytes> messages = SomeMessages(*key, 1100, 30);
+  for (const bool encrypts : {true, false}) {
+    const Outcome expected = OneByOne(*key, messages, encrypts);
+    FailEachInTurn([&](int nth) {
+      const auto fresh = SystemCryptoProvider().MakeMessageKey(handle);
+      const Outcome outcome = Together(*fresh, messages, encrypts, 0, nth);
+      EXPECT_TRUE(outcome == expected);
+      return outcome.allocationFailed;
+    });
+  }
+}
+
 // Zeros are encrypted to the key stream, which is as secret as the key.
-TEST_P(MessageBatchTest, AKeyLeavesNoKeyStreamInFreedMemory) {
-  if (HasPadding()) return;
+TEST_P(Rc4BatchTest, AKeyLeavesNoKeyStreamInFreedMemory) {
   const Outcome streams = Together(*key, {Bytes(16), Bytes(600)}, true, 0);
   const FreedMemory freed(std::span(streams.results).first(16));
   key.reset();
   EXPECT_TRUE(SystemCryptoProvider().CryptDestroyKey(handle));
   EXPECT_EQ(freed.BlocksWithSecret(), 0U);
+  std::make_unique<Bytes>(streams.results).reset();
+  EXPECT_EQ(freed.BlocksWithSecret(), 1U);
 }
 
 // The batches of a provider without its own.
@@ -184,6 +208,7 @@ TEST_P(MessageBatchTest, DuplicatesGiveTheSameAndLeaveNoHandle) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Ciphers, MessageBatchTest, testing::ValuesIn(kCiphers));
+INSTANTIATE_TEST_SUITE_P(Rc4, Rc4BatchTest, testing::Values(kAlgorithmRc4));
 
 }  // namespace
 }  // namespace latchkey::test

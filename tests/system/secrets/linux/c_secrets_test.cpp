@@ -1,4 +1,5 @@
 // Search for secrets after the C interface, which keeps data only in its objects.
+#include <algorithm>
 #include <array>
 
 #include "latchkey.h"
@@ -80,17 +81,23 @@ bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintex
   return done;
 }
 
-// The same of many records, one of them the text.
+// The same of a batch of records, of which every second one is the text.
+template <std::size_t kRecords>
 bool PassesInRecords(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
   const OpenKey key(cipher, password.Bytes());
   if (key.Get() == nullptr) return false;  // before the test itself copies the text
   const WipedBytes text = plaintext.Bytes();
-  const std::array<std::int32_t, 4> offsets{0, 0, static_cast<std::int32_t>(text.size()),
-                                            static_cast<std::int32_t>(text.size())};
-  const latchkey_records records{sizeof(latchkey_records), 4,           3,
-                                 offsets.data(),           text.data(), text.size()};
-  WipedBytes bytes(text.size() + 24);
-  std::array<std::int32_t, 4> resultOffsets{};
+  WipedBytes texts(text.size() * (kRecords / 2));
+  std::array<std::int32_t, kRecords + 1> offsets{};
+  for (std::size_t i = 0; i < kRecords; ++i) {
+    const auto place = static_cast<std::size_t>(offsets[i]);
+    if (i % 2 == 1) std::ranges::copy(text, texts.begin() + static_cast<std::ptrdiff_t>(place));
+    offsets[i + 1] = static_cast<std::int32_t>(place + (i % 2 == 1 ? text.size() : 0));
+  }
+  const latchkey_records records{
+      sizeof(latchkey_records), 4, kRecords, offsets.data(), texts.data(), texts.size()};
+  WipedBytes bytes(texts.size() + kRecords * 8);
+  std::array<std::int32_t, kRecords + 1> resultOffsets{};
   latchkey_results results{
       sizeof(latchkey_results), 4, resultOffsets.data(), bytes.data(), bytes.size(), nullptr, 0};
   return latchkey_encrypt_records(key.Get(), &records, 1, &results, nullptr) == LATCHKEY_OK;
@@ -103,7 +110,7 @@ TEST_F(CSecretsTest, AfterEncryptionNeitherTextNorPasswordNorItsDigestIsLeft) {
   const Secret other = Secret::Random(16);
   search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
   EXPECT_EQ(Count(), kNone);
-  for (const Passage passage : {&PassesThrough, &Streams, &PassesInRecords}) {
+  for (const Passage passage : {&PassesThrough, &Streams, &PassesInRecords<3>}) {
     for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
       SCOPED_TRACE("cipher " + std::to_string(cipher));
       SearchAfterEveryEnding(
@@ -113,6 +120,16 @@ TEST_F(CSecretsTest, AfterEncryptionNeitherTextNorPasswordNorItsDigestIsLeft) {
           },
           kPasswordAlone);
     }
+  }
+}
+
+// So many records that block ciphers work on several at once.
+TEST_F(CSecretsTest, AfterALargeBatchNeitherTextNorPasswordNorItsDigestIsLeft) {
+  search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
+  for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
+    SCOPED_TRACE("cipher " + std::to_string(cipher));
+    ASSERT_TRUE(PassesInRecords<600>(cipher, password, plaintext));
+    EXPECT_EQ(Count(), kNone);
   }
 }
 
