@@ -5,7 +5,7 @@ import subprocess
 
 from command import CommandTest
 
-SIZE = 256 << 20
+SIZE = 128 << 20
 PART = 16 << 20
 MOST_MEMORY = 64 << 20
 

@@ -1,4 +1,5 @@
 // Makes the circuits of the S-boxes of DES; tools/make_des_sboxes shows how to use it.
+#include <algorithm>
 #include <cstdlib>
 #include <exception>
 #include <iostream>
@@ -67,15 +68,22 @@ int CheckExample() {
   return EXIT_FAILURE;
 }
 
+Effort ParseEffort(const std::vector<std::string>& words) {
+  const Effort effort{.seed = std::stoull(words[0]),
+                      .circuits = std::stoi(words[1]),
+                      .rounds = std::stoi(words[2]),
+                      .steps = std::stoi(words[3])};
+  if (std::min({effort.circuits, effort.rounds, effort.steps}) < 1) {
+    throw std::invalid_argument("circuits, rounds and steps must be at least 1");
+  }
+  return effort;
+}
+
 int Run(const std::vector<std::string>& words) {
   if (words == std::vector<std::string>{"example"}) return CheckExample();
   const bool hasKind = words.size() >= 2 && (words[1] == "gates" || words[1] == "ternary");
   if (hasKind && words[0] == "search" && words.size() == 7) {
-    return Improve(words[1], ParseBox(words[2]),
-                   {.seed = std::stoull(words[3]),
-                    .circuits = std::stoi(words[4]),
-                    .rounds = std::stoi(words[5]),
-                    .steps = std::stoi(words[6])});
+    return Improve(words[1], ParseBox(words[2]), ParseEffort({words.begin() + 3, words.end()}));
   }
   if (hasKind && (words[0] == "write" || words[0] == "check") && words.size() <= 3) {
     return RepeatAll(words);
