@@ -74,9 +74,13 @@ std::string LowerHexOf(std::span<const std::uint8_t> bytes) {
 void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes& bytes) {
   if (mark_ != 0) {
     const char mark = std::exchange(mark_, '\0');
-    if ((character | 0x20) == 'x') return;
+    if ((character | 0x20) == 'x') {
+      if (std::exchange(isMarked_, true)) throw NoDigit(character, position_, file);
+      return;
+    }
     if (mark == '\\') throw NoDigit('\\', position_ - 1, file);
     first_ = '0';
+    isMarked_ = false;
   }
   if (IsTextSpace(character)) return;
   if (first_ == 0 && (character == '0' || character == '\\')) {
@@ -85,6 +89,7 @@ void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes
     throw NoDigit(character, position_, file);
   } else if (first_ == 0) {
     first_ = character;
+    isMarked_ = false;
   } else {
     const std::array pair{std::exchange(first_, std::uint8_t{0}), character};
     static_cast<void>(converter_.Decode(pair, bytes));  // both are digits
@@ -102,6 +107,7 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
       // A 0 of 0x is the first digit of a byte, and thus not among these.
       static_cast<void>(converter_.Decode(text.first(count), bytes));
       position_ += count;
+      isMarked_ = isMarked_ && count == 0;
       text = text.subspan(count);
       if (text.empty()) break;
     }

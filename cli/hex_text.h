@@ -54,6 +54,7 @@ class HexReader final : public TextReader {
   HexConverter converter_;
   std::uint8_t first_ = 0;  // the first digit of a byte whose second is still to come, or 0
   char mark_ = 0;           // the 0 or backslash of what may be 0x or \x
+  bool isMarked_ = false;   // 0x or \x was read, and its byte is still to come
   std::uint64_t position_ = 0;
 };
 

@@ -1,6 +1,7 @@
 // Passwords as text: their lines, and their bytes in an encoding.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -29,10 +30,7 @@ void DropLineEnd(Text& text) {
 
 template <class Text>
 [[nodiscard]] bool HasLineEnd(const Text& text) noexcept {
-  for (const auto character : text) {
-    if (character == '\n') return true;
-  }
-  return false;
+  return std::ranges::find(text, '\n') != text.end();
 }
 
 // A password as the bytes of an encoding.
