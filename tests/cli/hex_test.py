@@ -42,7 +42,8 @@ class HexTest(CommandTest):
     def test_other_characters_are_reported_with_their_position(self):
         for text, place in ((b"41zz", "'z' at position 3"), (b"41,42", "',' at position 3"),
                            (b"4142\n\n4g", "'g' at position 8"),
-                           (b"4x41", "'x' at position 2"), (b"0x 0x41", "'x' at position 5"),
+                           (b"4x41", "'x' at position 2"),
+                           (b"0x 0x41", "'x' at position 5"),
                            (b"41\xe4", "byte e4 at position 3"), (b"41\0", "byte 00 at position 3")):
             result = self.run_command("hex", "-d", "-o", "out", data=text)
             self.assertEqual((result.status, len(result.lines)), (1, 2), (text, result))
