@@ -44,8 +44,8 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
   }
 
   // Transforms each message in a separate call.
-  Outcome OneByOne(const MessageKey& used, const std::vector<Bytes>& messages,
-                   bool encrypts) const {
+  [[nodiscard]] Outcome OneByOne(const MessageKey& used, const std::vector<Bytes>& messages,
+                                 bool encrypts) const {
     Outcome outcome;
     for (Bytes message : messages) {
       auto length = static_cast<std::uint32_t>(message.size());
@@ -63,8 +63,8 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
 
   // All in one call, with the room that they need.
   // `failing` is the number of the allocation that fails, or 0.
-  Outcome Together(const MessageKey& used, const std::vector<Bytes>& messages, bool encrypts,
-                   std::size_t misaligned, int failing = 0) const {
+  [[nodiscard]] Outcome Together(const MessageKey& used, const std::vector<Bytes>& messages,
+                                 bool encrypts, std::size_t misaligned, int failing = 0) const {
     Outcome outcome;
     Bytes data(misaligned);
     std::size_t room = 0;
