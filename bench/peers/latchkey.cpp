@@ -4,7 +4,7 @@
 #include "bench/peer.h"
 #include "provider/portable/cipher.h"
 #include "provider/portable/hash_object.h"
-#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 
 namespace latchkey::bench {
 namespace {

@@ -9,9 +9,8 @@
 #include <utility>
 
 #include "provider/block_size.h"
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
-#include "provider/portable/kernels/lane_encryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "provider/portable/kernels/rc4_words.h"
 #include "provider/portable/kernels/stream_messages.h"
@@ -98,8 +97,7 @@ template <class Key>
 struct BlockKernels {
   WorkOnBlocks<Key> encrypt;
   WorkOnBlocks<Key> decrypt;
-  const BulkDecryption<Key>& bulk;   // the same decryption, for much data
-  const LaneEncryption<Key>& lanes;  // the same encryption, for many messages
+  const LaneKernels<Key>& lanes;  // the same for much data, or for many messages
 };
 
 template <class Key>
@@ -110,7 +108,7 @@ class BlockCipher : public Cipher {
   [[nodiscard]] bool IsBlockCipher() const noexcept override { return true; }
 
   [[nodiscard]] bool UsesBatch(std::size_t length) const noexcept override {
-    return length >= kernels_.bulk.worthBytes;
+    return length >= kernels_.lanes.worthDecrypting * kBlockSize;
   }
 
   void Start(CipherState& state) const noexcept override { state.feedback.fill(0); }
@@ -120,11 +118,10 @@ class BlockCipher : public Cipher {
   }
 
   void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept override {
-    const BulkDecryption<Key>& bulk = kernels_.bulk;
-    const std::size_t batches = data.size() / bulk.batchBytes;
-    if (batches > 0) bulk.decrypt(key_, data.data(), batches, state.feedback.data());
-    const auto rest = data.subspan(batches * bulk.batchBytes);
-    if (rest.size() >= bulk.worthBytes && state.batch) {
+    const std::size_t batches = data.size() / BatchBytes();
+    if (batches > 0) kernels_.lanes.decrypt(key_, data.data(), batches, state.feedback.data());
+    const auto rest = data.subspan(batches * BatchBytes());
+    if (UsesBatch(rest.size()) && state.batch) {
       DecryptPartOfBatch(rest, state);
     } else {
       kernels_.decrypt(key_, rest.data(), rest.size(), state.feedback.data());
@@ -152,15 +149,19 @@ class BlockCipher : public Cipher {
   [[nodiscard]] Key& KeyToSet() noexcept { return key_; }
 
  private:
+  [[nodiscard]] std::size_t BatchBytes() const noexcept {
+    return kernels_.lanes.lanes * kBlockSize;
+  }
+
   // The rest of the batch, after the data, is ignored and its result dropped.
   void DecryptPartOfBatch(std::span<std::uint8_t> data, CipherState& state) const noexcept {
     std::array<std::uint8_t, kBlockSize> last{};
     std::copy_n(data.end() - kBlockSize, kBlockSize, last.begin());
     std::uint8_t* const batch = state.batch.get();
     std::copy(data.begin(), data.end(), batch);
-    kernels_.bulk.decrypt(key_, batch, 1, state.feedback.data());
+    kernels_.lanes.decrypt(key_, batch, 1, state.feedback.data());
     std::copy_n(batch, data.size(), data.begin());
-    SecureWipe(batch, kernels_.bulk.batchBytes);
+    SecureWipe(batch, BatchBytes());
     state.feedback = last;
   }
 
@@ -187,8 +188,7 @@ class Rc2Cipher final : public BlockCipher<Rc2Key> {
  private:
   static const BlockKernels<Rc2Key>& Kernels() noexcept {
     static const BlockKernels<Rc2Key> kernels{&rc2::EncryptCbc, &rc2::DecryptCbc,
-                                              Rc2Bulk(ChosenCpuLevel()),
-                                              Rc2LaneEncryption(ChosenCpuLevel())};
+                                              KernelsOf(ChosenCpuLevel()).rc2};
     return kernels;
   }
 
@@ -205,8 +205,7 @@ class DesCipher final : public BlockCipher<des::KeySchedule> {
  private:
   static const BlockKernels<des::KeySchedule>& Kernels() noexcept {
     static const BlockKernels<des::KeySchedule> kernels{&des::EncryptCbc, &des::DecryptCbc,
-                                                        DesBulk(ChosenCpuLevel()),
-                                                        DesLaneEncryption(ChosenCpuLevel())};
+                                                        KernelsOf(ChosenCpuLevel()).des};
     return kernels;
   }
 };

@@ -11,7 +11,7 @@
 
 #include "base/secure_memory.h"
 #include "provider/block_size.h"
-#include "provider/portable/kernels/lane_encryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 
 namespace latchkey::provider {
 
@@ -24,8 +24,8 @@ class MessageLanes {
 
   // Does nothing without memory for the lanes, and with too few messages for the kernel.
   template <class Key>
-  void Run(const Key& key, const LaneEncryption<Key>& kernel) noexcept {
-    if (!Start(kernel.lanes, kernel.worthLanes)) return;
+  void Run(const Key& key, const LaneKernels<Key>& kernel) noexcept {
+    if (!Start(kernel.lanes, kernel.worthEncrypting)) return;
     const BlockSource source{
         [](void* lanes) noexcept { return static_cast<MessageLanes*>(lanes)->Next(); }, this};
     kernel.encrypt(key, source);

@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "provider/block_size.h"
-#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/padding.h"
 
 namespace latchkey::provider {

@@ -318,7 +318,7 @@ class KillTest(UnfinishedTest):
         self.run_well(*self.command, "--quiet")
         usual = time.monotonic() - start
         killed = left = 0
-        for _ in range(200 if LONG else 6 if IS_WINDOWS else 30):
+        for _ in range(200 if LONG else 6 if IS_WINDOWS else 15):
             shutil.rmtree(self.folder / "out")
             strangers = {"out/in/0/.latchkey-abcdef": b"not ours", "out/in/1/.latchkey-" + "a" * 24: b"not ours",
                          "out/in/.latchkey-notes.txt": b"not ours"}

@@ -17,7 +17,7 @@
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
 #include "provider/portable/kernels/des_key.h"
-#include "provider/portable/kernels/lane_encryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/vector_words.h"
 
 namespace latchkey::provider::des {

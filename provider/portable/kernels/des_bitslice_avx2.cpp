@@ -1,5 +1,4 @@
 // 256 blocks at a time; compiled for AVX2.
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_bitslice.h"
 #include "provider/portable/kernels/des_sboxes_gates.h"
 
@@ -11,10 +10,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 
 }  // namespace
 
-constinit const BulkDecryption<des::KeySchedule> kDesBulkAvx2{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                              Kernel::kBatchBytes / 8};
-
-constinit const LaneEncryption<des::KeySchedule> kDesLanesAvx2{&Kernel::Encrypt, Kernel::kLanes,
-                                                               Kernel::kLanes / 8};
+constinit const LaneKernels<des::KeySchedule> kDesLanesAvx2{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 8, Kernel::kLanes / 8};
 
 }  // namespace latchkey::provider

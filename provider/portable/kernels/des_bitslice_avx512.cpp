@@ -1,7 +1,6 @@
 // 512 blocks at a time; compiled for AVX-512, whose ternary logic is the circuits' gate.
 #include <immintrin.h>
 
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_bitslice.h"
 #include "provider/portable/kernels/des_sboxes_ternary.h"
 
@@ -23,10 +22,7 @@ using Kernel = des::Bitslice<Logic::Word, des::TernaryCircuits<Logic>>;
 
 }  // namespace
 
-constinit const BulkDecryption<des::KeySchedule> kDesBulkAvx512{
-    &Kernel::Decrypt, Kernel::kBatchBytes, Kernel::kBatchBytes / 8};
-
-constinit const LaneEncryption<des::KeySchedule> kDesLanesAvx512{&Kernel::Encrypt, Kernel::kLanes,
-                                                                 Kernel::kLanes / 8};
+constinit const LaneKernels<des::KeySchedule> kDesLanesAvx512{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 8, Kernel::kLanes / 8};
 
 }  // namespace latchkey::provider

@@ -1,5 +1,4 @@
 // 128 blocks at a time in the 128-bit vectors of NEON, which every ARM64 CPU has.
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_bitslice.h"
 #include "provider/portable/kernels/des_sboxes_gates.h"
 
@@ -11,10 +10,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 
 }  // namespace
 
-constinit const BulkDecryption<des::KeySchedule> kDesBulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                              Kernel::kBatchBytes / 2};
-
-constinit const LaneEncryption<des::KeySchedule> kDesLanesNeon{&Kernel::Encrypt, Kernel::kLanes,
-                                                               Kernel::kLanes / 2};
+constinit const LaneKernels<des::KeySchedule> kDesLanesNeon{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 2, Kernel::kLanes / 2};
 
 }  // namespace latchkey::provider

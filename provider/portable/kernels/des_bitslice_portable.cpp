@@ -1,5 +1,4 @@
 // 128 blocks at a time, in the compiler's 128-bit vectors, which it maps to the target's registers.
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_bitslice.h"
 #include "provider/portable/kernels/des_sboxes_gates.h"
 
@@ -11,10 +10,7 @@ using Kernel = des::Bitslice<Word, des::GateCircuits<Word>>;
 
 }  // namespace
 
-constinit const BulkDecryption<des::KeySchedule> kDesBulkPortable{
-    &Kernel::Decrypt, Kernel::kBatchBytes, Kernel::kBatchBytes / 2};
-
-constinit const LaneEncryption<des::KeySchedule> kDesLanesPortable{&Kernel::Encrypt, Kernel::kLanes,
-                                                                   Kernel::kLanes / 4 * 3};
+constinit const LaneKernels<des::KeySchedule> kDesLanesPortable{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 2, Kernel::kLanes / 4 * 3};
 
 }  // namespace latchkey::provider

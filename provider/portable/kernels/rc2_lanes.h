@@ -15,11 +15,24 @@
 
 #include "platform/stack_wipe.h"
 #include "provider/block_size.h"
-#include "provider/portable/kernels/bulk_decryption.h"
-#include "provider/portable/kernels/lane_encryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/vector_words.h"
 
 namespace latchkey::provider {
+
+// What the vectors of this size have in common.
+template <int kBytes>
+struct Rc2Vectors {
+  using Word = std::uint64_t __attribute__((vector_size(kBytes)));
+  using Lanes = std::uint16_t __attribute__((vector_size(kBytes)));
+
+  static constexpr std::size_t kGroups = 2;
+
+  // In each bit: `one` if `which` is set, otherwise `zero`.
+  [[gnu::always_inline]] static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
+    return zero ^ (which & (one ^ zero));
+  }
+};
 
 template <class Vector>
 class Rc2Lanes {

@@ -7,17 +7,7 @@
 namespace latchkey::provider {
 namespace {
 
-struct Vector {
-  using Word = std::uint64_t __attribute__((vector_size(32)));
-  using Lanes = std::uint16_t __attribute__((vector_size(32)));
-
-  static constexpr std::size_t kGroups = 2;
-
-  // In each bit: `one` if `which` is set, otherwise `zero`.
-  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
-    return zero ^ (which & (one ^ zero));
-  }
-
+struct Vector : Rc2Vectors<32> {
   // The key as two tables of bytes, each of four parts of 16 bytes, so that a byte shuffle looks up
   // the index in each byte: the even bytes are those of the first group, the odd ones of the
   // second.
@@ -77,10 +67,7 @@ using Kernel = Rc2Lanes<Vector>;
 
 }  // namespace
 
-constinit const BulkDecryption<Rc2Key> kRc2BulkAvx2{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                    Kernel::kBatchBytes / 4};
-
-constinit const LaneEncryption<Rc2Key> kRc2LanesAvx2{&Kernel::Encrypt, Kernel::kLanes,
-                                                     Kernel::kLanes / 4};
+constinit const LaneKernels<Rc2Key> kRc2LanesAvx2{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 4, Kernel::kLanes / 4};
 
 }  // namespace latchkey::provider

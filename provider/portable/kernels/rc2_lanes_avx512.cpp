@@ -7,12 +7,7 @@
 namespace latchkey::provider {
 namespace {
 
-struct Vector {
-  using Word = std::uint64_t __attribute__((vector_size(64)));
-  using Lanes = std::uint16_t __attribute__((vector_size(64)));
-
-  static constexpr std::size_t kGroups = 2;
-
+struct Vector : Rc2Vectors<64> {
   // In each bit: `one` if `which` is set, otherwise `zero`.
   static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
     return reinterpret_cast<Lanes>(
@@ -44,10 +39,7 @@ using Kernel = Rc2Lanes<Vector>;
 
 }  // namespace
 
-constinit const BulkDecryption<Rc2Key> kRc2BulkAvx512{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                      Kernel::kBatchBytes / 4};
-
-constinit const LaneEncryption<Rc2Key> kRc2LanesAvx512{&Kernel::Encrypt, Kernel::kLanes,
-                                                       Kernel::kLanes / 4};
+constinit const LaneKernels<Rc2Key> kRc2LanesAvx512{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 4, Kernel::kLanes / 4};
 
 }  // namespace latchkey::provider

@@ -8,19 +8,7 @@
 namespace latchkey::provider {
 namespace {
 
-struct Vector {
-  using Word = std::uint64_t __attribute__((vector_size(16)));
-  using Lanes = std::uint16_t __attribute__((vector_size(16)));
-
-  static constexpr std::size_t kGroups = 2;
-
-  // In each bit: `one` if `which` is set, otherwise `zero`.
-  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
-    return reinterpret_cast<Lanes>(vbslq_u16(reinterpret_cast<uint16x8_t>(which),
-                                             reinterpret_cast<uint16x8_t>(one),
-                                             reinterpret_cast<uint16x8_t>(zero)));
-  }
-
+struct Vector : Rc2Vectors<16> {
   class Table {
    public:
     explicit Table(const std::uint16_t* words) noexcept {
@@ -49,10 +37,7 @@ using Kernel = Rc2Lanes<Vector>;
 
 }  // namespace
 
-constinit const BulkDecryption<Rc2Key> kRc2BulkNeon{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                    Kernel::kBatchBytes / 4};
-
-constinit const LaneEncryption<Rc2Key> kRc2LanesNeon{&Kernel::Encrypt, Kernel::kLanes,
-                                                     Kernel::kLanes / 4};
+constinit const LaneKernels<Rc2Key> kRc2LanesNeon{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 4, Kernel::kLanes / 4};
 
 }  // namespace latchkey::provider

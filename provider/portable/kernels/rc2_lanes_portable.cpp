@@ -4,17 +4,7 @@
 namespace latchkey::provider {
 namespace {
 
-struct Vector {
-  using Word = std::uint64_t __attribute__((vector_size(16)));
-  using Lanes = std::uint16_t __attribute__((vector_size(16)));
-
-  static constexpr std::size_t kGroups = 2;
-
-  // In each bit: `one` if `which` is set, otherwise `zero`.
-  static Lanes Choose(Lanes which, Lanes one, Lanes zero) noexcept {
-    return zero ^ (which & (one ^ zero));
-  }
-
+struct Vector : Rc2Vectors<16> {
   class Table {
    public:
     explicit Table(const std::uint16_t* words) noexcept : words_(words) {}
@@ -41,10 +31,7 @@ using Kernel = Rc2Lanes<Vector>;
 
 }  // namespace
 
-constinit const BulkDecryption<Rc2Key> kRc2BulkPortable{&Kernel::Decrypt, Kernel::kBatchBytes,
-                                                        Kernel::kBatchBytes / 2};
-
-constinit const LaneEncryption<Rc2Key> kRc2LanesPortable{&Kernel::Encrypt, Kernel::kLanes,
-                                                         Kernel::kLanes / 2};
+constinit const LaneKernels<Rc2Key> kRc2LanesPortable{
+    &Kernel::Decrypt, &Kernel::Encrypt, Kernel::kLanes, Kernel::kLanes / 2, Kernel::kLanes / 2};
 
 }  // namespace latchkey::provider

@@ -5,7 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 
 namespace latchkey::provider::rc2 {
 

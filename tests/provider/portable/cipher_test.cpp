@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "provider/portable/cipher.h"
-#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "tests/support/linux/reference_cipher.h"
 #include "tests/support/random_bytes.h"
 

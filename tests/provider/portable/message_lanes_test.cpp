@@ -24,8 +24,8 @@ class MessageLanesTest : public ::testing::TestWithParam<CpuLevel> {
   // Random messages at any address, in place: each ciphertext must be right, and the bytes around
   // them unchanged.
   template <class Key, class EncryptCbc>
-  void ExpectReference(AlgorithmId id, const LaneEncryption<Key>& kernel,
-                       Key (*keyOf)(const Bytes&), EncryptCbc&& encryptCbc) {
+  void ExpectReference(AlgorithmId id, const LaneKernels<Key>& kernel, Key (*keyOf)(const Bytes&),
+                       EncryptCbc&& encryptCbc) {
     ASSERT_LE(kernel.lanes, kMostLanes);
     for (int round = 0; round < 60; ++round) {
       const Bytes key = random.Some(ReferenceKeySize(id));
@@ -70,15 +70,15 @@ class MessageLanesTest : public ::testing::TestWithParam<CpuLevel> {
 };
 
 TEST_P(MessageLanesTest, DesEncryptionEqualsTheReference) {
-  ExpectReference(kAlgorithmDes, DesLaneEncryption(GetParam()), &DesKeyOf, &des::EncryptCbc);
+  ExpectReference(kAlgorithmDes, KernelsOf(GetParam()).des, &DesKeyOf, &des::EncryptCbc);
 }
 
 TEST_P(MessageLanesTest, TripleDesEncryptionEqualsTheReference) {
-  ExpectReference(kAlgorithm3Des, DesLaneEncryption(GetParam()), &DesKeyOf, &des::EncryptCbc);
+  ExpectReference(kAlgorithm3Des, KernelsOf(GetParam()).des, &DesKeyOf, &des::EncryptCbc);
 }
 
 TEST_P(MessageLanesTest, Rc2EncryptionEqualsTheReference) {
-  ExpectReference(kAlgorithmRc2, Rc2LaneEncryption(GetParam()), &Rc2KeyOf, &rc2::EncryptCbc);
+  ExpectReference(kAlgorithmRc2, KernelsOf(GetParam()).rc2, &Rc2KeyOf, &rc2::EncryptCbc);
 }
 
 // Without this, all messages might be left to Complete.
@@ -86,7 +86,7 @@ TEST_P(MessageLanesTest, TheKernelEncryptsMessagesOfOneLength) {
   std::vector<std::uint32_t> lengths(2 * kMostLanes, 24);
   Bytes data(lengths.size() * 24, 0x5A);
   MessageLanes lanes(lengths, data.data());
-  lanes.Run(DesKeyOf(Bytes(8, 1)), DesLaneEncryption(GetParam()));
+  lanes.Run(DesKeyOf(Bytes(8, 1)), KernelsOf(GetParam()).des);
   lanes.Complete([](std::uint8_t*, std::size_t, std::uint8_t*) { FAIL() << "a message is left"; });
 }
 
@@ -99,8 +99,9 @@ TEST(MessageLanesWipeTest, NoBlockIsLeftInFreedMemory) {
   {
     MessageLanes lanes(lengths, data.data());
     // Takes no block, so that the plaintext stays in the lanes.
-    lanes.Run(Rc2Key{}, LaneEncryption<Rc2Key>{[](const Rc2Key&, const BlockSource&) noexcept {},
-                                               kMostLanes, 1});
+    lanes.Run(Rc2Key{},
+              LaneKernels<Rc2Key>{nullptr, [](const Rc2Key&, const BlockSource&) noexcept {},
+                                  kMostLanes, 1, 1});
   }
   EXPECT_EQ(freed.BlocksWithSecret(), 0U);
 }

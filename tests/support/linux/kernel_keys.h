@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "provider/portable/kernels/bulk_decryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "tests/support/cpu_levels.h"
 #include "tests/support/linux/kernel_keys.h"
@@ -20,13 +20,13 @@ class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
   // Random keys and feedback, one to three batches at any address, in place: the plaintext must be
   // right, the feedback updated, and the bytes around the data unchanged.
   template <class Key>
-  void ExpectReference(AlgorithmId id, const BulkDecryption<Key>& bulk, Key (*keyOf)(const Bytes&),
+  void ExpectReference(AlgorithmId id, const LaneKernels<Key>& kernels, Key (*keyOf)(const Bytes&),
                        int rounds) {
     for (int round = 0; round < rounds; ++round) {
       const Bytes key = random.Some(ReferenceKeySize(id));
       const Bytes feedback = random.Some(8);
       const std::size_t batches = 1 + random.Below(3);
-      const Bytes plaintext = random.Some(batches * bulk.batchBytes);
+      const Bytes plaintext = random.Some(batches * kernels.lanes * 8);
       const Bytes ciphertext = ReferenceEncryption(id, key, feedback, plaintext);
       const std::size_t offset = random.Below(64);
       const Bytes around = random.Some(offset + ciphertext.size() + 8);
@@ -34,7 +34,7 @@ class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
       const auto data = memory.begin() + static_cast<std::ptrdiff_t>(offset);
       std::copy(ciphertext.begin(), ciphertext.end(), data);
       Bytes chain = feedback;
-      bulk.decrypt(keyOf(key), &*data, batches, chain.data());
+      kernels.decrypt(keyOf(key), &*data, batches, chain.data());
       Bytes expected = around;
       std::copy(plaintext.begin(), plaintext.end(),
                 expected.begin() + static_cast<std::ptrdiff_t>(offset));
@@ -47,20 +47,20 @@ class KernelBulkTest : public ::testing::TestWithParam<CpuLevel> {
 };
 
 TEST_P(KernelBulkTest, DesDecryptionEqualsTheReference) {
-  ExpectReference(kAlgorithmDes, DesBulk(GetParam()), &DesKeyOf, 40);
+  ExpectReference(kAlgorithmDes, KernelsOf(GetParam()).des, &DesKeyOf, 40);
 }
 
 TEST_P(KernelBulkTest, TripleDesDecryptionEqualsTheReference) {
-  ExpectReference(kAlgorithm3Des, DesBulk(GetParam()), &DesKeyOf, 40);
+  ExpectReference(kAlgorithm3Des, KernelsOf(GetParam()).des, &DesKeyOf, 40);
 }
 
 TEST_P(KernelBulkTest, Rc2DecryptionEqualsTheReference) {
-  ExpectReference(kAlgorithmRc2, Rc2Bulk(GetParam()), &Rc2KeyOf, 100);
+  ExpectReference(kAlgorithmRc2, KernelsOf(GetParam()).rc2, &Rc2KeyOf, 100);
 }
 
 TEST_P(KernelBulkTest, ABatchFitsIntoTheLargestBatch) {
-  EXPECT_LE(DesBulk(GetParam()).batchBytes, kLargestBatch);
-  EXPECT_LE(Rc2Bulk(GetParam()).batchBytes, kLargestBatch);
+  EXPECT_LE(KernelsOf(GetParam()).des.lanes, kMostLanes);
+  EXPECT_LE(KernelsOf(GetParam()).rc2.lanes, kMostLanes);
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, KernelBulkTest, ::testing::ValuesIn(LevelsOfThisMachine()),

@@ -8,10 +8,9 @@
 #include <cstring>
 
 #include "platform/stack_wipe.h"
-#include "provider/portable/kernels/bulk_decryption.h"
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/hashes.h"
-#include "provider/portable/kernels/lane_encryption.h"
+#include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/rc2_words.h"
 #include "provider/portable/kernels/rc4_words.h"
 #include "provider/portable/kernels/stream_messages.h"
@@ -137,17 +136,17 @@ TEST_P(KernelBulkResidueTest, BulkDecryptionLeavesNoSecrets) {
   for (const std::size_t batches : {1U, 2U}) {
     EXPECT_EQ(ResidueOf(kKeysAlone,
                         [&] {
-                          DesBulk(GetParam())
-                              .decrypt(work.desKey, work.data.data(), batches,
-                                       work.feedback.data());
+                          KernelsOf(GetParam())
+                              .des.decrypt(work.desKey, work.data.data(), batches,
+                                           work.feedback.data());
                         }),
               0U)
         << "3DES, " << batches << " batches";
     EXPECT_EQ(ResidueOf(kKeysAlone,
                         [&] {
-                          Rc2Bulk(GetParam())
-                              .decrypt(work.rc2Key, work.data.data(), batches,
-                                       work.feedback.data());
+                          KernelsOf(GetParam())
+                              .rc2.decrypt(work.rc2Key, work.data.data(), batches,
+                                           work.feedback.data());
                         }),
               0U)
         << "RC2, " << batches << " batches";
@@ -167,14 +166,14 @@ TEST_P(KernelBulkResidueTest, LaneEncryptionLeavesNoSecrets) {
   EXPECT_EQ(ResidueOf(kKeysAndData,
                       [this] {
                         calls = 0;
-                        DesLaneEncryption(GetParam()).encrypt(work.desKey, PlaintextSource(calls));
+                        KernelsOf(GetParam()).des.encrypt(work.desKey, PlaintextSource(calls));
                       }),
             0U)
       << "3DES";
   EXPECT_EQ(ResidueOf(kKeysAndData,
                       [this] {
                         calls = 0;
-                        Rc2LaneEncryption(GetParam()).encrypt(work.rc2Key, PlaintextSource(calls));
+                        KernelsOf(GetParam()).rc2.encrypt(work.rc2Key, PlaintextSource(calls));
                       }),
             0U)
       << "RC2";
