@@ -23,8 +23,8 @@ namespace latchkey::provider {
 // What the vectors of this size have in common.
 template <int kBytes>
 struct Rc2Vectors {
-  using Word = std::uint64_t __attribute__((vector_size(kBytes)));
-  using Lanes = std::uint16_t __attribute__((vector_size(kBytes)));
+  using Word [[gnu::vector_size(kBytes)]] = std::uint64_t;
+  using Lanes [[gnu::vector_size(kBytes)]] = std::uint16_t;
 
   static constexpr std::size_t kGroups = 2;
 
