@@ -1,7 +1,6 @@
 // Search for secrets after the C interface, which keeps data only in its objects.
 #include <algorithm>
 #include <array>
-#include <utility>
 #include <vector>
 
 #include "latchkey.h"
@@ -114,19 +113,22 @@ TEST_F(CSecretsTest, AfterEncryptionNeitherTextNorPasswordNorItsDigestIsLeft) {
   EXPECT_EQ(Count(), kNone);
   // Pieces and records are handled in one way for stream ciphers, in another for block ciphers.
   const std::vector<std::int32_t> bothKinds{LATCHKEY_RC4, LATCHKEY_3DES};
-  const std::vector<std::pair<Passage, std::vector<std::int32_t>>> passages{
+  struct Case {
+    Passage passage;
+    std::vector<std::int32_t> ciphers;
+  };
+  const std::vector<Case> cases{
       {&PassesThrough,
        {LATCHKEY_RC4, LATCHKEY_RC2, LATCHKEY_DES, LATCHKEY_3DES, LATCHKEY_3DES_112}},
       {&Streams, bothKinds},
       {&PassesInRecords<3>, bothKinds}};
-  for (const auto& [passage, ciphers] : passages) {
-    for (const std::int32_t cipher : ciphers) {
+  for (const Case& each : cases) {
+    for (const std::int32_t cipher : each.ciphers) {
       SCOPED_TRACE("cipher " + std::to_string(cipher));
       SearchAfterEveryEnding(
           other,
           [&](const clsCryptoAPI&) {
-            return SucceedsInMemory(
-                [&, run = passage] { return run(cipher, password, plaintext); });
+            return SucceedsInMemory([&] { return each.passage(cipher, password, plaintext); });
           },
           kPasswordAlone);
     }
