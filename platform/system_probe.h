@@ -1,6 +1,6 @@
 // Queries of the machine: ticks, the clock, the system volume, windows, and a message box. Each
-// member has the name and meaning of a Windows call. On Linux the threads of this process
-// count as windows.
+// member has the name and meaning of a Windows call. On Linux the running processes count as
+// windows.
 #pragma once
 
 #include <cstdint>
@@ -59,8 +59,8 @@ class SystemProbe {
 
   // Calls the visitor for each top-level window, or for each descendant of `parent`, on the
   // calling thread. An exception from the visitor ends the walk and reaches the caller. On Linux
-  // the top-level windows are the threads of this process, each under its number (none where /proc
-  // cannot be read), and have no descendants and no names.
+  // the top-level windows are the running processes, each under its number (none where /proc cannot
+  // be read), and have no descendants and no names.
   virtual void EnumWindows(const WindowVisitor& visit) = 0;
   virtual void EnumChildWindows(WindowHandle parent, const WindowVisitor& visit) = 0;
 

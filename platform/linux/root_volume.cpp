@@ -3,9 +3,7 @@
 #include <sys/statfs.h>
 
 #include <algorithm>
-#include <array>
 #include <bit>
-#include <charconv>
 #include <limits>
 
 namespace latchkey::platform {
@@ -15,12 +13,6 @@ std::optional<struct statvfs> RootStatus() {
   struct statvfs status {};
   if (::statvfs("/", &status) != 0) return std::nullopt;
   return status;
-}
-
-std::string Hexadecimal(std::uint32_t number) {
-  std::array<char, 8> digits{};
-  const auto end = std::to_chars(digits.begin(), digits.end(), number, 16).ptr;
-  return {digits.begin(), end};
 }
 
 std::uint32_t Saturated(std::uint64_t value) {
@@ -35,12 +27,14 @@ std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept {
   return 1 + folded % kLargestVolumeNumber;
 }
 
+std::string FileSystemName(std::uint32_t type) { return std::to_string(type); }
+
 std::optional<VolumeInformation> RootVolume() {
   struct statfs status {};
   if (::statfs("/", &status) != 0) return std::nullopt;
   const auto id = std::bit_cast<std::uint64_t>(status.f_fsid);
   return VolumeInformation{"", VolumeNumber(id),
-                           Hexadecimal(static_cast<std::uint32_t>(status.f_type))};
+                           FileSystemName(static_cast<std::uint32_t>(status.f_type))};
 }
 
 std::optional<DiskSpace> RootSpace() {

@@ -21,8 +21,12 @@ inline constexpr std::uint32_t kLargestVolumeNumber = 124;
 // digits.
 [[nodiscard]] std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept;
 
-// The file system's name is the number of its type, in hexadecimal; the volume name is empty.
-// Nothing if the file system cannot be queried.
+// The name of a file system of this type, as statfs(2) numbers them: the number in decimal digits.
+// The seed appends an identification number and reads the result, so it must not look like a
+// number with an exponent.
+[[nodiscard]] std::string FileSystemName(std::uint32_t type);
+
+// The volume name is empty. Nothing if the file system cannot be queried.
 [[nodiscard]] std::optional<VolumeInformation> RootVolume();
 [[nodiscard]] std::optional<DiskSpace> RootSpace();
 

@@ -5,8 +5,8 @@
 #include <ctime>
 
 #include "base/never_destroyed.h"
+#include "platform/linux/processes.h"
 #include "platform/linux/root_volume.h"
-#include "platform/linux/threads.h"
 #include "platform/system_code_page.h"
 
 namespace latchkey::platform {
@@ -43,11 +43,11 @@ class LinuxProbe final : public SystemProbe {
     return RootClusters();
   }
 
-  // Visits threads by number instead of asking a display server, whose answers may be wrong or
+  // Visits processes by number instead of asking a display server, whose answers may be wrong or
   // missing.
   void EnumWindows(const WindowVisitor& visit) override {
-    VisitThreads("/proc/self/task",
-                 [&](pid_t thread) { visit(static_cast<WindowHandle>(thread)); });
+    processes_.Visit(GetTickCount(),
+                     [&](pid_t process) { visit(static_cast<WindowHandle>(process)); });
   }
   void EnumChildWindows(WindowHandle /*parent*/, const WindowVisitor& /*visit*/) override {}
   int GetWindowTextA(WindowHandle /*window*/, std::span<char> /*buffer*/) override { return 0; }
@@ -63,6 +63,9 @@ class LinuxProbe final : public SystemProbe {
     line.push_back('\n');
     static_cast<void>(std::fputs(line.c_str(), stderr));
   }
+
+ private:
+  RecentProcesses processes_;
 };
 
 }  // namespace

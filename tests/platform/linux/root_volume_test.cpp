@@ -40,7 +40,7 @@ TEST(RootVolumeTest, ThisMachinesVolumeHasSuchANumberAndAFileSystem) {
   ASSERT_TRUE(volume);
   EXPECT_GE(volume->serialNumber, 1U);
   EXPECT_LE(volume->serialNumber, kLargestVolumeNumber);
-  EXPECT_THAT(volume->fileSystemName, ::testing::MatchesRegex("[0-9a-f]+"));
+  EXPECT_THAT(volume->fileSystemName, ::testing::MatchesRegex("[0-9]+"));
 }
 
 TEST(RootVolumeTest, FreeBytesAreForAllUsersAndAvailableBytesForThisOne) {
@@ -59,8 +59,9 @@ TEST(RootVolumeTest, FreeBytesAreForAllUsersAndAvailableBytesForThisOne) {
 // The seed on a machine with each of these numbers.
 class RootVolumeSeedTest : public WatchedModule {
  protected:
-  std::int32_t FaultFor(std::uint32_t number, std::int32_t digit, std::uint32_t ticks) {
-    probe.volume = {"", number, ""};
+  std::int32_t FaultFor(std::uint32_t number, std::int32_t digit, std::uint32_t ticks,
+                        const std::string& fileSystem = {}) {
+    probe.volume = {"", number, fileSystem};
     probe.SetTicks({ticks, static_cast<std::uint32_t>(digit)});
     return FaultOf([] { return BuildSeedText(); });
   }
@@ -87,6 +88,20 @@ TEST_F(RootVolumeSeedTest, NoOtherFormulaFailsForTheNumberAtAnyTime) {
       for (std::int32_t digit = -1; digit <= 9; ++digit) {
         if (digit == 8) continue;
         EXPECT_EQ(FaultFor(number, digit, ticks), kNoFault) << digit << " at " << ticks;
+      }
+    }
+  }
+}
+
+// The name and the number are read as one number.
+TEST_F(RootVolumeSeedTest, NoFormulaFailsForATypeOfFileSystem) {
+  constexpr std::uint32_t kTypes[]{0,          0xEF53,     0x58465342, 0x01021994,
+                                   0x794C7630, 0x9123683E, 0x2FC12FC1, 0xFFFFFFFF};
+  for (const std::uint32_t type : kTypes) {
+    for (std::uint32_t number = 1; number <= kLargestVolumeNumber; ++number) {
+      for (const std::int32_t digit : {6, 7, 8}) {
+        EXPECT_EQ(FaultFor(number, digit, 1, platform::FileSystemName(type)), kNoFault)
+            << std::hex << type << std::dec << ", number " << number << ", digit " << digit;
       }
     }
   }
