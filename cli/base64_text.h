@@ -1,7 +1,6 @@
 // Base64 (RFC 4648, section 4) as files and pipes contain it.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>

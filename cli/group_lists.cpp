@@ -24,9 +24,34 @@ void WriteList(const std::string& name, std::span<const std::string> files) {
   WriteFile(name, text);
 }
 
+void MakeFolder(const std::string& folder) {
+  std::filesystem::path path = PathOf(folder);
+  if (!path.has_filename()) path = path.parent_path();  // of a name that ends in a slash
+  std::error_code failure;
+  if (path.has_parent_path()) std::filesystem::create_directories(path.parent_path(), failure);
+  if (!failure && !std::filesystem::create_directory(path, failure) && !failure) {
+    failure = std::make_error_code(std::errc::file_exists);
+  }
+  if (failure) throw FileError(failure.value(), "cannot make the folder", folder);
+}
+
+void WriteInto(const std::string& folder, std::span<const FileGroup> groups,
+               std::span<const std::string> others) {
+  std::string options;
+  std::size_t number = 0;
+  for (const FileGroup& group : groups) {
+    const std::string list = Joined(folder, std::to_string(++number));
+    WriteList(list, group.files);
+    options += group.options + " --files0-from=\"" + list + "\"\n";
+  }
+  if (!others.empty()) WriteList(Joined(folder, "others"), others);
+  WriteFile(Joined(folder, "options"), options);
+}
+
 }  // namespace
 
 void RequireNewFolder(const std::string& folder) {
+  if (folder.empty()) throw WrongUsage("--lists needs the name of a folder");
   if (folder.find_first_of("\"\n") != std::string::npos) {
     throw WrongUsage("--lists takes no name with a quotation mark or line end");
   }
@@ -36,18 +61,14 @@ void RequireNewFolder(const std::string& folder) {
 
 void WriteLists(const std::string& folder, std::span<const FileGroup> groups,
                 std::span<const std::string> others) {
-  std::error_code failure;
-  std::filesystem::create_directories(PathOf(folder), failure);
-  if (failure) throw FileError(failure.value(), "cannot make the folder", folder);
-  std::string options;
-  std::size_t number = 0;
-  for (const FileGroup& group : groups) {
-    const std::string list = Joined(folder, std::to_string(++number));
-    WriteList(list, group.files);
-    options += group.options + " --files0-from \"" + list + "\"\n";
+  MakeFolder(folder);
+  try {
+    WriteInto(folder, groups, others);
+  } catch (...) {
+    std::error_code ignored;
+    std::filesystem::remove_all(PathOf(folder), ignored);
+    throw;
   }
-  if (!others.empty()) WriteList(Joined(folder, "others"), others);
-  WriteFile(Joined(folder, "options"), options);
 }
 
 }  // namespace latchkey::cli

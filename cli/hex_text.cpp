@@ -80,16 +80,19 @@ void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes
     }
     if (mark == '\\') throw NoDigit('\\', position_ - 1, file);
     first_ = '0';
-    isMarked_ = false;
+    isMarked_ = lineIsEmpty_ = false;
   }
-  if (IsTextSpace(character)) return;
+  if (IsTextSpace(character)) {
+    if (character == '\n') EndLine(file);
+    return;
+  }
   if (first_ == 0 && (character == '0' || character == '\\')) {
     mark_ = static_cast<char>(character);
   } else if (!IsDigit(character)) {
     throw NoDigit(character, position_, file);
   } else if (first_ == 0) {
     first_ = character;
-    isMarked_ = false;
+    isMarked_ = lineIsEmpty_ = false;
   } else {
     const std::array pair{std::exchange(first_, std::uint8_t{0}), character};
     static_cast<void>(converter_.Decode(pair, bytes));  // both are digits
@@ -107,7 +110,7 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
       // A 0 of 0x is the first digit of a byte, and thus not among these.
       static_cast<void>(converter_.Decode(text.first(count), bytes));
       position_ += count;
-      isMarked_ = isMarked_ && count == 0;
+      if (count > 0) isMarked_ = lineIsEmpty_ = false;
       text = text.subspan(count);
       if (text.empty()) break;
     }
@@ -118,9 +121,18 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
   return bytes;
 }
 
+// A prefix alone in its line is an empty ciphertext.
+void HexReader::EndLine(const std::string& file) {
+  if (isMarked_ && !lineIsEmpty_) throw CommandError(FailureAt(check::kHexLength, file));
+  isMarked_ = false;
+  lineIsEmpty_ = true;
+}
+
 void HexReader::Finish(const std::string& file) const {
   if (mark_ == '\\') throw NoDigit('\\', position_, file);
-  if (mark_ != 0 || first_ != 0) throw CommandError(FailureAt(check::kHexLength, file));
+  if (mark_ != 0 || first_ != 0 || (isMarked_ && !lineIsEmpty_)) {
+    throw CommandError(FailureAt(check::kHexLength, file));
+  }
 }
 
 void HexWriter::Write(std::span<const std::uint8_t> bytes, WipedBytes& text) {

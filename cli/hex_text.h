@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 #include <span>
 #include <string>
 
@@ -41,7 +40,7 @@ class HexConverter {
 // The digits of `bytes` in lower case, as the md5sum family writes digests.
 [[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
 
-// Decodes digits. Skips white space anywhere, and 0x or \x before a byte.
+// Decodes digits. Skips white space anywhere, and 0x or \x before a byte or alone in a line.
 class HexReader final : public TextReader {
  public:
   [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text,
@@ -50,11 +49,13 @@ class HexReader final : public TextReader {
 
  private:
   void Take(std::uint8_t character, const std::string& file, WipedBytes& bytes);
+  void EndLine(const std::string& file);
 
   HexConverter converter_;
   std::uint8_t first_ = 0;  // the first digit of a byte whose second is still to come, or 0
   char mark_ = 0;           // the 0 or backslash of what may be 0x or \x
   bool isMarked_ = false;   // 0x or \x was read, and its byte is still to come
+  bool lineIsEmpty_ = true;
   std::uint64_t position_ = 0;
 };
 

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <optional>
 
 #include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
@@ -17,7 +18,7 @@ namespace {
 struct Options {
   PasswordOptions password;
   std::vector<std::string> files;
-  std::string lists;  // a folder; empty: no lists
+  std::optional<std::string> lists;  // a folder
   bool records = false;
 };
 
@@ -54,7 +55,7 @@ CommandError NothingFits(const std::string& file) {
 
 ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Options& options,
                         const Report& report) {
-  if (!options.lists.empty()) WriteLists(options.lists, sorted.Groups(), sorted.NotIdentified());
+  if (options.lists) WriteLists(*options.lists, sorted.Groups(), sorted.NotIdentified());
   report.Text(sorted.Text());
   report.Result(sorted.Object(tried));
   return sorted.IsComplete() ? ExitStatus::Done : ExitStatus::Guessed;
@@ -63,10 +64,10 @@ ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Opt
 // All files are one group, if the answer is certain.
 void WriteJointLists(const Identification& identification, const Candidates& joint,
                      const Options& options) {
-  if (options.lists.empty()) return;
-  if (!joint.IsCertain()) return WriteLists(options.lists, {}, options.files);
+  if (!options.lists) return;
+  if (!joint.IsCertain()) return WriteLists(*options.lists, {}, options.files);
   const FileGroup all{identification.OptionsFor(joint.fitting.front()), options.files};
-  WriteLists(options.lists, std::array{all}, {});
+  WriteLists(*options.lists, std::array{all}, {});
 }
 
 // Settings that all samples share come first. Only if those are not certain is each judged alone.
@@ -89,13 +90,18 @@ ExitStatus Answer(const Identification& identification, std::span<const SampleBy
   return joint.IsCertain() ? ExitStatus::Done : ExitStatus::Guessed;
 }
 
-// Lists are for names that another command can open.
+// Lists are for names that another command can open, each of which it takes once.
 void CheckLists(const Options& options) {
-  if (options.lists.empty()) return;
+  if (!options.lists) return;
   if (std::ranges::find(options.files, "-") != options.files.end()) {
     throw WrongUsage("--lists needs names of files, not standard input");
   }
-  RequireNewFolder(options.lists);
+  std::vector<std::string> names = options.files;
+  std::ranges::sort(names);
+  const auto twice = std::ranges::adjacent_find(names);
+  if (twice != names.end())
+    throw WrongUsage("--lists takes each file once; named twice: " + *twice);
+  RequireNewFolder(*options.lists);
 }
 
 ExitStatus RunIdentify(const Options& options, const Report& report) {

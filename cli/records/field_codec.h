@@ -41,7 +41,7 @@ class FieldCodecs {
   explicit FieldCodecs(const std::string& encoding);
 
   // Hexadecimal: reads digits of either case, after \x or 0x or nothing; writes upper case. Base64:
-  // with padding. Both read what HexReader and Base64Reader of cli/text_form.h read. Text: UTF-8 in
+  // with padding. Both read what HexReader and Base64Reader read. Text: UTF-8 in
   // the field, the encoding in the bytes; with kAnyBytes the bytes as they are.
   [[nodiscard]] std::unique_ptr<FieldCodec> Make(FieldForm form) const;
 

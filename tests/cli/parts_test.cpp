@@ -97,7 +97,8 @@ TEST(HexReaderTest, WhiteSpaceAndPrefixesAreSkippedWhereverAPieceEnds) {
 
 TEST(HexReaderTest, OtherCharactersAndHalfBytesAreRefused) {
   for (const char* const text :
-       {"4", "410", "0", "0x4", "40x41", "4x41", "x41", "\\", "41\\", "\\41", "4\\x41", "41,42"}) {
+       {"4", "410", "0", "0x4", "40x41", "4x41", "x41", "\\", "41\\", "\\41", "4\\x41", "41,42",
+        "0x0x41", "41 0x", "41\\x", "\\x41\\x\n", "\\x\n41\\x"}) {
     for (const std::size_t piece : {1U, 100U})
       EXPECT_THROW((void)ReadHex(text, piece), CommandError) << text;
   }

@@ -96,7 +96,7 @@ class ListsTest(CommandTest):
         self.password = ["--password-file", "password"]
 
     def test_files_of_the_same_settings_are_one_group(self):
-        self.run_well("identify", *self.password, "--lists", "new/my lists", "a", "b")
+        self.run_well("identify", *self.password, "--lists", "new/my lists/", "a", "b")
         line, = self.read("new/my lists/options").decode().splitlines()
         self.assertEqual(self.read("new/my lists/1"), b"a\0b\0")
         self.assertFalse((self.folder / "new/my lists/others").exists())
@@ -112,6 +112,8 @@ class ListsTest(CommandTest):
         for arguments, text in ((["--lists", "a", "b"], "--lists makes a new folder, but this name exists: a"),
                                 (["--lists", "x\"y", "b"], "--lists takes no name with a quotation mark or line end"),
                                 (["--lists", "new", "-"], "--lists needs names of files, not standard input"),
+                                (["--lists", "", "b"], "--lists needs the name of a folder"),
+                                (["--lists", "new", "b", "a", "b"], "--lists takes each file once; named twice: b"),
                                 (["--lists", "new", "--records", "a"], "--records excludes --lists")):
             before = self.names()
             result = self.run_command("identify", *self.password, *arguments)

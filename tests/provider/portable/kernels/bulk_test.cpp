@@ -58,11 +58,6 @@ TEST_P(KernelBulkTest, Rc2DecryptionEqualsTheReference) {
   ExpectReference(kAlgorithmRc2, KernelsOf(GetParam()).rc2, &Rc2KeyOf, 100);
 }
 
-TEST_P(KernelBulkTest, ABatchFitsIntoTheLargestBatch) {
-  EXPECT_LE(KernelsOf(GetParam()).des.lanes, kMostLanes);
-  EXPECT_LE(KernelsOf(GetParam()).rc2.lanes, kMostLanes);
-}
-
 INSTANTIATE_TEST_SUITE_P(Levels, KernelBulkTest, ::testing::ValuesIn(LevelsOfThisMachine()),
                          NameOfLevel);
 
