@@ -16,6 +16,7 @@ PANELS = {
                                         "Convert"),
     "Random data": ("CreateRandom", "CreateSaltValue"),
 }
+MOST_BYTES = 60_000  # of a picture
 LABEL_POINTS = 9  # between the labels of two lines that end close together
 
 
@@ -86,3 +87,4 @@ def draw_speed(works, path):
 def save(figure, path):
     figure.savefig(path, metadata={"Date": None})
     pyplot.close(figure)
+    assert path.stat().st_size < MOST_BYTES, path

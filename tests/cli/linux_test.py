@@ -263,7 +263,7 @@ class SecretTest(CommandTest):
 
 
 class ProgressTest(CommandTest):
-    def shown_by(self, command, most_pieces, *arguments):
+    def shown_by(self, command, most_pieces, *arguments, piece=bytes(1 << 20)):
         """What the terminal shows while the command works on data that is slow to come."""
         os.mkfifo(self.folder / "data")
         terminal = Terminal(self, command, *arguments, "data")
@@ -271,7 +271,7 @@ class ProgressTest(CommandTest):
             shown, pieces = b"", 0
             while b"B/s" not in shown and pieces < most_pieces:
                 pieces += 1
-                pipe.write(bytes(1 << 20))
+                pipe.write(piece)
                 if select.select([terminal.master], [], [], 0.05)[0]:
                     shown += os.read(terminal.master, 4096)
         self.assertIn(terminal.wait(), (0, 1))
@@ -287,6 +287,8 @@ class ProgressTest(CommandTest):
             self.assertIn(b"B/s", shown, command)
             self.assertRegex(shown, rb"\r +\r", command)  # the line is gone at the end
         self.assertNotIn(b"B/s", self.shown_by("encrypt", 40, *rc4, "--quiet"))
+        lines = (b"some text\n" * (1 << 17))[:1 << 20]
+        self.assertIn(b"B/s", self.shown_by("records", 10_000, "encrypt", "--format", "lines", *rc4, piece=lines))
 
 
 class PiecesTest(CommandTest):

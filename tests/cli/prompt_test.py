@@ -44,6 +44,7 @@ class PromptTest(CommandTest):
             wait_for_read(os.tcgetpgrp(shell.child_fd))
             shell.send("\x1a")
             shell.expect_exact("Stopped")
+            self.assertNotIn("hidden", shell.before)
             shell.expect_exact("ready: ")
             shell.sendline("stty echo; fg")
             shell.expect_exact(prompt)
