@@ -120,6 +120,15 @@ class LimitTest(ManyFilesTest):
         self.assertLess(many, few + (30 << 10 if LONG else 6 << 10))
 
 
+class ThreadTest(ManyFilesTest):
+    def test_each_processor_gets_a_thread(self):
+        self.make({f"in/{i}": b"text %d" % i for i in range(20)})
+        self.run_well("encrypt", *KEY, "-r", "--output-dir", "out", "in", program=[
+            "strace", "-f", "-qq", "-o", "trace", "-e", "trace=clone,clone3", *PROGRAM])
+        started = self.read("trace").count(b"CLONE_THREAD")
+        self.assertGreaterEqual(started, len(os.sched_getaffinity(0)) - 1)
+
+
 class SyncTest(ManyFilesTest):
     PARENT = None  # a file system on a disk
 
