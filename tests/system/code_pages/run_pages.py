@@ -5,6 +5,8 @@
   run_pages.py FOLDER PROGRAM tools/wine ARCH DLL   under Wine, against the DLL, which it registers for that
   ... --write                                       also writes tests/vectors/code_pages.txt from what Wine has
 
+LATCHKEY_TEST_CODE_PAGE=NUMBER runs the tests of that page only.
+
 FOLDER is for locales. Wine takes the code page from the locale's name when its server starts, so the server of a
 session that no other test uses is started for each page. The locale itself is C.UTF-8 under that name.
 """
@@ -82,10 +84,11 @@ def main():
     arguments = [argument for argument in sys.argv[1:] if argument != "--write"]
     folder = pathlib.Path(arguments[0]).resolve()
     system = Linux(*arguments[1:]) if len(arguments) == 2 else Wine(folder, *arguments[1:])
+    pages = [int(number)] if (number := os.environ.get("LATCHKEY_TEST_CODE_PAGE")) else LOCALES
     failures, measured = [], []
     print("page   vectors     characters as on the platform  tests")
     try:
-        for page in LOCALES:
+        for page in pages:
             status, output = run(system, page)
             passed = re.search(r"\[  PASSED  \] (\d+) test", output)
             vectors = counted("vectors", output)

@@ -2,10 +2,13 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <latchkey.h>
+#include <latchkey/cls_main.h>
 #include <malloc.h>
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -18,7 +21,7 @@ namespace {
 
 class Library {
  public:
-  Library() : handle_(::dlopen(LATCHKEY_LIBRARY, RTLD_NOW | RTLD_LOCAL)) {
+  Library() : handle_(::dlopen(Path(), RTLD_NOW | RTLD_LOCAL)) {
     if (handle_ == nullptr) throw std::runtime_error(::dlerror());  // NOLINT(concurrency-mt-unsafe)
   }
   Library(const Library&) = delete;
@@ -34,18 +37,33 @@ class Library {
   }
 
   [[nodiscard]] static bool IsLoaded() {
-    void* const handle = ::dlopen(LATCHKEY_LIBRARY, RTLD_NOW | RTLD_NOLOAD);
+    void* const handle = ::dlopen(Path(), RTLD_NOW | RTLD_NOLOAD);
     if (handle != nullptr) ::dlclose(handle);
     return handle != nullptr;
   }
 
  private:
+  // The library of the build, or another one that the environment names.
+  static const char* Path() {
+    const char* const other = std::getenv("LATCHKEY_LIBRARY");  // NOLINT(concurrency-mt-unsafe)
+    return other != nullptr ? other : LATCHKEY_LIBRARY;
+  }
+
   void* handle_;
 };
 
 #define LATCHKEY_FIND(function) library.Find<decltype(function)>(#function)
 
+// Makes and destroys a clsMain, by the symbols of its constructor and destructor. The C functions
+// keep no data of a thread; the classes do.
+void UseClass(const Library& library) {
+  alignas(clsMain) std::array<std::byte, sizeof(clsMain)> object{};
+  library.Find<void(void*)>("_ZN8latchkey7clsMainC1Ev")(object.data());
+  library.Find<void(void*)>("_ZN8latchkey7clsMainD1Ev")(object.data());
+}
+
 void Use(const Library& library) {
+  UseClass(library);
   latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
   settings.hash = LATCHKEY_MD5;
   settings.cipher = LATCHKEY_3DES;
