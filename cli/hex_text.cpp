@@ -121,7 +121,7 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
   return bytes;
 }
 
-// A prefix alone in its line is an empty ciphertext.
+// A prefix alone in its line is an empty value.
 void HexReader::EndLine(const std::string& file) {
   if (isMarked_ && !lineIsEmpty_) throw CommandError(FailureAt(check::kHexLength, file));
   isMarked_ = false;

@@ -175,6 +175,13 @@ class SyncTest(ManyFilesTest):
         self.assertEqual(len(self.files("new")), 19)
         self.assertEqual(list(self.folder.rglob(UNFINISHED)), [])
 
+    def test_lists_that_cannot_be_written_leave_no_folder(self):
+        self.make({"a": self.single("encrypt", b"some text " * 20)})
+        result = self.run_command("identify", "--no-password", "--lists", "lists", "a", program=[
+            "strace", "-f", "-qq", "-o", "/dev/null", "-e", "inject=fsync:error=EIO:when=2", *PROGRAM])
+        self.assertEqual((result.status, self.names()), (1, ["a"]), result)
+        self.assertIn("lists/", result.lines[0])
+
 
 class EndTest(UnfinishedTest):
     @classmethod

@@ -83,7 +83,7 @@ bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintex
   return done;
 }
 
-// The same of a batch of records, of which every second one is the text.
+// The same for a batch of records: every second one is the text, the others are empty.
 template <std::size_t kRecords>
 bool PassesInRecords(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
   const OpenKey key(cipher, password.Bytes());
@@ -138,7 +138,7 @@ TEST_F(CSecretsTest, AfterEncryptionNeitherTextNorPasswordNorItsDigestIsLeft) {
   }
 }
 
-// So many records that block ciphers work on several at once.
+// With 600 records, the block ciphers encrypt many of them at a time.
 TEST_F(CSecretsTest, AfterALargeBatchNeitherTextNorPasswordNorItsDigestIsLeft) {
   search.Add(kResult, DigestOf(LATCHKEY_MD5, password));
   for (std::int32_t cipher = LATCHKEY_RC4; cipher <= LATCHKEY_3DES_112; ++cipher) {
