@@ -1,10 +1,11 @@
 """The tables of docs/performance.md about the component: overhead, hexadecimal, memory, COM calls, growth."""
-from verdicts import shortfall, verdict
+from verdicts import is_below, shortfall, verdict
 
 EARLY_BOUND_NANOSECONDS = 100  # above a virtual call
 LATE_BOUND_NANOSECONDS = 2000
 FIRST_FLAT = 1 << 16
 FLAT = 1.10
+SALT_WALKS = 1 / 3
 COPY = "(copying a text)"
 
 
@@ -12,7 +13,7 @@ def component_table(rates):
     yield "| workload | component, ns | alone, ns | ratio or difference | goal | met |"
     yield "|---|---|---|---|---|---|"
     missed = []
-    own_rows = [name for name in rates.rows if "/component/" in name and not name.startswith("hex/")]
+    own_rows = [name for name in rates.rows if "/component/" in name and not name.startswith(("hex/", "salt/"))]
     for name in sorted(own_rows, key=row_order):
         operation, algorithm, _, length = name.split("/")
         alone = name.replace("/component/", "/raw/")
@@ -32,6 +33,16 @@ def component_table(rates):
                           f"±{rates.spreads[name]:.0%} and ±{rates.spreads[alone]:.0%}")
     yield ""
     yield shortfall(missed)
+
+
+def salt_table(rates):
+    salt, walks = "salt/component/20", "salt/walks/20"
+    own, all_walks = rates.nanoseconds(salt) / 1000, rates.nanoseconds(walks) / 1000
+    ratio, spread = own / all_walks, max(rates.spreads[salt], rates.spreads[walks])
+    yield "| `CreateSaltValue(20, True)`, µs | 20 reads of `/proc`, µs | ratio | goal | met |"
+    yield "|---|---|---|---|---|"
+    met = is_below(ratio, SALT_WALKS, spread)
+    yield f"| {own:.0f} | {all_walks:.0f} | {ratio:.2f} ±{spread:.0%} | {SALT_WALKS:.2f} | {verdict(met)} |"
 
 
 def row_order(name):

@@ -17,7 +17,7 @@ PANELS = {
     "Random data": ("CreateRandom", "CreateSaltValue"),
 }
 MOST_BYTES = 60_000  # of a picture
-LABEL_POINTS = 9  # between the labels of two lines that end close together
+LABEL_POINTS = 9  # the least distance between the labels of two lines
 
 
 def growth_lines(rates):

@@ -1,5 +1,5 @@
-// Records of 24 bytes under one key: Latchkey's C interface next to a loop over OpenSSL's EVP with
-// a ready context.
+// Records of 24 bytes under one key: Latchkey's C interface compared with a loop over OpenSSL's
+// EVP, whose context has the key set.
 //   record_bench [--json] [ROUNDS]
 // Prints for each cipher and direction the median processor time of a record, the ratio of
 // OpenSSL's loop to the batch, and its coefficient of variation. The contestants take turns, and a
@@ -45,7 +45,7 @@ constexpr std::array kCiphers{
 
 // Records, and room for the results.
 struct Column {
-  // Of kRecord bytes, or of 1 to 8 fewer, in no order.
+  // Makes records of kRecord bytes, or of 1 to 8 bytes fewer in random order.
   explicit Column(bool varies = false) {
     std::uint32_t chance = 1;
     for (std::size_t i = 0; i < kRecords; ++i) {
@@ -155,7 +155,8 @@ void LatchkeyBatch(const Key& key, bool encrypts, Column& column) {
           results.failed == 0);
 }
 
-// Processor time of this thread for one pass, the mean of passes that take at least 20 ms together.
+// The processor time of one pass in seconds: the mean over passes that together take at least 20
+// ms.
 double SecondsOf(const std::function<void()>& work) {
   const auto now = [] {
     timespec time{};
@@ -195,7 +196,8 @@ struct Row {
   double ratio, spread;
 };
 
-// Of kRecord bytes each. Under block ciphers the plaintexts have 16 to 23.
+// Ciphertexts of kRecord bytes each, from the results in `plain`. Under block ciphers their
+// plaintexts have 16 to 23 bytes.
 Column CiphertextsOf(const Column& plain) {
   Column column;
   std::copy_n(plain.room.begin(), column.data.size(), column.data.begin());

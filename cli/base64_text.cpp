@@ -16,7 +16,7 @@ bool IsDigit(std::uint8_t byte) noexcept {
          byte == '/';
 }
 
-// The libraries differ in what else they take.
+// Checked here, since the libraries accept different malformed texts.
 bool IsWellFormed(std::span<const std::uint8_t> text) {
   const auto end = std::ranges::find(text, '=');
   const auto padding = static_cast<std::size_t>(text.end() - end);
@@ -84,7 +84,7 @@ void Base64Reader::Finish(const std::string& file) const {
   if (characters_.empty()) return;
   throw CommandError(Failure{.text = "the Base64 text ends within a group of four characters",
                              .file = file,
-                             .hint = "it was cut, or the = at its end were removed"});
+                             .hint = "the text was cut, or = was removed from its end"});
 }
 
 void Base64Writer::Write(std::span<const std::uint8_t> bytes, WipedBytes& text) {

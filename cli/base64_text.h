@@ -11,11 +11,11 @@
 
 namespace latchkey::cli {
 
-// Appends the text of the bytes on one line, with padding.
+// Appends the Base64 text of the bytes, with padding and without line ends.
 void EncodeBase64Text(std::span<const std::uint8_t> bytes, WipedBytes& text);
 
-// Appends the bytes of a text without white space, which must have its padding. Returns false, and
-// appends nothing, for text that is not Base64.
+// Decodes Base64 with padding and without white space, and appends the bytes. Returns false, and
+// appends nothing, for any other text.
 [[nodiscard]] bool DecodeBase64Text(std::span<const std::uint8_t> text, WipedBytes& bytes);
 
 // Decodes Base64 with padding. Skips white space anywhere.

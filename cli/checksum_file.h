@@ -40,8 +40,9 @@ struct LineForm {
 [[nodiscard]] std::vector<std::string> ChecksumLines(std::string list);
 
 // Parses a line without its line end. It has one of the two forms that WrittenLine writes; in the
-// first, an asterisk may replace the second space. Digits may be in either case. Returns nothing
-// for a line of another form, with another number of digits or with another algorithm's tag.
+// form with two spaces, an asterisk may replace the second one. Digits may be in either case.
+// Returns nothing for a line of another form, with another number of digits or with another
+// algorithm's tag.
 [[nodiscard]] std::optional<Checksum> ReadChecksumLine(std::string_view line,
                                                        const ChecksumForm& form);
 

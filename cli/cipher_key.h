@@ -24,9 +24,9 @@ struct ReadyKey {
 void DeriveKey(ReadyKey& ready, const KeyOptions& settings, const PasswordOptions& password,
                CipherDirection direction, const std::string& file);
 
-// Finds the settings of the ciphertext in the file `input`, as identify does, and derives the key.
-// Reads the whole file. Raises CommandError if the settings are not certain or `settings` has any,
-// FileError if the file cannot be read.
+// Finds the settings of the ciphertext in the file `input`, which is in `form`, as identify does,
+// and derives the key. Reads the whole file. Raises CommandError if the settings are not certain or
+// if `settings` names any, FileError if the file cannot be read.
 void FindKeyOf(ReadyKey& ready, const KeyOptions& settings, const PasswordOptions& password,
                const std::string& input, DataForm form, bool quiet);
 

@@ -21,7 +21,7 @@ enum class DataForm { Bytes, Hex, Base64 };
 // The form of a name of TextFormNames; Bytes for an empty name.
 [[nodiscard]] DataForm DataFormOf(const std::string& name);
 
-// The bytes of a file in one of the forms. Used by one thread at a time.
+// Reads the bytes of a file that is in one of the forms. Used by one thread at a time.
 class DataReader {
  public:
   // Calls `advance` with the length of each part of the file that was read.

@@ -46,7 +46,7 @@ class CommandError final : public std::exception {
 // The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});
 
-// Returns the failure, with `hint` before its own if it says that decryption failed.
+// Returns the failure. If it says that decryption failed, its hint begins with `hint`.
 [[nodiscard]] Failure WithDecryptionHint(Failure failure, const std::string& hint);
 
 // The failure in the thread's error record. Requires ErrorExists.

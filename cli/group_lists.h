@@ -1,4 +1,4 @@
-// Files with lists of other files, for decrypting these in groups.
+// Lists of ciphertexts with the same settings, so that each group can be decrypted at once.
 #pragma once
 
 #include <span>
@@ -7,20 +7,20 @@
 
 namespace latchkey::cli {
 
-// Ciphertexts of the same settings.
+// Ciphertexts with the same settings.
 struct FileGroup {
   std::string options;  // of latchkey decrypt
   std::vector<std::string> files;
 };
 
-// Raises CommandError (wrong usage) if WriteLists cannot write into `folder`: a new folder, whose
-// name has no character that would end a quotation in the file "options".
+// Raises CommandError (wrong usage) unless `folder` is the name of a new folder, without quotation
+// marks and line ends, which would end the quotation in the file "options".
 void RequireNewFolder(const std::string& folder);
 
-// Makes the folder. The first group's list is its file "1", the next one's "2", and so on, and that
-// of `others` is "others", unless it is empty. A list has the names, each ended by NUL, for
-// --files0-from. The file "options" has a line for each group: its options and its list, quoted for
-// xargs(1). Raises FileError.
+// Makes the folder and its files: a list for each group, named "1", "2" and so on; the list
+// "others", unless `others` is empty; and "options", which has a line for each group with its
+// options and its list, quoted for xargs(1). A list has the names, each ended by NUL, for
+// --files0-from. Raises FileError, and then removes the folder that it made.
 void WriteLists(const std::string& folder, std::span<const FileGroup> groups,
                 std::span<const std::string> others);
 

@@ -25,7 +25,7 @@ class HashRun {
   // Adds the result of a file to the JSON.
   void Add(Json result) { results_.push_back(std::move(result)); }
 
-  // Record a failure; with a file, report it.
+  // Make Failed return true. The first also reports the failure, in the JSON or as a line.
   void Fail(const std::string& file, const Failure& failure);
   void Fail() noexcept { failed_ = true; }
 

@@ -99,7 +99,7 @@ void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes
   }
 }
 
-// Whole bytes without anything between them are decoded together.
+// Decodes runs of whole bytes at once.
 WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string& file) {
   WipedBytes bytes;
   bytes.reserve(text.size() / 2 + 1);
@@ -107,7 +107,7 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
     if (mark_ == 0 && first_ == 0) {
       const auto end = std::ranges::find_if_not(text, IsDigit);
       const auto count = static_cast<std::size_t>(end - text.begin()) / 2 * 2;
-      // A 0 of 0x is the first digit of a byte, and thus not among these.
+      // The 0 of a following 0x is an odd digit at the end, which is left out.
       static_cast<void>(converter_.Decode(text.first(count), bytes));
       position_ += count;
       if (count > 0) isMarked_ = lineIsEmpty_ = false;

@@ -40,7 +40,7 @@ class HexConverter {
 // The digits of `bytes` in lower case, as the md5sum family writes digests.
 [[nodiscard]] std::string LowerHexOf(std::span<const std::uint8_t> bytes);
 
-// Decodes digits. Skips white space anywhere, and 0x or \x before a byte or alone in a line.
+// Decodes digits. Skips white space anywhere, and 0x or \x before a byte or alone on a line.
 class HexReader final : public TextReader {
  public:
   [[nodiscard]] WipedBytes Read(std::span<const std::uint8_t> text,

@@ -23,9 +23,6 @@ class Identification {
     return forms_.at(candidate.password);
   }
 
-  // Whether more than one form of the password is tried.
-  [[nodiscard]] bool TriesForms() const noexcept { return forms_.size() > 1; }
-
   // The options that decrypt with the candidate's key: "--provider base --hash md5 --cipher rc4".
   [[nodiscard]] std::string OptionsFor(const Candidate& candidate) const;
 

@@ -12,7 +12,7 @@
 namespace latchkey::cli {
 namespace {
 
-// Less than the table's last digit.
+// Whether it is less than one unit of the table's last digit.
 bool IsNegligible(double probability) { return probability < 0.000'001; }
 
 std::string Percent(double probability) {

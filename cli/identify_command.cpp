@@ -61,7 +61,7 @@ ExitStatus ReportSorted(const SortedAnswer& sorted, std::size_t tried, const Opt
   return sorted.IsComplete() ? ExitStatus::Done : ExitStatus::Guessed;
 }
 
-// All files are one group, if the answer is certain.
+// All files are one group if the answer is certain; otherwise all are in "others".
 void WriteJointLists(const Identification& identification, const Candidates& joint,
                      const Options& options) {
   if (!options.lists) return;
@@ -90,7 +90,7 @@ ExitStatus Answer(const Identification& identification, std::span<const SampleBy
   return joint.IsCertain() ? ExitStatus::Done : ExitStatus::Guessed;
 }
 
-// Lists are for names that another command can open, each of which it takes once.
+// The lists are for decrypt, which opens the files by name and refuses to take one twice.
 void CheckLists(const Options& options) {
   if (!options.lists) return;
   if (std::ranges::find(options.files, "-") != options.files.end()) {
@@ -126,8 +126,8 @@ void AddIdentifyCommand(CommandLine& commandLine) {
       "--records", options->records, "Read a ciphertext from each line, as hexadecimal digits");
   command
       .add_option("--lists", options->lists,
-                  "Make this folder, with a list of the files of each group for decrypt "
-                  "--files0-from, and the groups' options, a line for each")
+                  "Make this folder, with a list of the files of each group, for decrypt "
+                  "--files0-from, and the file options, with a line for each group")
       ->type_name("DIR")
       ->excludes(records);
   command

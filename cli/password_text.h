@@ -45,8 +45,8 @@ struct EncodedPassword {
 [[nodiscard]] std::vector<EncodedPassword> AllForms(const WipedBytes& password,
                                                     const std::optional<WipedText>& text);
 
-// Append a zero character, or add a form with one for each form: many programs hash the zero that
-// ends a string.
+// AppendNul appends a zero character; AddFormsWithNul adds such a form for each form. Many programs
+// hash the zero that ends a string.
 void AppendNul(EncodedPassword& form);
 void AddFormsWithNul(std::vector<EncodedPassword>& forms);
 

@@ -24,7 +24,7 @@ class Spool {
   }
   void PutText(std::string_view text);
 
-  // Makes the values readable that were put so far.
+  // Makes the values that were put so far readable.
   void Finish();
 
   // The offset of the next value.

@@ -9,7 +9,7 @@ namespace latchkey::cli {
 // A name without a folder, which no other file has. Empty if the system returns no random bytes.
 [[nodiscard]] std::string NewTemporaryName();
 
-// Whether NewTemporaryName made the name. One in 2^40 other names of that form also returns true.
+// Whether NewTemporaryName made the name. Also true for one in 2^40 other names of that form.
 [[nodiscard]] bool IsTemporaryName(std::string_view name) noexcept;
 
 }  // namespace latchkey::cli

@@ -24,7 +24,7 @@ class TextReader {
   [[nodiscard]] virtual WipedBytes Read(std::span<const std::uint8_t> text,
                                         const std::string& file) = 0;
 
-  // Raises CommandError if the text ends within a byte.
+  // Raises CommandError if the text ends within a byte or a group of characters.
   virtual void Finish(const std::string& file) const = 0;
 };
 
@@ -39,11 +39,12 @@ class TextWriter {
   // Appends the text of the bytes to `text`; may keep the last of them for the next call.
   virtual void Write(std::span<const std::uint8_t> bytes, WipedBytes& text) = 0;
 
-  // Appends the text of the bytes that were kept, and a line end unless there were no bytes at all.
+  // Appends the text of the bytes that were kept. The complete text ends with a line end, or is
+  // empty.
   virtual void Finish(WipedBytes& text) = 0;
 };
 
-// White space in ASCII.
+// Whether the character is white space in ASCII.
 [[nodiscard]] bool IsTextSpace(std::uint8_t character) noexcept;
 
 // The failure "`refusal`: 'x' at position 7". Positions count from 1.

@@ -32,6 +32,6 @@ set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_PACKAGE ONLY)
 set(ENV{PKG_CONFIG_SYSROOT_DIR} ${root})
 set(ENV{PKG_CONFIG_LIBDIR} ${root}/usr/lib/${triplet}/pkgconfig)
-set(ENV{PKG_CONFIG_ALLOW_SYSTEM_CFLAGS} 1)  # /usr/include is not the compiler's here
+set(ENV{PKG_CONFIG_ALLOW_SYSTEM_CFLAGS} 1)  # keep -I/usr/include: the cross compiler lacks it
 
 set(CMAKE_CROSSCOMPILING_EMULATOR "qemu-${CMAKE_SYSTEM_PROCESSOR};-L;${root}")

@@ -84,8 +84,9 @@ class MessageKey {
                        std::uint32_t dwBufLen) const = 0;
   virtual bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const = 0;
 
-  // The same for each message of a batch. There must be room for all ciphertexts; the bytes after
-  // the results are undefined. A message that fails has a result of length 0.
+  // Encrypt or decrypt each message of a batch. `results` must have room for all ciphertexts, in
+  // decryption too; the bytes after the results are undefined. A message that fails has a result of
+  // length 0.
   virtual void EncryptEach(const MessageBatch& batch) const;
   virtual void DecryptEach(const MessageBatch& batch) const;
 

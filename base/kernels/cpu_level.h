@@ -6,12 +6,13 @@
 
 namespace latchkey {
 
-// In ascending order for each kind of CPU; each level includes those before it.
+// In ascending order for each kind of CPU. A level includes the lower levels of its kind, and
+// Portable.
 enum class CpuLevel {
   Portable,  // standard C++ for any CPU
   Avx2,      // 256-bit vectors
   Avx512,    // 512-bit vectors with byte and word operations (AVX-512F, AVX-512BW)
-  Neon       // ARM64's 128-bit vectors; includes only Portable
+  Neon       // 128-bit vectors of ARM64
 };
 
 // The name in LATCHKEY_CPU and in reports: portable, avx2, avx512 or neon.

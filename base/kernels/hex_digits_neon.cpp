@@ -1,6 +1,6 @@
 // Hexadecimal digits (RFC 4648, section 8), 16 bytes at a time in the 128-bit vectors of NEON,
-// which every ARM64 CPU has. Loads and stores separate the first and second digits of the pairs.
-// The portable form processes the rest.
+// which every ARM64 CPU has. Loads separate the first and second digits of the pairs, and stores
+// join them. The portable form processes the rest.
 #include <arm_neon.h>
 
 #include "base/kernels/hex_digits.h"

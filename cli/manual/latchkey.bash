@@ -14,7 +14,7 @@ _latchkey() {
             [a-z]*) [[ $listed ]] && commands+=" $names" ;;
             esac
         done < <(latchkey "${command[@]}" --help 2>/dev/null)
-        # A command that has commands itself: those of the next word, if it names one.
+        # For a group of commands, continue with the command that the next word names, if any.
         local next=${COMP_WORDS[${#command[@]} + 1]}
         (( ${#command[@]} + 1 < COMP_CWORD )) && [[ "$commands " == *" $next "* ]] || break
         command+=("$next")

@@ -26,7 +26,7 @@ function __latchkey_words
                     and set --append commands $parts[1]
             end
         end
-        # A command that has commands itself: those of the next word, if it names one.
+        # For a group of commands, continue with the command that the next word names, if any.
         set -l next $words[(math (count $command) + 1)]
         if test -n "$next"; and contains -- "$next" $commands
             set --append command $next

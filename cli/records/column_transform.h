@@ -40,14 +40,14 @@ class ColumnTransform {
   // The number of bytes that a value of this length lacks at its end.
   [[nodiscard]] virtual std::size_t MissingBytes(std::size_t length) const noexcept;
 
-  // Whether an empty value is transformed, and not left unchanged.
+  // Whether an empty value is transformed rather than left unchanged.
   [[nodiscard]] virtual bool TakesEmpty() const noexcept { return true; }
 
   // The failure to report for a value that failed.
   [[nodiscard]] virtual Failure FailureOfValue() const = 0;
 };
 
-// Makes an encryption or decryption. The key must outlive it. An empty ciphertext is left
+// Makes a transform that encrypts or decrypts. The key must outlive it. An empty ciphertext is left
 // unchanged.
 [[nodiscard]] std::unique_ptr<ColumnTransform> MakeCipherTransform(const ReadyKey& key,
                                                                    CipherDirection direction);

@@ -11,8 +11,9 @@
 namespace latchkey::cli {
 namespace {
 
-// Decodes what the fast path of a codec refuses: fields with white space, and wrong ones, for which
-// it returns a failure of the component or `wrong`, which has nothing of the data.
+// Decodes a field that the fast path of a codec refuses, because it has white space or is
+// malformed. For a malformed field, returns the component's failure or, without one, `wrong`, which
+// contains no data.
 template <class Reader>
 FieldFailure ReadField(ByteSpan text, WipedBytes& bytes, const Failure& wrong) {
   try {

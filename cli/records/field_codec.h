@@ -40,9 +40,9 @@ class FieldCodecs {
   // A name of TextEncodingNames, or kAnyBytes. Raises CommandError if the system lacks it.
   explicit FieldCodecs(const std::string& encoding);
 
-  // Hexadecimal: reads digits of either case, after \x or 0x or nothing; writes upper case. Base64:
-  // with padding. Both read what HexReader and Base64Reader read. Text: UTF-8 in
-  // the field, the encoding in the bytes; with kAnyBytes the bytes as they are.
+  // Hexadecimal: reads what HexReader reads; writes upper case. Base64: reads what Base64Reader
+  // reads; writes padding. Text: UTF-8 in the field, the encoding in the bytes; with kAnyBytes the
+  // bytes are unchanged.
   [[nodiscard]] std::unique_ptr<FieldCodec> Make(FieldForm form) const;
 
  private:

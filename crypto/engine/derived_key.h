@@ -60,8 +60,8 @@ class DerivedKey {
   [[nodiscard]] bool Transform(CipherDirection direction, std::span<std::uint8_t> buffer,
                                std::uint32_t& length) const;
 
-  // The same for each message of a batch, as provider::MessageKey does it. The room is the sum of
-  // RoomFor, each of which fits 32 bits.
+  // Transforms each message of a batch, as EncryptEach and DecryptEach of provider::MessageKey do.
+  // Requires room for the sum of the messages' RoomFor, each of which must fit 32 bits.
   void TransformEach(CipherDirection direction, const provider::MessageBatch& batch) const;
 
   // The room that Transform requires for a message of that length. For encryption it is the

@@ -51,7 +51,7 @@ std::uint32_t RecordBatch::RoomFor(std::size_t recordLength) const noexcept {
   return std::in_range<std::uint32_t>(room) ? static_cast<std::uint32_t>(room) : 0;
 }
 
-// Without padding, the room is the length, if no record can be too long.
+// Without padding, the room is the sum of the lengths, unless a record may be too long.
 std::uint64_t RecordBatch::RoomForAll(std::size_t first, std::size_t end) const noexcept {
   const std::size_t length = records_.Between(first, end).size();
   if (RoomFor(length) == length) return length;
@@ -67,7 +67,7 @@ std::size_t RecordBatch::FirstTooLong(std::size_t first, std::size_t end) const 
   return first;
 }
 
-// A single thread writes each chunk's results directly after those of the one before.
+// A single thread writes the results of each chunk directly after those of the chunk before.
 void RecordBatch::Run(std::size_t threads, const Results& results) {
   const std::size_t wanted = threads != 0 ? threads : platform::UsableProcessors();
   const std::size_t used = std::min(wanted, chunks_.size());

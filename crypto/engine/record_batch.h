@@ -30,7 +30,7 @@ class OffsetsOf {
     }
   }
 
-  // The same for many records at once: the lengths of those from record i on, which fit 32 bits.
+  // Fills `lengths` with the lengths of the records from record i on, which must fit 32 bits.
   void GetLengths(std::size_t i, std::span<std::uint32_t> lengths) const noexcept {
     OnArray([&](const auto* offsets) {
       for (std::size_t n = 0; n < lengths.size(); ++n) {
@@ -38,7 +38,7 @@ class OffsetsOf {
       }
     });
   }
-  // Sets the ends of those from record i on, which begins at `offset`. Returns the last end.
+  // Sets the ends of the records from record i on, which begins at `offset`. Returns the last end.
   [[nodiscard]] std::size_t SetEnds(std::size_t i, std::size_t offset,
                                     std::span<const std::uint32_t> lengths) const noexcept {
     OnArray([&](auto* offsets) {
@@ -70,7 +70,7 @@ struct Records {
 
   // False if offsets decrease or lie outside the data.
   [[nodiscard]] bool AreGood() const noexcept;
-  // The records from `first` up to `end`, one after another. Requires AreGood.
+  // The bytes of the records from `first` up to, but not including, `end`. Requires AreGood.
   [[nodiscard]] std::span<const std::uint8_t> Between(std::size_t first,
                                                       std::size_t end) const noexcept {
     const auto begin = static_cast<std::size_t>(offsets.Get(first));
@@ -135,7 +135,7 @@ class RecordBatch {
     [[nodiscard]] std::size_t End() const noexcept { return start + length; }
   };
 
-  struct Work;  // the memory of a thread
+  struct Work;  // the working memory of a thread
 
   // The room for one record; 0 if it is too long.
   [[nodiscard]] std::uint32_t RoomFor(std::size_t recordLength) const noexcept;

@@ -32,6 +32,8 @@ function printAll(text) {
     for (var i = 0; i < hashes.length; i++) {
         WScript.Echo((hashes[i][0] + "      ").substr(0, 8) + resultOr(api.CreateHash(text, hashes[i][1], true)));
     }
+    // Letters and random text fail with 433 or 434 (Overflow) at times on some machines. A raw salt,
+    // CreateSaltValue(20, false), does not.
     WScript.Echo("salt    " + resultOr(api.CreateSaltValue(20, true)));
     WScript.Echo("random  " + resultOr(api.CreateRandom(32, true, true)));
     WScript.Echo("in " + timer.GetElapsedTime() + " ms");

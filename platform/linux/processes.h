@@ -18,10 +18,10 @@ using ProcessVisitor = std::function<void(pid_t)>;
 // reaches the caller.
 void VisitProcesses(const char* folder, const ProcessVisitor& visit);
 
-// The processes of the last walk over /proc, which serve again within the same millisecond: a salt
-// asks for them for each of its letters, and the walk would take most of its time. Any number of
-// threads may use it at once; while one does, the others walk themselves. No lock, which another
-// thread could hold while the process forks.
+// Visits the running processes, and reuses those of the last walk over /proc within the same
+// millisecond: a salt counts the processes for each of its letters, and the walks would take most
+// of its time. Any number of threads may use it at once; while one thread does, each other one
+// walks over /proc. It has no lock, because another thread could hold it while the process forks.
 class RecentProcesses {
  public:
   // As VisitProcesses. `tick` is the current millisecond.

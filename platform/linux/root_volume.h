@@ -21,9 +21,9 @@ inline constexpr std::uint32_t kLargestVolumeNumber = 124;
 // digits.
 [[nodiscard]] std::uint32_t VolumeNumber(std::uint64_t fileSystemId) noexcept;
 
-// The name of a file system of this type, as statfs(2) numbers them: the number in decimal digits.
-// The seed appends an identification number and reads the result, so it must not look like a
-// number with an exponent.
+// The name of a file system whose type has this number in statfs(2): the number in decimal digits.
+// The seed appends the identification number and reads both as one number, so the name must not
+// look like a number with an exponent.
 [[nodiscard]] std::string FileSystemName(std::uint32_t type);
 
 // The volume name is empty. Nothing if the file system cannot be queried.

@@ -52,7 +52,7 @@ class StreamCipher final : public Cipher {
 // all are.
 void StreamCipher::EncryptEach(const MessageBatch& batch) const noexcept {
   const std::span<const std::uint32_t> lengths = batch.lengths;
-  std::uint32_t longest = 0;  // of those that the stream is for
+  std::uint32_t longest = 0;  // of the messages that use the stream
   bool isForAll = true;
   for (const std::uint32_t length : lengths) {
     if (length <= Rc4Stream::kLongest) {

@@ -55,7 +55,7 @@ class Cipher {
   virtual void Encrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
   virtual void Decrypt(std::span<std::uint8_t> data, CipherState& state) const noexcept = 0;
 
-  // As MessageKey's.
+  // As in MessageKey.
   virtual void EncryptEach(const MessageBatch& batch) const noexcept = 0;
   virtual void DecryptEach(const MessageBatch& batch) const noexcept = 0;
 };

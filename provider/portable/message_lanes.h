@@ -1,6 +1,6 @@
 // Encrypts many messages of a block cipher at once. A message's blocks must be encrypted one after
 // another, but those of different messages are independent: each message has a lane of the kernel,
-// and the next message takes the lane when it ends.
+// and when it ends, the next message takes the lane.
 #pragma once
 
 #include <array>
@@ -22,7 +22,8 @@ class MessageLanes {
   MessageLanes(std::span<const std::uint32_t> lengths, std::uint8_t* data) noexcept
       : waiting_(lengths), next_(data) {}
 
-  // Does nothing without memory for the lanes, and with too few messages for the kernel.
+  // Does nothing if there are too few messages for the kernel, or if memory for the lanes is
+  // lacking.
   template <class Key>
   void Run(const Key& key, const LaneKernels<Key>& kernel) noexcept {
     if (!Start(kernel.lanes, kernel.worthEncrypting)) return;
@@ -68,8 +69,8 @@ class MessageLanes {
 
   std::span<const std::uint32_t> waiting_;
   std::uint8_t* next_;     // the first message that waits
-  std::size_t used_ = 0;   // lanes, the first ones
-  std::size_t worth_ = 0;  // fewer lanes are too few
+  std::size_t used_ = 0;   // lanes in use, the first ones
+  std::size_t worth_ = 0;  // with fewer lanes in use, the kernel stops
   bool isStarted_ = false;
   std::unique_ptr<Room> room_;
 };

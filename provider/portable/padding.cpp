@@ -16,8 +16,8 @@ std::uint64_t LoadBlock(const std::uint8_t* block) noexcept {
   return word;
 }
 
-// Copies to the same or a lower address, where the parts may overlap. Single copies of a few blocks
-// take less time than a call for any length.
+// Copies to the same or a lower address; the parts may overlap. For a few blocks, copying one after
+// another is faster than a call of memmove.
 void CopyBlocksDown(const std::uint8_t* from, std::uint32_t length, std::uint8_t* to) noexcept {
   constexpr std::uint32_t kFew = 64;
   if (length > kFew) {

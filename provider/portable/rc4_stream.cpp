@@ -15,7 +15,7 @@ Rc4Stream::~Rc4Stream() {
   }
 }
 
-// The lengths are powers of two, so that all parts together have less than twice the longest one's.
+// The lengths are powers of two, so all parts together are shorter than twice the longest one.
 std::unique_ptr<Rc4Stream::Part> Rc4Stream::Make(std::size_t length,
                                                  const arcfour_ctx& start) noexcept {
   constexpr std::size_t kShortest = 256;

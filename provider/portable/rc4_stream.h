@@ -12,8 +12,8 @@
 
 namespace latchkey::provider {
 
-// Any number of threads may use it at once. No lock, which another thread could hold while the
-// process forks. Wiped on destruction.
+// Any number of threads may use it at once. It has no lock, because another thread could hold it
+// while the process forks. Wiped on destruction.
 class Rc4Stream {
  public:
   static constexpr std::size_t kLongest = std::size_t{1} << 16;  // whole steps of the kernel
@@ -23,8 +23,9 @@ class Rc4Stream {
   Rc4Stream& operator=(const Rc4Stream&) = delete;
   ~Rc4Stream();
 
-  // At least the first `length` bytes, at most kLongest, of the stream that begins with `start`,
-  // the same in every call. They live as long as this object. Null without memory for them.
+  // Returns at least the first `length` bytes of the key stream that begins in the state `start`.
+  // `length` is at most kLongest, and `start` is the same in every call. The bytes live as long as
+  // this object. Null if memory for them is lacking.
   [[nodiscard]] const std::uint8_t* First(std::size_t length,
                                           const arcfour_ctx& start) const noexcept;
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""abi_test.py LIBRARY COMPILER [--write|EMULATOR...]: checks that what compiled clients depend on has not changed in this version.
+"""abi_test.py LIBRARY COMPILER [--write|EMULATOR...]: checks that the binary interface of this version is unchanged.
 
 abi_N.txt lists the exported symbols of version LATCHKEY_N, and the functions, structs and enums of latchkey.h as the
 compiler lays them out. A change that clients would notice needs another version: raise it in

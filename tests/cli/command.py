@@ -1,8 +1,8 @@
 """Runs the command under test. Imported by the tests of this folder.
 
 LATCHKEY_COMMAND names the program, LATCHKEY_WINE the Wine to run it on (x86, x64) or nothing. LATCHKEY_EMULATED is not
-empty if the program is for another kind of processor, which cannot read locales that this machine makes. Each test works
-in a folder of its own, which is also the working directory of the command. To run one in this folder:
+empty if the program runs under an emulator, where it cannot read the locales of this machine. Each test works in a
+separate folder, which is also the working directory of the command. To run one in this folder:
 LATCHKEY_COMMAND=../../build/linux/latchkey python3 -m unittest hash_test.CheckTest.test_json
 """
 import json
@@ -55,13 +55,13 @@ def setting_options(provider, hash_, cipher):
 
 
 def system_call(pid):
-    """The number and the arguments of the system call that a process on Linux is in, as words."""
+    """The system call that a process on Linux is in: its number and arguments, as strings."""
     return pathlib.Path(f"/proc/{pid}/syscall").read_text().split()
 
 
 def wait_for_read(pid):
-    """Waits until a process reads. A signal that comes earlier does not wake readpassphrase."""
-    while system_call(pid)[0] not in ("0", "3", "63"):  # on the systems of Debian
+    """Waits until a process is in a read. A signal that arrives earlier does not wake readpassphrase."""
+    while system_call(pid)[0] not in ("0", "3", "63"):  # read() on x86-64, s390x and ARM64
         os.sched_yield()
 
 

@@ -12,7 +12,7 @@ PROGRAMS = {"hex": (["xxd", "-p"], ["xxd", "-r", "-p"]), "base64": (["base64"], 
 
 
 def hex_text(data):
-    """As latchkey hex writes it."""
+    """The digits and the line end that latchkey hex writes."""
     return data.hex().upper().encode() + (b"\n" if data else b"")
 
 

@@ -26,7 +26,7 @@ class ManyFilesTest(CommandTest):
             path.write_bytes(data)
 
     def files(self, below=".", finished=False):
-        """The content of all files, by name; without unfinished ones, which may vanish, if only `finished` are wanted."""
+        """The content of all files, by name. With `finished`, leaves out unfinished files, which may vanish."""
         top = self.folder / below
         return {path.relative_to(top).as_posix(): path.read_bytes() for path in top.rglob("*")
                 if not (finished and path.name.startswith(".latchkey-")) and path.is_file() and not path.is_symlink()}

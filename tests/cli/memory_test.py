@@ -125,7 +125,7 @@ class MemoryTest(CommandTest):
         _, count = self.run_counted(self.folder, arguments)
         refusal = (2, "latchkey: no such option: --bogus")
         results = []
-        for number in (*range(1, count + 1, 1 if LONG else 150), count + 1):  # the last one does not fail
+        for number in (*range(1, count + 1, 1 if LONG else 150), count + 1):  # the last number makes no allocation fail
             process = self.run_in(self.folder, arguments, LATCHKEY_FAIL_ALLOCATION=str(number))
             results.append((process.returncode, process.stderr.decode().splitlines()[0]))
             self.assertIn(results[-1], ((1, LINE), refusal), number)

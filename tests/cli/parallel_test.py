@@ -1,4 +1,4 @@
-"""Many files at once, with GNU parallel and xargs; a thousand with LATCHKEY_LONG."""
+"""Many files at once, with GNU parallel and xargs: 300, or 1,000 with LATCHKEY_LONG."""
 import os
 import subprocess
 

@@ -61,8 +61,8 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
     return outcome;
   }
 
-  // All in one call, with the room that they need.
-  // `failing` is the number of the allocation that fails, or 0.
+  // Transforms all messages in one call, with exactly the room that they need. `failing` is the
+  // number of the allocation that fails, or 0.
   [[nodiscard]] Outcome Together(const MessageKey& used, const std::vector<Bytes>& messages,
                                  bool encrypts, std::size_t misaligned, int failing = 0) const {
     Outcome outcome;
@@ -102,7 +102,7 @@ class MessageBatchTest : public testing::TestWithParam<AlgorithmId> {
     }
   }
 
-  // Of any length, or ciphertexts of such messages, some of them damaged.
+  // Messages of any length, and ciphertexts of such messages, some of them damaged.
   std::vector<Bytes> SomeMessages(const MessageKey& used, std::size_t count, std::size_t longest) {
     std::vector<Bytes> messages(count);
     for (Bytes& message : messages) {
@@ -133,7 +133,7 @@ TEST_P(MessageBatchTest, EachResultIsThatOfTheMessageAlone) {
   }
 }
 
-TEST_P(MessageBatchTest, MessagesOfOneLengthGiveTheSame) {
+TEST_P(MessageBatchTest, MessagesOfOneLengthGiveTheSameResults) {
   for (std::size_t length = 0; length <= 40; ++length) {
     std::vector<Bytes> messages(1100);
     for (Bytes& message : messages) message = random.Some(length);
@@ -141,7 +141,7 @@ TEST_P(MessageBatchTest, MessagesOfOneLengthGiveTheSame) {
   }
 }
 
-TEST_P(MessageBatchTest, LongMessagesAmongShortOnesGiveTheSame) {
+TEST_P(MessageBatchTest, LongMessagesAmongShortOnesGiveTheSameResults) {
   std::vector<Bytes> messages = SomeMessages(*key, 700, 30);
   messages[0] = random.Some(100'000);
   messages[350] = random.Some(65'536);
@@ -149,7 +149,7 @@ TEST_P(MessageBatchTest, LongMessagesAmongShortOnesGiveTheSame) {
   ExpectEqual(*key, messages);
 }
 
-TEST_P(MessageBatchTest, ThreadsUseItAtOnce) {
+TEST_P(MessageBatchTest, ThreadsMayUseAKeyAtOnce) {
   std::vector<std::vector<Bytes>> batches;
   std::vector<Outcome> expected;
   for (std::size_t longest = 1; longest < 5000; longest *= 3) {
@@ -158,7 +158,7 @@ TEST_P(MessageBatchTest, ThreadsUseItAtOnce) {
   }
   std::atomic<int> wrong{0};
   for (int round = 0; round < 20; ++round) {
-    // A new key, so that the threads also make what a key makes once.
+    // A new key, so that the threads also compute what a key computes only once.
     const auto fresh = SystemCryptoProvider().MakeMessageKey(
         session.KeyOf(GetParam(), kAlgorithmMd5, Bytes{'a', 'b', 'c'}));
     std::vector<std::jthread> threads;
@@ -174,7 +174,8 @@ TEST_P(MessageBatchTest, ThreadsUseItAtOnce) {
   EXPECT_EQ(wrong, 0);
 }
 
-// A batch does without the memory that makes it fast, also what a key allocates only once.
+// The memory that makes a batch fast may be lacking, also the memory that a key allocates only
+// once.
 TEST_P(MessageBatchTest, ResultsWithoutMemoryAreTheSame) {
   const std::vector<Bytes> messages = SomeMessages(*key, 1100, 30);
   for (const bool encrypts : {true, false}) {
@@ -199,8 +200,8 @@ TEST_P(Rc4BatchTest, AKeyLeavesNoKeyStreamInFreedMemory) {
   EXPECT_EQ(freed.BlocksWithSecret(), 1U);
 }
 
-// The batches of a provider without its own.
-TEST_P(MessageBatchTest, DuplicatesGiveTheSameAndLeaveNoHandle) {
+// EncryptEach and DecryptEach of a provider that does not override them.
+TEST_P(MessageBatchTest, DuplicatesGiveTheSameResultsAndLeaveNoHandle) {
   FaultyProvider provider;
   const auto shared = provider.MakeMessageKey(handle);
   ExpectEqual(*shared, SomeMessages(*key, 40, 30));

@@ -1,5 +1,6 @@
 // Circuits of look-up tables with K inputs over the six inputs of an S-box. The truth table of a
-// signal is one 64-bit number: bit n is its value when the inputs are the bits of n, first on top.
+// signal is one 64-bit number: bit n is its value when the inputs are the bits of n, the first
+// input being the highest bit.
 //
 // A signal may carry a function or its complement: the table that reads it absorbs the difference.
 #pragma once
@@ -33,7 +34,7 @@ struct Wanted {
   return {.ones = target & mask, .zeros = ~target & mask};
 }
 
-// True if the function or its complement is the wanted one.
+// Whether the function or its complement has the wanted values.
 [[nodiscard]] inline bool Serves(Truth truth, const Wanted& wanted) {
   const Truth difference = (truth ^ wanted.ones) & wanted.Care();
   return difference == 0 || difference == wanted.Care();
@@ -45,7 +46,7 @@ using Inputs = std::array<int, K>;
 template <int K>
 struct Gate {
   Inputs<K> inputs{};
-  unsigned table = 0;  // bit r: the value when the inputs are the bits of r, first on top
+  unsigned table = 0;  // bit r: the value when the inputs are the bits of r, first input highest
 };
 
 // The positions where the inputs are the bits of `row`.
@@ -83,7 +84,7 @@ class Circuit {
   [[nodiscard]] const Truth* Truths() const { return truths_.data(); }
   [[nodiscard]] const Gate<K>& GateOf(int signal) const { return gates_[signal]; }
 
-  // The signals of the outputs; -1 for those that are not there yet.
+  // The signals of the outputs; -1 for an output that has no signal yet.
   std::array<int, kOutputs> outputs{-1, -1, -1, -1};
 
   // Returns the new gate's signal.
@@ -100,8 +101,8 @@ class Circuit {
     return {gates_.begin() + signal, gates_.begin() + count_};
   }
 
-  // Makes all readers of `signal` read `other`, or its complement. The gates' order may be wrong
-  // then, until Compact.
+  // Makes all readers of `signal` read `other`, or its complement. A gate may then read a later
+  // one, until Compact is called.
   void Substitute(int signal, int other, bool isComplement) {
     for (int i = kInputs; i < count_; ++i) {
       for (int k = 0; k < K; ++k) {

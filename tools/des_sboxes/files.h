@@ -9,7 +9,7 @@
 
 namespace latchkey::sboxes {
 
-// A circuit of a header: the search that found it. A line of tools/des_sboxes/seeds.txt.
+// The search that found one circuit of a header: a line of tools/des_sboxes/seeds.txt.
 struct Record {
   std::string kind;  // "gates" or "ternary"
   unsigned box;      // from 0

@@ -46,7 +46,7 @@ bool Repeat(const Record& record, bool isCheck) {
   const Found found = Find(record.kind, record.box, record.effort);
   const bool isSame = ReadFunction(record.kind, record.box) == found.text;
   std::cout << record.kind << " S" << record.box + 1 << ": " << found.gates << " gates"
-            << (isSame ? "" : ", not those of the header") << std::endl;
+            << (isSame ? "" : ", different from the header") << std::endl;
   if (!isSame && !isCheck) WriteFunction(record.kind, record.box, found.text);
   return isSame || !isCheck;
 }

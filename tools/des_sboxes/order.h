@@ -15,9 +15,9 @@ namespace latchkey::sboxes {
 
 // The quality of an order, the most important first.
 struct Cost {
-  int excess = 0;  // of live values over those that fit, at most
-  int cycles = 0;  // of a machine that starts up to three gates in each, in this order
-  int live = 0;    // the sum over all gates
+  int excess = 0;  // the most live values at once, less the registers
+  int cycles = 0;  // on a machine that starts up to three gates in a cycle, in this order
+  int live = 0;    // the live values after each gate, summed
 
   auto operator<=>(const Cost&) const = default;
 };
@@ -27,8 +27,8 @@ class Scheduler {
  public:
   Scheduler(const Circuit<K>& circuit, Random& random) : circuit_(circuit), random_(random) {}
 
-  // One attempt. The inputs are live from the start, each gate until its last reader. An output is
-  // used at once.
+  // Makes one attempt. The inputs are live from the start, and each value until its last reader. An
+  // output is used at once, so it does not stay live.
   Cost Run(std::vector<int>& order) {
     Reset();
     Cost cost;

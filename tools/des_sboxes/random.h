@@ -1,5 +1,5 @@
-// A generator of numbers that gives the same ones everywhere (SplitMix64; G. Steele, D. Lea and
-// C. Flood, 2014), unlike the distributions of the standard library.
+// A random number generator that returns the same numbers on every machine (SplitMix64; G. Steele,
+// D. Lea and C. Flood, 2014), unlike the distributions of the standard library.
 #pragma once
 
 #include <cstddef>

@@ -1,8 +1,8 @@
 // Finds a first circuit, after M. Kwan, "Reducing the Gate Count of Bitslice DES" (IACR ePrint
-// 2000/051). An output is sought under a mask of the positions that matter: among the signals that
-// are there, then as a tree of few gates over them, and otherwise as a choice, by one input of the
-// box, between two such searches, each with half of the mask. Signals are shared that way, and
-// deeper searches have fewer positions that matter.
+// 2000/051). An output is sought under a mask of the positions that matter: among the existing
+// signals, then as a tree of a few gates over them, and otherwise as a choice, by one input of the
+// box, between the results of two such searches, each with half of the mask. This way signals are
+// shared, and deeper searches have fewer positions that matter.
 #pragma once
 
 #include <algorithm>
@@ -124,8 +124,8 @@ class Recursion {
     return AddGate({input, one, other}, WantedUnder(target, mask));
   }
 
-  // The signal of the first half, with a change added in the second one. If the target is constant
-  // in the first half, one gate is enough.
+  // Finds a signal for the first half, and adds the change that it needs in the second half. If the
+  // target is constant in the first half, one gate is enough.
   int AddTwoGates(Truth target, Truth mask, Truth first, int limit, unsigned used, int input) {
     const Wanted wanted = WantedUnder(target, mask);
     if ((wanted.ones & first) == 0 || (wanted.zeros & first) == 0) {

@@ -12,7 +12,7 @@
 
 namespace latchkey::sboxes {
 
-// How much to search. The same effort finds the same circuit, anywhere.
+// How much to search. The same effort finds the same circuit on every machine.
 struct Effort {
   std::uint64_t seed;
   int circuits;  // improved side by side
@@ -34,7 +34,8 @@ Circuit<K> MakeStart(const Targets& targets, Random& random) {
   return best;
 }
 
-// Walks from a circuit, within two gates of the smallest so far. Returns the last of the smallest.
+// Takes random steps from a circuit, at most two gates above the smallest so far. Returns the last
+// of the smallest circuits.
 template <int K>
 Circuit<K> Improve(const Circuit<K>& start, int steps, Random& random) {
   constexpr int kMostAbove = 2;

@@ -15,7 +15,7 @@ class Supports {
   static constexpr int kMaxSignals = 64;
   static constexpr int kMaxSize = 8;
 
-  // `truths` are those of the `count` candidates.
+  // `truths` has the truth tables of the `count` candidates.
   Supports(const Truth* truths, int count, Random& random);
 
   // Calls accept(indexes, size) for sets of up to `size` candidates, in random order, until it
@@ -37,10 +37,11 @@ class Supports {
     return columns_[std::countr_zero(one)] ^ columns_[std::countr_zero(zero)];
   }
 
-  // The candidates of `allowed` that alone keep the cells' ones and zeros apart.
+  // The candidates of `allowed` each of which alone separates the ones and zeros of every cell.
   [[nodiscard]] Set Separating(const Wanted* cells, int count, Set allowed) const;
 
-  // The smallest set of candidates of which one is needed, because no others differ in some pair.
+  // The smallest set of candidates of which one is needed, because only these differ in some pair
+  // of a one and a zero. Empty if no candidate differs in a pair.
   [[nodiscard]] Set SmallestChoice(const Wanted* cells, int count, Set allowed) const;
 
   // The parts of the cells that still contain ones and zeros when candidate `index` is known.

@@ -17,8 +17,8 @@ std::string NameOf(int signal) {
   return name += std::to_string(signal - kInputs + 1);
 }
 
-// The same gate for inputs of which some are complements, as the bits of `complements` say, the
-// first on top.
+// The table of the same gate when some of its inputs are complements: those whose bit is set in
+// `complements`, the first input being the highest bit.
 template <int K>
 unsigned WithComplements(unsigned table, unsigned complements) {
   unsigned result = 0;
@@ -28,7 +28,7 @@ unsigned WithComplements(unsigned table, unsigned complements) {
   return result;
 }
 
-// Makes signals the complements that `choose(signal)` names, given its truth.
+// Complements each gate for which choose(signal, truth) returns true.
 template <int K, class Choose>
 Circuit<K> WithPolarity(const Circuit<K>& circuit, Choose&& choose) {
   Circuit<K> result;
@@ -47,13 +47,13 @@ Circuit<K> WithPolarity(const Circuit<K>& circuit, Choose&& choose) {
   return result;
 }
 
-// All signals zero if all inputs are: of the gates with two inputs, and, or, exclusive or and
-// and-not are those that keep that.
+// Makes every signal zero when all inputs are zero. The gates of two inputs with this property are
+// and, or, exclusive or and and-not.
 Circuit<2> Prepared(const Circuit<2>& circuit, const Targets& /*targets*/) {
   return WithPolarity(circuit, [](int, Truth truth) { return (truth & 1) != 0; });
 }
 
-// The outputs themselves, no complements.
+// Makes every output the box's own, never its complement.
 Circuit<3> Prepared(const Circuit<3>& circuit, const Targets& targets) {
   return WithPolarity(circuit, [&](int signal, Truth truth) {
     for (int i = 0; i < kOutputs; ++i) {

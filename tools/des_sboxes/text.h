@@ -8,7 +8,8 @@
 namespace latchkey::sboxes {
 
 // The two functions of one S-box. Throws std::runtime_error if the circuit does not compute it.
-// Without a complement as a gate, outputs may be complements of the box's, as Complements says.
+// Since no gate of two inputs inverts, its outputs may be complements of the box's; Complements
+// says which.
 [[nodiscard]] std::string FunctionText(unsigned box, const Circuit<2>& circuit);
 [[nodiscard]] std::string FunctionText(unsigned box, const Circuit<3>& circuit);
 

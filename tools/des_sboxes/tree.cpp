@@ -5,8 +5,8 @@
 namespace latchkey::sboxes {
 namespace {
 
-// Colors the rows one or zero. Each combination's two sets must have different colors: known rows
-// decide that of the combinations that contain them.
+// Colors each row one or zero. The two sets of a combination must have different colors, so a
+// colored row decides the colors of every combination that contains it.
 class Coloring {
  public:
   [[nodiscard]] bool IsConsistent() const { return (ones_ & zeros_) == 0; }

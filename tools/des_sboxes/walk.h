@@ -1,10 +1,10 @@
 // Improves a circuit by random steps, each of which replaces one gate: resubstitution with don't-
 // cares (A. Mishchenko and others, "Scalable Don't-Care-Based Logic Optimization and Resynthesis",
 // 2009). A gate matters only in the positions where an output changes with it. There, other signals
-// may serve in its place, or a tree of gates over them; the gates that only it needed then go.
+// may serve in its place, or a tree of gates over them; the gates that only it needed are removed.
 //
-// Steps that keep the count are taken as well, and a few that add a gate: they lead to circuits in
-// which the next gate can go.
+// Steps that keep the count are taken as well, and a few that add a gate: they lead to circuits
+// from which another gate can be removed.
 #pragma once
 
 #include <algorithm>
@@ -22,7 +22,7 @@ class Walk {
  public:
   Walk(Circuit<K>& circuit, Random& random) : circuit_(circuit), random_(random) {}
 
-  // One step. `mayGrow` permits a gate more.
+  // Takes one step. `mayGrow` permits one more gate.
   void Step(bool mayGrow) {
     const int signal = kInputs + random_.Below(circuit_.GateCount());
     const Wanted wanted = WantedUnder(circuit_.Truths()[signal], CareOf(signal));
@@ -87,7 +87,7 @@ class Walk {
     return false;
   }
 
-  // Marks the gates that only this one needs, and counts it and them.
+  // Marks the gates that only this one needs. Counts them, and this one.
   void MarkFreed(int signal) {
     std::array<int, kCapacity> readers{};
     for (int i = kInputs; i < circuit_.SignalCount(); ++i) {
@@ -126,7 +126,7 @@ class Walk {
     return present == other;
   }
 
-  // Replaces the gate by a tree of up to `gates`: of those found, one of those that save the most.
+  // Replaces the gate by a tree of up to `gates` gates: one of the found trees that save the most.
   void Replace(int signal, const Wanted& wanted, int gates, int extra) {
     std::array<Truth, Supports::kMaxSignals> truths;
     for (int i = 0; i < candidateCount_; ++i) truths[i] = circuit_.Truths()[candidates_[i]];

@@ -173,7 +173,8 @@ class Bitslice {
 
   template <unsigned box, Half to>
   [[gnu::always_inline]] void RunBox(const KeyMask* key) noexcept {
-    // Without this, the compiler keeps words for later boxes in registers, and then on the stack.
+    // Without this, the compiler keeps words for later boxes in registers, and spills them to the
+    // stack.
     asm volatile("" ::: "memory");
     constexpr Half kFrom = to == Left ? Right : Left;
     const auto input = [&]<unsigned bit>() __attribute__((always_inline)) {

@@ -2,8 +2,8 @@
 // tools/make_des_sboxes; tools/des_sboxes/ has the method, and the seeds of these circuits.
 //
 // Sbox adds, by exclusive or, the four output bits of the box to those of `to`, first to last. The
-// inputs a to f are its six input bits. Complements has a bit for each output, the first on top: if
-// it is set, the circuit computes the complement of the output.
+// inputs a to f are its six input bits. Complements has a bit for each output, the highest one for
+// the first: if it is set, the circuit computes the complement of the output.
 #pragma once
 
 #include <type_traits>

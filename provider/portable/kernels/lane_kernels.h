@@ -19,8 +19,8 @@ struct Rc2Key {
 // Gives a kernel its blocks. Not a class with virtual functions, whose code would also be in files
 // that are compiled for one kind of CPU.
 struct BlockSource {
-  // Takes the encrypted blocks of the call before, at the same address, and returns the next ones,
-  // the kernel's number of lanes; null at the end.
+  // Takes the blocks that the previous call returned, encrypted in place, and returns the address
+  // of the next blocks, one for each lane of the kernel; null at the end.
   std::uint8_t* (*next)(void* context) noexcept;
   void* context;
 };

@@ -20,7 +20,7 @@
 
 namespace latchkey::provider {
 
-// What the vectors of this size have in common.
+// The types and operations that vectors of this size share on every kind of CPU.
 template <int kBytes>
 struct Rc2Vectors {
   using Word [[gnu::vector_size(kBytes)]] = std::uint64_t;
@@ -98,7 +98,7 @@ class Rc2Lanes {
     std::swap(rows[1], rows[2]);
   }
 
-  // What a step adds to word i, besides the key.
+  // The value that a step adds to word i, besides the key.
   template <unsigned i>
   [[gnu::always_inline]] static Lanes ChosenFor(const State& state, std::size_t g) noexcept {
     return Vector::Choose(state.r[(i + 3) % 4][g], state.r[(i + 2) % 4][g],

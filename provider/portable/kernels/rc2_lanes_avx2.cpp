@@ -24,8 +24,8 @@ struct Vector : Rc2Vectors<32> {
       }
     }
 
-    // The key words that the low six bits of each lane choose. A shuffle gives 0 for a byte whose
-    // top bit is set: here, for each index of another part.
+    // The key words that the low six bits of each lane choose. A shuffle returns 0 for an index
+    // whose top bit is set, as it is here for an index of another part.
     void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
       const auto index = reinterpret_cast<Bytes>((indexes[0] & 63) | (indexes[1] & 63) << 8);
       Bytes low{};

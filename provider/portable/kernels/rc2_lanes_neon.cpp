@@ -16,9 +16,9 @@ struct Vector : Rc2Vectors<16> {
       std::memcpy(&high_, words + 32, sizeof high_);
     }
 
-    // The key words that the low six bits of each lane choose. `bytes` has the index of both bytes
-    // of each word. The first look-up gives 0 for an index above 63; the second one keeps its
-    // result for an index below 64, which the subtraction makes too large.
+    // The key words that the low six bits of each lane choose. `bytes` has the indexes of both
+    // bytes of each word. The first look-up returns 0 for an index above 63. The second one keeps
+    // the first's result for an index below 64, which the subtraction makes too large.
     void WordsAt(const Lanes (&indexes)[kGroups], Lanes (&words)[kGroups]) const noexcept {
       for (std::size_t g = 0; g < kGroups; ++g) {
         const auto bytes = reinterpret_cast<uint8x16_t>((indexes[g] & 63) * 0x0202 + 0x0100);

@@ -1,5 +1,5 @@
 // The last step of a message also writes over the start of the next result, which is written later.
-// This needs no branch for the rest of a message, which is different for each length.
+// So the loop needs no branch for the rest of a message, which depends on its length.
 #include "provider/portable/kernels/stream_messages.h"
 
 #include <cstring>

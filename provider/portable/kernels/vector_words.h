@@ -13,7 +13,7 @@
 
 namespace latchkey::provider::kernels {
 
-// The word with the bytes of each lane in the other order, on machines whose order is big-endian.
+// The word with the bytes of each lane reversed on a big-endian machine; unchanged on others.
 template <class Word>
 [[gnu::always_inline]] inline Word LowByteFirst(const Word& word) noexcept {
   if constexpr (std::endian::native == std::endian::little) return word;
@@ -77,7 +77,8 @@ template <unsigned distance, class Word>
   lower ^= changed << distance;
 }
 
-// The units of the first halves (or of the second ones) of each 128-bit part of two words, in turn.
+// Takes units alternately from two words: from the first half of each 128-bit part, or from the
+// second half if isSecond.
 template <class Unit, bool isSecond, class Word>
 [[gnu::always_inline]] inline Word Interleave(const Word& even, const Word& odd) noexcept {
   using Units = typename Divided<Word, Unit>::Type;

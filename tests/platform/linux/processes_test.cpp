@@ -101,8 +101,8 @@ TEST(RecentProcessesTest, AreReadAgainInTheNextMillisecond) {
   EXPECT_EQ(ProcessesAt(processes, 9).count(::getpid()), 1U);
 }
 
-// In a visit, as on another thread.
-TEST(RecentProcessesTest, AVisitDuringAnotherReadsThemItself) {
+// A visit within a visit, which behaves like one on another thread.
+TEST(RecentProcessesTest, AVisitDuringAnotherWalksOverProcItself) {
   platform::RecentProcesses processes;
   EXPECT_EQ(ProcessesAt(processes, 7).count(::getpid()), 1U);
   WithChild([&](pid_t child) {

@@ -47,7 +47,8 @@ class MessageLanesTest : public ::testing::TestWithParam<CpuLevel> {
     }
   }
 
-  // From none to several times the lanes, of one to about `most` blocks, and now and then of many.
+  // The lengths of up to three times as many messages as lanes: most of them of 1 to 6 blocks,
+  // about one in a hundred of up to 60.
   std::vector<std::uint32_t> RandomLengths(std::size_t lanes) {
     const std::size_t most = 1 + random.Below(6);
     std::vector<std::uint32_t> lengths(random.Below(3 * lanes + 2));
@@ -80,7 +81,7 @@ TEST_P(MessageLanesTest, Rc2EncryptionEqualsTheReference) {
   ExpectReference(kAlgorithmRc2, KernelsOf(GetParam()).rc2, &Rc2KeyOf, &rc2::EncryptCbc);
 }
 
-// Without this, all messages might be left to Complete.
+// The tests above would pass even if Complete encrypted all messages.
 TEST_P(MessageLanesTest, TheKernelEncryptsMessagesOfOneLength) {
   std::vector<std::uint32_t> lengths(2 * kMostLanes, 24);
   Bytes data(lengths.size() * 24, 0x5A);

@@ -1,4 +1,4 @@
-// Keys of the kernels from the bytes of a key.
+// Makes the kernels' keys from the bytes of a key.
 #pragma once
 
 #include <nettle/arctwo.h>

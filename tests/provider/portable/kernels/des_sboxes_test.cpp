@@ -66,8 +66,8 @@ TEST(KernelDesSboxesTest, TheCircuitsOfLookUpTablesGiveTheTables) {
   ExpectTables<TernaryCircuits<PlainLogic>>();
 }
 
-// Each row of each box is a permutation of 0 to 15. Known answers of DES test the order of values.
-TEST(KernelDesSboxesTest, TheTablesHavePermutations) {
+// A permutation of 0 to 15. The known answers of DES test the order of the values.
+TEST(KernelDesSboxesTest, EachRowOfATableIsAPermutation) {
   for (const auto& box : kSboxes) {
     for (unsigned row = 0; row < 4; ++row) {
       unsigned seen = 0;

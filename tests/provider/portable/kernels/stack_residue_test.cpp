@@ -153,7 +153,7 @@ TEST_P(KernelBulkResidueTest, BulkDecryptionLeavesNoSecrets) {
   }
 }
 
-// Gives the data as plaintext in two calls.
+// Returns the data as plaintext in each of the first two calls.
 BlockSource PlaintextSource(int& calls) {
   return {[](void* context) noexcept {
             return ++*static_cast<int*>(context) <= 2 ? work.data.data() : nullptr;
