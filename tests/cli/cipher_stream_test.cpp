@@ -86,9 +86,10 @@ class CipherStreamTest : public testing::Test {
 TEST_F(CipherStreamTest, PiecesOnAnyNumberOfThreadsGiveTheSameBytesAsOneCall) {
   std::set<std::size_t> lengths{0, 1, 7, 8, 9};
   for (std::size_t border = kPiece; border <= 5 * kPiece; border += kPiece) {
-    for (std::size_t length = border - 9; length <= border + 9; ++length) lengths.insert(length);
+    lengths.insert({border - 9, border - 8, border - 7, border - 1, border, border + 1, border + 7,
+                    border + 8, border + 9});
   }
-  for (int i = 0; i < 20; ++i) lengths.insert(random() % (100 * kPiece));
+  for (int i = 0; i < 8; ++i) lengths.insert(random() % (100 * kPiece));
   for (const std::size_t length : lengths) {
     const Bytes plain = Random(length);
     for (std::int16_t cipher = 1; cipher <= 5; ++cipher) {

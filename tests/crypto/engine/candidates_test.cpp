@@ -123,7 +123,7 @@ TEST(CandidatesTest, EqualSamplesCountOnce) {
   Bytes ciphertext = Encrypted({1, 4, ProviderChoice::Enhanced}, "Yes");
   std::vector<CiphertextSample> samples(1000, CiphertextSample::Of(ciphertext));
   const std::span<const CiphertextSample> all(samples);
-  for (int password = 0; password < 300; ++password) {
+  for (int password = 0; password < 100; ++password) {
     const Bytes bytes = BytesOf("wrong" + std::to_string(password));
     const Candidates one = FindCandidates(all.first(1), bytes);
     const Candidates many = FindCandidates(all, bytes);
