@@ -3,8 +3,10 @@ import hashlib
 import os
 import pathlib
 import select
+import signal
 import stat
 import subprocess
+import time
 
 from command import CIPHERS, PROGRAM, CommandTest, system_call, wait_for_read
 from password_test import Terminal
@@ -289,6 +291,21 @@ class ProgressTest(CommandTest):
         self.assertNotIn(b"B/s", self.shown_by("encrypt", 40, *rc4, "--quiet"))
         lines = (b"some text\n" * (1 << 17))[:1 << 20]
         self.assertIn(b"B/s", self.shown_by("records", 10_000, "encrypt", "--format", "lines", *rc4, piece=lines))
+
+    def test_progress_of_many_files_appears_after_a_second(self):
+        for name in ("a", "b"):
+            with open(self.folder / name, "wb") as file:
+                file.truncate(32 << 20)  # a second of work under 3DES
+        terminal = Terminal(self, "encrypt", "--hash", "md5", "--cipher", "3des", "--no-password", "--suffix", ".out",
+                            "a", "b")
+        while len(self.names()) == 2:
+            os.sched_yield()
+        os.kill(terminal.pid, signal.SIGSTOP)
+        time.sleep(1)  # of the command's time
+        os.kill(terminal.pid, signal.SIGCONT)
+        self.assertEqual(terminal.wait(), 0)
+        self.assertIn(b"B/s", terminal.seen)
+        self.assertRegex(terminal.seen, rb"\r +\r2 files encrypted")
 
 
 class PiecesTest(CommandTest):
