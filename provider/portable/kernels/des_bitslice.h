@@ -124,9 +124,12 @@ class Bitslice {
     for (unsigned i = 0; i < 8; i += 2) kernels::ExchangeParts<1>(rows[i], rows[i + 1]);
   }
 
-  // The number (j) of the byte whose bits are in row n (j0 j2 j1) after TransposeIn's first part.
+  // The number (b2 b1 b0) whose bits are those of row n (b0 b2 b1) after three or four steps.
+  static constexpr std::size_t NumberIn(std::size_t n) { return n % 4 * 2 + n / 4; }
+
+  // The number (j) of the byte that is in row n after TransposeIn's first part.
   static constexpr std::size_t ByteOf(std::size_t n) {
-    return kernels::PlaceInLane<8>(n % 4 * 2 + n / 4);
+    return kernels::PlaceInLane<8>(NumberIn(n));
   }
 
   // Row n of the data is a word of consecutive blocks. Word n gets bit n of each block. Which place
@@ -160,7 +163,7 @@ class Bitslice {
       TurnRows<2>(rows);
       TurnRows<1>(rows);
       TurnRows<4>(rows);
-      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * ByteOf(k) + i) ^ 1] = rows[k];
+      for (std::size_t k = 0; k < 8; ++k) bits_[(8 * NumberIn(k) + i) ^ 1] = rows[k];
     }
     for (std::size_t i = 64; i > 0;) {
       i -= 8;
