@@ -24,6 +24,13 @@ Bytes Encrypted(const KeySettings& settings, std::string_view text) {
   return message;
 }
 
+std::vector<CiphertextSample> SamplesOf(const std::vector<Bytes>& ciphertexts) {
+  std::vector<CiphertextSample> samples;
+  samples.reserve(ciphertexts.size());
+  for (const Bytes& ciphertext : ciphertexts) samples.push_back(CiphertextSample::Of(ciphertext));
+  return samples;
+}
+
 TEST(CandidatesTest, TheRightSettingsComeFirstForEveryHashAndCipher) {
   for (std::int32_t hash = 1; hash <= 4; ++hash) {
     for (std::int32_t cipher = 1; cipher <= 5; ++cipher) {
@@ -141,8 +148,7 @@ TEST(CandidatesTest, ManyShortSamplesUnderRc4AreNoMoreThanTheirLength) {
   for (char letter = 'a'; letter <= 'z'; ++letter) {
     ciphertexts.push_back(Encrypted({1, 1, ProviderChoice::Enhanced}, std::string(1, letter)));
   }
-  std::vector<CiphertextSample> samples;
-  for (const Bytes& ciphertext : ciphertexts) samples.push_back(CiphertextSample::Of(ciphertext));
+  const std::vector<CiphertextSample> samples = SamplesOf(ciphertexts);
   for (int password = 0; password < 300; ++password) {
     const Candidates found = FindCandidates(samples, BytesOf("wrong" + std::to_string(password)));
     EXPECT_FALSE(found.IsCertain());
@@ -155,8 +161,7 @@ TEST(CandidatesTest, ShortSamplesUnderRc4AddUp) {
   for (const char* const text : {"Anna", "Bob", "Charles", "Emily", "Frances", "George", "Henry"}) {
     ciphertexts.push_back(Encrypted(settings, text));
   }
-  std::vector<CiphertextSample> samples;
-  for (const Bytes& ciphertext : ciphertexts) samples.push_back(CiphertextSample::Of(ciphertext));
+  const std::vector<CiphertextSample> samples = SamplesOf(ciphertexts);
   const Candidates found = FindCandidates(samples, BytesOf("pw"));
   ASSERT_FALSE(found.fitting.empty());
   EXPECT_EQ(found.fitting.front().settings.front(), settings);
