@@ -2,6 +2,7 @@
 
 The program that imports this is given BUILD_FOLDER ARCH.
 """
+import os
 import pathlib
 import re
 import shutil
@@ -83,7 +84,9 @@ SectionEnd
 
 def installed_files():
     """Every file and folder except an uninstaller's running copy of itself, which the next start removes."""
-    return {path for path in drive.rglob("*") if "~nsu" not in str(path)}
+    # Unlike rglob, walk accepts that a folder is removed meanwhile.
+    paths = (pathlib.Path(folder, name) for folder, folders, files in os.walk(drive) for name in (*folders, *files))
+    return {path for path in paths if "~nsu" not in str(path)}
 
 
 def plain(text):
