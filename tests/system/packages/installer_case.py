@@ -98,7 +98,9 @@ def registry(key):
     """Every key from this one on -> name -> value, as text."""
     with tempfile.TemporaryDirectory(dir=build) as folder:
         file = pathlib.Path(folder) / "export.reg"
-        run("regedit", "/E", file.relative_to(build), key)
+        status, output = run("regedit", "/E", file.relative_to(build), key)
+        if not file.exists() and "Unable to open" not in output:  # the message about a key that does not exist
+            raise OSError(f"cannot export {key}: status {status}, {output!r}")
         text = file.read_text("utf-16") if file.exists() else ""
     keys = {}
     for line in re.sub(r"\\\n\s*", "", text).splitlines()[1:]:
