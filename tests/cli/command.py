@@ -37,6 +37,11 @@ SETTINGS = [("base", hash_, cipher) for hash_ in HASHES for cipher in BASE_CIPHE
 ENDING_SIGNALS = sorted(signal.valid_signals() - {
     signal.SIGCHLD, signal.SIGCONT, signal.SIGKILL, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU,
     signal.SIGURG, signal.SIGWINCH})
+if IS_EMULATED:
+    # A program that is in a system call ends with SIGSEGV when another process sends it one of the first two, with
+    # QEMU 7.2, which also gives real-time signals other numbers.
+    ENDING_SIGNALS = [number for number in ENDING_SIGNALS
+                      if number not in (signal.SIGILL, signal.SIGFPE) and number < signal.SIGRTMIN]
 
 # The command would also ignore signals that the shell or nohup ignores. Python restores its own two itself.
 for number in set(ENDING_SIGNALS) - {signal.SIGPIPE, signal.SIGXFSZ}:

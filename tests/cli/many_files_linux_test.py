@@ -165,7 +165,8 @@ class SyncTest(ManyFilesTest):
     def test_a_failed_flush_falls_back_to_each_file(self):
         self.make({f"in/{i}": b"text %d" % i for i in range(20)})
         # On one processor there is one thread, and strace counts the calls of each.
-        injected = ["taskset", "--cpu-list", str(min(os.sched_getaffinity(0))), "strace", "-f", "-qq", "-o", "/dev/null", "-e", "inject=syncfs:error=EIO", *PROGRAM]
+        injected = ["taskset", "--cpu-list", str(min(os.sched_getaffinity(0))), "strace", "-f", "-qq", "-o", "/dev/null",
+                    "-e", "inject=syncfs:error=EIO", *PROGRAM]
         self.run_well("encrypt", *KEY, "-r", "--output-dir", "out", "in", program=injected)
         self.assertEqual(len(self.files("out")), 20)
         injected[8:8] = ["-e", "inject=fsync:error=ENOSPC:when=3"]
