@@ -1,6 +1,10 @@
 // Random data, salts and conversions must wipe their secrets before they free memory.
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <span>
+
+#include "crypto/crypto_state.h"
 #include "tests/support/freed_memory.h"
 #include "tests/support/random_service.h"
 
@@ -23,7 +27,7 @@ class NoRandomDataLeftTest : public RandomService {
     return blocks;
   }
 
-  const Bytes secret = BytesOf("a secret of more than sixteen letters");
+  Bytes secret = BytesOf("a secret of more than sixteen letters");
   const std::int32_t length = static_cast<std::int32_t>(secret.size());
   const Text text{secret.begin(), secret.end()};
 };
@@ -38,6 +42,24 @@ TEST_F(NoRandomDataLeftTest, RandomDataIsWiped) {
 TEST_F(NoRandomDataLeftTest, ASaltOfRandomCharactersIsWiped) {
   provider.SetRandomBytes(secret);
   EXPECT_EQ(BlocksLeftBy([this] { return api.CreateSaltValue(length); }), 0U);
+}
+
+// With the same state and readings, a salt has the same letters as a random password.
+TEST_F(NoRandomDataLeftTest, TheLettersOfARandomPasswordAreWiped) {
+  scope.Services().fillRandom = [](std::span<std::uint8_t>) noexcept { return true; };
+  ThisThreadCrypto().generatorState = {1, 2};
+  const Text letters = api.CreateSaltValue(20, true);
+  secret.assign(letters.begin(), letters.end());
+  api.UseDefaultPWD(false);
+  const auto hash = [this] {
+    ThisThreadCrypto().generatorState = {1, 2};
+    SetSeed();
+    return api.CreateHash(u"", 1, true, true);
+  };
+  static_cast<void>(hash());
+  ASSERT_EQ(journal.Named({"CryptHashData"}).back().arguments.at(1), Call::Argument(secret));
+  provider.LeaveDataOut();
+  EXPECT_EQ(BlocksLeftBy(hash), 0U);
 }
 
 TEST_F(NoRandomDataLeftTest, ConversionsAreWiped) {
