@@ -1,5 +1,5 @@
 """The tables of docs/performance.md about many files, Python and databases."""
-from verdicts import is_below, shortfall, verdict
+from verdicts import is_at_most, shortfall, verdict
 
 TIMES_CP = 5
 PYTHON_MICROSECONDS = 0.4  # above the C function
@@ -14,7 +14,7 @@ def files_table(found):
         if not way.endswith("--sync end"):
             yield f"{label} | | |"
             continue
-        met = is_below(taken["ratio"], TIMES_CP, taken["spread"])
+        met = is_at_most(taken["ratio"], TIMES_CP, taken["spread"])
         yield f"{label} | {TIMES_CP} | {verdict(met)} |"
         if not met:
             missed.append(f"{way}: `cp` with one flush of its copies takes {found['ways']['cp + sync']['ratio']:.2f} "

@@ -1,6 +1,6 @@
 """The tables of docs/performance.md about records: batches next to OpenSSL, and rows of `latchkey records`."""
 from processor import processor_time
-from verdicts import is_met, shortfall, verdict
+from verdicts import is_at_least, shortfall, verdict
 
 BATCH_GOALS = {"avx512": 8, "avx2": 5}  # times as fast as OpenSSL, by level: block ciphers
 RC4_GOAL = 20
@@ -22,7 +22,7 @@ def batch_table(reports):
         for row in report["rows"]:
             label, ratio, spread = f"{row['cipher'].upper()} {row['direction']}", row["ratio"], row["spread"]
             goal = goal_of(row, level)
-            met = goal is None or is_met(ratio, goal, spread)
+            met = goal is None or is_at_least(ratio, goal, spread)
             if not met:
                 missed.append(f"{label}, {level}: {ratio:.2f} ±{spread:.0%} of {goal}, {row['batch']:.0f} ns for a record")
             yield (f"| {label} | {level} | {row['openssl']:.0f} | {row['call']:.0f} | {row['batch']:.1f} | "
@@ -42,7 +42,7 @@ def row_table(found):
     for way, taken in found["ways"].items():
         rate, spread = found["rows"] / taken["seconds"], taken["spread"]
         goal = ROWS_GOAL if way == "decrypt csv" else None
-        met = goal is None or is_met(rate, goal, spread)
+        met = goal is None or is_at_least(rate, goal, spread)
         if not met:
             missed.append(f"{way}: {rate:,.0f} ±{spread:.0%} rows a second of {goal:,}; {processor_time(taken):.2f} s of "
                           f"processor time on {found['processors']} processors")

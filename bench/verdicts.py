@@ -11,12 +11,12 @@ def verdict(met):
     return "yes" if met else "no"
 
 
-def is_below(median, goal, spread):
+def is_at_most(median, goal, spread):
     """Whether the median less the run's spread is within a goal that is a maximum."""
     return median - spread * median <= goal
 
 
-def is_met(median, goal, spread):
+def is_at_least(median, goal, spread):
     """Whether the median plus the run's spread, a fraction of the median, reaches the goal."""
     return median >= goal - spread * median
 

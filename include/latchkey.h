@@ -239,8 +239,8 @@ typedef struct latchkey_results {
  * The room that is needed is the sum of the ciphertexts' lengths: when decrypting, of the records;
  * when encrypting, at most 8 bytes more for each record. If the room is smaller, the call fails
  * with LATCHKEY_BUFFER_TOO_SMALL, data_length becomes that sum, and nothing else is written. If the
- * sum is 2 GiB or more, offset_size must be 8 (LATCHKEY_BAD_ARGUMENT). After any other failure the
- * values of `results` are undefined. */
+ * sum is 2 GiB or more, offset_size must be 8 (LATCHKEY_BAD_ARGUMENT). After any other failure
+ * `data` contains no part of a result, and the other values of `results` are undefined. */
 LATCHKEY_C_API int32_t latchkey_encrypt_records(const latchkey_key* key,
                                                 const latchkey_records* records, uint32_t threads,
                                                 latchkey_results* results,
