@@ -23,6 +23,7 @@ SHORTCUTS = {"Latchkey documents": r"doc\index.html", "Latchkey samples": r"doc\
              "Uninstall Latchkey": "uninstall.exe"}
 ENVIRONMENT = (r"HKEY_CURRENT_USER\Environment",
                r"HKEY_LOCAL_MACHINE\System\CurrentControlSet\Control\Session Manager\Environment")
+FOLDERS = ("Copy", "Documents", "First", "Our", "Our tools", "Second", "Shared", "Tools")  # of tests, on the drive
 MAIN_CLASS = "{3D47BC99-A2AC-4DA2-B56E-B751FC9219E1}"
 
 build, arch = pathlib.Path(sys.argv[1]), sys.argv[2]
@@ -180,12 +181,18 @@ class InstallerCase(unittest.TestCase):
 
     @classmethod
     def remove_leftovers(cls):
-        """Removes the installation of a failed or stopped test."""
+        """Removes the installation of a failed or stopped test, and what each test has put into folders."""
         for scope in HIVES:
             if values := cls.listed(scope):
                 run(values["UninstallString"].strip('"'), "/S")
-                wait_until(lambda: not host_path(values["InstallLocation"]).exists())
+                wait_until(lambda: not (host_path(values["InstallLocation"]) / "uninstall.exe").exists())
                 run("reg", "delete", HIVES[scope] + "\\" + UNINSTALL, "/f")
+            menu = start_menu(scope) / "Latchkey"
+            if menu.is_file():
+                menu.unlink()
+            shutil.rmtree(menu, ignore_errors=True)
+        for folder in FOLDERS:
+            shutil.rmtree(drive / folder, ignore_errors=True)
 
     def install(self, *options, folder=INSTALLERS):
         status, _ = run(setup_of(folder), "/S", *options)

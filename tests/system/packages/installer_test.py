@@ -68,13 +68,11 @@ class InstallerTest(installer_case.InstallerCase):
         self.expect_nothing_left()
 
     def test_a_folder_of_the_users_choice_is_kept_with_what_others_have_put_there(self):
-        self.addCleanup(shutil.rmtree, drive / "Our tools", ignore_errors=True)
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Our", r"tools\Latchkey"), 0)  # without quotation marks
         self.assertEqual(self.install("/CurrentUser"), 0)
         self.assertEqual(self.expect_installed("/CurrentUser"), r"C:\Our tools\Latchkey")
         folder = drive / "Our tools" / "Latchkey"
         menu = installer_case.start_menu("/CurrentUser") / "Latchkey"
-        self.addCleanup(shutil.rmtree, menu, ignore_errors=True)
         notes = {folder / "notes.txt", folder / "doc" / "examples" / "c" / "notes.txt", menu / "notes.txt"}
         for file in notes:
             file.write_text("not the setup's")
@@ -85,7 +83,6 @@ class InstallerTest(installer_case.InstallerCase):
 
     def test_documents_of_another_version_are_replaced(self):
         other = installer_case.make_setups("other", {name: (INSTALLERS / arch / name).read_bytes() for name in PRODUCTS})
-        self.addCleanup(shutil.rmtree, drive / "Documents", ignore_errors=True)
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Documents", folder=other), 0)
         self.assertTrue((drive / "Documents" / "doc" / "examples" / "another" / "sample.txt").exists())
         self.assertEqual(self.install("/CurrentUser"), 0)
@@ -103,8 +100,6 @@ class InstallerTest(installer_case.InstallerCase):
         self.expect_nothing_left()
 
     def test_a_second_folder_is_refused_while_there_is_the_first(self):
-        self.addCleanup(shutil.rmtree, drive / "First", ignore_errors=True)
-        self.addCleanup(shutil.rmtree, drive / "Second", ignore_errors=True)
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\First"), 0)
         first = state()
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Second"), 2)
@@ -117,7 +112,6 @@ class InstallerTest(installer_case.InstallerCase):
         self.expect_nothing_left()
 
     def test_a_folder_is_refused_that_holds_the_installation_of_the_other_mode(self):
-        self.addCleanup(shutil.rmtree, drive / "Shared", ignore_errors=True)
         modes = list(HIVES)
         for first, second in (modes, modes[::-1]):
             self.assertEqual(self.install(first, r"/D=C:\Shared"), 0)
@@ -128,7 +122,6 @@ class InstallerTest(installer_case.InstallerCase):
             self.expect_nothing_left()
 
     def test_an_uninstaller_in_a_folder_that_is_not_listed_removes_nothing(self):
-        self.addCleanup(shutil.rmtree, drive / "Copy", ignore_errors=True)
         self.assertEqual(self.install("/AllUsers"), 0)
         shutil.copytree(drive / "Program Files" / "Latchkey", drive / "Copy")
         before = state()
@@ -136,7 +129,6 @@ class InstallerTest(installer_case.InstallerCase):
         self.expect_state(before)
 
     def test_an_installation_is_known_by_the_short_name_of_its_folder(self):
-        self.addCleanup(shutil.rmtree, drive / "Our tools", ignore_errors=True)
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Our", r"tools\Latchkey"), 0)
         _, name = run("winepath", "-s", r"C:\Our tools\Latchkey")
         self.assertNotIn("tools", name)
@@ -182,10 +174,9 @@ class FailedInstallationTest(installer_case.InstallerCase):
         super().setUpClass()
         cls.broken = installer_case.make_setups("broken", {name: b"no program" for name in PRODUCTS})
 
-    def make_folder(self, name):
-        """A folder of the drive that is removed after the test."""
+    @staticmethod
+    def make_folder(name):
         folder = drive / name
-        self.addCleanup(shutil.rmtree, drive / pathlib.Path(name).parts[0])
         folder.mkdir(parents=True)
         return folder
 
@@ -213,7 +204,6 @@ class FailedInstallationTest(installer_case.InstallerCase):
     def test_a_start_menu_that_cannot_be_written(self):
         for scope in HIVES:
             menu = installer_case.start_menu(scope) / "Latchkey"
-            self.addCleanup(menu.unlink)
             menu.write_text("not the setup's")
             self.expect_failure(scope)
 
