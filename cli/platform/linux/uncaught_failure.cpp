@@ -20,14 +20,15 @@ namespace {
 [[noreturn]] void EndWithoutMemory() { EndProcess(kOutOfMemory); }
 
 [[noreturn]] void EndUncaught() {
-  const char* text = "failed and cannot continue";
+  // Without a current exception, there was no memory for one.
+  if (!std::current_exception()) EndWithoutMemory();
   try {
-    if (std::current_exception()) throw;
+    throw;
   } catch (const std::bad_alloc&) {
-    text = kOutOfMemory;
-  } catch (...) {  // NOLINT(bugprone-empty-catch): the text above is all that is known
+    EndWithoutMemory();
+  } catch (...) {
+    EndProcess("failed and cannot continue");
   }
-  EndProcess(text);
 }
 
 // Runs before the constructors of all other objects of the program.
