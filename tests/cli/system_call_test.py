@@ -187,6 +187,14 @@ class SystemCallTest(CommandTest):
             self.assertIn(1, statuses, what)
             print(f"{what}: {len(attempts)} calls failed, {statuses.count(1)} runs with them", flush=True)
 
+    def test_a_name_that_cannot_be_examined_is_not_taken_for_free(self):
+        before = {"in": b"some text"}
+        folder = self.new_folder(before)
+        process, _ = self.traced(folder, ["encrypt", *KEY, "-o", "out", "in"], "-P", "out", "-e",
+                                 "inject=newfstatat,lstat:error=EIO")
+        self.assertEqual(process.stderr, b"latchkey: cannot create: Input/output error: out\n")
+        self.assertEqual((process.returncode, self.files(folder)), (1, before))
+
     def order(self, *arguments, options=()):
         """The calls on the output's file and its folder, in order."""
         folder = self.new_folder({"in": b"some text", **({"out": b"precious"} if "--force" in arguments else {})})
