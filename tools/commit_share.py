@@ -7,7 +7,7 @@ PROJECT = pathlib.Path(__file__).resolve().parent.parent
 
 
 def of_commit(items, parts):
-    """One of so many parts of the items, chosen by the last commit; all items with LATCHKEY_LONG=1."""
+    """Every parts-th item, starting where the last commit says; all items with LATCHKEY_LONG=1."""
     if os.environ.get("LATCHKEY_LONG"):
         return items
     head = subprocess.run(["git", "-C", PROJECT, "rev-parse", "HEAD"], stdout=subprocess.PIPE, stderr=subprocess.DEVNULL,

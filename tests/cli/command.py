@@ -38,8 +38,8 @@ ENDING_SIGNALS = sorted(signal.valid_signals() - {
     signal.SIGCHLD, signal.SIGCONT, signal.SIGKILL, signal.SIGSTOP, signal.SIGTSTP, signal.SIGTTIN, signal.SIGTTOU,
     signal.SIGURG, signal.SIGWINCH})
 if IS_EMULATED:
-    # A program that is in a system call ends with SIGSEGV when another process sends it one of the first two, with
-    # QEMU 7.2, which also gives real-time signals other numbers.
+    # QEMU 7.2 ends a program with SIGSEGV if another process sends it SIGILL or SIGFPE during a system call, and gives
+    # real-time signals other numbers.
     ENDING_SIGNALS = [number for number in ENDING_SIGNALS
                       if number not in (signal.SIGILL, signal.SIGFPE) and number < signal.SIGRTMIN]
 

@@ -187,7 +187,7 @@ class SystemCallTest(CommandTest):
             self.assertIn(1, statuses, what)
             print(f"{what}: {len(attempts)} calls failed, {statuses.count(1)} runs with them", flush=True)
 
-    def test_a_name_that_cannot_be_examined_is_not_taken_for_free(self):
+    def test_an_output_name_that_cannot_be_examined_is_an_error(self):
         before = {"in": b"some text"}
         folder = self.new_folder(before)
         process, _ = self.traced(folder, ["encrypt", *KEY, "-o", "out", "in"], "-P", "out", "-e",

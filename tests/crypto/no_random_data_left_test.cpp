@@ -1,4 +1,5 @@
-// Random data, salts and conversions must wipe their secrets before they free memory.
+// Random data, salts, random passwords and conversions must wipe their secrets before they free
+// memory.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -44,7 +45,7 @@ TEST_F(NoRandomDataLeftTest, ASaltOfRandomCharactersIsWiped) {
   EXPECT_EQ(BlocksLeftBy([this] { return api.CreateSaltValue(length); }), 0U);
 }
 
-// With the same state and readings, a salt has the same letters as a random password.
+// With the same generator state and seed readings, a salt has the letters of a random password.
 TEST_F(NoRandomDataLeftTest, TheLettersOfARandomPasswordAreWiped) {
   scope.Services().fillRandom = [](std::span<std::uint8_t>) noexcept { return true; };
   ThisThreadCrypto().generatorState = {1, 2};

@@ -20,7 +20,7 @@ namespace {
 [[noreturn]] void EndWithoutMemory() { EndProcess(kOutOfMemory); }
 
 [[noreturn]] void EndUncaught() {
-  // Without a current exception, there was no memory for one.
+  // The run-time calls std::terminate without an exception when it has no memory for one.
   if (!std::current_exception()) EndWithoutMemory();
   try {
     throw;

@@ -16,13 +16,13 @@ template <class Raise>
   std::terminate();
 }
 
-TEST(UncaughtFailureTest, WithoutMemoryForAnExceptionTheLineIsThatOfMemory) {
+TEST(UncaughtFailureTest, ReportsLackOfMemoryForAnExceptionOrABadAlloc) {
   const auto line = "latchkey: Out of memory \\(number 7\\)\n$";
   EXPECT_EXIT(EndAfter([] {}), testing::ExitedWithCode(1), line);
   EXPECT_EXIT(EndAfter([] { throw std::bad_alloc(); }), testing::ExitedWithCode(1), line);
 }
 
-TEST(UncaughtFailureTest, AnotherExceptionHasItsOwnLine) {
+TEST(UncaughtFailureTest, ReportsOtherExceptionsWithAGeneralMessage) {
   EXPECT_EXIT(EndAfter([] { throw std::runtime_error(""); }), testing::ExitedWithCode(1),
               "latchkey: failed and cannot continue\n$");
 }

@@ -23,7 +23,7 @@ SHORTCUTS = {"Latchkey documents": r"doc\index.html", "Latchkey samples": r"doc\
              "Uninstall Latchkey": "uninstall.exe"}
 ENVIRONMENT = (r"HKEY_CURRENT_USER\Environment",
                r"HKEY_LOCAL_MACHINE\System\CurrentControlSet\Control\Session Manager\Environment")
-FOLDERS = ("Copy", "Documents", "First", "Our", "Our tools", "Second", "Shared", "Tools")  # of tests, on the drive
+FOLDERS = ("Copy", "Documents", "First", "Our", "Our tools", "Second", "Shared", "Tools")  # that tests make on drive C
 MAIN_CLASS = "{3D47BC99-A2AC-4DA2-B56E-B751FC9219E1}"
 
 build, arch = pathlib.Path(sys.argv[1]), sys.argv[2]
@@ -100,7 +100,7 @@ def registry(key):
     with tempfile.TemporaryDirectory(dir=build) as folder:
         file = pathlib.Path(folder) / "export.reg"
         status, output = run("regedit", "/E", file.relative_to(build), key)
-        if not file.exists() and "Unable to open" not in output:  # the message about a key that does not exist
+        if not file.exists() and "Unable to open the registry key" not in output:  # the key may not exist
             raise OSError(f"cannot export {key}: status {status}, {output!r}")
         text = file.read_text("utf-16") if file.exists() else ""
     keys = {}
@@ -181,7 +181,7 @@ class InstallerCase(unittest.TestCase):
 
     @classmethod
     def remove_leftovers(cls):
-        """Removes the installation of a failed or stopped test, and what each test has put into folders."""
+        """Removes the installation of a failed or stopped test, and the folders and Start menu entries that tests make."""
         for scope in HIVES:
             if values := cls.listed(scope):
                 run(values["UninstallString"].strip('"'), "/S")
@@ -191,8 +191,9 @@ class InstallerCase(unittest.TestCase):
             if menu.is_file():
                 menu.unlink()
             shutil.rmtree(menu, ignore_errors=True)
-        for folder in FOLDERS:
-            shutil.rmtree(drive / folder, ignore_errors=True)
+        installed = (drive / "Program Files/Latchkey", *drive.glob("users/*/AppData/Local/Programs/Latchkey"))
+        for folder in (*installed, *(drive / name for name in FOLDERS)):
+            shutil.rmtree(folder, ignore_errors=True)
 
     def install(self, *options, folder=INSTALLERS):
         status, _ = run(setup_of(folder), "/S", *options)

@@ -2,8 +2,11 @@
 //   load_library NAME                    by this name
 //   load_library NAME system [FUNCTION]  only from the system folder, and finds one of its
 //   functions
+// Exits with status 1 and prints a line if it fails: tools/retry_start would repeat a silent
+// failure.
 #include <windows.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -31,5 +34,6 @@ int main(int count, char** arguments) {
   const bool loaded = count == 2
                           ? LoadLibraryA(arguments[1]) != nullptr
                           : LoadsFromSystem(arguments[1], count > 3 ? arguments[3] : nullptr);
+  if (!loaded) std::puts("not found");
   return loaded ? EXIT_SUCCESS : EXIT_FAILURE;
 }
