@@ -38,6 +38,7 @@ struct Call {
   enum class Ending { Done, Failed, Threw };
 
   template <class... Values>
+  // NOLINTNEXTLINE(google-explicit-constructor): an expected call is written as its name
   Call(const char* calledName, Values&&... values)
       : name(calledName), arguments{ToArgument(std::forward<Values>(values))...} {}
 

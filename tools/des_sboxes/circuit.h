@@ -1,5 +1,5 @@
-// Circuits of look-up tables with K inputs over the six inputs of an S-box. The truth table of a
-// signal is one 64-bit number: bit n is its value when the inputs are the bits of n, the first
+// Circuits of look-up tables with `arity` inputs over the six inputs of an S-box. The truth table
+// of a signal is one 64-bit number: bit n is its value when the inputs are the bits of n, the first
 // input being the highest bit.
 //
 // A signal may carry a function or its complement: the table that reads it absorbs the difference.
@@ -40,37 +40,37 @@ struct Wanted {
   return difference == 0 || difference == wanted.Care();
 }
 
-template <int K>
-using Inputs = std::array<int, K>;
+template <int arity>
+using Inputs = std::array<int, arity>;
 
-template <int K>
+template <int arity>
 struct Gate {
-  Inputs<K> inputs{};
+  Inputs<arity> inputs{};
   unsigned table = 0;  // bit r: the value when the inputs are the bits of r, first input highest
 };
 
 // The positions where the inputs are the bits of `row`.
-template <int K>
-[[nodiscard]] Truth Cell(const Truth* truths, const Inputs<K>& inputs, unsigned row) {
+template <int arity>
+[[nodiscard]] Truth Cell(const Truth* truths, const Inputs<arity>& inputs, unsigned row) {
   Truth cell = ~Truth{0};
-  for (int i = 0; i < K; ++i) {
+  for (int i = 0; i < arity; ++i) {
     const Truth truth = truths[inputs[i]];
-    cell &= (row >> (K - 1 - i) & 1) != 0 ? truth : ~truth;
+    cell &= (row >> (arity - 1 - i) & 1) != 0 ? truth : ~truth;
   }
   return cell;
 }
 
-template <int K>
-[[nodiscard]] Truth TruthOf(const Truth* truths, const Gate<K>& gate) {
+template <int arity>
+[[nodiscard]] Truth TruthOf(const Truth* truths, const Gate<arity>& gate) {
   Truth truth = 0;
-  for (unsigned row = 0; row < 1U << K; ++row) {
-    if ((gate.table >> row & 1) != 0) truth |= Cell<K>(truths, gate.inputs, row);
+  for (unsigned row = 0; row < 1U << arity; ++row) {
+    if ((gate.table >> row & 1) != 0) truth |= Cell<arity>(truths, gate.inputs, row);
   }
   return truth;
 }
 
 // Signals 0 to 5 are the inputs, the others the gates. Each gate reads earlier signals.
-template <int K>
+template <int arity>
 class Circuit {
  public:
   static constexpr int kCapacity = 120;  // signals
@@ -82,22 +82,22 @@ class Circuit {
   [[nodiscard]] int SignalCount() const { return count_; }
   [[nodiscard]] int GateCount() const { return count_ - kInputs; }
   [[nodiscard]] const Truth* Truths() const { return truths_.data(); }
-  [[nodiscard]] const Gate<K>& GateOf(int signal) const { return gates_[signal]; }
+  [[nodiscard]] const Gate<arity>& GateOf(int signal) const { return gates_[signal]; }
 
   // The signals of the outputs; -1 for an output that has no signal yet.
   std::array<int, kOutputs> outputs{-1, -1, -1, -1};
 
   // Returns the new gate's signal.
-  int Add(const Gate<K>& gate) {
+  int Add(const Gate<arity>& gate) {
     gates_[count_] = gate;
-    truths_[count_] = TruthOf<K>(truths_.data(), gate);
+    truths_[count_] = TruthOf<arity>(truths_.data(), gate);
     return count_++;
   }
 
   void Truncate(int signals) { count_ = signals; }
 
   // The gates from `signal` on.
-  [[nodiscard]] std::vector<Gate<K>> GatesFrom(int signal) const {
+  [[nodiscard]] std::vector<Gate<arity>> GatesFrom(int signal) const {
     return {gates_.begin() + signal, gates_.begin() + count_};
   }
 
@@ -105,7 +105,7 @@ class Circuit {
   // one, until Compact is called.
   void Substitute(int signal, int other, bool isComplement) {
     for (int i = kInputs; i < count_; ++i) {
-      for (int k = 0; k < K; ++k) {
+      for (int k = 0; k < arity; ++k) {
         if (gates_[i].inputs[k] == signal) Reconnect(gates_[i], k, other, isComplement);
       }
     }
@@ -134,26 +134,26 @@ class Circuit {
   }
 
  private:
-  static void Reconnect(Gate<K>& gate, int k, int signal, bool isComplement) {
+  static void Reconnect(Gate<arity>& gate, int k, int signal, bool isComplement) {
     gate.inputs[k] = signal;
     if (!isComplement) return;
     unsigned table = 0;
-    for (unsigned row = 0; row < 1U << K; ++row) {
-      if ((gate.table >> (row ^ (1U << (K - 1 - k))) & 1) != 0) table |= 1U << row;
+    for (unsigned row = 0; row < 1U << arity; ++row) {
+      if ((gate.table >> (row ^ (1U << (arity - 1 - k))) & 1) != 0) table |= 1U << row;
     }
     gate.table = table;
   }
 
   int CopyTo(Circuit& sorted, int signal, std::array<int, kCapacity>& places) const {
     if (places[signal] >= 0) return places[signal];
-    Gate<K> gate = gates_[signal];
+    Gate<arity> gate = gates_[signal];
     for (int& input : gate.inputs) input = CopyTo(sorted, input, places);
     return places[signal] = sorted.Add(gate);
   }
 
   int count_ = kInputs;
   std::array<Truth, kCapacity> truths_{};
-  std::array<Gate<K>, kCapacity> gates_{};
+  std::array<Gate<arity>, kCapacity> gates_{};
 };
 
 }  // namespace latchkey::sboxes

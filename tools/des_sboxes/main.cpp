@@ -19,9 +19,9 @@ struct Found {
   std::string text;
 };
 
-template <int K>
+template <int arity>
 Found FindWith(unsigned box, const Effort& effort) {
-  const Circuit<K> circuit = Search<K>(box, effort);
+  const Circuit<arity> circuit = Search<arity>(box, effort);
   return {.gates = circuit.GateCount(), .text = FunctionText(box, circuit)};
 }
 

@@ -22,10 +22,10 @@ struct Cost {
   auto operator<=>(const Cost&) const = default;
 };
 
-template <int K>
+template <int arity>
 class Scheduler {
  public:
-  Scheduler(const Circuit<K>& circuit, Random& random) : circuit_(circuit), random_(random) {}
+  Scheduler(const Circuit<arity>& circuit, Random& random) : circuit_(circuit), random_(random) {}
 
   // Makes one attempt. The inputs are live from the start, and each value until its last reader. An
   // output is used at once, so it does not stay live.
@@ -113,22 +113,23 @@ class Scheduler {
     for (const int input : circuit_.GateOf(gate).inputs) --readers_[input];
   }
 
-  const Circuit<K>& circuit_;
+  const Circuit<arity>& circuit_;
   Random& random_;
-  std::array<int, Circuit<K>::kCapacity> readers_{};
-  std::array<bool, Circuit<K>::kCapacity> isDone_{};
-  std::array<int, Circuit<K>::kCapacity> finished_{};  // the cycle from which the value is known
+  std::array<int, Circuit<arity>::kCapacity> readers_{};
+  std::array<bool, Circuit<arity>::kCapacity> isDone_{};
+  std::array<int, Circuit<arity>::kCapacity>
+      finished_{};  // the cycle from which the value is known
   int cycle_ = 0;
   int started_ = 0;   // in this cycle
   int isByTime_ = 0;  // of 16 choices
 };
 
 // The same circuit in the best order of many attempts.
-template <int K>
-Circuit<K> Ordered(const Circuit<K>& circuit) {
+template <int arity>
+Circuit<arity> Ordered(const Circuit<arity>& circuit) {
   constexpr int kAttempts = 20000;
   Random random(1);
-  Scheduler<K> scheduler(circuit, random);
+  Scheduler<arity> scheduler(circuit, random);
   std::vector<int> best;
   Cost least = scheduler.Run(best);
   for (int i = 1; i < kAttempts; ++i) {
@@ -138,11 +139,11 @@ Circuit<K> Ordered(const Circuit<K>& circuit) {
     least = cost;
     best = order;
   }
-  Circuit<K> ordered;
-  std::array<int, Circuit<K>::kCapacity> places{};
+  Circuit<arity> ordered;
+  std::array<int, Circuit<arity>::kCapacity> places{};
   for (int i = 0; i < kInputs; ++i) places[i] = i;
   for (const int gate : best) {
-    Gate<K> moved = circuit.GateOf(gate);
+    Gate<arity> moved = circuit.GateOf(gate);
     for (int& input : moved.inputs) input = places[input];
     places[gate] = ordered.Add(moved);
   }

@@ -17,10 +17,10 @@
 
 namespace latchkey::sboxes {
 
-template <int K>
+template <int arity>
 class Recursion {
  public:
-  Recursion(Circuit<K>& circuit, Random& random) : circuit_(circuit), random_(random) {}
+  Recursion(Circuit<arity>& circuit, Random& random) : circuit_(circuit), random_(random) {}
 
   // Returns the signal of the target or its complement under the mask, after adding at most `limit`
   // gates; -1 if that is not enough. `used` are the inputs that the mask depends on.
@@ -34,8 +34,8 @@ class Recursion {
   }
 
  private:
-  static constexpr int kMaxTree = K == 2 ? 3 : 2;  // gates
-  static constexpr int kBudget = 2000;             // steps of the search for a tree's leaves
+  static constexpr int kMaxTree = arity == 2 ? 3 : 2;  // gates
+  static constexpr int kBudget = 2000;                 // steps of the search for a tree's leaves
 
   int FindExisting(const Wanted& wanted) {
     const int count = circuit_.SignalCount();
@@ -59,11 +59,11 @@ class Recursion {
     Supports supports(truths.data(), count, random_);
     int signal = -1;
     for (int gates = 1; gates <= std::min(kMaxTree, limit) && signal < 0; ++gates) {
-      supports.Enumerate(wanted, gates * (K - 1) + 1, gates == 1 ? 100000 : kBudget,
+      supports.Enumerate(wanted, gates * (arity - 1) + 1, gates == 1 ? 100000 : kBudget,
                          [&](const int* indexes, int size) {
                            std::array<int, Supports::kMaxSize> leaves;
                            for (int i = 0; i < size; ++i) leaves[i] = candidates[indexes[i]];
-                           Tree<K> tree(circuit_.Truths(), leaves.data(), size);
+                           Tree<arity> tree(circuit_.Truths(), leaves.data(), size);
                            if (!tree.Build(wanted, random_)) return false;
                            signal = tree.AddTo(circuit_);
                            return true;
@@ -83,7 +83,7 @@ class Recursion {
     if (count == 0) return -1;
     random_.Shuffle(inputs.data(), count);
     const int before = circuit_.SignalCount();
-    std::vector<Gate<K>> best;
+    std::vector<Gate<arity>> best;
     int bestSignal = -1;
     for (int i = 0; i < std::min(used == 0 ? 2 : 1, count); ++i) {
       circuit_.Truncate(before);
@@ -94,7 +94,7 @@ class Recursion {
       limit = static_cast<int>(best.size()) - 1;
     }
     circuit_.Truncate(before);
-    for (const Gate<K>& gate : best) circuit_.Add(gate);
+    for (const Gate<arity>& gate : best) circuit_.Add(gate);
     return bestSignal;
   }
 
@@ -102,15 +102,15 @@ class Recursion {
     used |= 1U << input;
     const Truth truth = circuit_.Truths()[input];
     const Truth first = random_.Coin() ? truth : ~truth;
-    if constexpr (K == 2) {
+    if constexpr (arity == 2) {
       return AddTwoGates(target, mask, first, limit, used, input);
     } else {
       return AddMultiplexer(target, mask, first, limit, used, input);
     }
   }
 
-  int AddGate(const Inputs<K>& inputs, const Wanted& wanted) {
-    return circuit_.Add(GateFor<K>(circuit_.Truths(), inputs, wanted, random_));
+  int AddGate(const Inputs<arity>& inputs, const Wanted& wanted) {
+    return circuit_.Add(GateFor<arity>(circuit_.Truths(), inputs, wanted, random_));
   }
 
   // `first` is the half of the positions that is searched first.
@@ -149,20 +149,20 @@ class Recursion {
     return AddGate({one, gate}, wanted);
   }
 
-  Circuit<K>& circuit_;
+  Circuit<arity>& circuit_;
   Random& random_;
 };
 
 // Makes a circuit of at most `limit` gates, one output after the other in random order. Returns
 // false if that is not enough.
-template <int K>
-bool MakeFirstCircuit(const Targets& targets, int limit, Random& random, Circuit<K>& circuit) {
+template <int arity>
+bool MakeFirstCircuit(const Targets& targets, int limit, Random& random, Circuit<arity>& circuit) {
   std::array<int, kOutputs> order;
   std::iota(order.begin(), order.end(), 0);
   random.Shuffle(order.data(), kOutputs);
   circuit = {};
   for (const int output : order) {
-    Recursion<K> recursion(circuit, random);
+    Recursion<arity> recursion(circuit, random);
     const int signal = recursion.Find(targets[output], ~Truth{0}, limit - circuit.GateCount());
     if (signal < 0) return false;
     circuit.outputs[output] = signal;

@@ -21,13 +21,13 @@ struct Effort {
 };
 
 // The smallest of ten first circuits.
-template <int K>
-Circuit<K> MakeStart(const Targets& targets, Random& random) {
-  constexpr int kLimit = K == 2 ? 90 : 50;  // gates
-  Circuit<K> best;
+template <int arity>
+Circuit<arity> MakeStart(const Targets& targets, Random& random) {
+  constexpr int kLimit = arity == 2 ? 90 : 50;  // gates
+  Circuit<arity> best;
   for (int made = 0; made < 10;) {
-    Circuit<K> circuit;
-    if (!MakeFirstCircuit<K>(targets, kLimit, random, circuit)) continue;
+    Circuit<arity> circuit;
+    if (!MakeFirstCircuit<arity>(targets, kLimit, random, circuit)) continue;
     if (made == 0 || circuit.GateCount() < best.GateCount()) best = circuit;
     ++made;
   }
@@ -36,12 +36,12 @@ Circuit<K> MakeStart(const Targets& targets, Random& random) {
 
 // Takes random steps from a circuit, at most two gates above the smallest so far. Returns the last
 // of the smallest circuits.
-template <int K>
-Circuit<K> Improve(const Circuit<K>& start, int steps, Random& random) {
+template <int arity>
+Circuit<arity> Improve(const Circuit<arity>& start, int steps, Random& random) {
   constexpr int kMostAbove = 2;
-  Circuit<K> circuit = start;
-  Circuit<K> best = start;
-  Walk<K> walk(circuit, random);
+  Circuit<arity> circuit = start;
+  Circuit<arity> best = start;
+  Walk<arity> walk(circuit, random);
   bool isFirst = true;
   for (int i = 0; i < steps; ++i) {
     walk.Step(isFirst || circuit.GateCount() < best.GateCount() + kMostAbove);
@@ -51,14 +51,14 @@ Circuit<K> Improve(const Circuit<K>& start, int steps, Random& random) {
   return best;
 }
 
-template <int K>
-Circuit<K> Search(unsigned box, const Effort& effort) {
+template <int arity>
+Circuit<arity> Search(unsigned box, const Effort& effort) {
   const Targets targets = TargetsOf(box);
   Random random(effort.seed * 8 + box);
-  std::vector<Circuit<K>> circuits;
-  for (int i = 0; i < effort.circuits; ++i) circuits.push_back(MakeStart<K>(targets, random));
+  std::vector<Circuit<arity>> circuits;
+  for (int i = 0; i < effort.circuits; ++i) circuits.push_back(MakeStart<arity>(targets, random));
   for (int round = 0; round < effort.rounds; ++round) {
-    for (Circuit<K>& circuit : circuits) circuit = Improve(circuit, effort.steps, random);
+    for (Circuit<arity>& circuit : circuits) circuit = Improve(circuit, effort.steps, random);
     std::stable_sort(circuits.begin(), circuits.end(),
                      [](const auto& a, const auto& b) { return a.GateCount() < b.GateCount(); });
     if (round % 2 != 0 || round + 1 == effort.rounds) continue;

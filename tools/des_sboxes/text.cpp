@@ -19,28 +19,28 @@ std::string NameOf(int signal) {
 
 // The table of the same gate when some of its inputs are complements: those whose bit is set in
 // `complements`, the first input being the highest bit.
-template <int K>
+template <int arity>
 unsigned WithComplements(unsigned table, unsigned complements) {
   unsigned result = 0;
-  for (unsigned row = 0; row < 1U << K; ++row) {
+  for (unsigned row = 0; row < 1U << arity; ++row) {
     result |= (table >> (row ^ complements) & 1) << row;
   }
   return result;
 }
 
 // Complements each gate for which choose(signal, truth) returns true.
-template <int K, class Choose>
-Circuit<K> WithPolarity(const Circuit<K>& circuit, Choose&& choose) {
-  Circuit<K> result;
-  std::array<bool, Circuit<K>::kCapacity> isComplement{};
+template <int arity, class Choose>
+Circuit<arity> WithPolarity(const Circuit<arity>& circuit, Choose&& choose) {
+  Circuit<arity> result;
+  std::array<bool, Circuit<arity>::kCapacity> isComplement{};
   for (int i = kInputs; i < circuit.SignalCount(); ++i) {
-    Gate<K> gate = circuit.GateOf(i);
+    Gate<arity> gate = circuit.GateOf(i);
     unsigned complements = 0;
     for (const int input : gate.inputs)
       complements = complements * 2 + (isComplement[input] ? 1 : 0);
-    gate.table = WithComplements<K>(gate.table, complements);
+    gate.table = WithComplements<arity>(gate.table, complements);
     isComplement[i] = choose(i, circuit.Truths()[i]);
-    if (isComplement[i]) gate.table ^= (1U << (1U << K)) - 1;
+    if (isComplement[i]) gate.table ^= (1U << (1U << arity)) - 1;
     result.Add(gate);
   }
   result.outputs = circuit.outputs;
@@ -83,15 +83,15 @@ std::string Expression(const Gate<2>& gate) {
 }
 
 std::string Expression(const Gate<3>& gate) {
-  char table[8];
-  std::snprintf(table, sizeof table, "0x%02X", gate.table);
-  return std::string("Ternary<") + table + ">(" + NameOf(gate.inputs[0]) + ", " +
+  std::array<char, 8> table{};
+  std::snprintf(table.data(), table.size(), "0x%02X", gate.table);
+  return std::string("Ternary<") + table.data() + ">(" + NameOf(gate.inputs[0]) + ", " +
          NameOf(gate.inputs[1]) + ", " + NameOf(gate.inputs[2]) + ")";
 }
 
 // Each output is added as soon as it is known.
-template <int K>
-std::string Body(const Circuit<K>& circuit) {
+template <int arity>
+std::string Body(const Circuit<arity>& circuit) {
   std::string text;
   for (int i = kInputs; i < circuit.SignalCount(); ++i) {
     text += "    const Word " + NameOf(i) + " = " + Expression(circuit.GateOf(i)) + ";\n";
@@ -103,8 +103,8 @@ std::string Body(const Circuit<K>& circuit) {
   return text;
 }
 
-template <int K>
-std::string Complements(const Circuit<K>& circuit, const Targets& targets) {
+template <int arity>
+std::string Complements(const Circuit<arity>& circuit, const Targets& targets) {
   std::string bits;
   for (int i = 0; i < kOutputs; ++i) {
     bits += circuit.Truths()[circuit.outputs[i]] == targets[i] ? '0' : '1';
@@ -112,11 +112,11 @@ std::string Complements(const Circuit<K>& circuit, const Targets& targets) {
   return bits;
 }
 
-template <int K>
-std::string Function(unsigned box, const Circuit<K>& found) {
+template <int arity>
+std::string Function(unsigned box, const Circuit<arity>& found) {
   const Targets targets = TargetsOf(box);
   if (!found.Computes(targets)) throw std::runtime_error("the circuit does not compute the box");
-  const Circuit<K> circuit = Ordered(Prepared(found, targets));
+  const Circuit<arity> circuit = Ordered(Prepared(found, targets));
   const std::string number = "Box<" + std::to_string(box) + ">";
   return "  // S" + std::to_string(box + 1) + ": " + std::to_string(circuit.GateCount()) +
          " gates.\n  static constexpr unsigned Complements(" + number + ") { return 0b" +

@@ -11,13 +11,13 @@
 namespace latchkey::sboxes {
 
 // A table for these inputs, which determine the function. Rows that do not matter are random.
-template <int K>
-[[nodiscard]] Gate<K> GateFor(const Truth* truths, const Inputs<K>& inputs, const Wanted& wanted,
-                              Random& random) {
-  Gate<K> gate{inputs, 0};
+template <int arity>
+[[nodiscard]] Gate<arity> GateFor(const Truth* truths, const Inputs<arity>& inputs,
+                                  const Wanted& wanted, Random& random) {
+  Gate<arity> gate{inputs, 0};
   const unsigned free = random.Bits();
-  for (unsigned row = 0; row < 1U << K; ++row) {
-    const Truth cell = Cell<K>(truths, inputs, row);
+  for (unsigned row = 0; row < 1U << arity; ++row) {
+    const Truth cell = Cell<arity>(truths, inputs, row);
     const bool isFree = ((wanted.ones | wanted.zeros) & cell) == 0;
     if ((cell & wanted.ones) != 0 || (isFree && (free >> row & 1) != 0)) gate.table |= 1U << row;
   }
@@ -36,7 +36,7 @@ struct InnerRows {
 [[nodiscard]] bool FindInnerTable(const InnerRows* combinations, int count, unsigned allRows,
                                   Random& random, unsigned& table);
 
-template <int K>
+template <int arity>
 class Tree {
  public:
   static constexpr int kMaxLeaves = 8;
@@ -57,10 +57,10 @@ class Tree {
   }
 
   // Adds the gates to the circuit of the leaves; returns the signal of the function.
-  int AddTo(Circuit<K>& circuit) const {
+  int AddTo(Circuit<arity>& circuit) const {
     std::array<int, kMaxNodes> signals = leaves_;
     for (int i = leafCount_; i < count_; ++i) {
-      Gate<K> gate = gates_[i];
+      Gate<arity> gate = gates_[i];
       for (int& input : gate.inputs) input = signals[input];
       signals[i] = circuit.Add(gate);
     }
@@ -70,35 +70,35 @@ class Tree {
  private:
   static constexpr int kMaxNodes = 16;
   using Nodes = std::array<int, kMaxNodes>;
-  using Choices = std::array<Inputs<K>, 64>;
+  using Choices = std::array<Inputs<arity>, 64>;
 
-  // All sets of K of the numbers below `count`.
+  // All sets of `arity` of the numbers below `count`.
   static int ChooseInputs(int count, Choices& choices) {
-    Inputs<K> choice;
-    for (int i = 0; i < K; ++i) choice[i] = i;
+    Inputs<arity> choice;
+    for (int i = 0; i < arity; ++i) choice[i] = i;
     for (int n = 0;; ++n) {
       choices[n] = choice;
-      int i = K - 1;
-      while (i >= 0 && choice[i] == count - K + i) --i;
+      int i = arity - 1;
+      while (i >= 0 && choice[i] == count - arity + i) --i;
       if (i < 0) return n + 1;
       ++choice[i];
-      for (int k = i + 1; k < K; ++k) choice[k] = choice[k - 1] + 1;
+      for (int k = i + 1; k < arity; ++k) choice[k] = choice[k - 1] + 1;
     }
   }
 
-  void AddGate(const Gate<K>& gate) {
+  void AddGate(const Gate<arity>& gate) {
     gates_[count_] = gate;
-    truths_[count_] = TruthOf<K>(truths_.data(), gate);
+    truths_[count_] = TruthOf<arity>(truths_.data(), gate);
     ++count_;
   }
 
-  // Computes the function from `count` nodes: from K with one gate; from more by choosing K for an
-  // inner gate, which replaces them.
+  // Computes the function from `count` nodes: from `arity` with one gate; from more by choosing
+  // `arity` for an inner gate, which replaces them.
   bool Combine(const Nodes& nodes, int count, const Wanted& wanted, Random& random) {
-    if (count <= K) {
-      Inputs<K> inputs;
-      for (int i = 0; i < K; ++i) inputs[i] = nodes[std::min(i, count - 1)];
-      AddGate(GateFor<K>(truths_.data(), inputs, wanted, random));
+    if (count <= arity) {
+      Inputs<arity> inputs;
+      for (int i = 0; i < arity; ++i) inputs[i] = nodes[std::min(i, count - 1)];
+      AddGate(GateFor<arity>(truths_.data(), inputs, wanted, random));
       return true;
     }
     Choices choices;
@@ -106,26 +106,26 @@ class Tree {
     const int first = random.Below(choiceCount);
     const int countBefore = count_;
     for (int i = 0; i < choiceCount; ++i) {
-      const Inputs<K>& choice = choices[(first + i) % choiceCount];
-      Inputs<K> inner;
+      const Inputs<arity>& choice = choices[(first + i) % choiceCount];
+      Inputs<arity> inner;
       Nodes outer{};
       Divide(nodes, count, choice, inner, outer);
       unsigned table = 0;
-      if (!FindInner(inner, outer, count - K, wanted, random, table)) continue;
-      outer[count - K] = count_;
+      if (!FindInner(inner, outer, count - arity, wanted, random, table)) continue;
+      outer[count - arity] = count_;
       AddGate({inner, table});
-      if (Combine(outer, count - K + 1, wanted, random)) return true;
+      if (Combine(outer, count - arity + 1, wanted, random)) return true;
       count_ = countBefore;
     }
     return false;
   }
 
-  static void Divide(const Nodes& nodes, int count, const Inputs<K>& choice, Inputs<K>& inner,
-                     Nodes& outer) {
+  static void Divide(const Nodes& nodes, int count, const Inputs<arity>& choice,
+                     Inputs<arity>& inner, Nodes& outer) {
     int outerCount = 0;
     int innerCount = 0;
     for (int i = 0; i < count; ++i) {
-      if (innerCount < K && choice[innerCount] == i) {
+      if (innerCount < arity && choice[innerCount] == i) {
         inner[innerCount++] = nodes[i];
       } else {
         outer[outerCount++] = nodes[i];
@@ -133,11 +133,11 @@ class Tree {
     }
   }
 
-  bool FindInner(const Inputs<K>& inner, const Nodes& outer, int outerCount, const Wanted& wanted,
-                 Random& random, unsigned& table) const {
-    std::array<Truth, 1U << K> cells;
+  bool FindInner(const Inputs<arity>& inner, const Nodes& outer, int outerCount,
+                 const Wanted& wanted, Random& random, unsigned& table) const {
+    std::array<Truth, 1U << arity> cells;
     for (unsigned row = 0; row < cells.size(); ++row) {
-      cells[row] = Cell<K>(truths_.data(), inner, row);
+      cells[row] = Cell<arity>(truths_.data(), inner, row);
     }
     std::array<InnerRows, 64> combinations;
     const unsigned combinationCount = 1U << outerCount;
@@ -161,7 +161,7 @@ class Tree {
   int count_;  // leaves and gates
   Nodes leaves_{};
   std::array<Truth, kMaxNodes> truths_{};
-  std::array<Gate<K>, kMaxNodes> gates_{};
+  std::array<Gate<arity>, kMaxNodes> gates_{};
 };
 
 }  // namespace latchkey::sboxes

@@ -17,10 +17,10 @@
 
 namespace latchkey::sboxes {
 
-template <int K>
+template <int arity>
 class Walk {
  public:
-  Walk(Circuit<K>& circuit, Random& random) : circuit_(circuit), random_(random) {}
+  Walk(Circuit<arity>& circuit, Random& random) : circuit_(circuit), random_(random) {}
 
   // Takes one step. `mayGrow` permits one more gate.
   void Step(bool mayGrow) {
@@ -38,11 +38,11 @@ class Walk {
   }
 
  private:
-  static constexpr int kMaxTree = K == 2 ? 4 : 2;  // gates
-  static constexpr double kGrowth = 0.05;          // share of steps that may add a gate
-  static constexpr int kBudget = 1500;             // steps of the search for a tree's leaves
-  static constexpr int kEnough = 8;                // trees to choose from
-  static constexpr int kCapacity = Circuit<K>::kCapacity;
+  static constexpr int kMaxTree = arity == 2 ? 4 : 2;  // gates
+  static constexpr double kGrowth = 0.05;              // share of steps that may add a gate
+  static constexpr int kBudget = 1500;                 // steps of the search for a tree's leaves
+  static constexpr int kEnough = 8;                    // trees to choose from
+  static constexpr int kCapacity = Circuit<arity>::kCapacity;
   using Marks = std::array<bool, kCapacity>;
 
   // The positions in which an output depends on the signal. Marks the signals that depend on it.
@@ -53,9 +53,9 @@ class Walk {
     dependent_.fill(false);
     dependent_[signal] = true;
     for (int i = signal + 1; i < circuit_.SignalCount(); ++i) {
-      const Gate<K>& gate = circuit_.GateOf(i);
+      const Gate<arity>& gate = circuit_.GateOf(i);
       for (const int input : gate.inputs) dependent_[i] |= dependent_[input];
-      if (dependent_[i]) truths[i] = TruthOf<K>(truths.data(), gate);
+      if (dependent_[i]) truths[i] = TruthOf<arity>(truths.data(), gate);
     }
     Truth care = 0;
     for (const int output : circuit_.outputs) care |= truths[output] ^ circuit_.Truths()[output];
@@ -118,9 +118,9 @@ class Walk {
   }
 
   [[nodiscard]] bool IsPresent(int signal, const int* leaves) const {
-    Inputs<K> present = circuit_.GateOf(signal).inputs;
-    Inputs<K> other;
-    std::copy_n(leaves, K, other.begin());
+    Inputs<arity> present = circuit_.GateOf(signal).inputs;
+    Inputs<arity> other;
+    std::copy_n(leaves, arity, other.begin());
     std::sort(present.begin(), present.end());
     std::sort(other.begin(), other.end());
     return present == other;
@@ -134,12 +134,12 @@ class Walk {
     int best = -extra - 1;
     int ties = 0;
     int found = 0;
-    Tree<K> bestTree(nullptr, nullptr, 0);
-    supports.Enumerate(wanted, gates * (K - 1) + 1, gates == 1 ? 100000 : kBudget,
+    Tree<arity> bestTree(nullptr, nullptr, 0);
+    supports.Enumerate(wanted, gates * (arity - 1) + 1, gates == 1 ? 100000 : kBudget,
                        [&](const int* indexes, int size) {
                          std::array<int, Supports::kMaxSize> leaves;
                          for (int i = 0; i < size; ++i) leaves[i] = candidates_[indexes[i]];
-                         if (gates == 1 && size == K && IsPresent(signal, leaves.data()))
+                         if (gates == 1 && size == arity && IsPresent(signal, leaves.data()))
                            return false;
                          int saved = freedCount_ - gates;
                          Marks counted{};
@@ -149,7 +149,7 @@ class Walk {
                            ++ties;
                            return false;
                          }
-                         Tree<K> tree(circuit_.Truths(), leaves.data(), size);
+                         Tree<arity> tree(circuit_.Truths(), leaves.data(), size);
                          if (!tree.Build(wanted, random_)) return false;
                          ties = saved > best ? 1 : ties + 1;
                          best = saved;
@@ -162,7 +162,7 @@ class Walk {
     circuit_.Compact();
   }
 
-  Circuit<K>& circuit_;
+  Circuit<arity>& circuit_;
   Random& random_;
   Marks dependent_{};
   Marks freed_{};

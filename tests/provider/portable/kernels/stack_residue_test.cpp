@@ -164,14 +164,14 @@ BlockSource PlaintextSource(int& calls) {
 TEST_P(KernelBulkResidueTest, LaneEncryptionLeavesNoSecrets) {
   static int calls;
   EXPECT_EQ(ResidueOf(kKeysAndData,
-                      [this] {
+                      [] {
                         calls = 0;
                         KernelsOf(GetParam()).des.encrypt(work.desKey, PlaintextSource(calls));
                       }),
             0U)
       << "3DES";
   EXPECT_EQ(ResidueOf(kKeysAndData,
-                      [this] {
+                      [] {
                         calls = 0;
                         KernelsOf(GetParam()).rc2.encrypt(work.rc2Key, PlaintextSource(calls));
                       }),
