@@ -77,9 +77,9 @@ TEST_P(MessageKeyTest, ThreadsUseItAtOnce) {
   const Bytes expected = Encrypted(*shared, message);
   std::atomic<int> wrong{0};
   {
-    std::vector<std::jthread> threads;
-    for (int i = 0; i < 4; ++i) {
-      threads.emplace_back([&] {
+    std::vector<std::jthread> threads(4);
+    for (std::jthread& thread : threads) {
+      thread = std::jthread([&] {
         for (int round = 0; round < 200; ++round) {
           if (Encrypted(*shared, message) != expected) ++wrong;
           if (Decrypted(*shared, expected) != message) ++wrong;

@@ -6,6 +6,9 @@
 #include "diagnostics/thread_state.h"
 #include "tests/support/record_spy.h"
 
+// The names are those of the classes that the spies replace.
+// NOLINTBEGIN(readability-identifier-naming)
 #define clsErrorObject test::SpiedRecord
 #define ErrorRecord test::SpiedErrorRecord
+// NOLINTEND(readability-identifier-naming)
 #include "diagnostics/error_trap.cpp"  // NOLINT(bugprone-suspicious-include)
