@@ -80,8 +80,9 @@ void CipherStages::Write(const StreamPiece& piece) {
 }  // namespace
 
 std::size_t CipherWorkers(std::optional<std::uint64_t> size, bool inOrder) {
-  // With the cipher in order, reading, cipher and writing keep no more threads busy. More threads
-  // than processors would wait for a turn and then for a processor.
+  // If pieces are processed in order, at most three threads are busy: one reads, one runs the
+  // cipher, and one writes. More threads than processors would wait for a turn and then for a
+  // processor.
   const std::size_t most = inOrder ? 3 : 8;
   if (size && *size <= kCipherPiece) return 1;
   return std::min(platform::UsableProcessors(), most);

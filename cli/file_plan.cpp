@@ -19,7 +19,7 @@
 namespace latchkey::cli {
 namespace {
 
-// More than any system takes, and little enough for memory.
+// Longer than any system accepts, and short enough to keep in memory.
 constexpr std::size_t kLongestName = std::size_t{1} << 16;
 constexpr std::size_t kListPiece = std::size_t{1} << 16;
 constexpr std::size_t kRecentFolders = 4096;
@@ -32,7 +32,7 @@ std::string NameOf(const std::filesystem::path& path) {
 // "-" alone would be a standard stream.
 std::string AsFile(std::string name) { return name == "-" ? "./-" : std::move(name); }
 
-// What a record of the plan has besides the input's name.
+// The fields of a record of the plan, except the input's name.
 struct RecordHead {
   PlannedKind kind = PlannedKind::File;
   std::int32_t reason = 0;
@@ -50,7 +50,7 @@ PlannedKind KindFor(const FileState& state) {
   return state.kind == FileKind::Nothing ? PlannedKind::Unreadable : PlannedKind::NotRegular;
 }
 
-// Names that were given lately, to do something once for most of them.
+// Remembers recent names, so that most names are processed only once.
 class RecentNames {
  public:
   // Whether the name is new.
@@ -77,7 +77,7 @@ Failure PlannedFile::WhyNot(const std::string& suffix) const {
   } else if (kind == PlannedKind::LeavesFolder) {
     failure.text = "the name leaves the output folder";
   } else {
-    failure.text = "this is no regular file";
+    failure.text = "not a regular file";
   }
   return failure;
 }
@@ -89,7 +89,7 @@ FilePlan::FilePlan(const ManyFileOptions& options, CipherDirection direction)
     folderState_ = StateOf(folder_, Links::Follow);
     const bool isOther =
         folderState_.kind != FileKind::Nothing && folderState_.kind != FileKind::Folder;
-    if (isOther) throw WrongUsage("--output-dir is no folder: " + folder_);
+    if (isOther) throw WrongUsage("--output-dir is not a folder: " + folder_);
   }
   for (const std::string& name : options.inputs) AddNamed(name, StartOfEntry(WithoutEnd(name)));
   if (options.list) AddList(*options.list);
@@ -234,7 +234,7 @@ bool FilePlan::LacksSuffix(std::string_view name) const {
   return !last.ends_with(options_.suffix) || last.size() == options_.suffix.size();
 }
 
-// In a folder, a second run finds the outputs of the first.
+// Encryption leaves out names with the suffix: in a folder, they are outputs of an earlier run.
 bool FilePlan::LeavesOut(std::string_view name) const {
   const bool adds = direction_ == CipherDirection::Encrypt && !options_.suffix.empty();
   return LacksSuffix(name) || (adds && name.ends_with(options_.suffix));

@@ -55,7 +55,7 @@ const char* Confidence(const Candidate& candidate) noexcept {
   if (candidate.probability >= 0.99) return "very likely";
   if (candidate.probability >= 0.9) return "likely";
   if (candidate.probability >= 0.5) return "more likely than not";
-  return "no more than a guess";
+  return "a guess";
 }
 
 }  // namespace latchkey::cli

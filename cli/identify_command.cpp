@@ -70,7 +70,7 @@ void WriteJointLists(const Identification& identification, const Candidates& joi
   WriteLists(*options.lists, std::array{all}, {});
 }
 
-// Settings that all samples share come first. Only if those are not certain is each judged alone.
+// Searches for settings that all samples share. If none are certain, judges each sample alone.
 ExitStatus Answer(const Identification& identification, std::span<const SampleBytes> samples,
                   const Options& options, const Report& report) {
   std::vector<CiphertextSample> views;

@@ -60,7 +60,7 @@ void AddManyFileOptions(CLI::App& command, ManyFileOptions& options) {
   command.add_flag("-r,--recursive", options.recursive,
                    "Read the files in folders, and make the folders again below DIR");
   command.add_flag("--skip-existing", options.skipExisting,
-                   "Leave out inputs whose output exists, whatever it contains");
+                   "Leave out inputs whose output exists, with any contents");
   command.add_flag("--keep-times", options.keepTimes, "Give each output the times of its input");
   const std::vector<std::string> words{"each", "end", "never"};
   command

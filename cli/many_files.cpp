@@ -114,7 +114,7 @@ bool ManyFiles::IsSkipped(const PlannedFile& file) const {
   if (work_.options.skipExisting) return true;
   if (!work_.replaces || existing == FileKind::File) return false;
   throw CommandError(
-      Failure{.text = "cannot replace what is no regular file", .file = file.output});
+      Failure{.text = "cannot replace: not a regular file", .file = file.output});
 }
 
 void ManyFiles::Transform(PlannedFile& file, OutputGroup& group, WipedBytes& buffer,

@@ -8,7 +8,7 @@
 namespace latchkey::cli {
 namespace {
 
-// A kill loses no more finished work of a thread than this.
+// The most bytes of finished outputs that a thread loses if the process is killed.
 constexpr std::uint64_t kMostBytes = std::uint64_t{64} << 20;
 
 }  // namespace

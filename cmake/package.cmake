@@ -1,6 +1,6 @@
 # Debian packages of the install components: cpack in the build folder makes liblatchkey1, liblatchkey-dev, latchkey and,
 # where they are built, latchkey-doc, python3-latchkey, libsqlite3-mod-latchkey and postgresql-15-latchkey.
-# dpkg-shlibdeps finds what they need of Debian.
+# dpkg-shlibdeps finds the Debian packages that they depend on.
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME latchkey)

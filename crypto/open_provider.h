@@ -10,8 +10,8 @@ namespace latchkey {
 // set. Returns no handle on failure.
 [[nodiscard]] UniqueContext OpenProvider(bool enhanced);
 
-// The same of that provider, without data for the calling thread: no thread needs any to use keys
-// that threads share.
+// The same with the given provider, for keys that threads share. Makes no per-thread state: threads
+// need none to use these keys.
 [[nodiscard]] UniqueContext OpenProvider(provider::CryptoProvider& provider, bool enhanced);
 
 }  // namespace latchkey

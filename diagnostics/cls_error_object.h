@@ -1,4 +1,4 @@
-// The shared error record: where every operation of the component leaves what went wrong.
+// The error record, in which every operation of the component records its failure.
 #pragma once
 
 #include <cstdint>

@@ -261,7 +261,7 @@ typedef struct latchkey_candidate {
 
 /* Decrypts samples under every provider, hash and cipher and rates the results. All samples must
  * have been encrypted under the same settings and this password; more and longer samples give a
- * surer answer.
+ * more certain answer.
  *
  * `candidates` has room for *candidate_count structs of candidate_size bytes each
  * (sizeof(latchkey_candidate)); 64 is enough for all. The most probable candidates are written, in

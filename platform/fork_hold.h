@@ -1,4 +1,4 @@
-// What must be whole when the process forks.
+// Functions that run before and after each fork of the process.
 #pragma once
 
 namespace latchkey::platform {

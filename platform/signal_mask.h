@@ -5,8 +5,8 @@
 
 namespace latchkey::platform {
 
-// Calls `start`. Threads that it starts take no signal that is sent to the process; those that a
-// fault of the thread itself raises stay as they are. On Windows, which has no signals, only calls.
+// Calls `start`. The threads that it starts receive no signals that are sent to the process, only
+// those that their own faults raise. On Windows, which has no signals, it only calls `start`.
 void StartWithoutSignals(const std::function<void()>& start);
 
 }  // namespace latchkey::platform

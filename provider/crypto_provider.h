@@ -169,9 +169,9 @@ class CryptoProvider {
   // The code of the calling thread's last failure.
   [[nodiscard]] virtual std::uint32_t GetLastError() const = 0;
 
-  // CryptoAPI has no key that threads share. This one takes hKey, a key in its initial state that
-  // is used no more, but still belongs to the caller and must outlive the result. It works on
-  // duplicates; a body may do better.
+  // Makes a key that threads can share, which CryptoAPI does not offer. hKey must be in its initial
+  // state, must not be used afterwards, still belongs to the caller and must outlive the result.
+  // The default implementation works on duplicates of hKey; a provider may have a faster one.
   [[nodiscard]] virtual std::unique_ptr<const MessageKey> MakeMessageKey(HCRYPTKEY hKey);
 };
 

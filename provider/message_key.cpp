@@ -1,5 +1,5 @@
-// What threads share: the provider, and the message key of a provider that has none, in which each
-// message works on its own duplicate of a key.
+// The provider that threads share, and the default message key, which processes each message with a
+// duplicate of its key.
 #include <algorithm>
 #include <atomic>
 #include <mutex>

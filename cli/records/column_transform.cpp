@@ -12,7 +12,7 @@ class CipherTransform final : public ColumnTransform {
   CipherTransform(const ReadyKey& key, CipherDirection direction) noexcept
       : key_(key.key), hint_(key.hint), direction_(direction) {}
 
-  // The threads take blocks, so a block has one.
+  // On one thread: other threads process other blocks.
   void Run(const Records& values, ColumnResult& result) override {
     RecordBatch batch(key_, direction_, values);
     result.Renew(values.count, batch.RoomNeeded());

@@ -50,7 +50,7 @@ void ReadQuoted(ByteSpan block, ScannedRecord& record) {
   }
 }
 
-// Does not show the header: without one in the file, that is a record.
+// Does not show the header: in a file without one, the first line is a record.
 CommandError NoSuchColumn(const std::string& name) {
   return CommandError(
       Failure{.text = "the header has no column " + name,

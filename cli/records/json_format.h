@@ -9,9 +9,9 @@
 namespace latchkey::cli {
 
 // Finds the value of a member of the outermost object, the last one of that name, as other readers
-// do. Everything else stays as it was written, and is checked only as far as finding requires.
-// null and a missing member are no value; "" is a value of no bytes. With `addedName` the result
-// replaces the value of that member or, if it is missing, is added as the last member.
+// do. Everything else stays as it was written, and is checked only as far as is needed to find the
+// value. null and a missing member have no value; "" is a value of no bytes. With `addedName` the
+// result replaces the value of that member or, if it is missing, is added as the last member.
 class JsonFormat final : public RecordFormat {
  public:
   JsonFormat(std::string field, const std::optional<std::string>& addedName);

@@ -21,8 +21,8 @@ struct Candidate {
   Evidence evidence;
   double probability = 0;
 
-  // Wrong less than once in 1,000 for data that none of the keys was used for. Measured by
-  // bench/identify_errors.
+  // With this limit, an answer for data that none of the keys was used for is wrong less than once
+  // in 1,000. Measured by bench/identify_errors.
   static constexpr double kCertain = 0.9999;
   [[nodiscard]] bool IsCertain() const noexcept {
     return probability >= kCertain && evidence.unlike == 0;

@@ -166,7 +166,7 @@ bool SampleSet::AddBlocks(const DerivedKey& key, const Blocks& blocks, Evidence&
   return true;
 }
 
-// Either model may fit: the texts of all samples, or the one that is longest, of any data.
+// Combines two models: all samples are texts, or the longest one is meaningful data of any kind.
 double SampleSet::StreamEvidence(const DerivedKey& key) const {
   if (samples_.empty()) return 0;
   const auto& longest = *std::ranges::max_element(

@@ -14,7 +14,7 @@ namespace latchkey {
 
 // The parts of a ciphertext that identifying its settings requires.
 struct CiphertextSample {
-  // More than this says nothing more.
+  // The most bytes of the beginning that are used; more would not make the answer more certain.
   static constexpr std::size_t kHeadLength = std::size_t{1} << 16;
   // The last block and the one it is chained to.
   static constexpr std::size_t kTailLength = 2 * provider::kBlockSize;

@@ -149,7 +149,7 @@ class EndOfQueryTest(TablesTest):
             self.fails("57014", f"SELECT {call} FROM long_values")
             self.assertLess(time.monotonic() - start, 4, "the whole value takes more than twice as long")
 
-    def test_a_result_that_there_is_no_memory_for(self):
+    def test_running_out_of_memory_for_a_result_is_an_error(self):
         process = self.connection.info.backend_pid
         # Enough for the value, not for the result.
         limit_memory(process, virtual_memory(process) + LONG_VALUE * 3 // 2)

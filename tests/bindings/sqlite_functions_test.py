@@ -118,7 +118,7 @@ class FailuresTest(DatabaseTest):
         self.assertRegex(self.message("SELECT latchkey_digest('', 'md6')"),
                          r"^latchkey_digest: .*\. The hash is one of md5, md4, md2, sha1\.$")
 
-    def test_values_that_are_no_bytes(self):
+    def test_numbers_are_refused_as_data_and_passwords(self):
         for value in ("1", "1.5"):
             for call in (f"latchkey_encrypt({value}, 'x', 'md5', 'rc4')", f"latchkey_encrypt('x', {value}, 'md5', 'rc4')",
                          f"latchkey_digest({value}, 'md5')", f"latchkey_identify({value}, 'x')"):

@@ -64,8 +64,9 @@ class EveryCFailureTest : public testing::TestWithParam<std::int32_t> {
     EXPECT_EQ(provider.OpenHandles(), 0);
   }
 
-  // Calls the function with its nth thing failing, for n = 1, 2, ... `arm` arranges the failure,
-  // and `disarm` returns whether it came. Returns the reasons that the function gave.
+  // Calls the function with its nth allocation or provider call failing, for n = 1, 2, ... `arm`
+  // arranges the failure, and `disarm` returns whether it happened. Returns the reasons that the
+  // function gave.
   template <class Arm, class Disarm>
   Reasons Sweep(const CFunction& function, Arm&& arm, Disarm&& disarm) {
     SCOPED_TRACE(function.name);
@@ -113,7 +114,7 @@ class EveryCFailureTest : public testing::TestWithParam<std::int32_t> {
   int failures = 0;
 };
 
-TEST_P(EveryCFailureTest, OfAnAllocationIsNoMemoryAndLeavesNothing) {
+TEST_P(EveryCFailureTest, AFailedAllocationReturnsNoMemoryAndLeavesNothing) {
   const auto functions = AllCFunctions(GetParam());
   ASSERT_EQ(functions.size(), kExpected.size());
   for (const CFunction& function : functions) {
@@ -126,7 +127,7 @@ TEST_P(EveryCFailureTest, OfAnAllocationIsNoMemoryAndLeavesNothing) {
 }
 
 // The same on the system's own provider, whose allocations are those of the library.
-TEST_P(EveryCFailureTest, OfAnAllocationOfTheSystemsProviderLeavesNothing) {
+TEST_P(EveryCFailureTest, AFailedAllocationOfTheSystemsProviderLeavesNothing) {
   provider::ReplaceSharedCryptoProvider(nullptr);
   for (const CFunction& function : AllCFunctions(GetParam())) {
     const Reason noMemory{LATCHKEY_NO_MEMORY, kExpected.at(function.name).trap, 7};
@@ -136,7 +137,7 @@ TEST_P(EveryCFailureTest, OfAnAllocationOfTheSystemsProviderLeavesNothing) {
   std::printf("%d allocations failed in turn\n", failures);
 }
 
-TEST_P(EveryCFailureTest, OfAProviderCallIsReportedAtItsLocation) {
+TEST_P(EveryCFailureTest, AFailedProviderCallIsReportedAtItsLocation) {
   for (const CFunction& function : AllCFunctions(GetParam())) {
     const auto& [trap, refusals] = kExpected.at(function.name);
     EXPECT_EQ(SweepProviderCalls(function, FaultyProvider::Manner::Refuse), refusals)

@@ -165,7 +165,7 @@ TEST(CHexTest, DecodesPairsUpToTheFirstCharacterThatIsNoDigit) {
   EXPECT_EQ(decode("414243", 2).length, 3U);
 }
 
-TEST(CHexTest, LongDataComeBack) {
+TEST(CHexTest, DecodingReversesEncodingOfLongData) {
   for (const std::size_t size : {255U, 257U, 512U, 1000U, 70001U}) {
     const Bytes bytes = RandomSource(7).Some(size);
     std::string text(2 * size + 1, '?');

@@ -134,7 +134,7 @@ TEST(CStreamTest, MayOutliveItsKey) {
   EXPECT_EQ(Finish(stream).Result(), expected);
 }
 
-TEST(CStreamTest, StreamsOfOneKeyDoNotMeet) {
+TEST(CStreamTest, StreamsOfOneKeyDoNotAffectEachOther) {
   const Key key = OpenKey(LATCHKEY_RC4);
   const Stream first = OpenStream(key, LATCHKEY_ENCRYPT);
   const Stream second = OpenStream(key, LATCHKEY_ENCRYPT);

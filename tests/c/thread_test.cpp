@@ -131,7 +131,7 @@ bool HoldsInChild(const std::function<bool()>& work) {
   return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-TEST(CForkTest, BothProcessesUseWhatWasOpen) {
+TEST(CForkTest, BothProcessesCanUseOpenObjects) {
   const Key key = OpenKey(LATCHKEY_RC4);
   const Stream stream = OpenStream(key, LATCHKEY_ENCRYPT);
   const Bytes message = SampleBytes(40);
@@ -148,7 +148,7 @@ TEST(CForkTest, BothProcessesUseWhatWasOpen) {
 }
 
 // Forks at moments at which another thread is in a function.
-TEST(CForkTest, TheChildMayCallEveryFunctionWhateverOtherThreadsDid) {
+TEST(CForkTest, TheChildMayCallEveryFunctionAfterAForkDuringACall) {
   const auto functions = AllCFunctions();
   std::atomic<bool> done{false};
   std::jthread busy([&] {

@@ -22,7 +22,7 @@ class RandomTest(CommandTest):
         self.assertEqual(self.run_well("random", 8, "--json", "-o", "key", "--force").json, {"output": "key"})
         self.assertEqual(len(self.read("key")), 8)
 
-    def test_lengths_that_are_none_are_refused(self):
+    def test_invalid_lengths_are_refused(self):
         for length in ("-1", "x", "1.5", "99999999999999999999"):
             self.assertEqual(self.run_command("random", length).status, 2, length)
 

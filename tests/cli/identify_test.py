@@ -169,7 +169,7 @@ class ManyTest(CommandTest):
             self.assertEqual(result.json["ciphertexts"], 16)
             self.assertEqual(result.json["candidates"][0]["cipher"], options[3])
 
-    def test_copies_of_one_are_no_more_than_one(self):
+    def test_copies_of_a_ciphertext_add_no_evidence(self):
         names = self.write_all("c", self.rows(1, self.DES) * 50)
         self.assertIn(self.identify(*names).status, (1, 3))
 

@@ -32,7 +32,7 @@ class SpecialFilesTest(ManyFilesTest):
         os.mkfifo(self.folder / "pipe")
         (self.folder / "link").symlink_to("a")
         result = self.run_command("encrypt", *KEY, "--output-dir", "out", "link", "pipe")
-        self.assertEqual((result.status, result.lines), (1, ["latchkey: this is no regular file: pipe"]))
+        self.assertEqual((result.status, result.lines), (1, ["latchkey: not a regular file: pipe"]))
         self.assertEqual(self.files("out"), {"link": self.single("encrypt", b"some text")})
 
     def test_an_output_that_is_a_link_is_not_followed(self):
@@ -41,7 +41,7 @@ class SpecialFilesTest(ManyFilesTest):
         (self.folder / "out" / "a").symlink_to("../precious")
         result = self.run_command("encrypt", *KEY, "--force", "--output-dir", "out", "a", "b")
         self.assertEqual((result.status, self.read("precious")), (1, b"precious"))
-        self.assertEqual(result.lines, ["latchkey: cannot replace what is no regular file: out/a"])
+        self.assertEqual(result.lines, ["latchkey: cannot replace: not a regular file: out/a"])
         self.assertEqual(set(self.files("out")), {"b"})
 
     def test_one_folder_with_two_names_has_one_output(self):

@@ -172,7 +172,7 @@ class RefusalTest(ManyFilesTest):
                 (["--output-dir", "out"], "need the names of files"),
                 (["--output-dir", "out", "a", "-"], "standard input has no name"),
                 (["--suffix", "/x", "a"], "separator"), (["--output-dir", "", "a"], "--output-dir is empty"),
-                (["--output-dir", "a", "b"], "--output-dir is no folder"),
+                (["--output-dir", "a", "b"], "--output-dir is not a folder"),
                 (["--output-dir", "out", "--sync", "now", "a"], "--sync"),
                 (["--output-dir", "out", "-o", "c", "a"], "excludes"),
                 (["--output-dir", "out", "--files0-from", "a", "b"], "excludes"),

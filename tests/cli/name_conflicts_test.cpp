@@ -18,7 +18,7 @@ Pairs FoundIn(NameConflicts& conflicts) {
   return found;
 }
 
-TEST(NameConflictsTest, FindsWhatContradictsWithTheSameHash) {
+TEST(NameConflictsTest, FindsConflictsAmongFactsWithTheSameHash) {
   NameConflicts conflicts;
   conflicts.Add({7, 1, FactKind::Output});
   conflicts.Add({7, 2, FactKind::Output});
@@ -45,7 +45,7 @@ TEST(NameConflictsTest, AcceptsLinksToOneInputAndSharedFolders) {
 }
 
 // Three rounds are needed for this number of facts.
-TEST(NameConflictsTest, FindsThemAmongMillions) {
+TEST(NameConflictsTest, FindsConflictsAmongMillionsOfFacts) {
   constexpr std::uint64_t kCount = 2'500'000;
   NameConflicts conflicts;
   for (std::uint64_t i = 0; i < kCount; ++i) conflicts.Add({i, i, FactKind::Output});
@@ -58,7 +58,7 @@ TEST(NameConflictsTest, FindsThemAmongMillions) {
   EXPECT_EQ(FoundIn(conflicts), expected);
 }
 
-TEST(SpoolTest, GivesBackTextsAndNumbersAcrossItsBuffer) {
+TEST(SpoolTest, ReturnsDataThatCrossesTheEndOfItsBuffer) {
   Spool spool;
   const auto textOf = [](std::size_t number) { return std::string(number * 37 % 5000, 'x'); };
   constexpr std::size_t kCount = 500;

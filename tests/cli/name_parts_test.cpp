@@ -20,7 +20,7 @@ TEST(NamePartsTest, SplitsFolderAndLastPart) {
   EXPECT_EQ(Joined("/", "b"), "/b");
 }
 
-TEST(NamePartsTest, AnEntryIsTheLastPartUnlessItNamesNone) {
+TEST(NamePartsTest, AnEntryIsTheLastPartUnlessThatIsDotsOrTheRoot) {
   EXPECT_EQ(StartOfEntry("a/b"), 2U);
   EXPECT_EQ(StartOfEntry("b"), 0U);
   for (const std::string_view name : {".", "..", "a/..", "a/.", "/"}) {

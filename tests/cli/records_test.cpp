@@ -185,7 +185,7 @@ TEST(JsonFormatTest, ANameMayBeEscaped) {
       "{\"\\u0073\\\"\":\"ba\",\"s\":\"cd\"}");
 }
 
-TEST(JsonFormatTest, WhatIsNoStringInAnObjectFails) {
+TEST(JsonFormatTest, ALineThatIsNotAnObjectWithAStringFails) {
   const RecordRun run = Through(Json("s"), kBadJson);
   EXPECT_EQ(run.counts.failed, 7U);
   EXPECT_EQ(run.counts.changed, 1U);

@@ -86,7 +86,7 @@ TEST(TextEncodingTest, EveryByteOfSingleBytePagesIsACharacter) {
   }
 }
 
-TEST(TextEncodingTest, LeadBytesAreNoCharacters) {
+TEST(TextEncodingTest, ALeadByteAloneIsNotACharacter) {
   for (const char* const name : {"windows-932", "windows-936", "windows-949", "windows-950"}) {
     EXPECT_FALSE(ToUtf8("\x88", name)) << name;      // cut
     EXPECT_FALSE(ToUtf8("\x88\x20", name)) << name;  // no trail byte
@@ -94,7 +94,7 @@ TEST(TextEncodingTest, LeadBytesAreNoCharacters) {
   }
 }
 
-TEST(TextEncodingTest, BadUtfIsNoText) {
+TEST(TextEncodingTest, InvalidUtf8AndUtf16AreRefused) {
   for (const char* const bad : {"\xFF", "\xC3", "\xC0\xAF", "\xED\xA0\x80", "\xF4\x90\x80\x80"}) {
     EXPECT_FALSE(FromUtf8(bad, "utf-16le")) << bad;
   }

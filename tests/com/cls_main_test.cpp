@@ -87,7 +87,7 @@ TEST(ClsMainTest, DestroyingTheLastOneEmptiesTheSlot) {
   EXPECT_EQ(ThisThread().errorRecord, nullptr);
 }
 
-TEST(ClsMainTest, AnotherOneAfterThatMakesANewRecord) {
+TEST(ClsMainTest, OneMadeAfterTheLastIsDestroyedMakesANewRecord) {
   const ModuleScope scope;
   { const clsMain main; }
   const clsMain main;

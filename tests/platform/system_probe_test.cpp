@@ -57,7 +57,7 @@ TEST_F(SystemProbeTest, TheSystemVolumeHasAFileSystem) {
   EXPECT_EQ(volume->serialNumber, again->serialNumber);
 }
 
-TEST_F(SystemProbeTest, TheSpaceOfTheSystemVolumeFitsTogether) {
+TEST_F(SystemProbeTest, TheSpaceOfTheSystemVolumeIsConsistent) {
   const auto space = probe.GetDiskFreeSpaceExA(kSystemRoot);
   ASSERT_TRUE(space);
   EXPECT_GT(space->totalBytes, 0U);
@@ -65,7 +65,7 @@ TEST_F(SystemProbeTest, TheSpaceOfTheSystemVolumeFitsTogether) {
   EXPECT_LE(space->availableBytes, space->freeBytes);
 }
 
-TEST_F(SystemProbeTest, TheClustersOfTheSystemVolumeFitTogether) {
+TEST_F(SystemProbeTest, TheClustersOfTheSystemVolumeAreConsistent) {
   const auto clusters = probe.GetDiskFreeSpaceA(kSystemRoot);
   ASSERT_TRUE(clusters);
   EXPECT_GT(clusters->sectorsPerCluster, 0U);

@@ -63,7 +63,7 @@ TEST(TextOfDoubleTest, RoundsHalfwayValuesAwayFromZero) {
   for (const auto& [value, text] : pairs) EXPECT_EQ(TextOfDouble(value), text);
 }
 
-TEST(TextOfVariantTest, NumbersAndTruthValues) {
+TEST(TextOfVariantTest, WritesNumbersAndBooleans) {
   EXPECT_EQ(TextOfVariant(Variant(std::int32_t{0})), u"0");
   EXPECT_EQ(TextOfVariant(Variant(std::numeric_limits<std::int32_t>::max())), u"2147483647");
   EXPECT_EQ(TextOfVariant(Variant(std::numeric_limits<std::int32_t>::min())), u"-2147483648");

@@ -1,5 +1,5 @@
 // CryptSetKeyParam of the platform's own provider, for RC2's effective key length. The codes are
-// those of Wine; the Linux body must return the same.
+// those of Wine; the Linux implementation must return the same.
 #include <gtest/gtest.h>
 
 #include <vector>

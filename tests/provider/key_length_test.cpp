@@ -1,5 +1,5 @@
-// CryptDeriveKey with a length in its flags. The codes and keys are those of Wine; the Linux body
-// must return the same.
+// CryptDeriveKey with a length in its flags. The codes and keys are those of Wine; the Linux
+// implementation must return the same.
 #include <gtest/gtest.h>
 
 #include <algorithm>

@@ -90,7 +90,7 @@ TEST_P(MessageKeyTest, ThreadsUseItAtOnce) {
   EXPECT_EQ(wrong, 0);
 }
 
-TEST_P(MessageKeyTest, ADuplicateGoesOnWhereTheKeyWas) {
+TEST_P(MessageKeyTest, ADuplicateContinuesFromTheStateOfTheKey) {
   const HCRYPTKEY key = NewKey();
   static_cast<void>(Encrypt(key, false, Bytes(16, 0x11), 16));
   HCRYPTKEY duplicate = 0;

@@ -57,7 +57,7 @@ class ProviderVectorsTest : public ::testing::Test {
   ProviderSession enhanced{kEnhancedProviderName};
 };
 
-TEST_F(ProviderVectorsTest, PublishedHashValuesInBothProviders) {
+TEST_F(ProviderVectorsTest, HashesMatchPublishedValuesInBothProviders) {
   for (const VectorLine& line : ReadVectors("hashes.txt", 5)) {
     SCOPED_TRACE(line.place);
     const Bytes data = Repeated(BytesOfField(line.fields[2]), NumberOfField(line.fields[1]));
@@ -82,15 +82,15 @@ TEST_F(ProviderVectorsTest, HashValueDoesNotDependOnTheLengthsOfTheParts) {
   }
 }
 
-TEST_F(ProviderVectorsTest, MeasuredCiphertexts) {
+TEST_F(ProviderVectorsTest, CiphersMatchMeasuredCiphertexts) {
   for (const VectorLine& line : ReadVectors("encryption.txt", 7)) CheckEncryption(line);
 }
 
-TEST_F(ProviderVectorsTest, PublishedKeyDerivationSample) {
+TEST_F(ProviderVectorsTest, KeyDerivationMatchesThePublishedSample) {
   for (const VectorLine& line : ReadVectors("key_derivation.txt", 7)) CheckEncryption(line);
 }
 
-TEST_F(ProviderVectorsTest, Rc2UnderRawKeys) {
+TEST_F(ProviderVectorsTest, Rc2MatchesPublishedBlocksUnderRawKeys) {
   const KeyLengths lengths = RawRc2KeyLengths();
   int driven = 0;
   for (const VectorLine& line : ReadVectors("rc2.txt", 5)) {

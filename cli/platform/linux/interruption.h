@@ -29,8 +29,8 @@ inline constexpr int kMostUnfinished = 1024;
 [[nodiscard]] int RemoveWhenInterrupted(const std::string& name) noexcept;
 void KeepWhenInterrupted(int number) noexcept;
 
-// The terminal to restore; null for none. Call it with the signals
-// held. One terminal at a time.
+// Sets the terminal to restore; null for none. Call it with the signals held. One terminal at a
+// time.
 void RestoreWhenInterrupted(int terminal, const termios* state) noexcept;
 
 // Removes those files and restores that terminal. For a process about to end, also in a handler.

@@ -23,7 +23,7 @@ ScratchFile::ScratchFile() {
   const std::string folder = ScratchFolder();
   file_.Reset(::open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0600));
   if (file_) return;
-  std::string name = folder + "/latchkey-XXXXXX";  // the file system has only files with names
+  std::string name = folder + "/latchkey-XXXXXX";  // the file system does not support O_TMPFILE
   file_.Reset(::mkostemp(name.data(), O_CLOEXEC));
   if (!file_) throw FileError(errno, "cannot make a temporary file", folder);
   ::unlink(name.c_str());

@@ -18,8 +18,8 @@ void EncodeBase64(std::span<const std::uint8_t> bytes, std::span<std::uint8_t> t
                        reinterpret_cast<char*>(text.data()), &length);
 }
 
-// The system takes set bits after the last byte, which another library refuses: encoding the last
-// characters again shows them.
+// The system accepts set bits after the last byte; Nettle refuses them. Encoding the last bytes
+// again detects them.
 std::optional<std::size_t> DecodeBase64(std::span<const std::uint8_t> text,
                                         std::span<std::uint8_t> bytes) noexcept {
   if (text.empty()) return 0;

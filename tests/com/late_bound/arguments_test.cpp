@@ -25,7 +25,7 @@ class ArgumentsTest : public LateClientTest {
   UniqueBstr abc = Bstr(L"abc");
 };
 
-TEST_F(ArgumentsTest, AllByPosition) {
+TEST_F(ArgumentsTest, AllMayBePassedByPosition) {
   const Outcome outcome = api.Call(
       L"CreateHash", {Value(abc.Get()), Value(1), Value(true), Value(false), Value(false)});
   EXPECT_EQ(outcome.result, S_OK);
@@ -82,14 +82,14 @@ TEST_F(ArgumentsTest, EveryNameHasItsNumberInTheTypeLibrary) {
   EXPECT_GT(members, 10);
 }
 
-TEST_F(ArgumentsTest, ByNameInAnyOrder) {
+TEST_F(ArgumentsTest, MayBePassedByNameInAnyOrder) {
   const Outcome outcome =
       api.CallNamed(L"CreateHash", {{2, Value(true)}, {0, Value(abc.Get())}, {1, Value(1)}});
   EXPECT_EQ(outcome.result, S_OK);
   EXPECT_EQ(outcome.text, kMd5OfAbc);
 }
 
-TEST_F(ArgumentsTest, ByNameAfterThoseByPosition) {
+TEST_F(ArgumentsTest, NamedOnesMayFollowThoseByPosition) {
   const Outcome outcome =
       api.CallNamed(L"CreateHash", {{2, Value(true)}, {1, Value(1)}}, {Value(abc.Get())});
   EXPECT_EQ(outcome.text, kMd5OfAbc);

@@ -47,7 +47,7 @@ TEST(CandidatesTest, TheRightSettingsComeFirstForEveryHashAndCipher) {
 }
 
 // One short block says little; several of them under the same settings say enough.
-TEST(CandidatesTest, SamplesAddUp) {
+TEST(CandidatesTest, EverySampleAddsEvidence) {
   const KeySettings settings{1, 4, ProviderChoice::Enhanced};
   std::vector<Bytes> ciphertexts;
   for (const char* const text : {"Ann", "Bob", "Eve", "Ida", "Joe", "Kay"}) {
@@ -143,7 +143,7 @@ TEST(CandidatesTest, EqualSamplesCountOnce) {
 }
 
 // With a wrong key of RC4, short samples are all xored with the same bytes.
-TEST(CandidatesTest, ManyShortSamplesUnderRc4AreNoMoreThanTheirLength) {
+TEST(CandidatesTest, AWrongKeyOfRc4IsNeverCertainForManyShortSamples) {
   std::vector<Bytes> ciphertexts;
   for (char letter = 'a'; letter <= 'z'; ++letter) {
     ciphertexts.push_back(Encrypted({1, 1, ProviderChoice::Enhanced}, std::string(1, letter)));

@@ -45,11 +45,11 @@ void ExitWithTheCInterfacesFailures(int error) {
 
 class RandomSourceDeathTest : public ::testing::TestWithParam<int> {};
 
-TEST_P(RandomSourceDeathTest, AFailureOfTheSystemCallIsTheClasss) {
+TEST_P(RandomSourceDeathTest, TheClassReportsAFailureOfTheSystemCall) {
   EXPECT_EXIT(ExitWithTheClasssFailures(GetParam()), ::testing::ExitedWithCode(0), "");
 }
 
-TEST_P(RandomSourceDeathTest, AFailureOfTheSystemCallIsTheCInterfaces) {
+TEST_P(RandomSourceDeathTest, TheCInterfaceReportsAFailureOfTheSystemCall) {
   EXPECT_EXIT(ExitWithTheCInterfacesFailures(GetParam()), ::testing::ExitedWithCode(0), "");
 }
 

@@ -98,7 +98,7 @@ std::size_t StackUsedAtFirst(const Operation& operation) {
   return read && status == 0 ? used : 0;
 }
 
-TEST(SmallStackTest, EachOperationNeedsNoMore) {
+TEST(SmallStackTest, EachOperationNeedsAtMost32KiB) {
   const std::size_t nothing = StackUsedAtFirst({"nothing", [] {}});
   std::size_t most = 0;
   for (const Operation& operation : AllOperations()) {
@@ -111,7 +111,7 @@ TEST(SmallStackTest, EachOperationNeedsNoMore) {
             << " of them by any thread\n";
 }
 
-TEST(SmallStackDeathTest, EachOperationRunsOnAStackOfThatSize) {
+TEST(SmallStackDeathTest, EachOperationRunsOnAStackOf32KiB) {
   EXPECT_EXIT(
       {
         for (const Operation& operation : AllOperations()) StackUsedBy(operation, kEnough);

@@ -1,4 +1,4 @@
-// System calls that fail, as a parent may arrange it for a process.
+// Makes system calls of this process fail, as a parent process can.
 #pragma once
 
 namespace latchkey::test {

@@ -99,7 +99,7 @@ class InstallerTest(installer_case.InstallerCase):
         self.uninstall("/AllUsers")
         self.expect_nothing_left()
 
-    def test_a_second_folder_is_refused_while_there_is_the_first(self):
+    def test_a_second_folder_is_refused_while_the_first_exists(self):
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\First"), 0)
         first = state()
         self.assertEqual(self.install("/CurrentUser", r"/D=C:\Second"), 2)

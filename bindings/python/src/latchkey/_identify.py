@@ -56,7 +56,7 @@ def identify(samples: bytes | bytearray | memoryview | Iterable[ReadableBuffer],
              encoding: str | None = None) -> list[Candidate]:
     """The settings that fit ciphertexts under a password, the most probable first; an empty list if none do.
 
-    All samples must have been encrypted under the same settings. More and longer samples give a surer answer.
+    All samples must have been encrypted under the same settings. More and longer samples give a more certain answer.
 
     >>> key = latchkey.Key(b"secret", hash="sha1", cipher="3des")
     >>> samples = [key.encrypt(text) for text in (b"The first letter", b"and the second one", b"both in English")]

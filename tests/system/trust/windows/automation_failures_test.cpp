@@ -108,7 +108,7 @@ class AutomationFailuresTest : public LateClientTest {
   int failed_ = 0;
 };
 
-TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAString) {
+TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAStringReportsTheFailure) {
   EXPECT_GE(FailEarly<BSTR>([&](BSTR* result) {
               return Api()->CreateHash(text.Get(), 1, VARIANT_TRUE, VARIANT_TRUE, VARIANT_FALSE,
                                        result);
@@ -145,7 +145,7 @@ TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAString) {
             1);
 }
 
-TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAnArray) {
+TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAnArrayReportsTheFailure) {
   EXPECT_GE(
       FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) { return Api()->get_OutputData(result); }), 2);
   EXPECT_GE(FailEarly<SAFEARRAY*>([&](SAFEARRAY** result) { return Api()->get_Password(result); }),
@@ -163,7 +163,7 @@ TEST_F(AutomationFailuresTest, EveryMemberThatReturnsAnArray) {
             3);
 }
 
-TEST_F(AutomationFailuresTest, LateBoundResults) {
+TEST_F(AutomationFailuresTest, LateBoundResultsReportTheFailure) {
   EXPECT_GE(FailLate(L"CreateHash", {Value(true), Value(1), Value(text.Get())}), 1);
   EXPECT_GE(FailLate(L"CreateRandom", {Value(20)}), 1);
   EXPECT_GE(FailLate(L"CreateSaltValue", {Value(true), Value(2)}), 1);
@@ -176,7 +176,7 @@ TEST_F(AutomationFailuresTest, LateBoundResults) {
   EXPECT_GE(FailLate(Main(), L"RTErrorDescription", {}, DISPATCH_PROPERTYGET), 1);
 }
 
-TEST_F(AutomationFailuresTest, LateBoundArgumentsThatAreCopied) {
+TEST_F(AutomationFailuresTest, LateBoundArgumentsThatAreCopiedReportTheFailure) {
   EXPECT_GE(FailLate(L"ByteArrayToString", {Value(array.Get())}), 3);
   EXPECT_GE(FailLate(L"InputData", {Value(array.Get())}, DISPATCH_PROPERTYPUT), 2);
   EXPECT_GE(FailLate(L"Password", {Value(array.Get())}, DISPATCH_PROPERTYPUT), 2);
