@@ -9,12 +9,10 @@
 #include "crypto/algorithms.h"
 #include "crypto/message_digest.h"
 #include "crypto/open_provider.h"
+#include "provider/block_size.h"
 
 namespace latchkey::c {
 namespace {
-
-// The most bytes that one call of the provider gets.
-constexpr std::size_t kLargestCall = std::size_t{1} << 30;
 
 // Hashes messages, one after the other, with one algorithm.
 class Hasher {
@@ -23,7 +21,7 @@ class Hasher {
     if (!std::in_range<std::int16_t>(hash)) return LATCHKEY_BAD_HASH;
     algorithm_ = FindHashAlgorithm(static_cast<std::int16_t>(hash));
     if (algorithm_.id == provider::kAlgorithmNone) return LATCHKEY_BAD_HASH;
-    context_ = OpenProvider(provider::SharedCryptoProvider(), false);
+    context_ = OpenSharedProvider(false);
     return context_ ? Outcome(LATCHKEY_OK) : Outcome(LATCHKEY_NO_PROVIDER, &check::kHashProvider);
   }
 
@@ -31,7 +29,7 @@ class Hasher {
     std::optional<MessageDigest> message = TakeMessage();
     if (!message) return LATCHKEY_PROVIDER_REFUSED;
     while (!data.empty()) {
-      const auto part = data.first(std::min(data.size(), kLargestCall));
+      const auto part = data.first(std::min(data.size(), provider::kLargestCall));
       if (!message->Add(part)) return LATCHKEY_PROVIDER_REFUSED;
       data = data.subspan(part.size());
     }

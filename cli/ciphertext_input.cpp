@@ -2,10 +2,11 @@
 
 #include <algorithm>
 
+#include "crypto/text_codec.h"
+
 namespace latchkey::cli {
 
 std::size_t CiphertextInput::Read(std::span<std::uint8_t> bytes) {
-  constexpr std::uint8_t kSpace = 0x20;
   std::size_t count = 0;
   if (!hasEnded_) {
     count = reader_(bytes);

@@ -7,7 +7,7 @@
 #include "cli/checksum_file.h"
 #include "cli/platform/input_file.h"
 #include "cli/progress.h"
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey::cli {
 

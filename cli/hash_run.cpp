@@ -6,10 +6,7 @@
 namespace latchkey::cli {
 
 HashRun::HashRun(std::int16_t hash, bool silent, const Report& report)
-    : hash_(hash),
-      silent_(silent),
-      report_(report),
-      context_(OpenProvider(provider::SharedCryptoProvider(), false)) {
+    : hash_(hash), silent_(silent), report_(report), context_(OpenSharedProvider(false)) {
   if (!context_) throw CommandError(FailureAt(check::kHashProvider));
 }
 

@@ -19,9 +19,9 @@ HashAlgorithm FindHashAlgorithm(std::int16_t number) noexcept {
 
 provider::AlgorithmId FindCipherAlgorithm(std::int16_t number, bool enhanced) noexcept {
   switch (number) {
-    case 1:
+    case kCipherRc4:
       return provider::kAlgorithmRc4;
-    case 2:
+    case kCipherRc2:
       return provider::kAlgorithmRc2;
     case 3:
       return provider::kAlgorithmDes;

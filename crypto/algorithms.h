@@ -7,6 +7,13 @@
 
 namespace latchkey {
 
+// The numbers below go from 1 to these counts.
+inline constexpr std::int16_t kHashCount = 4;
+inline constexpr std::int16_t kCipherCount = 5;
+
+inline constexpr std::int16_t kCipherRc4 = 1;  // the only stream cipher
+inline constexpr std::int16_t kCipherRc2 = 2;
+
 struct HashAlgorithm {
   provider::AlgorithmId id = provider::kAlgorithmNone;
   std::int32_t length = 0;  // of the digest, in bytes

@@ -9,11 +9,6 @@
 #include "diagnostics/error_trap.h"
 
 namespace latchkey {
-namespace {
-
-constexpr std::int16_t kRc4 = 1;
-
-}  // namespace
 
 clsCryptoAPI::clsCryptoAPI() : state_(std::make_unique<CryptoApiState>()) {}
 
@@ -75,7 +70,7 @@ void CryptoApiState::GetCipherAlgorithm(std::int16_t intCipherType,
   lngAlgorithm = provider::kAlgorithmNone;
   RunTrapped(trap::kGetCipherAlgorithm, [&] {
     ClearErrorRecord();
-    blnBlockCipher = intCipherType != kRc4;
+    blnBlockCipher = intCipherType != kCipherRc4;
     const provider::AlgorithmId found = FindCipherAlgorithm(intCipherType, blnEnhanced);
     if (found == provider::kAlgorithmNone) {
       RecordApplicationFailure(blnEnhanced ? check::kEnhancedCipherType : check::kBaseCipherType);

@@ -7,14 +7,14 @@
 #include "base/secure_memory.h"
 #include "base/wiped_buffer.h"
 #include "crypto/password_cipher.h"
-#include "crypto/provider_handles.h"
 #include "crypto/shaped_bytes.h"
 #include "latchkey/cls_crypto_api.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey {
 
 struct CryptoApiState {
-  // Opens the provider that blnEnhanced asks for. Returns false if that fails: location 728 or 729,
+  // Opens the provider that blnEnhanced selects. Returns false if that fails: location 728 or 729,
   // or 442 for a run-time fault.
   bool AcquireProvider();
 

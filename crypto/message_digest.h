@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey {
 

@@ -18,16 +18,18 @@ UniqueContext Open(provider::CryptoProvider& provider, const char* providerName,
   });
 }
 
-}  // namespace
-
-UniqueContext OpenProvider(bool enhanced) {
-  return OpenProvider(*ThisThreadCrypto().provider, enhanced);
-}
-
-UniqueContext OpenProvider(provider::CryptoProvider& provider, bool enhanced) {
+UniqueContext Open(provider::CryptoProvider& provider, bool enhanced) {
   if (enhanced) return Open(provider, provider::kEnhancedProviderName, provider::kVerifyContext);
   UniqueContext context = Open(provider, provider::kBaseProviderName, provider::kVerifyContext);
   return context ? std::move(context) : Open(provider, kDefaultProviderName, provider::kNewKeySet);
+}
+
+}  // namespace
+
+UniqueContext OpenProvider(bool enhanced) { return Open(*ThisThreadCrypto().provider, enhanced); }
+
+UniqueContext OpenSharedProvider(bool enhanced) {
+  return Open(provider::SharedCryptoProvider(), enhanced);
 }
 
 }  // namespace latchkey

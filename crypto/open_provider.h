@@ -1,7 +1,7 @@
 // Opening the cryptographic provider.
 #pragma once
 
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey {
 
@@ -10,8 +10,8 @@ namespace latchkey {
 // set. Returns no handle on failure.
 [[nodiscard]] UniqueContext OpenProvider(bool enhanced);
 
-// The same with the given provider, for keys that threads share. Makes no per-thread state: threads
-// need none to use these keys.
-[[nodiscard]] UniqueContext OpenProvider(provider::CryptoProvider& provider, bool enhanced);
+// The same with the provider that threads share. Makes no per-thread state: threads need none to
+// use keys of this provider.
+[[nodiscard]] UniqueContext OpenSharedProvider(bool enhanced);
 
 }  // namespace latchkey

@@ -6,7 +6,7 @@
 #include <span>
 
 #include "base/secure_memory.h"
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey {
 

@@ -4,7 +4,7 @@
 #include <atomic>
 #include <mutex>
 
-#include "provider/crypto_provider.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey::provider {
 namespace {
@@ -34,23 +34,11 @@ class DuplicatedKey final : public MessageKey {
   }
 
  private:
-  struct Owner {
-    CryptoProvider& provider;
-    HCRYPTKEY key = 0;
-    ~Owner() {
-      try {
-        if (key != 0) provider.CryptDestroyKey(key);
-      } catch (...) {  // NOLINT(bugprone-empty-catch): the message is already done
-      }
-    }
-  };
-
   template <class Work>
   bool OnDuplicate(Work&& work) const {
-    HCRYPTKEY made = 0;  // a refused call may have written one
-    if (!Duplicate(&made)) return false;
-    const Owner duplicate{provider_, made};
-    return work(made);
+    const UniqueKey duplicate =
+        Receive<KeyTrait>(provider_, [&](HCRYPTKEY* made) { return Duplicate(made); });
+    return duplicate && work(duplicate.Get().value);
   }
 
   CryptoProvider& provider_;

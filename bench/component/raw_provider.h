@@ -7,7 +7,7 @@
 
 #include "crypto/algorithms.h"
 #include "crypto/open_provider.h"
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 namespace latchkey::bench {
 

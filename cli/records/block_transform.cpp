@@ -2,12 +2,9 @@
 
 #include <utility>
 
+#include "crypto/text_codec.h"
+
 namespace latchkey::cli {
-namespace {
-
-constexpr std::uint8_t kSpace = ' ';
-
-}  // namespace
 
 RecordCounts& RecordCounts::operator+=(const RecordCounts& other) noexcept {
   records += other.records;

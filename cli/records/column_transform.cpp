@@ -41,8 +41,7 @@ class CipherTransform final : public ColumnTransform {
 class DigestTransform final : public ColumnTransform {
  public:
   explicit DigestTransform(std::int16_t hash)
-      : algorithm_(FindHashAlgorithm(hash)),
-        context_(OpenProvider(provider::SharedCryptoProvider(), false)) {
+      : algorithm_(FindHashAlgorithm(hash)), context_(OpenSharedProvider(false)) {
     if (!context_) throw CommandError(FailureOfValue());
   }
 

@@ -42,8 +42,8 @@ HRESULT Describe(const ClassDescription& description, const GUID& id,
 }
 
 void FreeException(EXCEPINFO& exception) {
-  SysFreeString(exception.bstrSource);
-  SysFreeString(exception.bstrDescription);
+  const UniqueBstr source(exception.bstrSource);
+  const UniqueBstr description(exception.bstrDescription);
 }
 
 // Raises the exceptions of DispatchArguments.

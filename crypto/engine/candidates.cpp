@@ -8,22 +8,19 @@
 #include <utility>
 
 #include "base/secure_memory.h"
+#include "crypto/algorithms.h"
 
 namespace latchkey {
 
 namespace {
 
-constexpr std::int32_t kHashes = 4;
-constexpr std::int32_t kCiphers = 5;
-constexpr std::int32_t kRc4 = 1;
-constexpr std::int32_t kRc2 = 2;
 constexpr std::uint32_t kOldRc2Bits = 40;
 
 // The usual lengths that are not the provider's own; the base provider has none above 56.
 constexpr std::array<std::uint32_t, 4> kUsualBits{56, 40, 64, 80};
 
 void AddLengths(std::vector<KeySettings>& all, const KeySettings& settings) {
-  if (settings.cipher != kRc4 && settings.cipher != kRc2) return;
+  if (settings.cipher != kCipherRc4 && settings.cipher != kCipherRc2) return;
   const std::size_t count = settings.UsesEnhancedProvider() ? kUsualBits.size() : 1;
   for (const std::uint32_t bits : std::span(kUsualBits).first(count)) {
     all.push_back(settings);
@@ -35,11 +32,11 @@ void AddLengths(std::vector<KeySettings>& all, const KeySettings& settings) {
 std::vector<KeySettings> AllSettings(KeyLengths lengths) {
   std::vector<KeySettings> all;
   for (const ProviderChoice provider : {ProviderChoice::Base, ProviderChoice::Enhanced}) {
-    for (std::int32_t cipher = 1; cipher <= kCiphers; ++cipher) {
-      for (std::int32_t hash = 1; hash <= kHashes; ++hash) {
+    for (std::int32_t cipher = 1; cipher <= kCipherCount; ++cipher) {
+      for (std::int32_t hash = 1; hash <= kHashCount; ++hash) {
         all.push_back({hash, cipher, provider});
         if (lengths == KeyLengths::Usual) AddLengths(all, {hash, cipher, provider});
-        if (provider == ProviderChoice::Enhanced && cipher == kRc2) {
+        if (provider == ProviderChoice::Enhanced && cipher == kCipherRc2) {
           all.push_back({hash, cipher, provider, 0, kOldRc2Bits});
         }
       }

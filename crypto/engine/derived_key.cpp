@@ -49,7 +49,7 @@ const CheckSite* DerivedKey::Open(const KeySettings& settings, const CipherSites
               settings.keyBits};
   if (request_.hash == provider::kAlgorithmNone) return &sites.hashType;
   if (request_.cipher == provider::kAlgorithmNone) return &sites.cipherType;
-  context_ = OpenProvider(provider::SharedCryptoProvider(), enhanced);
+  context_ = OpenSharedProvider(enhanced);
   return context_ ? nullptr : &sites.provider;
 }
 

@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 
+#include "crypto/algorithms.h"
 #include "crypto/cipher_sites.h"
 #include "crypto/password_cipher.h"
 #include "provider/block_size.h"
@@ -17,8 +18,6 @@ enum class ProviderChoice { Any, Base, Enhanced };
 
 // What a key is derived from, besides the password.
 struct KeySettings {
-  static constexpr std::int32_t kRc4 = 1;  // the only stream cipher
-
   std::int32_t hash = 1;    // as the component numbers it
   std::int32_t cipher = 1;  // as the component numbers it
   ProviderChoice provider = ProviderChoice::Any;
@@ -26,7 +25,7 @@ struct KeySettings {
   std::uint32_t rc2EffectiveBits = 0;  // as in KeyRequest
 
   [[nodiscard]] bool UsesEnhancedProvider() const noexcept;
-  [[nodiscard]] bool HasBlockCipher() const noexcept { return cipher != kRc4; }
+  [[nodiscard]] bool HasBlockCipher() const noexcept { return cipher != kCipherRc4; }
 
   // BytesToWholeBlocks for a ciphertext of that length; 0 for a stream cipher. Clients that drop
   // trailing spaces remove bytes of value 20 (hexadecimal) from the end of a ciphertext.

@@ -8,9 +8,6 @@ namespace {
 
 using provider::kBlockSize;
 
-// The most bytes that one call of the provider gets: whole blocks.
-constexpr std::size_t kLargestCall = std::size_t{1} << 30;
-
 }  // namespace
 
 MessageStream::MessageStream(const DerivedKey& key, CipherDirection direction)
@@ -50,7 +47,7 @@ bool MessageStream::Update(std::span<const std::uint8_t> piece, std::span<std::u
 
 bool MessageStream::Transform(std::span<std::uint8_t> data) {
   while (!data.empty()) {
-    const auto part = data.first(std::min(data.size(), kLargestCall));
+    const auto part = data.first(std::min(data.size(), provider::kLargestCall));
     auto length = static_cast<std::uint32_t>(part.size());
     if (session_.Transform(direction_, part, length, false) != CipherStep::Done) return false;
     data = data.subspan(part.size());

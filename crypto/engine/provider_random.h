@@ -17,7 +17,7 @@ class ProviderRandom {
   [[nodiscard]] bool Fill(std::span<std::uint8_t> bytes);
 
  private:
-  UniqueContext context_ = OpenProvider(provider::SharedCryptoProvider(), false);
+  UniqueContext context_ = OpenSharedProvider(false);
 };
 
 }  // namespace latchkey

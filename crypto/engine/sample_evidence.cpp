@@ -7,13 +7,13 @@
 
 #include "base/secure_memory.h"
 #include "crypto/engine/text_evidence.h"
+#include "crypto/text_codec.h"
 
 namespace latchkey {
 namespace {
 
 using provider::kBlockSize;
 
-constexpr std::uint8_t kSpace = 0x20;
 constexpr double kByteBits = 8;
 // The most bytes used from the beginnings of all samples together, and the fewest from each.
 constexpr std::size_t kAllHeads = std::size_t{1} << 20;

@@ -1,4 +1,4 @@
-// The codes of a Windows code page, asked of the system one by one.
+// The codes of a Windows code page, queried from the system one by one.
 #pragma once
 
 #include <windows.h>

@@ -4,6 +4,8 @@
 
 #include <wincrypt.h>
 
+#include "provider/block_size.h"
+
 namespace latchkey::provider {
 namespace {
 
@@ -27,7 +29,7 @@ bool IsBlockCipher(HCRYPTKEY key) {
 // Data that no block cipher can decrypt. Wine would read the padding before the start of an empty
 // buffer, and write past the end of an incomplete last block.
 bool IsIncomplete(std::uint32_t length, bool final) {
-  return length % 8 != 0 || (final && length == 0);
+  return length % kBlockSize != 0 || (final && length == 0);
 }
 
 // The Windows types differ from ours in name, and on 32 bits also in type; values are copied

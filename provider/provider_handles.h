@@ -2,10 +2,10 @@
 #pragma once
 
 #include <utility>
-#include "provider/crypto_provider.h"
 
 #include "base/unique_handle.h"
 #include "platform/stack_wipe.h"
+#include "provider/crypto_provider.h"
 
 namespace latchkey {
 

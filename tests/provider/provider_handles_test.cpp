@@ -1,4 +1,4 @@
-#include "crypto/provider_handles.h"
+#include "provider/provider_handles.h"
 
 #include <gtest/gtest.h>
 
