@@ -1,5 +1,6 @@
 #include "cli/alternatives.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 
 namespace latchkey::cli {

@@ -1,9 +1,12 @@
 // Options whose value is one of a few words.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 #include <vector>
+
+namespace CLI {
+class Validator;
+}  // namespace CLI
 
 namespace latchkey::cli {
 

@@ -1,5 +1,6 @@
 #include "cli/checksum_check.h"
 
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "cli/platform/input_file.h"

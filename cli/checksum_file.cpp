@@ -94,27 +94,18 @@ std::optional<Parts> SplitTagged(std::string_view line, const std::string& tag) 
   return Parts{line.substr(close + 4), line.substr(start.size(), close - start.size())};
 }
 
-constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
-constexpr std::string_view kLittleEndianMark = "\xFF\xFE";
-constexpr std::string_view kBigEndianMark = "\xFE\xFF";
-
-// UTF-8 of UTF-16LE.
-std::string FromUtf16(std::string_view text) {
-  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
-  const auto converted = Converted(bytes, TextEncoding("utf-16le"), TextEncoding("utf-8"));
+// UTF-8 of a list in UTF-8 or UTF-16; a list without a byte order mark is returned as it is.
+std::string Utf8Of(const std::string& list) {
+  std::vector<std::uint8_t> bytes(list.begin(), list.end());
+  if (BeginsWith(bytes, kUtf8Mark)) return list.substr(kUtf8Mark.size());
+  if (BeginsWith(bytes, kSwappedUtf16Mark) && bytes.size() % 2 == 0) {
+    for (std::size_t i = 0; i < bytes.size(); i += 2) std::swap(bytes[i], bytes[i + 1]);
+  }
+  if (!BeginsWith(bytes, kUtf16Mark)) return list;
+  const auto converted = Converted(std::span(bytes).subspan(kUtf16Mark.size()),
+                                   TextEncoding("utf-16le"), TextEncoding("utf-8"));
   if (converted) return {converted->begin(), converted->end()};
   throw CommandError(Failure{.text = "the list begins as UTF-16 does, but is not UTF-16"});
-}
-
-std::string Utf8Of(std::string list) {
-  if (list.starts_with(kUtf8Mark)) return list.substr(kUtf8Mark.size());
-  if (list.starts_with(kBigEndianMark) && list.size() % 2 == 0) {
-    for (std::size_t i = 0; i < list.size(); i += 2) std::swap(list[i], list[i + 1]);
-  }
-  if (list.starts_with(kLittleEndianMark)) {
-    return FromUtf16(std::string_view(list).substr(kLittleEndianMark.size()));
-  }
-  return list;
 }
 
 }  // namespace

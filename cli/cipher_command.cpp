@@ -1,6 +1,7 @@
 // latchkey encrypt and latchkey decrypt.
 #include <algorithm>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <span>
 #include <string>
 #include <utility>

@@ -1,6 +1,7 @@
 // latchkey errors.
 #include <algorithm>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <vector>
 

@@ -1,5 +1,6 @@
 #include "cli/file_results.h"
 
+#include <nlohmann/json.hpp>
 #include <utility>
 
 namespace latchkey::cli {

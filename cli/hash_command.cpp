@@ -1,5 +1,6 @@
 // latchkey hash.
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 

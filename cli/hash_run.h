@@ -1,6 +1,7 @@
 // The digests of the files that latchkey hash reads.
 #pragma once
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 

@@ -1,5 +1,6 @@
 // latchkey hex.
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <span>
 
 #include "cli/command_line.h"

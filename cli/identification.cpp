@@ -1,5 +1,7 @@
 #include "cli/identification.h"
 
+#include <nlohmann/json.hpp>
+
 #include "cli/algorithm_names.h"
 #include "cli/key_options.h"
 

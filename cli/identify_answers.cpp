@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdio>
 #include <map>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "cli/algorithm_names.h"

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "cli/ciphertext_sample.h"

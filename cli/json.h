@@ -1,7 +1,8 @@
-// The JSON library, with members in the order of insertion.
+// The JSON library's type, with members in the order of insertion. Sources that use it include
+// <nlohmann/json.hpp>.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 
 namespace latchkey::cli {
 

@@ -1,6 +1,7 @@
 #include "cli/key_options.h"
 
 #include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
 
 #include "cli/algorithm_names.h"
 #include "cli/alternatives.h"

@@ -113,8 +113,7 @@ bool ManyFiles::IsSkipped(const PlannedFile& file) const {
   if (existing == FileKind::Nothing) return false;
   if (work_.options.skipExisting) return true;
   if (!work_.replaces || existing == FileKind::File) return false;
-  throw CommandError(
-      Failure{.text = "cannot replace: not a regular file", .file = file.output});
+  throw CommandError(Failure{.text = "cannot replace: not a regular file", .file = file.output});
 }
 
 void ManyFiles::Transform(PlannedFile& file, OutputGroup& group, WipedBytes& buffer,

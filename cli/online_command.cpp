@@ -1,5 +1,7 @@
 // latchkey online.
 #include "cli/command_line.h"
+
+#include <nlohmann/json.hpp>
 #include "cli/commands.h"
 #include "cli/json.h"
 #include "diagnostics/connectivity_probe.h"

@@ -9,8 +9,6 @@
 namespace latchkey::cli {
 namespace {
 
-constexpr std::array<std::uint8_t, 2> kUtf16Mark{0xFF, 0xFE};
-constexpr std::array<std::uint8_t, 2> kSwappedMark{0xFE, 0xFF};
 constexpr char16_t kMark = 0xFEFF;
 
 // Code pages in the order of their likelihood: the first with all characters of a text is guessed.
@@ -18,10 +16,6 @@ constexpr std::array<const char*, 14> kByLikelihood{
     "windows-1252", "windows-1250", "windows-1251", "windows-1253", "windows-1254",
     "windows-1255", "windows-1256", "windows-1257", "windows-1258", "windows-874",
     "windows-932",  "windows-936",  "windows-949",  "windows-950"};
-
-bool BeginsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> mark) {
-  return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
-}
 
 WipedBytes Swapped(std::span<const std::uint8_t> bytes) {
   WipedBytes swapped(bytes.begin(), bytes.end());
@@ -49,7 +43,7 @@ std::optional<WipedText> TextOfFile(std::span<const std::uint8_t> bytes) {
   std::optional<WipedText> text;
   if (BeginsWith(bytes, kUtf16Mark)) {
     text = TextEncoding("utf-16le").Decode(bytes);
-  } else if (BeginsWith(bytes, kSwappedMark)) {
+  } else if (BeginsWith(bytes, kSwappedUtf16Mark)) {
     text = TextEncoding("utf-16le").Decode(Swapped(bytes));
   } else {
     text = TextEncoding("utf-8").Decode(bytes);

@@ -3,6 +3,7 @@
 #include <array>
 #include <limits>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 
 #include "cli/command_line.h"

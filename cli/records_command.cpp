@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <charconv>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <utility>
 

@@ -1,5 +1,7 @@
 #include "cli/report.h"
 
+#include <nlohmann/json.hpp>
+
 #include "cli/json.h"
 #include "cli/platform/terminal.h"
 

@@ -1,10 +1,10 @@
 // Results and failures of a command, as text for people or as JSON.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string_view>
 
 #include "cli/failure.h"
+#include "cli/json.h"
 
 namespace latchkey::cli {
 
@@ -28,7 +28,7 @@ class Report {
   void GiveOutputToData() noexcept { outputIsData_ = true; }
 
   // Writes a result with --json. Otherwise does nothing: the command prints its own lines.
-  void Result(const nlohmann::ordered_json& result) const;
+  void Result(const Json& result) const;
 
   // With --json, writes the next part of a result that the command writes itself, unchanged. The
   // parts together are one JSON object with a line end.
@@ -46,7 +46,7 @@ class Report {
   void Fail(const Failure& failure) const;
 
   // The failure as a JSON object, for a result that includes failures.
-  [[nodiscard]] static nlohmann::ordered_json ErrorObject(const Failure& failure);
+  [[nodiscard]] static Json ErrorObject(const Failure& failure);
 
  private:
   const ReportOptions& options_;

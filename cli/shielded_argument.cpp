@@ -1,5 +1,7 @@
 #include "cli/shielded_argument.h"
 
+#include <CLI/CLI.hpp>
+
 namespace latchkey::cli {
 
 void Shield(std::string& argument) {

@@ -6,8 +6,11 @@
 // first zero.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
+
+namespace CLI {
+class App;
+}  // namespace CLI
 
 namespace latchkey::cli {
 

@@ -1,5 +1,6 @@
 #include "cli/text_encoding.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <array>
 #include <string_view>
@@ -18,9 +19,6 @@ constexpr const char* kUtf8 = "utf-8";
 constexpr const char* kUtf16 = "utf-16le";
 
 constexpr char32_t kFirstSupplementary = 0x10000;
-
-bool IsHighSurrogate(char16_t unit) noexcept { return unit >= 0xD800 && unit <= 0xDBFF; }
-bool IsLowSurrogate(char16_t unit) noexcept { return unit >= 0xDC00 && unit <= 0xDFFF; }
 
 // Whether each surrogate is one of a pair.
 bool IsWhole(std::span<const char16_t> text) noexcept {
@@ -59,9 +57,7 @@ WipedBytes ToUtf8(std::span<const char16_t> text) {
   std::size_t length = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
     char32_t code = text[i];
-    if (IsHighSurrogate(text[i])) {
-      code = kFirstSupplementary + ((code - 0xD800U) << 10U) + (text[++i] - 0xDC00U);
-    }
+    if (IsHighSurrogate(code)) code = CharacterOfPair(code, text[++i]);
     length += PutUtf8(code, bytes.data() + length);
   }
   bytes.resize(length);
@@ -227,6 +223,10 @@ std::optional<WipedBytes> Converted(std::span<const std::uint8_t> bytes, const T
                                     const TextEncoding& to) {
   const std::optional<WipedText> text = from.Decode(bytes);
   return text ? to.Encode(*text) : std::nullopt;
+}
+
+bool BeginsWith(std::span<const std::uint8_t> bytes, std::span<const std::uint8_t> mark) noexcept {
+  return bytes.size() >= mark.size() && std::ranges::equal(bytes.first(mark.size()), mark);
 }
 
 bool IsAscii(std::span<const std::uint8_t> bytes) noexcept {

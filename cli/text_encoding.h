@@ -1,7 +1,7 @@
 // Encodings of text: the Windows code pages, UTF-8 and UTF-16.
 #pragma once
 
-#include <CLI/CLI.hpp>
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -10,6 +10,10 @@
 #include <vector>
 
 #include "base/secure_memory.h"
+
+namespace CLI {
+class Validator;
+}  // namespace CLI
 
 namespace latchkey::cli {
 
@@ -54,6 +58,14 @@ class TextEncoding {
 // lacks a character.
 [[nodiscard]] std::optional<WipedBytes> Converted(std::span<const std::uint8_t> bytes,
                                                   const TextEncoding& from, const TextEncoding& to);
+
+// The byte order marks of UTF-8 and of little-endian and big-endian UTF-16.
+inline constexpr std::array<std::uint8_t, 3> kUtf8Mark{0xEF, 0xBB, 0xBF};
+inline constexpr std::array<std::uint8_t, 2> kUtf16Mark{0xFF, 0xFE};
+inline constexpr std::array<std::uint8_t, 2> kSwappedUtf16Mark{0xFE, 0xFF};
+
+[[nodiscard]] bool BeginsWith(std::span<const std::uint8_t> bytes,
+                              std::span<const std::uint8_t> mark) noexcept;
 
 // Whether all bytes are below 80 (hexadecimal). Such bytes are the same text in every encoding but
 // UTF-16.

@@ -1,5 +1,6 @@
 #include "cli/usage_failure.h"
 
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <vector>
 

@@ -1,10 +1,14 @@
 // What is wrong with a command line.
 #pragma once
 
-#include <CLI/CLI.hpp>
 #include <string>
 
 #include "cli/failure.h"
+
+namespace CLI {
+class App;
+class ParseError;
+}  // namespace CLI
 
 namespace latchkey::cli {
 

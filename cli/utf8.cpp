@@ -26,7 +26,7 @@ Utf8Character FirstCharacter(std::string_view text) {
     if ((byte & 0xC0U) != 0x80) return {};
     code = code << 6U | (byte & 0x3FU);
   }
-  const bool isSurrogate = code >= 0xD800 && code <= 0xDFFF;
+  const bool isSurrogate = IsHighSurrogate(code) || IsLowSurrogate(code);
   if (code < kSmallest.at(length) || isSurrogate || code > 0x10FFFF) return {};
   return {code, length};
 }

@@ -1,4 +1,4 @@
-// UTF-8, one character at a time.
+// UTF-8 and surrogate pairs, one character at a time.
 #pragma once
 
 #include <cstddef>
@@ -18,5 +18,18 @@ struct Utf8Character {
 
 // Writes a character of at most U+10FFFF, in up to 4 bytes. Returns the number of bytes.
 std::size_t PutUtf8(char32_t code, std::uint8_t* bytes) noexcept;
+
+// The units of UTF-16 that begin and end a surrogate pair.
+[[nodiscard]] constexpr bool IsHighSurrogate(char32_t unit) noexcept {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+[[nodiscard]] constexpr bool IsLowSurrogate(char32_t unit) noexcept {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+// The character of a surrogate pair.
+[[nodiscard]] constexpr char32_t CharacterOfPair(char32_t high, char32_t low) noexcept {
+  return 0x10000 + ((high - 0xD800) << 10U) + (low - 0xDC00);
+}
 
 }  // namespace latchkey::cli

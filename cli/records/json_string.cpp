@@ -13,9 +13,6 @@ namespace {
 constexpr std::string_view kLetters = "\"\\/bfnrt";
 constexpr std::string_view kMeanings = "\"\\/\b\f\n\r\t";
 
-constexpr bool IsHigh(char32_t unit) { return unit >= 0xD800 && unit < 0xDC00; }
-constexpr bool IsLow(char32_t unit) { return unit >= 0xDC00 && unit < 0xE000; }
-
 int DigitOf(std::uint8_t character) {
   if (character >= '0' && character <= '9') return character - '0';
   const int letter = character | 0x20;
@@ -50,14 +47,14 @@ std::size_t Unescape(ByteSpan escaped, WipedBytes& text) {
     return 2;
   }
   const auto unit = UnitOf(escaped);
-  if (!unit || IsLow(*unit)) return 0;
-  if (!IsHigh(*unit)) {
+  if (!unit || IsLowSurrogate(*unit)) return 0;
+  if (!IsHighSurrogate(*unit)) {
     AppendUtf8(*unit, text);
     return 6;
   }
   const auto low = UnitOf(escaped.subspan(6));
-  if (!low || !IsLow(*low)) return 0;
-  AppendUtf8(0x10000 + ((*unit - 0xD800) << 10U) + (*low - 0xDC00), text);
+  if (!low || !IsLowSurrogate(*low)) return 0;
+  AppendUtf8(CharacterOfPair(*unit, *low), text);
   return 12;
 }
 

@@ -1,6 +1,7 @@
 #include "cli/records/record_report.h"
 
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "cli/json.h"

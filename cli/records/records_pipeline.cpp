@@ -4,17 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "cli/text_encoding.h"
 #include "platform/processors.h"
 
 namespace latchkey::cli {
 namespace {
-
-constexpr std::array<std::uint8_t, 3> kUtf8Bom{0xEF, 0xBB, 0xBF};
-constexpr std::array<std::uint8_t, 2> kUtf16Bom{0xFF, 0xFE};
-
-bool BeginsWith(ByteSpan bytes, ByteSpan start) {
-  return bytes.size() >= start.size() && std::ranges::equal(bytes.first(start.size()), start);
-}
 
 // The pieces under way are consecutive and at most one for each worker, so that each has a slot.
 class RecordStages final : public PieceStages {
@@ -89,11 +83,11 @@ void RecordStages::ReadWhole(StreamPiece& piece) {
 
 // The header and what precedes it.
 std::size_t RecordStages::ReadStart(ByteSpan bytes, WipedBytes& output) {
-  if (BeginsWith(bytes, kUtf16Bom)) {
+  if (BeginsWith(bytes, kUtf16Mark)) {
     throw CommandError(Failure{.text = "the records are UTF-16",
                                .hint = "convert them to UTF-8 first, for example with iconv"});
   }
-  const std::size_t mark = BeginsWith(bytes, kUtf8Bom) ? kUtf8Bom.size() : 0;
+  const std::size_t mark = BeginsWith(bytes, kUtf8Mark) ? kUtf8Mark.size() : 0;
   Append(bytes.first(mark), output);
   return mark + format_.ReadHeader(bytes.subspan(mark), output);
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <CLI/CLI.hpp>
 #include <string>
 #include <string_view>
 

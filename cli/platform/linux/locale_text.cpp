@@ -1,6 +1,5 @@
 #include "cli/platform/linux/locale_text.h"
 
-#include <iconv.h>
 #include <langinfo.h>
 #include <locale.h>  // NOLINT(modernize-deprecated-headers): newlocale is not in <clocale>
 
@@ -8,6 +7,7 @@
 
 #include "cli/platform/file_error.h"
 #include "cli/utf8.h"
+#include "platform/linux/character_converter.h"
 
 namespace latchkey::cli {
 namespace {
@@ -25,18 +25,16 @@ std::string LocaleEncoding() {
 // A conversion to wide characters takes one step, without a copy of the text in iconv's memory.
 bool Widen(const std::string& encoding, WipedBytes& text, WipedVector<wchar_t>& wide) {
   wide.resize(text.size());
-  iconv_t converter = ::iconv_open("WCHAR_T", encoding.c_str());
-  // NOLINTNEXTLINE(*-int-to-ptr,*-reinterpret-cast): the value that iconv_open defines for failure
-  if (converter == reinterpret_cast<iconv_t>(-1)) return false;
+  const UniqueHandle<platform::IconvTrait> converter(::iconv_open("WCHAR_T", encoding.c_str()));
+  if (!converter) return false;
   // NOLINTBEGIN(*-reinterpret-cast): bytes
   char* input = reinterpret_cast<char*>(text.data());
   char* output = reinterpret_cast<char*>(wide.data());
   // NOLINTEND(*-reinterpret-cast)
   std::size_t inputLeft = text.size();
   std::size_t outputLeft = wide.size() * sizeof(wchar_t);
-  const bool done = ::iconv(converter, &input, &inputLeft, &output, &outputLeft) == 0 &&
-                    ::iconv(converter, nullptr, nullptr, &output, &outputLeft) == 0;
-  ::iconv_close(converter);
+  const bool done = ::iconv(converter.Get(), &input, &inputLeft, &output, &outputLeft) == 0 &&
+                    ::iconv(converter.Get(), nullptr, nullptr, &output, &outputLeft) == 0;
   wide.resize(wide.size() - outputLeft / sizeof(wchar_t));
   return done;
 }

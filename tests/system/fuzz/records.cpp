@@ -1,6 +1,7 @@
 // Records of every format in blocks of any size: the same values give the same bytes, other values
 // do not depend on the borders of blocks, and for JSON a field is what the JSON library reads.
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "cli/json.h"
