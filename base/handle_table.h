@@ -25,23 +25,10 @@ class HandleTable {
  public:
   // Adds an object and returns its handle, which is never 0.
   [[nodiscard]] std::uintptr_t Add(std::shared_ptr<Object> object) {
-    return AddMade([&] { return std::move(object); });
-  }
-
-  // The same for the object that `make` returns. Allocates the table's entry before it calls
-  // `make`, so that no later failure has to undo what `make` did. `make` must not use the table.
-  template <class Make>
-  [[nodiscard]] std::uintptr_t AddMade(Make&& make) {
     const std::lock_guard lock(mutex_);
     std::uintptr_t handle = NextHandle();
     while (handle == 0 || objects_.contains(handle)) handle = NextHandle();
-    const auto place = objects_.emplace(handle, nullptr).first;
-    try {
-      place->second = std::forward<Make>(make)();
-    } catch (...) {
-      objects_.erase(place);
-      throw;
-    }
+    objects_.emplace(handle, std::move(object));
     return handle;
   }
 

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <new>
-#include <utility>
 
 namespace latchkey {
 
@@ -12,10 +11,7 @@ namespace latchkey {
 template <class T>
 class NeverDestroyed {
  public:
-  template <class... Arguments>
-  explicit NeverDestroyed(Arguments&&... arguments) {
-    ::new (static_cast<void*>(&memory_)) T(std::forward<Arguments>(arguments)...);
-  }
+  NeverDestroyed() { ::new (static_cast<void*>(&memory_)) T(); }
   NeverDestroyed(const NeverDestroyed&) = delete;
   NeverDestroyed& operator=(const NeverDestroyed&) = delete;
   ~NeverDestroyed() = default;

@@ -221,7 +221,7 @@ void AddCommand(CommandLine& commandLine, const CipherCommand& cipherCommand) {
                       [options, &cipherCommand](Report& report) {
                         return RunChosenForm(cipherCommand, *options, report);
                       });
-  AddKeyOptions(command, options->key, Required::Yes);
+  AddKeyOptions(command, options->key);
   if (cipherCommand.direction == CipherDirection::Decrypt) AddDecryptionOptions(command, *options);
   AddFormOptions(command, *options);
   AddOutputOptions(command, options->output);

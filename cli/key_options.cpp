@@ -10,11 +10,11 @@
 namespace latchkey::cli {
 namespace {
 
-void AddWords(CLI::App& command, KeyOptions& options, Required required) {
+void AddWords(CLI::App& command, KeyOptions& options) {
   const auto add = [&](const char* name, std::string& value, const char* description,
                        const std::vector<std::string>& words) {
     command.add_option(name, value, description)
-        ->required(required == Required::Yes)
+        ->required()
         ->transform(OneOfNumbered(words))
         ->type_name(Alternatives(words));
   };
@@ -61,8 +61,8 @@ void CheckBits(const KeyOptions& options) {
 
 }  // namespace
 
-void AddKeyOptions(CLI::App& command, KeyOptions& options, Required required) {
-  AddWords(command, options, required);
+void AddKeyOptions(CLI::App& command, KeyOptions& options) {
+  AddWords(command, options);
   AddBits(command, options);
 }
 

@@ -21,10 +21,8 @@ struct KeyOptions {
   std::uint32_t rc2EffectiveBits = 0;
 };
 
-enum class Required { No, Yes };
-
 // Adds --hash, --cipher, --provider, --key-bits and --rc2-effective-bits.
-void AddKeyOptions(CLI::App& command, KeyOptions& options, Required required);
+void AddKeyOptions(CLI::App& command, KeyOptions& options);
 
 // Raises CommandError (wrong usage) for options that contradict each other.
 [[nodiscard]] KeySettings SettingsOf(const KeyOptions& options);

@@ -192,7 +192,7 @@ void AddPasswordOptions(CLI::App& command, PasswordOptions& options) {
           .add_option("--password-encoding", options.encoding,
                       "Convert the password from text to this encoding: windows-1250 to 1258, 874, "
                       "932, 936, 949 or 950, utf-8 or utf-16le (default: bytes, as it is)")
-          ->transform(EncodingName({kBytesEncoding}))
+          ->transform(EncodingName())
           ->type_name("NAME"),
       command.add_flag("--password-nul", options.appendNul,
                        "Append a zero character to the password, as some programs do"),

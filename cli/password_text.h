@@ -13,9 +13,6 @@
 
 namespace latchkey::cli {
 
-// The encoding of a password that is used as it is.
-inline constexpr const char* kBytesEncoding = "bytes";
-
 // The text of a file in UTF-8 or, if it begins with that BOM, UTF-16. The BOM is dropped. Nothing
 // for bytes that are not text.
 [[nodiscard]] std::optional<WipedText> TextOfFile(std::span<const std::uint8_t> bytes);

@@ -91,7 +91,7 @@ struct Options {
   std::string encoding = "utf-8";
   std::string onError = "stop";
   std::string algorithm = "md5";
-  RecordReportOptions report;
+  std::optional<std::string> report;
   KeyOptions key;
   PasswordOptions password;
   OutputOptions output;
@@ -123,7 +123,7 @@ std::unique_ptr<RecordFormat> CsvOf(const Options& options) {
 
 std::unique_ptr<RecordFormat> JsonOf(const Options& options) {
   if (!options.field) throw WrongUsage("jsonl requires --field");
-  if (options.to == "text" && options.encoding == kAnyBytes) {
+  if (options.to == "text" && options.encoding == kBytesEncoding) {
     throw WrongUsage("JSON cannot hold any bytes: use --to hex or base64, or name the encoding");
   }
   return std::make_unique<JsonFormat>(*options.field, options.addedName);
@@ -224,9 +224,7 @@ ExitStatus RunRecordsCommand(const RecordsCommand& command, const Options& optio
   InputFile input(options.input);
   const Transforms transforms(command.operation, options, input.Name());
   OutputFile output(options.output.file, options.output.force, command.readers);
-  RecordReportOptions reportOptions = options.report;
-  reportOptions.force = options.output.force;
-  RecordReport records(report, input.Name(), reportOptions);
+  RecordReport records(report, input.Name(), options.report, options.output.force);
   const RecordCounts counts =
       Run(*format, ToolsOf(options, *format, transforms, RecordWorkers(input.Size())), input,
           output, records, report.IsQuiet());
@@ -267,7 +265,7 @@ void AddFieldOptions(CLI::App& command, Options& options) {
       .add_option("--text-encoding", options.encoding,
                   "The encoding of the text that is encrypted or hashed, which the field has in "
                   "UTF-8: windows-1252 and the like; bytes takes the field as it is (utf-8)")
-      ->transform(EncodingName({kAnyBytes}))
+      ->transform(EncodingName())
       ->type_name("NAME");
 }
 
@@ -277,7 +275,7 @@ void AddErrorOptions(CLI::App& command, Options& options) {
       "Stop at a record that fails, leave it out, keep it as it is, or empty its field (stop)",
       OnErrorNames());
   command
-      .add_option("--report", options.report.file,
+      .add_option("--report", options.report,
                   "Write a line of JSON for each failed record to this file (default: lines on "
                   "standard error)")
       ->type_name("FILE");
@@ -298,7 +296,7 @@ void AddCommand(CommandLine& commandLine, CLI::App& group, const RecordsCommand&
         ->transform(OneOfNumbered(HashNames()))
         ->type_name(Alternatives(HashNames()));
   } else {
-    AddKeyOptions(command, options->key, Required::Yes);
+    AddKeyOptions(command, options->key);
   }
   AddOutputOptions(command, options->output);
   if (records.operation != Operation::Hash) AddPasswordOptions(command, options->password);

@@ -188,8 +188,8 @@ const std::vector<std::string>& TextEncodingNames() {
   return names;
 }
 
-CLI::Validator EncodingName(const std::vector<std::string>& others) {
-  std::vector<std::string> names = others;
+CLI::Validator EncodingName() {
+  std::vector<std::string> names{kBytesEncoding};
   names.insert(names.end(), TextEncodingNames().begin(), TextEncodingNames().end());
   const auto replace = [oneOf = OneOf(names)](std::string& value) {
     std::string name = WithPagePrefix(value);

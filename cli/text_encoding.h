@@ -24,9 +24,12 @@ using WipedText = WipedVector<char16_t>;
 // "windows-949", "windows-950", "utf-8" and "utf-16le".
 [[nodiscard]] const std::vector<std::string>& TextEncodingNames();
 
-// Replaces a value by the name that it means. A value may be in any case and without hyphens, and a
-// code page may be "1252" or "cp1252". `others` are more names that are accepted.
-[[nodiscard]] CLI::Validator EncodingName(const std::vector<std::string>& others = {});
+// The bytes of a text as they are.
+inline constexpr const char* kBytesEncoding = "bytes";
+
+// Replaces a value by the name that it means: kBytesEncoding, or one of TextEncodingNames. A value
+// may be in any case and without hyphens, and a code page may be "1252" or "cp1252".
+[[nodiscard]] CLI::Validator EncodingName();
 
 // Converts text strictly: no character is replaced by a similar one or by a question mark. Code
 // pages are those of Windows on every system, including the characters that they give undefined

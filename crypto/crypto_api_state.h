@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <span>
 
-#include "base/secure_memory.h"
 #include "base/wiped_buffer.h"
 #include "crypto/password_cipher.h"
 #include "crypto/shaped_bytes.h"

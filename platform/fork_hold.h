@@ -1,11 +1,10 @@
-// Functions that run before and after each fork of the process.
+// Functions that run before and after each fork of the process. Linux only.
 #pragma once
 
 namespace latchkey::platform {
 
 // Calls `hold` before each fork from now on, and `release` after it in both processes; neither may
-// throw. A lock that `hold` takes is free in the child. Raises std::bad_alloc. Does nothing on
-// Windows, where processes do not fork.
+// throw. A lock that `hold` takes is free in the child. Raises std::bad_alloc.
 void HoldDuringFork(void (*hold)(), void (*release)());
 
 }  // namespace latchkey::platform

@@ -7,8 +7,8 @@
 
 namespace latchkey::cli {
 
-// Nothing: no file of that name exists. Link: a symbolic link. Other: a device, pipe or socket.
-enum class FileKind { Nothing, File, Folder, Link, Other };
+// Nothing: no file of that name exists. Other: a symbolic link, device, pipe or socket.
+enum class FileKind { Nothing, File, Folder, Other };
 
 struct FileState {
   FileKind kind = FileKind::Nothing;

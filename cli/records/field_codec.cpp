@@ -147,7 +147,7 @@ const std::vector<std::string>& FieldFormNames() {
 }
 
 FieldCodecs::FieldCodecs(const std::string& encoding) {
-  if (encoding != kAnyBytes) encoding_.emplace(encoding);
+  if (encoding != kBytesEncoding) encoding_.emplace(encoding);
 }
 
 std::unique_ptr<FieldCodec> FieldCodecs::Make(FieldForm form) const {

@@ -32,17 +32,15 @@ class FieldCodec {
   [[nodiscard]] virtual FieldFailure Encode(ByteSpan bytes, WipedBytes& text) = 0;
 };
 
-inline constexpr const char* kAnyBytes = "bytes";
-
 // Makes codecs, which share the tables of an encoding.
 class FieldCodecs {
  public:
-  // A name of TextEncodingNames, or kAnyBytes. Raises CommandError if the system lacks it.
+  // A name of TextEncodingNames, or kBytesEncoding. Raises CommandError if the system lacks it.
   explicit FieldCodecs(const std::string& encoding);
 
   // Hexadecimal: reads what HexReader reads; writes upper case. Base64: reads what Base64Reader
-  // reads; writes padding. Text: UTF-8 in the field, the encoding in the bytes; with kAnyBytes the
-  // bytes are unchanged.
+  // reads; writes padding. Text: UTF-8 in the field, the encoding in the bytes; with kBytesEncoding
+  // the bytes are unchanged.
   [[nodiscard]] std::unique_ptr<FieldCodec> Make(FieldForm form) const;
 
  private:

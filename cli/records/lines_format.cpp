@@ -15,17 +15,10 @@ void LinesFormat::Scan(ByteSpan block, std::vector<ScannedRecord>& records) cons
   }
 }
 
-bool LinesFormat::Unescape(ByteSpan source, WipedBytes& text) const {
-  Append(source, text);
-  return true;
-}
-
 bool LinesFormat::Write(ByteSpan value, const ScannedRecord& /*record*/, WipedBytes& output) const {
   const bool fits = Find(value, '\n') == value.size() && (value.empty() || value.back() != '\r');
   if (fits) Append(value, output);
   return fits;
 }
-
-void LinesFormat::WriteNothing(const ScannedRecord& /*record*/, WipedBytes& /*output*/) const {}
 
 }  // namespace latchkey::cli

@@ -9,10 +9,8 @@ namespace latchkey::cli {
 class LinesFormat final : public RecordFormat {
  public:
   void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const override;
-  [[nodiscard]] bool Unescape(ByteSpan source, WipedBytes& text) const override;
   [[nodiscard]] bool Write(ByteSpan value, const ScannedRecord& record,
                            WipedBytes& output) const override;
-  void WriteNothing(const ScannedRecord& record, WipedBytes& output) const override;
 };
 
 }  // namespace latchkey::cli

@@ -58,8 +58,11 @@ class RecordFormat {
   // Appends the records of a block. The last one needs no line end.
   virtual void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const = 0;
 
-  // Appends the text of an escaped source. Returns false for an invalid escape.
-  [[nodiscard]] virtual bool Unescape(ByteSpan source, WipedBytes& text) const = 0;
+  // Appends the text of an escaped source. Returns false for an invalid escape. Without an
+  // override, there are no escapes.
+  [[nodiscard]] virtual bool Unescape(ByteSpan /*source*/, WipedBytes& /*text*/) const {
+    return false;
+  }
 
   // Appends the value as it is written in the place of the record's target. Returns false, and
   // appends nothing, if the format cannot hold the value.
@@ -70,8 +73,9 @@ class RecordFormat {
   // same number of fields.
   [[nodiscard]] virtual bool AddsToEvery() const noexcept { return false; }
 
-  // Appends what the format writes for no value, in the place of the record's target.
-  virtual void WriteNothing(const ScannedRecord& record, WipedBytes& output) const = 0;
+  // Appends what the format writes for no value, in the place of the record's target: nothing
+  // without an override.
+  virtual void WriteNothing(const ScannedRecord& /*record*/, WipedBytes& /*output*/) const {}
 };
 
 // The offset at which the text of a line ends, before CR LF or LF, and the offset of the next line.

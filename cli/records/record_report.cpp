@@ -34,13 +34,13 @@ std::string JsonLineOf(const NotedRecord& noted) {
 
 }  // namespace
 
-RecordReport::RecordReport(const Report& report, std::string input,
-                           const RecordReportOptions& options)
-    : report_(report), input_(std::move(input)), name_(options.file) {
+RecordReport::RecordReport(const Report& report, std::string input, std::optional<std::string> file,
+                           bool force)
+    : report_(report), input_(std::move(input)), name_(std::move(file)) {
   if (!name_) return;
   const std::filesystem::path path = PathOf(*name_);
   std::error_code ignored;
-  if (!options.force && std::filesystem::is_regular_file(path, ignored)) {
+  if (!force && std::filesystem::is_regular_file(path, ignored)) {
     throw CannotWrite(*name_, "it exists: use --force to replace it");
   }
   file_.open(path, std::ios::binary);

@@ -11,18 +11,14 @@
 
 namespace latchkey::cli {
 
-struct RecordReportOptions {
-  std::optional<std::string> file;
-  bool force = false;  // replaces an existing file
-};
-
 // Writes a line for each record that failed or was completed: to the file as JSON Lines or, without
 // a file, to standard error, with --json also as JSON Lines. The lines contain nothing of the
 // records' data.
 class RecordReport {
  public:
-  // Opens the file. Raises CommandError if it cannot be opened, or exists and may not be replaced.
-  RecordReport(const Report& report, std::string input, const RecordReportOptions& options);
+  // Opens the file. Raises CommandError if it cannot be opened, or exists without `force`.
+  RecordReport(const Report& report, std::string input, std::optional<std::string> file,
+               bool force);
 
   // Adds the noted records of a block. Raises CommandError if the file cannot be written, and with
   // the failure of a record that ends the work. That record has a line in the file, but none on

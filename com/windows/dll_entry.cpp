@@ -4,8 +4,8 @@
 #include "com/windows/method_call.h"
 #include "com/windows/module.h"
 #include "com/windows/registration.h"
-#include "platform/run_time.h"
 #include "platform/thread_slot.h"
+#include "platform/windows/run_time.h"
 
 namespace latchkey::com {
 namespace {

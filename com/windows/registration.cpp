@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "com/windows/automation_owners.h"
 #include "com/windows/classes.h"
 #include "com/windows/latchkey.h"
 #include "com/windows/module.h"

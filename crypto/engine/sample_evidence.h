@@ -19,12 +19,11 @@ struct CiphertextSample {
   // The last block and the one it is chained to.
   static constexpr std::size_t kTailLength = 2 * provider::kBlockSize;
 
-  std::span<const std::uint8_t> head;  // the beginning; everything when IsWhole
+  std::span<const std::uint8_t> head;  // the beginning; everything if it has `length` bytes
   std::span<const std::uint8_t> tail;  // the last bytes, at most kTailLength
   std::uint64_t length = 0;            // of the ciphertext
 
   [[nodiscard]] static CiphertextSample Of(std::span<const std::uint8_t> ciphertext) noexcept;
-  [[nodiscard]] bool IsWhole() const noexcept { return length == head.size(); }
 };
 
 // What several samples say about one key.

@@ -1,4 +1,4 @@
-#include "platform/run_time.h"
+#include "platform/windows/run_time.h"
 
 #include <windows.h>
 

@@ -223,7 +223,7 @@ TEST(OnErrorTest, RecordsThatFailAreLeftOutKeptOrEmptied) {
 
 std::optional<std::string> Decoded(FieldForm form, std::string_view text) {
   WipedBytes bytes(1, '>');
-  if (FieldCodecs(kAnyBytes).Make(form)->Decode(BytesOf(text), bytes)) {
+  if (FieldCodecs(kBytesEncoding).Make(form)->Decode(BytesOf(text), bytes)) {
     EXPECT_EQ(TextOf(bytes), ">") << text;
     return {};
   }
@@ -232,7 +232,7 @@ std::optional<std::string> Decoded(FieldForm form, std::string_view text) {
 
 std::string Encoded(FieldForm form, std::string_view bytes) {
   WipedBytes text(1, '>');
-  EXPECT_FALSE(FieldCodecs(kAnyBytes).Make(form)->Encode(BytesOf(bytes), text));
+  EXPECT_FALSE(FieldCodecs(kBytesEncoding).Make(form)->Encode(BytesOf(bytes), text));
   return TextOf(text).substr(1);
 }
 

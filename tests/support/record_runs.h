@@ -54,8 +54,8 @@ inline RecordRun RunRecordsOf(cli::RecordFormat& format, std::string_view input,
   std::vector<cli::RecordTools> tools(options.workers);
   for (cli::RecordTools& each : tools) {
     each.format = &format;
-    each.from = cli::FieldCodecs(cli::kAnyBytes).Make(options.form);
-    each.to = cli::FieldCodecs(cli::kAnyBytes).Make(options.form);
+    each.from = cli::FieldCodecs(cli::kBytesEncoding).Make(options.form);
+    each.to = cli::FieldCodecs(cli::kBytesEncoding).Make(options.form);
     each.transform = std::make_unique<PlainTransform>(options.reverses);
     each.onError = options.onError;
   }

@@ -39,8 +39,6 @@ struct InnerRows {
 template <int arity>
 class Tree {
  public:
-  static constexpr int kMaxLeaves = 8;
-
   // The leaves are `count` signals that determine the function.
   Tree(const Truth* truths, const int* leaves, int count) : leafCount_(count), count_(count) {
     for (int i = 0; i < count; ++i) {

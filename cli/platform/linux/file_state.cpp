@@ -17,8 +17,7 @@ namespace {
 
 FileKind KindOf(mode_t mode) noexcept {
   if (S_ISREG(mode)) return FileKind::File;
-  if (S_ISDIR(mode)) return FileKind::Folder;
-  return S_ISLNK(mode) ? FileKind::Link : FileKind::Other;
+  return S_ISDIR(mode) ? FileKind::Folder : FileKind::Other;
 }
 
 UniqueFile OpenToLock(const char* name) {

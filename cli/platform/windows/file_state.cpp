@@ -12,10 +12,8 @@ namespace latchkey::cli {
 namespace {
 
 FileKind KindOf(HANDLE file, DWORD attributes, Links links) noexcept {
-  if (GetFileType(file) != FILE_TYPE_DISK) return FileKind::Other;
-  if (links == Links::Keep && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
-    return FileKind::Link;
-  }
+  const bool isLink = links == Links::Keep && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+  if (isLink || GetFileType(file) != FILE_TYPE_DISK) return FileKind::Other;
   return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? FileKind::Folder : FileKind::File;
 }
 

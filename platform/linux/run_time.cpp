@@ -1,7 +1,0 @@
-#include "platform/run_time.h"
-
-namespace latchkey::platform {
-
-void ReleaseRunTime() noexcept {}
-
-}  // namespace latchkey::platform

@@ -1,7 +1,0 @@
-#include "platform/fork_hold.h"
-
-namespace latchkey::platform {
-
-void HoldDuringFork(void (* /*hold*/)(), void (* /*release*/)()) {}
-
-}  // namespace latchkey::platform
