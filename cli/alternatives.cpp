@@ -6,8 +6,6 @@
 namespace latchkey::cli {
 namespace {
 
-enum class Numbers { Refused, Taken };
-
 // In lower case, without hyphens.
 std::string Plain(const std::string& word) {
   std::string plain;
@@ -18,7 +16,19 @@ std::string Plain(const std::string& word) {
   return plain;
 }
 
-CLI::Validator Meaning(const std::vector<std::string>& words, Numbers numbers) {
+// The parser's own join truncates when memory runs out.
+std::string Alternatives(const std::vector<std::string>& words) {
+  std::string text;
+  for (const std::string& word : words) {
+    if (!text.empty()) text += '|';
+    text += word;
+  }
+  return text;
+}
+
+}  // namespace
+
+CLI::Validator OneOf(const std::vector<std::string>& words, Numbers numbers) {
   const auto replace = [words, numbers](std::string& value) -> std::string {
     for (std::size_t i = 0; i < words.size(); ++i) {
       const bool isNumber = numbers == Numbers::Taken && value == std::to_string(i + 1);
@@ -31,23 +41,12 @@ CLI::Validator Meaning(const std::vector<std::string>& words, Numbers numbers) {
   return {replace, "", "one of several words"};
 }
 
-}  // namespace
-
-CLI::Validator OneOf(const std::vector<std::string>& words) {
-  return Meaning(words, Numbers::Refused);
-}
-
-CLI::Validator OneOfNumbered(const std::vector<std::string>& words) {
-  return Meaning(words, Numbers::Taken);
-}
-
-std::string Alternatives(const std::vector<std::string>& words) {
-  std::string text;
-  for (const std::string& word : words) {
-    if (!text.empty()) text += '|';
-    text += word;
-  }
-  return text;
+CLI::Option* AddChoice(CLI::App& command, const char* name, std::string& value,
+                       const char* description, const std::vector<std::string>& words,
+                       Numbers numbers) {
+  return command.add_option(name, value, description)
+      ->transform(OneOf(words, numbers))
+      ->type_name(Alternatives(words));
 }
 
 }  // namespace latchkey::cli

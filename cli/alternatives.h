@@ -5,18 +5,23 @@
 #include <vector>
 
 namespace CLI {
+class App;
+class Option;
 class Validator;
 }  // namespace CLI
 
 namespace latchkey::cli {
 
+// Whether a word can also be given by its number, counted from 1.
+enum class Numbers { Refused, Taken };
+
 // Replaces a value by the word that it means, in any case and with or without hyphens.
-[[nodiscard]] CLI::Validator OneOf(const std::vector<std::string>& words);
+[[nodiscard]] CLI::Validator OneOf(const std::vector<std::string>& words,
+                                   Numbers numbers = Numbers::Refused);
 
-// The same, or by the word whose number it is, counted from 1.
-[[nodiscard]] CLI::Validator OneOfNumbered(const std::vector<std::string>& words);
-
-// The words as help shows them: "md5|md4". The parser's own join truncates when memory runs out.
-[[nodiscard]] std::string Alternatives(const std::vector<std::string>& words);
+// Adds an option whose value is one of the words, which help shows as "md5|md4".
+CLI::Option* AddChoice(CLI::App& command, const char* name, std::string& value,
+                       const char* description, const std::vector<std::string>& words,
+                       Numbers numbers = Numbers::Refused);
 
 }  // namespace latchkey::cli

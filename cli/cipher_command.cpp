@@ -191,13 +191,10 @@ ExitStatus RunChosenForm(const CipherCommand& command, Options& options, Report&
 }
 
 void AddFormOptions(CLI::App& command, Options& options) {
-  const auto add = [&](const char* name, std::string& value, const char* description) {
-    command.add_option(name, value, description)
-        ->transform(OneOf(TextFormNames()))
-        ->type_name(Alternatives(TextFormNames()));
-  };
-  add("--from", options.from, "Read the data as hexadecimal digits or Base64 (default: bytes)");
-  add("--to", options.to, "Write the result as hexadecimal digits or Base64 (default: bytes)");
+  AddChoice(command, "--from", options.from,
+            "Read the data as hexadecimal digits or Base64 (default: bytes)", TextFormNames());
+  AddChoice(command, "--to", options.to,
+            "Write the result as hexadecimal digits or Base64 (default: bytes)", TextFormNames());
 }
 
 // The parser requires --hash and --cipher unless they are to be found.

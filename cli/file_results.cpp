@@ -40,25 +40,23 @@ void FileResults::AddSkipped(const PlannedFile& file) {
 void FileResults::AddFailed(const PlannedFile& file, const Failure& failure) {
   const std::lock_guard lock(mutex_);
   ++failed_;
-  if (report_.IsJson()) {
-    AddElement({{"input", file.input}, {"error", Report::ErrorObject(failure)}});
-  } else {
-    PrintFailure(failure);
-  }
+  ReportFailure({{"input", file.input}}, failure);
 }
 
 void FileResults::AddFailed(const Failure& failure) {
   const std::lock_guard lock(mutex_);
   hasOtherFailure_ = true;
-  if (report_.IsJson()) {
-    AddElement({{"error", Report::ErrorObject(failure)}});
-  } else {
-    PrintFailure(failure);
-  }
+  ReportFailure(Json::object(), failure);
 }
 
-// A hint that many files share is printed once.
-void FileResults::PrintFailure(Failure failure) {
+// Adds the error to the element or, without --json, prints it. A hint that many files share is
+// printed once.
+void FileResults::ReportFailure(Json element, Failure failure) {
+  if (report_.IsJson()) {
+    element["error"] = Report::ErrorObject(failure);
+    AddElement(element);
+    return;
+  }
   if (failure.hint == lastHint_) {
     failure.hint.clear();
   } else if (!failure.hint.empty()) {

@@ -36,7 +36,7 @@ class FileResults {
 
  private:
   void AddElement(const Json& element);
-  void PrintFailure(Failure failure);
+  void ReportFailure(Json element, Failure failure);
   [[nodiscard]] std::string Summary(const char* verb) const;
 
   const Report& report_;

@@ -68,9 +68,8 @@ ExitStatus RunHash(const Options& options, const Report& report) {
 }
 
 void AddOptions(CLI::App& command, Options& options) {
-  command.add_option("-a,--algorithm", options.algorithm, "The hash (md5)")
-      ->transform(OneOfNumbered(HashNames()))
-      ->type_name(Alternatives(HashNames()));
+  AddChoice(command, "-a,--algorithm", options.algorithm, "The hash (md5)", HashNames(),
+            Numbers::Taken);
   command.add_flag("--tag", options.form.tagged, "Print lines as BSD does: MD5 (FILE) = digest");
   command.add_flag("-z,--zero", options.form.zero,
                    "End each line with NUL instead of a line feed, and escape no name");

@@ -11,21 +11,15 @@ namespace latchkey::cli {
 namespace {
 
 void AddWords(CLI::App& command, KeyOptions& options) {
-  const auto add = [&](const char* name, std::string& value, const char* description,
-                       const std::vector<std::string>& words) {
-    command.add_option(name, value, description)
-        ->required()
-        ->transform(OneOfNumbered(words))
-        ->type_name(Alternatives(words));
-  };
-  add("--hash", options.hash, "Derive the key with this hash", HashNames());
-  add("--cipher", options.cipher, "Use this cipher", CipherNames());
-  command
-      .add_option("--provider", options.provider,
-                  "Use this provider's key lengths (default: base if it allows the cipher and key "
-                  "length, otherwise enhanced)")
-      ->transform(OneOf(ProviderNames()))
-      ->type_name(Alternatives(ProviderNames()));
+  AddChoice(command, "--hash", options.hash, "Derive the key with this hash", HashNames(),
+            Numbers::Taken)
+      ->required();
+  AddChoice(command, "--cipher", options.cipher, "Use this cipher", CipherNames(), Numbers::Taken)
+      ->required();
+  AddChoice(command, "--provider", options.provider,
+            "Use this provider's key lengths (default: base if it allows the cipher and key "
+            "length, otherwise enhanced)",
+            ProviderNames());
 }
 
 void AddBits(CLI::App& command, KeyOptions& options) {

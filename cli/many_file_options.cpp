@@ -62,12 +62,9 @@ void AddManyFileOptions(CLI::App& command, ManyFileOptions& options) {
   command.add_flag("--skip-existing", options.skipExisting,
                    "Leave out inputs whose output exists, with any contents");
   command.add_flag("--keep-times", options.keepTimes, "Give each output the times of its input");
-  const std::vector<std::string> words{"each", "end", "never"};
-  command
-      .add_option("--sync", options.sync,
-                  "When outputs are flushed to the disk: each one, groups (end), or never (end)")
-      ->transform(OneOf(words))
-      ->type_name(Alternatives(words));
+  AddChoice(command, "--sync", options.sync,
+            "When outputs are flushed to the disk: each one, groups (end), or never (end)",
+            {"each", "end", "never"});
 }
 
 }  // namespace latchkey::cli

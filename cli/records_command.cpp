@@ -235,16 +235,9 @@ ExitStatus RunRecordsCommand(const RecordsCommand& command, const Options& optio
   return counts.failed == 0 ? ExitStatus::Done : ExitStatus::Failed;
 }
 
-void AddChoice(CLI::App& command, const char* name, std::string& value, const char* description,
-               const std::vector<std::string>& words) {
-  command.add_option(name, value, description)
-      ->transform(OneOf(words))
-      ->type_name(Alternatives(words));
-}
-
 void AddFormatOptions(CLI::App& command, Options& options) {
-  AddChoice(command, "--format", options.format, "The records are in this format", FormatNames());
-  command.get_option("--format")->required();
+  AddChoice(command, "--format", options.format, "The records are in this format", FormatNames())
+      ->required();
   command.add_option("--column", options.column, "csv: the name or number of the column")
       ->type_name("NAME|N");
   command.add_flag("--no-header", options.hasNoHeader, "csv: the first line is a record");
@@ -292,9 +285,8 @@ void AddCommand(CommandLine& commandLine, CLI::App& group, const RecordsCommand&
   AddFieldOptions(command, *options);
   AddErrorOptions(command, *options);
   if (records.operation == Operation::Hash) {
-    command.add_option("-a,--algorithm", options->algorithm, "The hash (md5)")
-        ->transform(OneOfNumbered(HashNames()))
-        ->type_name(Alternatives(HashNames()));
+    AddChoice(command, "-a,--algorithm", options->algorithm, "The hash (md5)", HashNames(),
+              Numbers::Taken);
   } else {
     AddKeyOptions(command, options->key);
   }

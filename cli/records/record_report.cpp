@@ -5,15 +5,11 @@
 #include <utility>
 
 #include "cli/json.h"
+#include "cli/name_parts.h"
 #include "cli/platform/terminal.h"
 
 namespace latchkey::cli {
 namespace {
-
-// Names are UTF-8 on Windows; on Linux they are any bytes, which this leaves as they are.
-std::filesystem::path PathOf(const std::string& name) {
-  return std::u8string(name.begin(), name.end());
-}
 
 CommandError CannotWrite(const std::string& file, std::string hint = {}) {
   return CommandError(
