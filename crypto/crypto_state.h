@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 
 #include "diagnostics/thread_state.h"
 #include "provider/crypto_provider.h"
@@ -27,6 +28,13 @@ struct CryptoState : ThreadPart {
 };
 
 // The calling thread's state, made on first use.
-CryptoState& ThisThreadCrypto();
+inline CryptoState& ThisThreadCrypto() {
+  auto& part = ThisThread().part;
+  if (!part) part = std::make_unique<CryptoState>();
+  return static_cast<CryptoState&>(*part);
+}
+
+// The machine as the calling thread sees it.
+inline platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
 
 }  // namespace latchkey

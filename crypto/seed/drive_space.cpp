@@ -9,8 +9,6 @@
 namespace latchkey {
 namespace {
 
-platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
-
 bool ReadByteCounts(const char* driveRoot, DriveSpaceInfo& info) {
   const auto space = Probe().GetDiskFreeSpaceExA(driveRoot);
   if (!space) return false;

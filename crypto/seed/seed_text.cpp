@@ -5,12 +5,12 @@
 
 #include "base/checked_arithmetic.h"
 #include "base/secure_memory.h"
+#include "crypto/crypto_state.h"
 #include "crypto/seed/currency.h"
 #include "crypto/seed/digits_only.h"
 #include "crypto/seed/drive_space.h"
 #include "crypto/seed/window_count.h"
 #include "crypto/value_text.h"
-#include "diagnostics/thread_state.h"
 
 namespace latchkey {
 namespace {
@@ -28,8 +28,6 @@ struct Readings {
   Currency free;
   Currency used;
 };
-
-platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
 
 double Now() { return Probe().Now(); }
 

@@ -18,7 +18,7 @@ void Count(CryptoState& state, WindowHandle window) {
 }
 
 void VisitChild(CryptoState& state, WindowHandle window) {
-  platform::SystemProbe& probe = *ThisThread().services.probe;
+  platform::SystemProbe& probe = Probe();
   std::array<char, kNameLength> name{};
   if (probe.GetClassNameA(window, name) != 0) Count(state, window);
   // Part of the walk on both levels; the result of the call does not matter.
@@ -26,7 +26,7 @@ void VisitChild(CryptoState& state, WindowHandle window) {
 }
 
 void VisitTopLevel(CryptoState& state, WindowHandle window) {
-  platform::SystemProbe& probe = *ThisThread().services.probe;
+  platform::SystemProbe& probe = Probe();
   Count(state, window);
   std::array<char, kNameLength> title{};
   probe.GetWindowTextA(window, title);
@@ -40,8 +40,7 @@ void CountWindows(double& windowCount, double& handleSum) {
   CryptoState& state = ThisThreadCrypto();
   state.windowCount = 0;
   state.windowHandleSum = 0;
-  ThisThread().services.probe->EnumWindows(
-      [&state](WindowHandle window) { VisitTopLevel(state, window); });
+  Probe().EnumWindows([&state](WindowHandle window) { VisitTopLevel(state, window); });
   windowCount = state.windowCount;
   handleSum = state.windowHandleSum;
 }
