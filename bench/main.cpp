@@ -8,7 +8,6 @@
 
 #include "base/kernels/cpu_level.h"
 #include "bench/peer.h"
-#include "bench/rows.h"
 
 namespace latchkey::bench {
 namespace {

@@ -1,5 +1,3 @@
-#include "bench/rows.h"
-
 #include <benchmark/benchmark.h>
 
 #include <utility>

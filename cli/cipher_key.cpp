@@ -1,7 +1,10 @@
 #include "cli/cipher_key.h"
 
-#include "cli/automatic_key.h"
+#include <array>
+
+#include "cli/ciphertext_sample.h"
 #include "cli/failure.h"
+#include "cli/identification.h"
 #include "cli/platform/input_file.h"
 #include "cli/platform/stream_name.h"
 #include "cli/report.h"
@@ -16,6 +19,17 @@ void Require(const CheckSite* failed, const std::string& file) {
 
 bool HasAny(const KeyOptions& key) {
   return !(key.hash + key.cipher + key.provider).empty() || key.keyBits + key.rc2EffectiveBits != 0;
+}
+
+CommandError NotCertain(const Candidates& candidates, const std::string& file) {
+  return CommandError(Failure{
+      .text = candidates.fitting.empty() ? "no settings fit under this password"
+                                         : "the settings are not certain",
+      .file = file,
+      .hint = candidates.fitting.empty()
+                  ? "wrong password, or data that was not encrypted"
+                  : "'latchkey identify' lists the guesses, also for several files at once; "
+                    "choose one with --hash and --cipher"});
 }
 
 }  // namespace
@@ -38,10 +52,15 @@ void FindKeyOf(ReadyKey& ready, const KeyOptions& settings, const PasswordOption
     throw WrongUsage("--auto finds the settings: leave out those that are given");
   }
   InputFile file(input);
-  const AutomaticKey found = FindKey(ReadSample(file, form, quiet), password);
-  if (password.verbose) Report::Note("latchkey: certain: " + found.options);
-  Require(ready.key.Derive(found.settings, found.password, kDecryptionSites), file.Name());
-  ready.spaces = found.restoresSpaces ? Spaces::Restore : Spaces::Keep;
+  const SampleBytes sample = ReadSample(file, form, quiet);
+  const Identification identification(password);
+  const Candidates candidates = identification.Search().Find(std::array{sample.Sample()});
+  if (!candidates.IsCertain()) throw NotCertain(candidates, sample.file);
+  const Candidate& best = candidates.fitting.front();
+  if (password.verbose) Report::Note("latchkey: certain: " + identification.OptionsFor(best));
+  const WipedBytes& bytes = identification.FormOf(best).bytes;
+  Require(ready.key.Derive(best.settings.front(), bytes, kDecryptionSites), file.Name());
+  ready.spaces = best.evidence.restored > 0 ? Spaces::Restore : Spaces::Keep;
 }
 
 }  // namespace latchkey::cli

@@ -8,7 +8,7 @@
 #include "base/faults.h"
 #include "cli/command_line.h"
 #include "cli/commands.h"
-#include "cli/hints.h"
+#include "cli/failure.h"
 #include "cli/json.h"
 
 namespace latchkey::cli {

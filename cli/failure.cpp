@@ -1,6 +1,5 @@
 #include "cli/failure.h"
 
-#include "cli/hints.h"
 #include "cli/visible_text.h"
 #include "diagnostics/thread_state.h"
 

@@ -46,6 +46,9 @@ class CommandError final : public std::exception {
 // The failure of a check, with the text and numbers of the failure table.
 [[nodiscard]] Failure FailureAt(const CheckSite& site, std::string file = {});
 
+// Advice for the check or trap with this location number; empty if no advice is known.
+[[nodiscard]] std::string_view HintFor(std::int32_t location) noexcept;
+
 // Returns the failure. If it says that decryption failed, its hint begins with `hint`.
 [[nodiscard]] Failure WithDecryptionHint(Failure failure, const std::string& hint);
 

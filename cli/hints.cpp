@@ -1,6 +1,4 @@
-#include "cli/hints.h"
-
-#include "diagnostics/failure_table.h"
+#include "cli/failure.h"
 
 namespace latchkey::cli {
 

@@ -1,9 +1,12 @@
 // latchkey identify.
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
+#include <utility>
 
 #include "cli/ciphertext_sample.h"
 #include "cli/command_line.h"
@@ -11,7 +14,8 @@
 #include "cli/group_lists.h"
 #include "cli/identification.h"
 #include "cli/identify_answers.h"
-#include "cli/sorting.h"
+#include "crypto/engine/on_threads.h"
+#include "platform/processors.h"
 
 namespace latchkey::cli {
 namespace {
@@ -69,6 +73,45 @@ void WriteJointLists(const Identification& identification, const Candidates& joi
   if (!joint.IsCertain()) return WriteLists(*options.lists, {}, options.files);
   const FileGroup all{identification.OptionsFor(joint.fitting.front()), options.files};
   WriteLists(*options.lists, std::array{all}, {});
+}
+
+using Answers = std::vector<std::optional<Candidate>>;
+
+std::optional<Candidate> BestOf(Candidates candidates) {
+  if (candidates.fitting.empty()) return std::nullopt;
+  return std::move(candidates.fitting.front());
+}
+
+bool IsCertain(const std::optional<Candidate>& answer) { return answer && answer->IsCertain(); }
+
+Answers Each(const CandidateSearch& search, std::span<const CiphertextSample> samples) {
+  Answers answers(samples.size());
+  std::atomic<std::size_t> next{0};
+  RunOnThreads(std::min(platform::UsableProcessors(), samples.size()), [&] {
+    for (std::size_t i = next++; i < samples.size(); i = next++) {
+      answers[i] = BestOf(search.Find(samples.subspan(i, 1)));
+    }
+  });
+  return answers;
+}
+
+// Returns the best candidate for each sample, in order; nothing for a sample that no key fits. Each
+// sample is first judged alone under all keys. A sample without a certain answer is then judged
+// under only the keys that are certain for other samples; the prior of all keys is divided among
+// these.
+Answers Sort(const CandidateSearch& search, std::span<const CiphertextSample> samples) {
+  Answers answers = Each(search, samples);
+  std::set<std::size_t> certain;
+  for (const auto& answer : answers) {
+    if (IsCertain(answer)) certain.insert(answer->key);
+  }
+  const std::vector<std::size_t> keys(certain.begin(), certain.end());
+  for (std::size_t i = 0; i < samples.size() && !keys.empty(); ++i) {
+    if (IsCertain(answers[i])) continue;
+    std::optional<Candidate> answer = BestOf(search.Find(samples.subspan(i, 1), keys));
+    if (answer) answers[i] = std::move(answer);
+  }
+  return answers;
 }
 
 // Searches for settings that all samples share. If none are certain, judges each sample alone.

@@ -3,8 +3,7 @@
 #include <sqlite3ext.h>
 
 #include "bindings/sql/names.h"
-#include "bindings/sqlite/identify.h"
-#include "bindings/sqlite/message.h"
+#include "bindings/sqlite/functions.h"
 #include "bindings/sqlite/values.h"
 
 SQLITE_EXTENSION_INIT1

@@ -1,4 +1,4 @@
-#include "bindings/sqlite/identify.h"
+#include "bindings/sqlite/functions.h"
 
 #include <latchkey.h>
 #include <string.h>

@@ -1,4 +1,4 @@
-#include "bindings/sqlite/message.h"
+#include "bindings/sqlite/functions.h"
 
 #include <latchkey.h>
 #include <string.h>

@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "base/secure_memory.h"
-#include "cli/platform/secret_text.h"
+#include "cli/platform/environment.h"
 
 namespace latchkey::cli {
 

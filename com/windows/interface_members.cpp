@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -34,6 +35,28 @@ std::wstring LowerCaseOf(std::wstring_view name) {
   std::wstring result(name);
   std::ranges::transform(result, result.begin(), LowerCase);
   return result;
+}
+
+using UniqueAttributes = std::unique_ptr<TYPEATTR, DescriptionDeleter>;
+
+// Running out of memory is not the same as having no description.
+bool Given(HRESULT result) {
+  if (result == E_OUTOFMEMORY) throw std::bad_alloc();
+  return SUCCEEDED(result);
+}
+
+// AttributesOf and FunctionAt return null if the description does not exist, and raise bad_alloc.
+// The type information must outlive the result.
+UniqueAttributes AttributesOf(ITypeInfo& typeInfo) {
+  TYPEATTR* attributes = nullptr;
+  const bool given = Given(typeInfo.GetTypeAttr(&attributes));
+  return {given ? attributes : nullptr, DescriptionDeleter{&typeInfo}};
+}
+
+UniqueFunction FunctionAt(ITypeInfo& typeInfo, UINT index) {
+  FUNCDESC* function = nullptr;
+  const bool given = Given(typeInfo.GetFuncDesc(index, &function));
+  return {given ? function : nullptr, DescriptionDeleter{&typeInfo}};
 }
 
 }  // namespace

@@ -9,9 +9,16 @@
 
 #include "com/windows/automation_owners.h"
 #include "com/windows/classes.h"
-#include "com/windows/function_descriptions.h"
 
 namespace latchkey::com {
+
+// Returns a description to its type information.
+struct DescriptionDeleter {
+  ITypeInfo* typeInfo;
+  void operator()(TYPEATTR* attributes) const noexcept { typeInfo->ReleaseTypeAttr(attributes); }
+  void operator()(FUNCDESC* function) const noexcept { typeInfo->ReleaseFuncDesc(function); }
+};
+using UniqueFunction = std::unique_ptr<FUNCDESC, DescriptionDeleter>;
 
 // The members of a dual interface, read from the type library once, since reading them takes longer
 // than a call. Constant afterwards; usable from any thread.

@@ -6,7 +6,6 @@
 
 #include "base/never_destroyed.h"
 #include "platform/linux/default_route.h"
-#include "platform/linux/route_tables.h"
 
 namespace latchkey::platform {
 namespace {

@@ -4,6 +4,7 @@
 // interface is not the loopback). Lines that are not routes are skipped.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace latchkey::platform {
@@ -13,5 +14,12 @@ namespace latchkey::platform {
 
 // `table` is the content of /proc/net/ipv6_route.
 [[nodiscard]] bool HasDefaultIpv6Route(std::string_view table);
+
+// The folder of the kernel's tables.
+extern const char* const kRouteTables;
+
+// Whether the IPv4 table (the file route) or the IPv6 table (ipv6_route) in the folder has a
+// default route. An unreadable table has none.
+[[nodiscard]] bool HasDefaultRoute(const std::string& folder);
 
 }  // namespace latchkey::platform

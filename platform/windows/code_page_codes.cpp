@@ -1,9 +1,12 @@
-#include "platform/windows/code_page_codes.h"
+// The codes of a Windows code page, queried from the system one by one.
+#include <windows.h>
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 
 #include "platform/code_page_tables.h"
+#include "platform/system_code_page.h"
 
 namespace latchkey::platform {
 namespace {
@@ -39,8 +42,6 @@ char16_t CharacterOfByte(UINT page, std::uint8_t byte) {
   return count == 1 && CodeOf(page, character) == byte ? character : char16_t{0};
 }
 
-}  // namespace
-
 CodePage::HighHalf HighHalfOf(UINT page) {
   CodePage::HighHalf characters{};
   for (std::size_t i = 0; i < characters.size(); ++i) {
@@ -53,6 +54,15 @@ CodePage::HighHalf HighHalfOf(UINT page) {
 std::uint32_t LongCodeOf(UINT page, char16_t character) {
   const std::uint32_t code = CodeOf(page, character);
   return code > 0xFF ? code : CodePage::kDefaultCode;
+}
+
+std::uint32_t LongAnsiCode(char16_t character) { return LongCodeOf(CP_ACP, character); }
+
+}  // namespace
+
+const CodePage& SystemCodePage() {
+  static const CodePage codePage(HighHalfOf(CP_ACP), LongAnsiCode);
+  return codePage;
 }
 
 bool ReadCodePage(std::uint32_t number, CodePageTables& tables) {

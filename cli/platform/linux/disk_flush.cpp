@@ -11,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 
+#include "cli/platform/linux/given_descriptor.h"
 #include "cli/platform/linux/interruption.h"
 
 namespace latchkey::cli {
@@ -18,8 +19,6 @@ namespace {
 
 // For fewer files, flushing each is as fast, and does not wait for the data of other processes.
 constexpr std::size_t kFewestFiles = 4;
-
-int DescriptorOf(const UniqueFile& file) noexcept { return static_cast<int>(file.Get()); }
 
 // syncfs reports failures since Linux 5.8.
 bool ReportsFailures() noexcept {

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "cli/platform/file_error.h"
-#include "cli/platform/linux/descriptor_name.h"
 #include "cli/platform/linux/given_descriptor.h"
 #include "cli/platform/linux/transfer.h"
 

@@ -16,7 +16,6 @@
 #include <utility>
 
 #include "cli/platform/file_error.h"
-#include "cli/platform/linux/descriptor_name.h"
 #include "cli/platform/linux/file_rights.h"
 #include "cli/platform/linux/given_descriptor.h"
 #include "cli/platform/linux/interruption.h"
@@ -25,8 +24,6 @@
 
 namespace latchkey::cli {
 namespace {
-
-int DescriptorOf(const UniqueFile& file) { return static_cast<int>(file.Get()); }
 
 // A file that the process has open is written at its current position, also a regular file.
 bool IsStream(const std::string& name) { return name == "-" || DescriptorNamed(name).has_value(); }

@@ -5,7 +5,7 @@
 #include <charconv>
 #include <string_view>
 
-#include "cli/platform/linux/descriptor_name.h"
+#include "cli/platform/linux/given_descriptor.h"
 
 namespace latchkey::cli {
 namespace {

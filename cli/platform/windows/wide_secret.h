@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/secure_memory.h"
-#include "cli/platform/secret_text.h"
+#include "cli/platform/environment.h"
 
 namespace latchkey::cli {
 

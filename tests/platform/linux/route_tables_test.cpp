@@ -1,5 +1,5 @@
 // The files from which the connection is read.
-#include "platform/linux/route_tables.h"
+#include "platform/linux/default_route.h"
 
 #include <gtest/gtest.h>
 
