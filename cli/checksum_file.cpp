@@ -119,8 +119,8 @@ std::string WrittenLine(const Checksum& checksum, const ChecksumForm& form, Line
          (lineForm.zero ? '\0' : '\n');
 }
 
-std::vector<std::string> ChecksumLines(std::string list) {
-  const std::string text = Utf8Of(std::move(list));
+std::vector<std::string> ChecksumLines(const std::string& list) {
+  const std::string text = Utf8Of(list);
   std::vector<std::string> lines;
   for (std::size_t start = 0; start < text.size();) {
     const std::size_t end = std::min(text.find('\n', start), text.size());

@@ -37,7 +37,7 @@ struct LineForm {
 // The lines of a list, without their ends. A list may begin with a byte order mark; with one, it
 // may be in UTF-16, as PowerShell writes it. Names are returned in UTF-8. Raises CommandError for
 // invalid UTF-16.
-[[nodiscard]] std::vector<std::string> ChecksumLines(std::string list);
+[[nodiscard]] std::vector<std::string> ChecksumLines(const std::string& list);
 
 // Parses a line without its line end. It has one of the two forms that WrittenLine writes; in the
 // form with two spaces, an asterisk may replace the second one. Digits may be in either case.

@@ -39,7 +39,7 @@ class WindowsCryptoProvider final : public CryptoProvider {
   bool CryptAcquireContextA(HCRYPTPROV* phProv, const char* szContainer, const char* szProvider,
                             std::uint32_t dwProvType, std::uint32_t dwFlags) override {
     ::HCRYPTPROV provider = 0;
-    if (!::CryptAcquireContextA(&provider, szContainer, szProvider, dwProvType, dwFlags)) {
+    if (::CryptAcquireContextA(&provider, szContainer, szProvider, dwProvType, dwFlags) == FALSE) {
       return false;
     }
     *phProv = provider;
@@ -53,7 +53,7 @@ class WindowsCryptoProvider final : public CryptoProvider {
   bool CryptCreateHash(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTKEY hKey, std::uint32_t dwFlags,
                        HCRYPTHASH* phHash) override {
     ::HCRYPTHASH hash = 0;
-    if (!::CryptCreateHash(hProv, Algid, hKey, dwFlags, &hash)) return false;
+    if (::CryptCreateHash(hProv, Algid, hKey, dwFlags, &hash) == FALSE) return false;
     *phHash = hash;
     return true;
   }
@@ -78,7 +78,7 @@ class WindowsCryptoProvider final : public CryptoProvider {
   bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                       std::uint32_t dwFlags, HCRYPTKEY* phKey) override {
     ::HCRYPTKEY key = 0;
-    if (!::CryptDeriveKey(hProv, Algid, hBaseData, dwFlags, &key)) return false;
+    if (::CryptDeriveKey(hProv, Algid, hBaseData, dwFlags, &key) == FALSE) return false;
     *phKey = key;
     return true;
   }
@@ -88,7 +88,7 @@ class WindowsCryptoProvider final : public CryptoProvider {
   bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* /*pdwReserved*/, std::uint32_t dwFlags,
                          HCRYPTKEY* phKey) override {
     ::HCRYPTKEY key = 0;
-    if (!::CryptDuplicateKey(hKey, nullptr, dwFlags, &key)) return false;
+    if (::CryptDuplicateKey(hKey, nullptr, dwFlags, &key) == FALSE) return false;
     *phKey = key;
     return true;
   }

@@ -31,7 +31,8 @@ std::optional<std::size_t> DecodeBase64(std::span<const std::uint8_t> text,
   }
   if (Base64Length(length) != text.size()) return std::nullopt;
   std::array<std::uint8_t, 5> again{};
-  EncodeBase64(std::span(bytes).subspan((length - 1) / 3 * 3, (length - 1) % 3 + 1), again);
+  EncodeBase64(std::span(bytes).subspan(std::size_t{length - 1} / 3 * 3, (length - 1) % 3 + 1),
+               again);
   if (!std::equal(again.begin(), again.begin() + 4, text.end() - 4)) return std::nullopt;
   return length;
 }

@@ -16,6 +16,7 @@ class ArgumentsTest : public LateClientTest {
   // Looks up the numbers of a member and of its arguments.
   HRESULT FindIds(std::vector<std::wstring> names, std::vector<DISPID>& ids) {
     std::vector<wchar_t*> texts;
+    texts.reserve(names.size());
     for (std::wstring& name : names) texts.push_back(name.data());
     ids.assign(names.size(), -7);
     return Api()->GetIDsOfNames(IID_NULL, texts.data(), static_cast<UINT>(texts.size()),
