@@ -3,7 +3,6 @@ import os
 import pathlib
 import re
 import subprocess
-import unittest
 
 from command import PROGRAM, PROJECT, CommandTest
 
@@ -145,7 +144,3 @@ class FishTest(CompletionCases, CommandTest):
                                  cwd=self.folder, env={**self.PATHS, "HOME": str(self.folder)})
         self.assertEqual(process.stderr, b"")
         return sorted(text.partition("\t")[0] for text in process.stdout.decode().splitlines())
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -99,9 +99,6 @@ class FailureTest(CommandTest):
                 self.assertLessEqual(len(result.lines), 2, result)
                 self.assertEqual(shown in result.lines[0], arguments[0] != "bogus", result)
 
-    def test_an_unknown_command_is_named(self):
-        self.assertEqual(self.run_command("bogus").lines[0], "latchkey: no such command: bogus")
-
     def test_json_has_the_error_record(self):
         self.write("c", b"1234567")
         result = self.run_command("decrypt", *MD5_DES, "--no-password", "--json", "-o", "out", "c")

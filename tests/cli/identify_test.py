@@ -267,6 +267,7 @@ class CutTest(CommandTest):
         self.assertEqual(self.run_well(*restore, data=self.cut).out, self.plain)
         self.write("whole", self.encrypt(self.plain, self.OPTIONS))
         self.assertEqual(self.run_well(*restore, "whole").out, self.plain)
+        self.assertEqual(self.run_well("decrypt", *self.OPTIONS, *self.password, "whole").out, self.plain)
         result = self.run_well(*restore, "--json", "-o", "out", "cut").json
         self.assertEqual(result["restored_spaces"], 8 - len(self.cut) % 8)
 

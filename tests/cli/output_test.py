@@ -77,13 +77,6 @@ class OutputTest(CommandTest):
         self.assertEqual(modes["p"] & OTHERS, 0, oct(modes["p"]))
         self.assertEqual(modes["p"] & 0o600, 0o600, oct(modes["p"]))
 
-    def test_a_decrypted_file_is_private_from_its_first_byte(self):
-        self.write("plain", b"some text")
-        self.run_well("encrypt", *OPTIONS, "-o", "c", "plain")
-        (self.folder / "plain").chmod(0o666)
-        self.run_well("decrypt", *OPTIONS, "--force", "-o", "plain", "c")
-        self.assertEqual(stat.S_IMODE((self.folder / "plain").stat().st_mode) & OTHERS, 0)
-
     def test_a_replaced_file_keeps_its_rights(self):
         for mode in (0o600, 0o644) if IS_WINDOWS else (0o600, 0o640, 0o644, 0o666, 0o755, 0o604, 0o400):
             path = self.folder / self.write("old", b"precious")

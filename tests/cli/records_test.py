@@ -4,7 +4,6 @@ import csv
 import hashlib
 import io
 import json
-import unittest
 
 from command import IS_WINDOWS, SETTINGS, CommandTest, setting_options
 
@@ -283,7 +282,3 @@ class LargeTest(RecordsTest):
         self.assertEqual(result.out, b"\n".join(expected))
         result = self.records("decrypt", *LINES, "--to", "hex", data=b"\n".join(data))
         self.assertEqual((result.status, result.out), (1, b"".join(line + b"\n" for line in lines[:bad[0]])))
-
-
-if __name__ == "__main__":
-    unittest.main()

@@ -24,11 +24,5 @@ TEST(CryptoStateTest, EachThreadHasSeparateState) {
   }).join();
 }
 
-TEST(CryptoStateTest, AThreadKeepsItsStateBetweenUses) {
-  const ModuleScope scope;
-  ThisThreadCrypto().windowCount = 3;
-  EXPECT_EQ(ThisThreadCrypto().windowCount, 3);
-}
-
 }  // namespace
 }  // namespace latchkey::test

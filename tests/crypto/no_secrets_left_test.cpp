@@ -30,17 +30,6 @@ TEST_F(NoSecretsLeftTest, ThePasswordIsWipedByTheCiphers) {
   EXPECT_EQ(BlocksLeftBy([this] { EXPECT_TRUE(api.Decrypt(1, 1)); }), 0U);
 }
 
-TEST_F(NoSecretsLeftTest, ThePasswordIsWipedWhenTheCiphersFail) {
-  ByteArray password = ArrayOf(secret);
-  api.Password(password);
-  for (const char* call : {"CryptCreateHash", "CryptHashData", "CryptDeriveKey", "CryptEncrypt"}) {
-    provider.FailAt(call, 1);
-    EXPECT_EQ(BlocksLeftBy([this] { EXPECT_FALSE(api.Encrypt(1, 1)); }), 0U) << call;
-    provider.ThrowAt(call, 1, Fault(FaultNumber::Overflow));
-    EXPECT_EQ(BlocksLeftBy([this] { EXPECT_FALSE(api.Encrypt(1, 1)); }), 0U) << call;
-  }
-}
-
 TEST_F(NoSecretsLeftTest, ThePasswordIsWipedByCreateHash) {
   ByteArray password = ArrayOf(secret);
   api.Password(password);

@@ -102,15 +102,6 @@ TEST_F(PasswordChoiceTest, WithoutTheDefaultTheCiphersHashNothingAndStoreNothing
   EXPECT_EQ(ElementsOf(api.Password()), Bytes{0});
 }
 
-TEST_F(PasswordChoiceTest, WithoutTheDefaultDecryptReversesEncrypt) {
-  api.UseDefaultPWD(false);
-  api.InputData(ArrayOf("attack at dawn"));
-  ASSERT_TRUE(api.Encrypt(4, 2));
-  api.InputData(api.OutputData());
-  ASSERT_TRUE(api.Decrypt(4, 2));
-  EXPECT_EQ(DataOf(api.OutputData()), BytesOf("attack at dawn"));
-}
-
 TEST_F(PasswordChoiceTest, AOneBytePasswordCountsAsNone) {
   api.UseDefaultPWD(false);
   ByteArray one{65};

@@ -9,7 +9,6 @@
 #include "crypto/random_number.h"
 #include "latchkey/cls_crypto_api.h"
 #include "platform/system_random.h"
-#include "tests/support/fault_of.h"
 #include "tests/support/random_source_script.h"
 #include "tests/support/watched_module.h"
 
@@ -68,11 +67,6 @@ TEST_F(RandomSourceUseTest, EachOfSixteenBytesChangesTheGeneratorsState) {
     random.at(i) = 1;
     EXPECT_NE(StateAfterDraw(random), before) << "byte " << i;
   }
-}
-
-TEST_F(RandomSourceUseTest, WithoutRandomBytesANumberIsAFault) {
-  const RandomSourceScript script([](auto) { return kInputOutputError; });
-  EXPECT_EQ(FaultOf([] { return RandomNumberInRange(65, 122); }), 5);
 }
 
 TEST_F(RandomSourceUseTest, WithoutRandomBytesASaltOfLettersFails) {

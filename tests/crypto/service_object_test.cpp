@@ -5,6 +5,7 @@
 #include <new>
 
 #include "latchkey/fault.h"
+#include "tests/support/code_pages.h"
 #include "tests/support/fault_of.h"
 #include "tests/support/watched_service.h"
 
@@ -66,6 +67,8 @@ TEST_F(ServiceObjectTest, InputDataOmitsTheLastElementAndTrailingSpaces) {
   ExpectInput(BytesOf(" a b"));
   api.InputData(ByteArray{65, 0, 0});
   ExpectInput({65, 0});
+  api.InputData(ByteArray{65, 9, 0});
+  ExpectInput({65, 9});
   api.InputData(ByteArray{65});
   ExpectInput({});
 }
@@ -73,10 +76,13 @@ TEST_F(ServiceObjectTest, InputDataOmitsTheLastElementAndTrailingSpaces) {
 TEST_F(ServiceObjectTest, InputDataKeepsEveryByteValue) {
   Bytes all(256);
   for (std::size_t i = 0; i < all.size(); ++i) all[i] = static_cast<std::uint8_t>(i);
-  for (std::ptrdiff_t i = 0; i < 256; i += 32) {
-    const Bytes part(all.begin() + i, all.begin() + i + 32);
-    api.InputData(ArrayOf(part));
-    ExpectInput(part);
+  for (const CodePage* const page : {scope.Services().codePage, &DoubleBytePage()}) {
+    scope.Services().codePage = page;
+    for (std::ptrdiff_t i = 0; i < 256; i += 32) {
+      const Bytes part(all.begin() + i, all.begin() + i + 32);
+      api.InputData(ArrayOf(part));
+      ExpectInput(part);
+    }
   }
 }
 

@@ -73,11 +73,5 @@ TEST(RecordPerThreadTest, StepAndWorkingValuesArePerThread) {
   });
 }
 
-TEST(RecordPerThreadTest, AThreadKeepsItsDataBetweenUses) {
-  const ModuleScope scope;
-  ThisThread().currentStep = 12;
-  EXPECT_EQ(ThisThread().currentStep, 12);
-}
-
 }  // namespace
 }  // namespace latchkey::test

@@ -5,6 +5,7 @@
 #include <sddl.h>
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -47,41 +48,24 @@ std::wstring UsersIdentifier() {
 // A new empty folder, removed with the files in it.
 class Folder {
  public:
-  Folder() {
-    std::wstring temp(MAX_PATH, L'\0');
-    temp.resize(GetTempPathW(MAX_PATH, temp.data()));
-    std::wstring name(MAX_PATH, L'\0');
-    GetTempFileNameW(temp.c_str(), L"lk", 0, name.data());  // makes a file of that name
-    name_ = name.c_str();
-    DeleteFileW(name_.c_str());
-    CreateDirectoryW(name_.c_str(), nullptr);
-  }
+  Folder() { std::filesystem::create_directory(path_); }
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
-  ~Folder() {
-    for (const std::wstring& file : Files()) DeleteFileW(file.c_str());
-    RemoveDirectoryW(name_.c_str());
-  }
+  ~Folder() { std::filesystem::remove_all(path_); }
 
   [[nodiscard]] std::vector<std::wstring> Files() const {
     std::vector<std::wstring> files;
-    WIN32_FIND_DATAW found{};
-    const HANDLE search = FindFirstFileW((name_ + L"\\*").c_str(), &found);
-    if (search == INVALID_HANDLE_VALUE) return files;
-    do {
-      if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
-      files.push_back(name_ + L"\\" + found.cFileName);
-    } while (FindNextFileW(search, &found));
-    FindClose(search);
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
+      if (entry.is_regular_file()) files.push_back(entry.path().wstring());
+    }
     return files;
   }
 
-  [[nodiscard]] std::string Place(const char* file) const {
-    return std::string(name_.begin(), name_.end()) + "\\" + file;  // ASCII in the tests
-  }
+  [[nodiscard]] std::string Place(const char* file) const { return (path_ / file).string(); }
 
  private:
-  std::wstring name_;
+  const std::filesystem::path path_ = std::filesystem::temp_directory_path() /
+                                      ("latchkey-owner-" + std::to_string(GetCurrentProcessId()));
 };
 
 std::wstring ListOf(const std::wstring& file) {

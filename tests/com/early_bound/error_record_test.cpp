@@ -94,27 +94,6 @@ TEST_F(ErrorRecordTest, AFailureIsNotSeenOnAnotherThread) {
   EXPECT_EQ(Read(Main()).exists, VARIANT_TRUE);
 }
 
-TEST_F(ErrorRecordTest, TwoThreadsKeepTheirRecordsApartWhileBothWork) {
-  const auto work = [](auto operation, int expectedLocation, int* mismatches) {
-    const Apartment apartment;
-    const auto main = CreateMain();
-    const auto api = CreateCryptoApi();
-    for (int i = 0; i < 200; ++i) {
-      if (operation(api.Get()) != S_OK || Read(main.Get()).location != expectedLocation) {
-        ++*mismatches;
-      }
-    }
-  };
-  int first = 0;
-  int second = 0;
-  std::thread one([&] { work(EncryptNothing, 718, &first); });
-  std::thread two([&] { work(MakeNegativeRandom, 433, &second); });
-  one.join();
-  two.join();
-  EXPECT_EQ(first, 0);
-  EXPECT_EQ(second, 0);
-}
-
 TEST(ThreadWithoutMainTest, EveryOperationThatClearsTheRecordRaisesObjectNotSet) {
   const Apartment apartment;
   const auto api = CreateCryptoApi();

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <string>
 
+#include "tests/crypto/engine/whole_message.h"
 #include "tests/support/bytes.h"
 
 namespace latchkey::test {
@@ -16,12 +17,7 @@ constexpr std::string_view kText = "It is altogether fitting and proper that we 
 Bytes Encrypted(const KeySettings& settings, std::string_view text) {
   DerivedKey key;
   EXPECT_EQ(key.Derive(settings, BytesOf("pw")), nullptr);
-  Bytes message = BytesOf(text);
-  auto length = static_cast<std::uint32_t>(message.size());
-  message.resize(message.size() + key.MostAdded());
-  EXPECT_TRUE(key.Transform(CipherDirection::Encrypt, message, length));
-  message.resize(length);
-  return message;
+  return Whole(key, CipherDirection::Encrypt, BytesOf(text));
 }
 
 std::vector<CiphertextSample> SamplesOf(const std::vector<Bytes>& ciphertexts) {
@@ -105,11 +101,7 @@ TEST(CandidatesTest, UsualKeyLengthsAreTried) {
       ASSERT_TRUE(found.IsCertain()) << cipher << ' ' << bits;
       DerivedKey key;
       ASSERT_EQ(key.Derive(found.fitting.front().settings.front(), BytesOf("pw")), nullptr);
-      Bytes copy = ciphertext;
-      auto length = static_cast<std::uint32_t>(copy.size());
-      EXPECT_TRUE(key.Transform(CipherDirection::Decrypt, copy, length));
-      copy.resize(length);
-      EXPECT_EQ(copy, BytesOf(kText));
+      EXPECT_EQ(Whole(key, CipherDirection::Decrypt, ciphertext), BytesOf(kText));
     }
   }
 }

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 
+#include "tests/crypto/engine/whole_message.h"
 #include "tests/support/bytes.h"
 #include "tests/support/random_bytes.h"
 
@@ -14,14 +15,6 @@ namespace {
 class MessageStreamTest : public testing::TestWithParam<std::int32_t> {
  protected:
   void SetUp() override { ASSERT_EQ(key.Derive({1, GetParam()}, BytesOf("pw")), nullptr); }
-
-  [[nodiscard]] Bytes Whole(CipherDirection direction, Bytes message) const {
-    auto length = static_cast<std::uint32_t>(message.size());
-    message.resize(message.size() + key.MostAdded());
-    EXPECT_TRUE(key.Transform(direction, message, length));
-    message.resize(length);
-    return message;
-  }
 
   // Adds the next `length` bytes and appends their result.
   static bool Add(MessageStream& stream, std::span<const std::uint8_t> piece, Bytes& result) {
@@ -63,7 +56,7 @@ TEST_P(MessageStreamTest, PiecesGiveTheBytesOfTheWholeAndTheStreamBeginsAgain) {
   MessageStream decryption(key, CipherDirection::Decrypt);
   for (std::size_t length = 0; length < 100; ++length) {
     const Bytes message = random.Some(length);
-    const Bytes expected = Whole(CipherDirection::Encrypt, message);
+    const Bytes expected = Whole(key, CipherDirection::Encrypt, message);
     ASSERT_EQ(InPieces(encryption, message), expected) << length;
     ASSERT_EQ(InPieces(decryption, expected), message) << length;
   }

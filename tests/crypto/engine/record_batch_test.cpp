@@ -8,6 +8,7 @@
 #include <stdexcept>
 
 #include "crypto/engine/on_threads.h"
+#include "tests/crypto/engine/whole_message.h"
 #include "tests/support/bytes.h"
 #include "tests/support/random_bytes.h"
 
@@ -52,14 +53,6 @@ Outcome RunBatch(const DerivedKey& key, CipherDirection direction, const Column&
   outcome.after.assign(data.begin() + offsets.back(), data.end());
   outcome.failed = batch.FailedCount();
   return outcome;
-}
-
-Bytes Whole(const DerivedKey& key, CipherDirection direction, Bytes message) {
-  auto length = static_cast<std::uint32_t>(message.size());
-  message.resize(message.size() + key.MostAdded());
-  const bool done = key.Transform(direction, message, length);
-  message.resize(done ? length : 0);
-  return message;
 }
 
 class RecordBatchTest : public testing::TestWithParam<std::int32_t> {

@@ -11,8 +11,10 @@ PROJECT = pathlib.Path(__file__).resolve().parents[3]
 IDL = "com/windows/latchkey.idl"
 SERVICE = "include/latchkey/cls_crypto_api.h"
 TABLE = "diagnostics/failure_table.h"
-SOURCES = (IDL, SERVICE, TABLE, "include/latchkey/cls_main.h", "include/latchkey/cls_timer.h", "include/latchkey/fault.h",
-           "base/faults.cpp", "docs/reference.md", "docs/errors.md", "tools/make_reference")
+MAIN = "include/latchkey/cls_main.h"
+TIMER = "include/latchkey/cls_timer.h"
+SOURCES = (IDL, SERVICE, TABLE, MAIN, TIMER, "include/latchkey/fault.h", "base/faults.cpp", "docs/reference.md",
+           "docs/errors.md", "tools/make_reference")
 
 
 def make_reference(project, *options):
@@ -65,69 +67,62 @@ class ChangedSources(unittest.TestCase):
                 self.assertEqual(make_reference(self.copy).returncode, 0)
                 self.assertEqual(make_reference(self.copy, "--check").returncode, 0)
 
-    def test_a_changed_help_text_is_out_of_date(self):
-        self.change(IDL, "Measures from now.", "Starts to measure.")
-        self.assert_refused("+Help text: “Starts to measure.”", "--check")
+    def check_each(self, changes, *options):
+        for name, (path, old, new, reason) in changes.items():
+            with self.subTest(name):
+                self.change(path, old, new)
+                self.assert_refused(reason, *options)
+            shutil.copy(PROJECT / path, self.copy / path)
 
-    def test_a_changed_number_is_out_of_date(self):
-        self.change(IDL, "latchkeyHashMD4 = 2", "latchkeyHashMD4 = 7")
-        self.assert_refused("+| `latchkeyHashMD4` | 7 |", "--check")
+    def test_a_changed_text_or_number_is_out_of_date(self):
+        self.check_each({
+            "help text": (IDL, "Measures from now.", "Starts to measure.", "+Help text: “Starts to measure.”"),
+            "number": (IDL, "latchkeyHashMD4 = 2", "latchkeyHashMD4 = 7", "+| `latchkeyHashMD4` | 7 |"),
+            "message": (TABLE, "Error deriving key\", u\"Encrypt", "No key\", u\"Encrypt", "No key"),
+        }, "--check")
 
-    def test_an_enum_without_a_help_text_is_refused(self):
-        self.change(IDL, 'helpstring("Hashes:', 'hidden, version("Hashes:')
-        self.assert_refused("latchkey.idl: an enum cannot be read")
+    def test_a_member_or_class_without_a_comment_is_refused(self):
+        for path, declaration, reason in (
+                (SERVICE, "Text CreateSaltValue(", "CreateSaltValue has no comment"),
+                (TIMER, "std::int32_t GetElapsedTime()", "GetElapsedTime has no comment"),  # after a commented one
+                (MAIN, "class LATCHKEY_API clsMain", "clsMain has no comment")):
+            with self.subTest(declaration):
+                self.remove_comment_above(path, declaration)
+                self.assert_refused(reason)
+            shutil.copy(PROJECT / path, self.copy / path)
 
-    def test_a_changed_message_is_out_of_date(self):
-        self.change(TABLE, "Error deriving key\", u\"Encrypt", "No key\", u\"Encrypt")
-        self.assert_refused("No key", "--check")
+    def test_a_header_that_disagrees_with_the_interface_is_refused(self):
+        self.check_each({
+            "an enum without a help text": (
+                IDL, 'helpstring("Hashes:', 'hidden, version("Hashes:', "latchkey.idl: an enum cannot be read"),
+            "a member of the header only": (
+                TIMER, "  void Start() noexcept;", "  void Start() noexcept;\n  void Stop();",
+                "not in the interface definition: ['Stop']"),
+            "a member of the interface only": (IDL, "HRESULT Start();", "HRESULT Begin();", "Start"),
+            "another argument name": (
+                IDL, "blnLetttersOnly", "blnLettersOnly", "CreateSaltValue: the header has no such member"),
+            "another argument type": (
+                IDL, "long lngReturnLength", "short lngReturnLength",
+                "CreateSaltValue: the types of lngReturnLength differ"),
+            "an argument that is optional for some": (
+                IDL, "[in] BSTR strHex", '[in, optional, defaultvalue("")] BSTR strHex',
+                "ConvertStringFromHex: strHex is optional in one place only"),
+        })
 
-    def test_a_member_without_a_comment_is_refused(self):
-        self.remove_comment_above(SERVICE, "Text CreateSaltValue(")
-        self.assert_refused("CreateSaltValue has no comment")
-
-    def test_a_member_after_a_commented_one_is_refused(self):
-        self.remove_comment_above("include/latchkey/cls_timer.h", "std::int32_t GetElapsedTime()")
-        self.assert_refused("GetElapsedTime has no comment")
-
-    def test_a_class_without_a_comment_is_refused(self):
-        self.remove_comment_above("include/latchkey/cls_main.h", "class LATCHKEY_API clsMain")
-        self.assert_refused("clsMain has no comment")
-
-    def test_a_member_of_the_header_only_is_refused(self):
-        self.change("include/latchkey/cls_timer.h", "  void Start() noexcept;", "  void Start() noexcept;\n  void Stop();")
-        self.assert_refused("not in the interface definition: ['Stop']")
-
-    def test_a_member_of_the_interface_only_is_refused(self):
-        self.change(IDL, "HRESULT Start();", "HRESULT Begin();")
-        self.assert_refused("Start")
-
-    def test_another_argument_name_is_refused(self):
-        self.change(IDL, "blnLetttersOnly", "blnLettersOnly")
-        self.assert_refused("CreateSaltValue: the header has no such member")
-
-    def test_another_argument_type_is_refused(self):
-        self.change(IDL, "long lngReturnLength", "short lngReturnLength")
-        self.assert_refused("CreateSaltValue: the types of lngReturnLength differ")
-
-    def test_an_argument_that_is_optional_for_some_is_refused(self):
-        self.change(IDL, "[in] BSTR strHex", '[in, optional, defaultvalue("")] BSTR strHex')
-        self.assert_refused("ConvertStringFromHex: strHex is optional in one place only")
-
-    def test_an_argument_that_is_not_described_is_refused(self):
-        self.change(SERVICE, "blnUseUppercase changes nothing", "the last argument changes nothing")
-        self.assert_refused("CreateRandom: its comment does not describe blnUseUppercase")
-
-    def test_a_location_that_does_not_exist_is_refused(self):
-        self.change(SERVICE, "location 727", "location 737")
-        self.assert_refused("ConvertStringFromHex: its comment names locations that do not exist: [737]")
-
-    def test_a_location_that_is_not_described_is_refused(self):
-        self.change(SERVICE, "location 727 for an odd length, 440", "440")
-        self.assert_refused("ConvertStringFromHex: its comment does not name the locations [727]")
-
-    def test_a_wrong_fault_number_is_refused(self):
-        self.change(SERVICE, "InvalidUseOfNull (94)", "InvalidUseOfNull (95)")
-        self.assert_refused("InvalidUseOfNull is 94")
+    def test_a_comment_that_disagrees_with_the_interface_is_refused(self):
+        self.check_each({
+            "an argument that is not described": (
+                SERVICE, "blnUseUppercase changes nothing", "the last argument changes nothing",
+                "CreateRandom: its comment does not describe blnUseUppercase"),
+            "a location that does not exist": (
+                SERVICE, "location 727", "location 737",
+                "ConvertStringFromHex: its comment names locations that do not exist: [737]"),
+            "a location that is not described": (
+                SERVICE, "location 727 for an odd length, 440", "440",
+                "ConvertStringFromHex: its comment does not name the locations [727]"),
+            "a wrong fault number": (
+                SERVICE, "InvalidUseOfNull (94)", "InvalidUseOfNull (95)", "InvalidUseOfNull is 94"),
+        })
 
 
 if __name__ == "__main__":

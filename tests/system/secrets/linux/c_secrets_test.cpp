@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "latchkey.h"
+#include "tests/c/client.h"
 #include "tests/system/secrets/known_results.h"
 #include "tests/system/secrets/searched_service.h"
 
@@ -16,69 +17,42 @@ using CSecretsTest = SearchedService;
 // Only the password, which the object of the fixture has.
 constexpr auto kPasswordAlone = [](bool) { return Copies{1}; };
 
-// A key for one scope; null when it cannot be made.
-class OpenKey {
- public:
-  OpenKey(std::int32_t cipher, const WipedBytes& password) {
-    latchkey_settings settings = LATCHKEY_SETTINGS_INIT;
-    settings.hash = LATCHKEY_MD5;
-    settings.cipher = cipher;
-    settings.provider = LATCHKEY_ENHANCED;
-    latchkey_key_open(&settings, password.data(), password.size(), &key_, nullptr);
-  }
-  OpenKey(const OpenKey&) = delete;
-  OpenKey& operator=(const OpenKey&) = delete;
-  ~OpenKey() { latchkey_key_close(key_); }
-
-  [[nodiscard]] latchkey_key* Get() const { return key_; }
-
- private:
-  latchkey_key* key_ = nullptr;
-};
+// Null when it cannot be opened.
+Key OpenedKey(std::int32_t cipher, const WipedBytes& password) {
+  const latchkey_settings settings = SettingsOf(LATCHKEY_MD5, cipher, LATCHKEY_ENHANCED);
+  Key key;
+  latchkey_key_open(&settings, password.data(), password.size(), key.Address(), nullptr);
+  return key;
+}
 
 // Encrypts and decrypts again.
 bool PassesThrough(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
-  const OpenKey key(cipher, password.Bytes());
-  if (key.Get() == nullptr) return false;  // before the test itself copies the text
+  const Key key = OpenedKey(cipher, password.Bytes());
+  if (key == nullptr) return false;  // before the test itself copies the text
   const WipedBytes text = plaintext.Bytes();
   std::array<std::uint8_t, 64> ciphertext{};
   std::size_t length = ciphertext.size();
   WipedBytes again(ciphertext.size());
   std::size_t lengthAgain = again.size();
-  return latchkey_encrypt(key.Get(), text.data(), text.size(), ciphertext.data(), &length,
-                          nullptr) == LATCHKEY_OK &&
-         latchkey_decrypt(key.Get(), ciphertext.data(), length, again.data(), &lengthAgain,
-                          nullptr) == LATCHKEY_OK;
+  return latchkey_encrypt(key, text.data(), text.size(), ciphertext.data(), &length, nullptr) ==
+             LATCHKEY_OK &&
+         latchkey_decrypt(key, ciphertext.data(), length, again.data(), &lengthAgain, nullptr) ==
+             LATCHKEY_OK;
 }
-
-// A stream for one scope; null when it cannot be made.
-class OpenStream {
- public:
-  explicit OpenStream(const OpenKey& key) {
-    latchkey_stream_open(key.Get(), LATCHKEY_ENCRYPT, &stream_, nullptr);
-  }
-  OpenStream(const OpenStream&) = delete;
-  OpenStream& operator=(const OpenStream&) = delete;
-  ~OpenStream() { latchkey_stream_close(stream_); }
-
-  [[nodiscard]] latchkey_stream* Get() const { return stream_; }
-
- private:
-  latchkey_stream* stream_ = nullptr;
-};
 
 // The same in pieces.
 bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
-  const OpenKey key(cipher, password.Bytes());
-  const OpenStream stream(key);
-  if (stream.Get() == nullptr) return false;
+  const Key key = OpenedKey(cipher, password.Bytes());
+  Stream stream;
+  latchkey_stream_open(key, LATCHKEY_ENCRYPT, stream.Address(), nullptr);
+  if (stream == nullptr) return false;
   bool done = true;
   const WipedBytes text = plaintext.Bytes();
   for (const std::uint8_t& byte : text) {
     std::array<std::uint8_t, 16> piece{};
     std::size_t length = piece.size();
-    done = done && latchkey_stream_update(stream.Get(), &byte, 1, piece.data(), &length, nullptr) ==
-                       LATCHKEY_OK;
+    done = done &&
+           latchkey_stream_update(stream, &byte, 1, piece.data(), &length, nullptr) == LATCHKEY_OK;
   }
   return done;
 }
@@ -86,8 +60,8 @@ bool Streams(std::int32_t cipher, const Secret& password, const Secret& plaintex
 // The same for a batch of records: every second one is the text, the others are empty.
 template <std::size_t kRecords>
 bool PassesInRecords(std::int32_t cipher, const Secret& password, const Secret& plaintext) {
-  const OpenKey key(cipher, password.Bytes());
-  if (key.Get() == nullptr) return false;  // before the test itself copies the text
+  const Key key = OpenedKey(cipher, password.Bytes());
+  if (key == nullptr) return false;  // before the test itself copies the text
   const WipedBytes text = plaintext.Bytes();
   WipedBytes texts(text.size() * (kRecords / 2));
   std::array<std::int32_t, kRecords + 1> offsets{};
@@ -102,7 +76,7 @@ bool PassesInRecords(std::int32_t cipher, const Secret& password, const Secret& 
   std::array<std::int32_t, kRecords + 1> resultOffsets{};
   latchkey_results results{
       sizeof(latchkey_results), 4, resultOffsets.data(), bytes.data(), bytes.size(), nullptr, 0};
-  return latchkey_encrypt_records(key.Get(), &records, 1, &results, nullptr) == LATCHKEY_OK;
+  return latchkey_encrypt_records(key, &records, 1, &results, nullptr) == LATCHKEY_OK;
 }
 
 using Passage = bool (*)(std::int32_t cipher, const Secret& password, const Secret& plaintext);
