@@ -1,21 +1,11 @@
 // Memory that the server frees contains no secrets.
+#include "tests/com/automation_memory.h"
 #include "tests/com/late_bound/late_client.h"
-#include "tests/com/server/secret_watch.h"
 
 namespace latchkey::test {
 namespace {
 
 constexpr std::string_view kSecret = "a very secret password";
-
-// Makes freed strings return to the allocator at once. The function for this is in no header.
-void TurnOffStringCache() {
-  using Function = void(WINAPI*)();
-  const HMODULE automation = GetModuleHandleW(L"oleaut32.dll");
-  const auto turnOff = reinterpret_cast<Function>(
-      reinterpret_cast<void*>(GetProcAddress(automation, "SetOaNoCache")));
-  ASSERT_NE(turnOff, nullptr);
-  turnOff();
-}
 
 // Counts these bytes in all readable and writable memory of the process.
 int CopiesInMemory(std::string_view bytes) {
@@ -65,7 +55,6 @@ TEST_F(SecretWipingTest, TheCopyOfPlaintextByValueIsZeroBeforeItIsFreed) {
 }
 
 TEST_F(SecretWipingTest, ATextByReferenceLeavesNoCopy) {
-  TurnOffStringCache();
   const UniqueBstr text = Bstr(L"a secret text");
   BSTR raw = text.Get();
   VARIANT reference = OfType(VT_BYREF | VT_BSTR);
@@ -78,7 +67,6 @@ TEST_F(SecretWipingTest, ATextByReferenceLeavesNoCopy) {
 }
 
 TEST_F(SecretWipingTest, AResultThatTheCallerDoesNotTakeIsZeroBeforeItIsFreed) {
-  TurnOffStringCache();
   const UniqueBstr hex = Bstr(L"61207365637265742074657874");
   const std::wstring plain = L"a secret text";
   VARIANT argument = Value(hex.Get());

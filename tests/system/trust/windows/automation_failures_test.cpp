@@ -3,8 +3,8 @@
 #include <cstdio>
 #include <functional>
 
+#include "tests/com/automation_memory.h"
 #include "tests/com/late_bound/late_client.h"
-#include "tests/system/trust/windows/automation_memory.h"
 
 namespace latchkey::test {
 namespace {

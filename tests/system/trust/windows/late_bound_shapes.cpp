@@ -10,9 +10,9 @@
 #include <cstdlib>
 #include <ctime>
 
+#include "tests/com/automation_memory.h"
 #include "tests/system/trust/program_start.h"
 #include "tests/system/trust/resource_usage.h"
-#include "tests/system/trust/windows/automation_memory.h"
 #include "tests/system/trust/windows/late_bound_call.h"
 #include "tests/system/trust/windows/member_descriptions.h"
 
