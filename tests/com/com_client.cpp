@@ -4,6 +4,66 @@
 
 namespace latchkey::test {
 
+VARIANT OfType(int type) {
+  VARIANT value = {};
+  V_VT(&value) = static_cast<VARTYPE>(type);
+  return value;
+}
+
+VARIANT Value(int number) {
+  VARIANT value = OfType(VT_I4);
+  V_I4(&value) = number;
+  return value;
+}
+
+VARIANT Value(double number) {
+  VARIANT value = OfType(VT_R8);
+  V_R8(&value) = number;
+  return value;
+}
+
+VARIANT Value(bool flag) {
+  VARIANT value = OfType(VT_BOOL);
+  V_BOOL(&value) = flag ? VARIANT_TRUE : VARIANT_FALSE;
+  return value;
+}
+
+VARIANT Value(BSTR text) {
+  VARIANT value = OfType(VT_BSTR);
+  V_BSTR(&value) = text;
+  return value;
+}
+
+VARIANT Value(SAFEARRAY* bytes) {
+  VARIANT value = OfType(VT_ARRAY | VT_UI1);
+  V_ARRAY(&value) = bytes;
+  return value;
+}
+
+VARIANT LeftOut() {
+  VARIANT value = OfType(VT_ERROR);
+  V_ERROR(&value) = DISP_E_PARAMNOTFOUND;
+  return value;
+}
+
+VARIANT ReferenceTo(VARIANT& variable) {
+  VARIANT value = OfType(VT_BYREF | VT_VARIANT);
+  V_VARIANTREF(&value) = &variable;
+  return value;
+}
+
+VARIANT ReferenceTo(SAFEARRAY*& bytes) {
+  VARIANT value = OfType(VT_BYREF | VT_ARRAY | VT_UI1);
+  V_ARRAYREF(&value) = &bytes;
+  return value;
+}
+
+VARIANT ReferenceTo(VARIANT_BOOL& flag) {
+  VARIANT value = OfType(VT_BYREF | VT_BOOL);
+  V_BOOLREF(&value) = &flag;
+  return value;
+}
+
 UniqueInterface<_clsMain> CreateMain() {
   return CreateObject<_clsMain>(CLSID_clsMain, IID__clsMain);
 }
@@ -65,6 +125,31 @@ ErrorSeen TakeErrorInfo() {
   return seen;
 }
 
+void PrintTo(const ErrorRecord& record, std::ostream* out) {
+  *out << "location " << record.location << ", type " << record.type << ", run-time failure "
+       << record.runTimeNumber << ' ' << testing::PrintToString(record.runTimeDescription)
+       << ", application failure " << record.appNumber << ' '
+       << testing::PrintToString(record.appDescription) << ", exists " << record.exists
+       << ", machine state " << record.machineState;
+}
+
+ErrorRecord ReadRecord(_clsMain* main) {
+  ErrorRecord record{-1, -1, -1, L"", -1, L"", 1, -1};  // every property must be written
+  BSTR runTimeDescription = nullptr;
+  BSTR appDescription = nullptr;
+  EXPECT_EQ(main->get_ErrorLocationID(&record.location), S_OK);
+  EXPECT_EQ(main->get_ErrorType(&record.type), S_OK);
+  EXPECT_EQ(main->get_RTErrorNumber(&record.runTimeNumber), S_OK);
+  EXPECT_EQ(main->get_RTErrorDescription(&runTimeDescription), S_OK);
+  EXPECT_EQ(main->get_AppErrorNumber(&record.appNumber), S_OK);
+  EXPECT_EQ(main->get_AppErrorDescription(&appDescription), S_OK);
+  EXPECT_EQ(main->get_ErrorExists(&record.exists), S_OK);
+  EXPECT_EQ(main->get_ErrorMachineState(&record.machineState), S_OK);
+  record.runTimeDescription = Take(runTimeDescription);
+  record.appDescription = Take(appDescription);
+  return record;
+}
+
 VARIANT_BOOL ClientTest::Encrypt(short hash, short cipher) {
   VARIANT_BOOL done = 1;
   EXPECT_EQ(Api()->Encrypt(hash, cipher, &done), S_OK);
@@ -75,6 +160,14 @@ VARIANT_BOOL ClientTest::Decrypt(short hash, short cipher) {
   VARIANT_BOOL done = 1;
   EXPECT_EQ(Api()->Decrypt(hash, cipher, &done), S_OK);
   return done;
+}
+
+std::wstring ClientTest::Hash(const wchar_t* text, short hash) {
+  BSTR digest = nullptr;
+  EXPECT_EQ(Api()->CreateHash(Bstr(text).Get(), hash, VARIANT_TRUE, VARIANT_FALSE, VARIANT_FALSE,
+                              &digest),
+            S_OK);
+  return Take(digest);
 }
 
 void ClientTest::UseEnhancedProvider(bool use) {

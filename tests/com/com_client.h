@@ -43,6 +43,18 @@ class ScopedVariant {
   VARIANT value_{};
 };
 
+// Variants that own nothing.
+VARIANT Value(int number);
+VARIANT Value(double number);
+VARIANT Value(bool flag);
+VARIANT Value(BSTR text);
+VARIANT Value(SAFEARRAY* bytes);
+VARIANT OfType(int type);  // of any VARTYPE, its payload all zero
+VARIANT LeftOut();
+VARIANT ReferenceTo(VARIANT& variable);
+VARIANT ReferenceTo(SAFEARRAY*& bytes);
+VARIANT ReferenceTo(VARIANT_BOOL& flag);
+
 // An initialized COM apartment of the calling thread.
 class Apartment {
  public:
@@ -93,6 +105,22 @@ struct ErrorSeen {
 };
 ErrorSeen TakeErrorInfo();
 
+// The error record through the properties of clsMain. The default is the empty record.
+struct ErrorRecord {
+  short location = 0;
+  short type = 2;
+  LONG runTimeNumber = 0;
+  std::wstring runTimeDescription;
+  LONG appNumber = 0;
+  std::wstring appDescription;
+  VARIANT_BOOL exists = VARIANT_FALSE;
+  short machineState = 0;
+
+  friend bool operator==(const ErrorRecord&, const ErrorRecord&) = default;
+  friend void PrintTo(const ErrorRecord& record, std::ostream* out);
+};
+ErrorRecord ReadRecord(_clsMain* main);
+
 // A client on a separate thread, with the error record's owner and a service object.
 class ClientTest : public testing::Test {
  protected:
@@ -102,6 +130,7 @@ class ClientTest : public testing::Test {
   // Each makes a call that must succeed.
   VARIANT_BOOL Encrypt(short hash, short cipher);
   VARIANT_BOOL Decrypt(short hash, short cipher);
+  std::wstring Hash(const wchar_t* text, short hash);  // in hexadecimal digits
   void UseEnhancedProvider(bool use);
   void UseDefaultPassword(bool use);
   Bytes StoredPassword();

@@ -37,12 +37,9 @@ class ArrayShapesTest : public ClientTest {
   }
 
   void ExpectFaultAt(short location) {
-    short found = 0;
-    LONG number = 0;
-    EXPECT_EQ(Main()->get_ErrorLocationID(&found), S_OK);
-    EXPECT_EQ(Main()->get_RTErrorNumber(&number), S_OK);
-    EXPECT_EQ(found, location);
-    EXPECT_EQ(number, 9);
+    const ErrorRecord record = ReadRecord(Main());
+    EXPECT_EQ(record.location, location);
+    EXPECT_EQ(record.runTimeNumber, 9);
   }
 };
 
@@ -264,10 +261,7 @@ TEST_F(ArrayShapesTest, APasswordZeroesALockedArrayAndLeavesItAllocated) {
 }
 
 TEST_F(ArrayShapesTest, ResultsAreDynamicArraysThatAClientMayResize) {
-  VARIANT value;
-  VariantInit(&value);
-  V_VT(&value) = VT_I4;
-  V_I4(&value) = 12;
+  VARIANT value = Value(12);
   SAFEARRAY* array = nullptr;
   ASSERT_EQ(Api()->StringToByteArray(&value, &array), S_OK);
   const UniqueSafeArray owner(array);

@@ -8,15 +8,8 @@ namespace {
 
 using ErrorInformationTest = ClientTest;
 
-VARIANT NullValue() {
-  VARIANT value;
-  VariantInit(&value);
-  V_VT(&value) = VT_NULL;
-  return value;
-}
-
 TEST_F(ErrorInformationTest, AFaultIsAnHresultWithSourceDescriptionAndInterface) {
-  VARIANT value = NullValue();
+  VARIANT value = OfType(VT_NULL);
   SAFEARRAY* array = nullptr;
   EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));
   const ErrorSeen seen = TakeErrorInfo();
@@ -35,7 +28,7 @@ TEST_F(ErrorInformationTest, OnlyTheDefaultInterfacePromisesErrorInformation) {
 }
 
 TEST_F(ErrorInformationTest, AResultIsClearedWhenTheCallFails) {
-  VARIANT value = NullValue();
+  VARIANT value = OfType(VT_NULL);
   auto* array = reinterpret_cast<SAFEARRAY*>(&value);
   EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));
   EXPECT_EQ(array, nullptr);
@@ -52,7 +45,7 @@ TEST_F(ErrorInformationTest, AResultIsClearedBeforeANullArgumentIsRefused) {
 }
 
 TEST_F(ErrorInformationTest, ARefusedNullPointerClearsTheEarlierErrorInformation) {
-  VARIANT value = NullValue();
+  VARIANT value = OfType(VT_NULL);
   SAFEARRAY* array = nullptr;
   EXPECT_EQ(Api()->StringToByteArray(&value, &array), FaultCode(94));
   EXPECT_EQ(Api()->put_Password(nullptr), E_POINTER);
@@ -77,7 +70,7 @@ TEST_F(ErrorInformationTest, NullPointersAreRefusedByEveryMemberOfTheServiceObje
   EXPECT_EQ(api->Encrypt(1, 1, nullptr), E_POINTER);
   BSTR text = nullptr;
   SAFEARRAY* array = nullptr;
-  VARIANT value = NullValue();
+  VARIANT value = OfType(VT_NULL);
   VARIANT_BOOL flag = VARIANT_FALSE;
   EXPECT_EQ(api->ByteArrayToString(nullptr, &text), E_POINTER);
   EXPECT_EQ(api->ByteArrayToString(&array, nullptr), E_POINTER);
@@ -107,10 +100,7 @@ TEST_F(ErrorInformationTest, ValuesWithoutATextFormAreATypeMismatch) {
   for (const int type :
        std::initializer_list<int>{VT_DISPATCH, VT_UNKNOWN, VT_ERROR, VT_VARIANT, VT_BYREF | VT_BSTR,
                                   VT_BYREF | VT_VARIANT, VT_ARRAY | VT_I4, VT_RECORD, 0x0FFF}) {
-    VARIANT value;
-    VariantInit(&value);
-    V_VT(&value) = static_cast<VARTYPE>(type);
-    V_I8(&value) = 0;
+    VARIANT value = OfType(type);
     ExpectFault(Api()->StringToByteArray(&value, &array), 13, L"Type mismatch");
   }
 }

@@ -6,34 +6,6 @@
 namespace latchkey::test {
 namespace {
 
-struct Record {
-  short location = -1;
-  short type = -1;
-  LONG runTimeNumber = -1;
-  std::wstring runTimeDescription;
-  LONG appNumber = -1;
-  std::wstring appDescription;
-  VARIANT_BOOL exists = 1;
-  short machineState = -1;
-};
-
-Record Read(_clsMain* main) {
-  Record record;
-  BSTR runTimeDescription = nullptr;
-  BSTR appDescription = nullptr;
-  EXPECT_EQ(main->get_ErrorLocationID(&record.location), S_OK);
-  EXPECT_EQ(main->get_ErrorType(&record.type), S_OK);
-  EXPECT_EQ(main->get_RTErrorNumber(&record.runTimeNumber), S_OK);
-  EXPECT_EQ(main->get_RTErrorDescription(&runTimeDescription), S_OK);
-  EXPECT_EQ(main->get_AppErrorNumber(&record.appNumber), S_OK);
-  EXPECT_EQ(main->get_AppErrorDescription(&appDescription), S_OK);
-  EXPECT_EQ(main->get_ErrorExists(&record.exists), S_OK);
-  EXPECT_EQ(main->get_ErrorMachineState(&record.machineState), S_OK);
-  record.runTimeDescription = Take(runTimeDescription);
-  record.appDescription = Take(appDescription);
-  return record;
-}
-
 HRESULT EncryptNothing(_clsCryptoAPI* api) {
   VARIANT_BOOL done = VARIANT_FALSE;
   return api->Encrypt(0, 0, &done);
@@ -49,49 +21,29 @@ HRESULT MakeNegativeRandom(_clsCryptoAPI* api) {
 
 using ErrorRecordTest = ClientTest;
 
-TEST_F(ErrorRecordTest, ANewRecordIsEmpty) {
-  const Record record = Read(Main());
-  EXPECT_EQ(record.location, 0);
-  EXPECT_EQ(record.type, 2);
-  EXPECT_EQ(record.runTimeNumber, 0);
-  EXPECT_EQ(record.runTimeDescription, L"");
-  EXPECT_EQ(record.appNumber, 0);
-  EXPECT_EQ(record.appDescription, L"");
-  EXPECT_EQ(record.exists, VARIANT_FALSE);
-  EXPECT_EQ(record.machineState, 0);
-}
+TEST_F(ErrorRecordTest, ANewRecordIsEmpty) { EXPECT_EQ(ReadRecord(Main()), ErrorRecord()); }
 
 TEST_F(ErrorRecordTest, AFailureOfAnOperationShowsInAllProperties) {
   ASSERT_EQ(EncryptNothing(Api()), S_OK);
-  const Record record = Read(Main());
-  EXPECT_EQ(record.location, 718);
-  EXPECT_EQ(record.type, 2);
-  EXPECT_EQ(record.appNumber, 115);
-  EXPECT_EQ(record.appDescription, L"Bad hash type");
-  EXPECT_EQ(record.exists, VARIANT_TRUE);
-  EXPECT_EQ(record.machineState, 0);
+  EXPECT_EQ(ReadRecord(Main()), (ErrorRecord{718, 2, 0, L"", 115, L"Bad hash type", VARIANT_TRUE}));
 }
 
 TEST_F(ErrorRecordTest, ARunTimeFailureShowsItsNumberAndDescription) {
   ASSERT_EQ(MakeNegativeRandom(Api()), S_OK);
-  const Record record = Read(Main());
-  EXPECT_EQ(record.location, 433);
-  EXPECT_EQ(record.type, 1);
-  EXPECT_EQ(record.runTimeNumber, 5);
-  EXPECT_EQ(record.runTimeDescription, L"Invalid procedure call or argument");
-  EXPECT_EQ(record.exists, VARIANT_TRUE);
+  EXPECT_EQ(ReadRecord(Main()),
+            (ErrorRecord{433, 1, 5, L"Invalid procedure call or argument", 0, L"", VARIANT_TRUE}));
 }
 
 TEST_F(ErrorRecordTest, AFailureIsNotSeenOnAnotherThread) {
   ASSERT_EQ(EncryptNothing(Api()), S_OK);
-  Record other;
+  ErrorRecord other = ReadRecord(Main());
   std::thread([&] {
     const Apartment apartment;
     const auto main = CreateMain();
-    other = Read(main.Get());
+    other = ReadRecord(main.Get());
   }).join();
   EXPECT_EQ(other.exists, VARIANT_FALSE);
-  EXPECT_EQ(Read(Main()).exists, VARIANT_TRUE);
+  EXPECT_EQ(ReadRecord(Main()).exists, VARIANT_TRUE);
 }
 
 TEST(ThreadWithoutMainTest, EveryOperationThatClearsTheRecordRaisesObjectNotSet) {
@@ -138,7 +90,7 @@ TEST(ThreadWithoutMainTest, ObjectsWorkForAClientInTheMultithreadedApartment) {
   const auto main = CreateMain();
   const auto api = CreateCryptoApi();
   EXPECT_EQ(EncryptNothing(api.Get()), S_OK);
-  EXPECT_EQ(Read(main.Get()).location, 718);
+  EXPECT_EQ(ReadRecord(main.Get()).location, 718);
   SAFEARRAY* password = MakeByteArray(TextArray("secret"));
   EXPECT_EQ(api.Get()->put_Password(&password), S_OK);
   EXPECT_EQ(ElementsOf(password), Bytes{});

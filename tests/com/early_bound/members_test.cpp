@@ -11,14 +11,6 @@ constexpr short kTripleDes = 4;
 
 class MembersTest : public ClientTest {
  protected:
-  std::wstring Hash(const wchar_t* text, short number) {
-    BSTR digest = nullptr;
-    EXPECT_EQ(Api()->CreateHash(Bstr(text).Get(), number, VARIANT_TRUE, VARIANT_FALSE,
-                                VARIANT_FALSE, &digest),
-              S_OK);
-    return Take(digest);
-  }
-
   Bytes Convert(VARIANT value) {
     SAFEARRAY* array = nullptr;
     EXPECT_EQ(Api()->StringToByteArray(&value, &array), S_OK);
@@ -26,9 +18,7 @@ class MembersTest : public ClientTest {
   }
 
   Bytes Convert(VARTYPE type, long long payload) {
-    VARIANT value;
-    VariantInit(&value);
-    V_VT(&value) = type;
+    VARIANT value = OfType(type);
     V_I8(&value) = payload;
     return Convert(value);
   }
@@ -178,28 +168,19 @@ TEST_F(MembersTest, StringToByteArrayTakesTheTextFormOfOtherValues) {
   EXPECT_EQ(Convert(VT_I2, 0xFFFF), TextArray("-1"));
   EXPECT_EQ(Convert(VT_BOOL, 0xFFFF), TextArray("True"));
   EXPECT_EQ(Convert(VT_EMPTY, 0), Bytes{0});
-  VARIANT real;
-  VariantInit(&real);
-  V_VT(&real) = VT_R8;
-  V_R8(&real) = 0.5;
-  EXPECT_EQ(Convert(real), TextArray("0.5"));
+  EXPECT_EQ(Convert(Value(0.5)), TextArray("0.5"));
 }
 
 TEST_F(MembersTest, StringToByteArrayLooksThroughReferences) {
   UniqueBstr text = Bstr(L"abc");
   BSTR raw = text.Get();
-  VARIANT reference;
-  VariantInit(&reference);
-  V_VT(&reference) = VT_BYREF | VT_BSTR;
+  VARIANT reference = OfType(VT_BYREF | VT_BSTR);
   V_BSTRREF(&reference) = &raw;
   EXPECT_EQ(Convert(reference), TextArray("abc"));
-  VARIANT outer;
-  VariantInit(&outer);
-  V_VT(&outer) = VT_BYREF | VT_VARIANT;
-  V_VARIANTREF(&outer) = &reference;
+  const VARIANT outer = ReferenceTo(reference);
   EXPECT_EQ(Convert(outer), TextArray("abc"));
   LONG number = 12;
-  V_VT(&reference) = VT_BYREF | VT_I4;
+  reference = OfType(VT_BYREF | VT_I4);
   V_I4REF(&reference) = &number;
   EXPECT_EQ(Convert(outer), TextArray("12"));
 }

@@ -17,66 +17,6 @@ void Read(VARIANT& result, Outcome& outcome) {
 
 }  // namespace
 
-VARIANT OfType(int type) {
-  VARIANT value = {};
-  V_VT(&value) = static_cast<VARTYPE>(type);
-  return value;
-}
-
-VARIANT Value(int number) {
-  VARIANT value = OfType(VT_I4);
-  V_I4(&value) = number;
-  return value;
-}
-
-VARIANT Value(double number) {
-  VARIANT value = OfType(VT_R8);
-  V_R8(&value) = number;
-  return value;
-}
-
-VARIANT Value(bool flag) {
-  VARIANT value = OfType(VT_BOOL);
-  V_BOOL(&value) = flag ? VARIANT_TRUE : VARIANT_FALSE;
-  return value;
-}
-
-VARIANT Value(BSTR text) {
-  VARIANT value = OfType(VT_BSTR);
-  V_BSTR(&value) = text;
-  return value;
-}
-
-VARIANT Value(SAFEARRAY* bytes) {
-  VARIANT value = OfType(VT_ARRAY | VT_UI1);
-  V_ARRAY(&value) = bytes;
-  return value;
-}
-
-VARIANT LeftOut() {
-  VARIANT value = OfType(VT_ERROR);
-  V_ERROR(&value) = DISP_E_PARAMNOTFOUND;
-  return value;
-}
-
-VARIANT ReferenceTo(VARIANT& variable) {
-  VARIANT value = OfType(VT_BYREF | VT_VARIANT);
-  V_VARIANTREF(&value) = &variable;
-  return value;
-}
-
-VARIANT ReferenceTo(SAFEARRAY*& bytes) {
-  VARIANT value = OfType(VT_BYREF | VT_ARRAY | VT_UI1);
-  V_ARRAYREF(&value) = &bytes;
-  return value;
-}
-
-VARIANT ReferenceTo(VARIANT_BOOL& flag) {
-  VARIANT value = OfType(VT_BYREF | VT_BOOL);
-  V_BOOLREF(&value) = &flag;
-  return value;
-}
-
 void ExpectException(const Outcome& outcome, int number, const wchar_t* description) {
   EXPECT_EQ(outcome.result, DISP_E_EXCEPTION);
   EXPECT_EQ(outcome.scode, FaultCode(number));

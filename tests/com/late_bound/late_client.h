@@ -10,18 +10,6 @@
 
 namespace latchkey::test {
 
-// Variants that own nothing.
-VARIANT Value(int number);
-VARIANT Value(double number);
-VARIANT Value(bool flag);
-VARIANT Value(BSTR text);
-VARIANT Value(SAFEARRAY* bytes);
-VARIANT OfType(int type);  // of any VARTYPE, its payload all zero
-VARIANT LeftOut();
-VARIANT ReferenceTo(VARIANT& variable);
-VARIANT ReferenceTo(SAFEARRAY*& bytes);
-VARIANT ReferenceTo(VARIANT_BOOL& flag);
-
 // The outcome of a call.
 struct Outcome {
   HRESULT result = S_OK;

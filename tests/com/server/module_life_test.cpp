@@ -17,8 +17,7 @@ void UseEverything(const LoadedServer& server) {
   EXPECT_EQ(Take(salt).size(), 8U);
   UniqueInterface<ITypeInfo> typeInfo;
   EXPECT_EQ(api.Get()->GetTypeInfo(0, LOCALE_USER_DEFAULT, typeInfo.Put()), S_OK);
-  VARIANT null = {};
-  V_VT(&null) = VT_NULL;
+  VARIANT null = OfType(VT_NULL);
   SAFEARRAY* array = nullptr;
   EXPECT_EQ(api.Get()->StringToByteArray(&null, &array), FaultCode(94));  // an exception inside
   EXPECT_TRUE(TakeErrorInfo().present);

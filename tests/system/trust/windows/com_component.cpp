@@ -49,28 +49,16 @@ struct VariantMaker {
   VARIANT& value;
   void operator()(Empty) const { V_VT(&value) = VT_EMPTY; }
   void operator()(Null) const { V_VT(&value) = VT_NULL; }
-  void operator()(TextView text) const {
-    V_BSTR(&value) = BstrOf(text).Release();
-    V_VT(&value) = VT_BSTR;
-  }
-  void operator()(bool flag) const {
-    V_VT(&value) = VT_BOOL;
-    V_BOOL(&value) = Flag(flag);
-  }
-  void operator()(std::int32_t number) const {
-    V_VT(&value) = VT_I4;
-    V_I4(&value) = number;
-  }
+  void operator()(TextView text) const { value = Value(BstrOf(text).Release()); }
+  void operator()(bool flag) const { value = Value(flag); }
+  void operator()(std::int32_t number) const { value = Value(number); }
   void operator()(float number) const {
-    V_VT(&value) = VT_R4;
+    value = OfType(VT_R4);
     V_R4(&value) = number;
   }
-  void operator()(double number) const {
-    V_VT(&value) = VT_R8;
-    V_R8(&value) = number;
-  }
+  void operator()(double number) const { value = Value(number); }
   void operator()(Date date) const {
-    V_VT(&value) = VT_DATE;
+    value = OfType(VT_DATE);
     V_DATE(&value) = date.days;
   }
 };
