@@ -58,8 +58,8 @@ class RecordFormat {
   // Appends the records of a block. The last one needs no line end.
   virtual void Scan(ByteSpan block, std::vector<ScannedRecord>& records) const = 0;
 
-  // Appends the text of an escaped source. Returns false for an invalid escape. Without an
-  // override, there are no escapes.
+  // Appends the text of an escaped source. Returns false for an invalid escape. A format without
+  // escapes does not override this.
   [[nodiscard]] virtual bool Unescape(ByteSpan /*source*/, WipedBytes& /*text*/) const {
     return false;
   }
