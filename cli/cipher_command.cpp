@@ -162,7 +162,7 @@ ExitStatus RunCipherCommand(const CipherCommand& command, const Options& options
 }
 
 ExitStatus RunForManyFiles(const CipherCommand& command, const Options& options, Report& report) {
-  if (options.automatic) throw WrongUsage("--auto is for one input");
+  if (options.automatic) throw WrongUsage("--auto accepts only one input");
   if (options.many.list) RequireOwnSource(options.password, *options.many.list);
   const FilePlan plan(options.many, command.direction);
   ReadyKey ready;

@@ -61,7 +61,7 @@ Json ObjectOf(const Entry& entry) {
 
 CommandError Unknown(int wanted) {
   return CommandError(
-      Failure{.text = "no location and no error number of the component: " + std::to_string(wanted),
+      Failure{.text = "not a location or error number of the component: " + std::to_string(wanted),
               .hint = "run 'latchkey errors' for the list"});
 }
 

@@ -27,8 +27,9 @@ void RequireCheck(bool given, const char* name) {
 
 void CheckUsage(const Options& options) {
   if (options.check) {
-    if (options.form.tagged) throw WrongUsage("--tag is not for --check, which reads both forms");
-    if (options.form.zero) throw WrongUsage("--zero is not for --check");
+    if (options.form.tagged)
+      throw WrongUsage("--tag cannot be used with --check, which reads both forms");
+    if (options.form.zero) throw WrongUsage("--zero cannot be used with --check");
     return;
   }
   RequireCheck(options.checks.status, "--status");
@@ -78,11 +79,11 @@ void AddOptions(CLI::App& command, Options& options) {
   command.add_flag("--status", options.checks.status,
                    "With --check, print nothing; report through the exit status");
   command.add_flag("-w,--warn", options.checks.warn,
-                   "With --check, report each line of another form");
+                   "With --check, report each improperly formatted line");
   command.add_flag("--strict", options.checks.strict,
-                   "With --check, fail for a line of another form");
+                   "With --check, fail if a line is improperly formatted");
   command.add_flag("--ignore-missing", options.checks.ignoreMissing,
-                   "With --check, skip files that are not there");
+                   "With --check, skip files that do not exist");
   command.add_option("FILE", options.files, "Read these files; - is standard input (the default)")
       ->type_name("");
 }

@@ -57,7 +57,7 @@ std::string JointAnswer::Text() const {
     --left;
   }
   if (left > 0) {
-    text += Padded(Percent(0), 11) + "each other that fits: " + std::to_string(left) + "\n";
+    text += Padded(Percent(0), 11) + "each of the others that fit: " + std::to_string(left) + "\n";
   }
   text += Padded(Percent(candidates_.noneProbability), 11) + "none of the " +
           std::to_string(candidates_.tried) + " keys tried\n";

@@ -169,9 +169,10 @@ void AddIdentifyCommand(CommandLine& commandLine) {
   CLI::Option* const records = command.add_flag(
       "--records", options->records, "Read a ciphertext from each line, as hexadecimal digits");
   command
-      .add_option("--lists", options->lists,
-                  "Make this folder, with a list of the files of each group, for decrypt "
-                  "--files0-from, and the file options, with a line for each group")
+      .add_option(
+          "--lists", options->lists,
+          "Make this folder: a list of files for each group, for decrypt --files0-from, and "
+          "a file named options with a line for each group")
       ->type_name("DIR")
       ->excludes(records);
   command

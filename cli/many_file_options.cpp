@@ -58,12 +58,12 @@ void AddManyFileOptions(CLI::App& command, ManyFileOptions& options) {
       ->type_name(".EXT")
       ->excludes(output);
   command.add_flag("-r,--recursive", options.recursive,
-                   "Read the files in folders, and make the folders again below DIR");
+                   "Read the files in folders, and recreate the folders below DIR");
   command.add_flag("--skip-existing", options.skipExisting,
                    "Leave out inputs whose output exists, with any contents");
   command.add_flag("--keep-times", options.keepTimes, "Give each output the times of its input");
   AddChoice(command, "--sync", options.sync,
-            "When outputs are flushed to the disk: each one, groups (end), or never (end)",
+            "Flush outputs to the disk one by one (each), in groups (end), or never (default: end)",
             {"each", "end", "never"});
 }
 

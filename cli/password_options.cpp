@@ -101,8 +101,8 @@ WipedBytes ReadConverted(const PasswordOptions& options, Prompt prompt) {
 std::string NamingHint(std::span<const std::uint8_t> password) {
   const std::optional<std::string> likely = LikelyPage(password);
   if (!likely) {
-    return "the password is neither ASCII nor UTF-8: save it as UTF-8, and name the encoding it "
-           "had in the program that encrypted the data with --password-encoding";
+    return "the password is neither ASCII nor UTF-8: save it as UTF-8, and use "
+           "--password-encoding with the encoding it had in the program that encrypted the data";
   }
   return "the password is not ASCII: name the encoding it had in the program that encrypted the "
          "data, most likely --password-encoding " +
@@ -114,7 +114,7 @@ WipedBytes ReadBytes(const PasswordOptions& options, Prompt prompt) {
   const bool mustBeAscii = isTyped && options.encoding.empty();
   WipedBytes password = ReadSource(options, prompt, mustBeAscii ? TextForm::Utf8 : TextForm::Bytes);
   if (mustBeAscii && !IsAscii(password)) {
-    throw Failed("a typed password with other than ASCII requires --password-encoding",
+    throw Failed("a typed password with non-ASCII characters requires --password-encoding",
                  NamingHint(password));
   }
   return IsFile(options) ? WithoutEnd(std::move(password), options) : password;

@@ -46,7 +46,7 @@ enum class Prompt { Once, Twice };
 //
 // Raises CommandError if the source is missing, the two passwords differ, the password is empty
 // (unless `none` is set), has several lines (unless `exact` is set), is not text in the named
-// encoding, or was typed with other than ASCII and no encoding is named.
+// encoding, or was typed with non-ASCII characters and no encoding is named.
 [[nodiscard]] WipedBytes ReadPassword(const PasswordOptions& options, Prompt prompt);
 
 // Reads the password in each form that a program may have used, also with a zero character at the

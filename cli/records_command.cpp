@@ -241,7 +241,9 @@ void AddFormatOptions(CLI::App& command, Options& options) {
   command.add_option("--column", options.column, "csv: the name or number of the column")
       ->type_name("NAME|N");
   command.add_flag("--no-header", options.hasNoHeader, "csv: the first line is a record");
-  command.add_option("--delimiter", options.delimiter, "csv: the delimiter, or tab (,)")
+  command
+      .add_option("--delimiter", options.delimiter,
+                  "csv: the delimiter; tab means a tab character (default: ,)")
       ->type_name("BYTE");
   command.add_option("--field", options.field, "jsonl: the member of each object")
       ->type_name("NAME");
@@ -252,12 +254,12 @@ void AddFormatOptions(CLI::App& command, Options& options) {
 }
 
 void AddFieldOptions(CLI::App& command, Options& options) {
-  AddChoice(command, "--from", options.from, "Read the field as this", FieldFormNames());
-  AddChoice(command, "--to", options.to, "Write the result as this", FieldFormNames());
+  AddChoice(command, "--from", options.from, "Read the field in this form", FieldFormNames());
+  AddChoice(command, "--to", options.to, "Write the result in this form", FieldFormNames());
   command
       .add_option("--text-encoding", options.encoding,
-                  "The encoding of the text that is encrypted or hashed, which the field has in "
-                  "UTF-8: windows-1252 and the like; bytes takes the field as it is (utf-8)")
+                  "The encoding of the encrypted or hashed text, such as windows-1252; the field "
+                  "itself is UTF-8; bytes: use it unchanged (default: utf-8)")
       ->transform(EncodingName())
       ->type_name("NAME");
 }

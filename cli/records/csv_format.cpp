@@ -117,7 +117,7 @@ std::uint32_t CsvFormat::ScanRecord(ByteSpan block, std::size_t begin,
   }
   if (field.IsOpen()) {
     record.state = FieldState::Bad;
-    record.fault = "a quoted field has no end";
+    record.fault = "a quoted field is not closed";
   }
   return lines;
 }
@@ -181,7 +181,7 @@ std::size_t CsvFormat::ReadHeader(ByteSpan bytes, WipedBytes& output) {
     last = ScanField(bytes, at);
     end = last.end;
   }
-  if (last.IsOpen()) throw WrongHeader("a quoted field of the header has no end");
+  if (last.IsOpen()) throw WrongHeader("a quoted field of the header is not closed");
   const bool hasReturn = end > 0 && bytes[end - 1] == '\r';
   const std::size_t text = end - (hasReturn ? 1 : 0);
   ChooseColumn(FieldsOf(bytes.first(text)));

@@ -69,7 +69,7 @@ void RecordStages::ReadWhole(StreamPiece& piece) {
     if (count >= kLongestRecord) {
       throw CommandError(
           Failure{.text = "a record is longer than 64 MiB, from line " + std::to_string(line_),
-                  .hint = "does a quoted field there have no end?"});
+                  .hint = "a quoted field there may lack its closing quote"});
     }
     InlineBytes larger(std::min(2 * piece.bytes.size(), kLongestRecord));
     std::ranges::copy(bytes, larger.data());

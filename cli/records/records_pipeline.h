@@ -24,7 +24,7 @@ struct RecordStreams {
 
 // The number of bytes that are read at a time.
 inline constexpr std::size_t kRecordBlock = std::size_t{1} << 20;
-// A longer record is a failure: most likely a quote has no end.
+// A longer record is a failure: most likely a quote is not closed.
 inline constexpr std::size_t kLongestRecord = std::size_t{1} << 26;
 
 // The number of threads for input of `size` bytes, which may be unknown.

@@ -129,7 +129,7 @@ class ErrorsTest(CommandTest):
         for number in (0, 1, 700, 761, 999):
             result = self.run_command("errors", number)
             self.assertEqual(result.status, 1, result)
-            self.assertEqual(result.lines[0], f"latchkey: no location and no error number of the component: {number}")
+            self.assertEqual(result.lines[0], f"latchkey: not a location or error number of the component: {number}")
 
 
 class ProgramTest(CommandTest):

@@ -1,4 +1,4 @@
-"""Passwords with other than ASCII, in the encoding that the old program used."""
+"""Passwords with non-ASCII characters, in the encoding that the old program used."""
 import codecs
 import hashlib
 import os

@@ -1,4 +1,4 @@
-"""The password prompt on Linux: stopped and continued, and with other than ASCII."""
+"""The password prompt on Linux: stopped and continued, and with non-ASCII characters."""
 import os
 import shlex
 
@@ -57,7 +57,7 @@ class PromptTest(CommandTest):
     def test_other_than_ascii_must_name_its_encoding(self):
         status, shown = self.ask("encrypt", "-o", "out", answers=["Größe", "Größe"])
         self.assertEqual((status, self.names()), (1, ["in"]))
-        self.assertIn("a typed password with other than ASCII requires --password-encoding", shown)
+        self.assertIn("a typed password with non-ASCII characters requires --password-encoding", shown)
         self.assertIn("most likely --password-encoding windows-1252", shown.replace("\r\n", " "))
         self.assertNotIn("Gr", shown)
 

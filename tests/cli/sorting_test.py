@@ -133,6 +133,6 @@ class TableTest(CommandTest):
         text = self.run_well("identify", "--password-file", "password", "c").text
         lines = text.splitlines()
         self.assertRegex(lines[1], r"^100\.0000 %   enhanced  +sha1  3des ")
-        self.assertEqual(lines[2], f"< 0.0001 %   each other that fits: {others}")
+        self.assertEqual(lines[2], f"< 0.0001 %   each of the others that fit: {others}")
         self.assertRegex(lines[3], r"^< 0\.0001 %   none of the \d+ keys tried$")
         self.assertNotIn(" 0.0000 %", text)

@@ -9,7 +9,7 @@
 
 namespace latchkey::cli {
 
-// Blocks the signals that end the process during its life, so that making something and recording
+// While it lives, blocks the signals that end the process, so that making something and recording
 // its clean-up are one step. A signal that ends the process in another thread waits until this
 // thread has released its own. Not to be nested.
 class HeldSignals {
