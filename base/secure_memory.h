@@ -44,6 +44,7 @@ template <class T>
 using WipedVector = std::vector<T, WipingAllocator<T>>;
 
 using WipedBytes = WipedVector<std::uint8_t>;
+using WipedText = WipedVector<char16_t>;  // in UTF-16
 
 // Wipes a value when the scope ends, also by an exception. Wipes the whole capacity of a container
 // of plain values, since a longer earlier value may be left there, and all bytes of a plain value.

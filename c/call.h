@@ -8,10 +8,10 @@
 #include <utility>
 
 #include "base/faults.h"
+#include "base/stack_wipe.h"
 #include "diagnostics/failure_table.h"
 #include "latchkey.h"
 #include "platform/cancellation_hold.h"
-#include "platform/stack_wipe.h"
 
 namespace latchkey::c {
 
@@ -43,7 +43,7 @@ std::int32_t Call(latchkey_failure* failure, const TrapSite& trap, Body&& body) 
     return Report(failure, std::forward<Body>(body)());
   } catch (...) {
     const std::int32_t status = Report(failure, CurrentFault(), trap);
-    platform::WipeStackFarBelow();
+    WipeStackFarBelow();
     return status;
   }
 }

@@ -44,7 +44,7 @@ std::int32_t Fill(void* memory, std::size_t length, latchkey_failure* failure, W
     if (!source.IsOpen()) return {LATCHKEY_NO_PROVIDER, &check::kRandomProvider};
     return work(source, bytes);
   });
-  if (status != LATCHKEY_OK) std::fill(bytes.begin(), bytes.end(), std::uint8_t{0});
+  if (status != LATCHKEY_OK) SecureWipe(bytes.data(), bytes.size());
   return status;
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/hex_converter.h"
 #include "cli/failure.h"
 #include "cli/text_encoding.h"
 
@@ -62,13 +63,10 @@ std::optional<std::string> Unescaped(std::string_view escaped) {
 // Lower-case digits, or nothing if the text is not `count` hexadecimal digits.
 std::optional<std::string> Digits(std::string_view text, std::size_t count) {
   if (text.size() != count) return std::nullopt;
-  std::string digits;
-  for (const char character : text) {
-    const bool isUpper = character >= 'A' && character <= 'F';
-    const char lower = isUpper ? static_cast<char>(character - 'A' + 'a') : character;
-    const bool isDigit = (lower >= '0' && lower <= '9') || (lower >= 'a' && lower <= 'f');
-    if (!isDigit) return std::nullopt;
-    digits += lower;
+  std::string digits(text);
+  for (char& character : digits) {
+    if (!IsHexDigit(static_cast<std::uint8_t>(character))) return std::nullopt;
+    if (character >= 'A' && character <= 'F') character = static_cast<char>(character - 'A' + 'a');
   }
   return digits;
 }
@@ -105,7 +103,8 @@ std::string Utf8Of(const std::string& list) {
   const auto converted = Converted(std::span(bytes).subspan(kUtf16Mark.size()),
                                    TextEncoding("utf-16le"), TextEncoding("utf-8"));
   if (converted) return {converted->begin(), converted->end()};
-  throw CommandError(Failure{.text = "the list begins as UTF-16 does, but is not UTF-16"});
+  throw CommandError(
+      Failure{.text = "the list has a UTF-16 byte order mark, but is not valid UTF-16"});
 }
 
 }  // namespace

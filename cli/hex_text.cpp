@@ -1,6 +1,7 @@
 #include "cli/hex_text.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "cli/failure.h"
@@ -10,14 +11,6 @@ namespace latchkey::cli {
 
 namespace {
 
-// Without a branch, so that a compiler can check several characters at once.
-bool IsDigit(std::uint8_t character) noexcept {
-  const unsigned digit = character;
-  const unsigned letter = digit | 0x20U;
-  return (static_cast<unsigned>(digit - '0' <= 9U) | static_cast<unsigned>(letter - 'a' <= 5U)) !=
-         0;
-}
-
 CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::string& file) {
   return WrongCharacter("not a hexadecimal digit", character, position, file,
                         "the digits are 0 to 9, A to F and a to f; white space and 0x or \\x "
@@ -26,39 +19,20 @@ CommandError NoDigit(std::uint8_t character, std::uint64_t position, const std::
 
 }  // namespace
 
-void HexConverter::Encode(std::span<const std::uint8_t> bytes, WipedBytes& digits) {
-  while (!bytes.empty()) {
-    const std::size_t count = std::min(bytes.size(), kStep / 2);
-    kernel_.encode(bytes.data(), count, digits_.data());
-    std::copy_n(digits_.data(), 2 * count, ExtendBy(2 * count, digits).begin());
-    bytes = bytes.subspan(count);
-  }
+void AppendDigits(HexConverter& converter, std::span<const std::uint8_t> bytes,
+                  WipedBytes& digits) {
+  converter.Encode(bytes, ExtendBy(2 * bytes.size(), digits).data());
 }
 
-// Copies digits for the kernel. Returns whether all are digits.
-bool HexConverter::Widen(std::span<const std::uint8_t> digits) noexcept {
-  bool isGood = true;
-  for (std::size_t i = 0; i < digits.size(); ++i) {
-    isGood &= IsDigit(digits[i]);
-    digits_[i] = static_cast<char16_t>(digits[i]);
-  }
-  return isGood;
-}
-
-bool HexConverter::Decode(std::span<const std::uint8_t> digits, WipedBytes& bytes) {
-  while (!digits.empty()) {
-    const std::size_t count = std::min(digits.size(), kStep) / 2;
-    if (!Widen(digits.first(2 * count))) return false;
-    kernel_.decode(digits_.data(), count, ExtendBy(count, bytes).data());
-    digits = digits.subspan(2 * count);
-  }
-  return true;
+bool AppendBytes(HexConverter& converter, std::span<const std::uint8_t> digits, WipedBytes& bytes) {
+  return converter.Decode(digits, ExtendBy(digits.size() / 2, bytes).data());
 }
 
 WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes) {
   WipedBytes digits;
   digits.reserve(2 * bytes.size());
-  HexConverter().Encode(bytes, digits);
+  HexConverter converter;
+  AppendDigits(converter, bytes, digits);
   return digits;
 }
 
@@ -88,14 +62,14 @@ void HexReader::Take(std::uint8_t character, const std::string& file, WipedBytes
   }
   if (first_ == 0 && (character == '0' || character == '\\')) {
     mark_ = static_cast<char>(character);
-  } else if (!IsDigit(character)) {
+  } else if (!IsHexDigit(character)) {
     throw NoDigit(character, position_, file);
   } else if (first_ == 0) {
     first_ = character;
     isMarked_ = lineIsEmpty_ = false;
   } else {
     const std::array pair{std::exchange(first_, std::uint8_t{0}), character};
-    static_cast<void>(converter_.Decode(pair, bytes));  // both are digits
+    static_cast<void>(AppendBytes(converter_, pair, bytes));  // both are digits
   }
 }
 
@@ -105,10 +79,10 @@ WipedBytes HexReader::Read(std::span<const std::uint8_t> text, const std::string
   bytes.reserve(text.size() / 2 + 1);
   while (!text.empty()) {
     if (mark_ == 0 && first_ == 0) {
-      const auto end = std::ranges::find_if_not(text, IsDigit);
+      const auto end = std::ranges::find_if_not(text, IsHexDigit);
       const auto count = static_cast<std::size_t>(end - text.begin()) / 2 * 2;
       // The 0 of a following 0x is an odd digit at the end, which is left out.
-      static_cast<void>(converter_.Decode(text.first(count), bytes));
+      static_cast<void>(AppendBytes(converter_, text.first(count), bytes));
       position_ += count;
       if (count > 0) isMarked_ = lineIsEmpty_ = false;
       text = text.subspan(count);
@@ -137,7 +111,7 @@ void HexReader::Finish(const std::string& file) const {
 
 void HexWriter::Write(std::span<const std::uint8_t> bytes, WipedBytes& text) {
   isEmpty_ = isEmpty_ && bytes.empty();
-  converter_.Encode(bytes, text);
+  AppendDigits(converter_, bytes, text);
 }
 
 void HexWriter::Finish(WipedBytes& text) {

@@ -1,38 +1,24 @@
 // Hexadecimal digits as files and pipes contain them.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <string>
 
-#include "base/hex_digits.h"
+#include "base/hex_converter.h"
 #include "base/secure_memory.h"
 #include "cli/text_form.h"
 
 namespace latchkey::cli {
 
-// Converts between bytes and digits in ASCII, with the fastest code for this machine. Used by one
-// thread.
-class HexConverter {
- public:
-  // Appends the digits of the bytes, in upper case as the component writes them.
-  void Encode(std::span<const std::uint8_t> bytes, WipedBytes& digits);
+// Appends the digits of the bytes, in upper case as the component writes them.
+void AppendDigits(HexConverter& converter, std::span<const std::uint8_t> bytes, WipedBytes& digits);
 
-  // Appends the bytes of an even number of digits in either case. Returns false if another
-  // character is among them; what was appended is then meaningless.
-  [[nodiscard]] bool Decode(std::span<const std::uint8_t> digits, WipedBytes& bytes);
-
- private:
-  static constexpr std::size_t kStep = 512;
-
-  [[nodiscard]] bool Widen(std::span<const std::uint8_t> digits) noexcept;
-
-  const HexDigits& kernel_ = FastestHexDigits();
-  std::array<char16_t, kStep> digits_{};
-  const WipeAtExit<decltype(digits_)> wipe_{digits_};
-};
+// Appends the bytes of an even number of digits in either case. Returns false if another character
+// is among them; what was appended is then meaningless.
+[[nodiscard]] bool AppendBytes(HexConverter& converter, std::span<const std::uint8_t> digits,
+                               WipedBytes& bytes);
 
 // The digits of `bytes` in upper case.
 [[nodiscard]] WipedBytes UpperHexOf(std::span<const std::uint8_t> bytes);

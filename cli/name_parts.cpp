@@ -20,9 +20,11 @@ std::size_t StartOfLast(std::string_view name) {
 }  // namespace
 
 std::string FolderOf(std::string_view name) {
-  const std::size_t start = StartOfLast(name);
-  return start == 0 ? "." : std::string(WithoutEnd(name.substr(0, start)));
+  const std::string_view folder = WithoutEnd(BeforeLastPart(name));
+  return folder.empty() ? "." : std::string(folder);
 }
+
+std::string_view BeforeLastPart(std::string_view name) { return name.substr(0, StartOfLast(name)); }
 
 std::string_view LastPartOf(std::string_view name) { return name.substr(StartOfLast(name)); }
 

@@ -8,8 +8,10 @@
 
 namespace latchkey::cli {
 
-// FolderOf: the folder in the name, "." if it has none. LastPartOf: the part after the folder.
+// FolderOf: the folder in the name, "." if it has none. BeforeLastPart: the folder with its
+// separator, empty if the name has none. LastPartOf: the part after the folder.
 [[nodiscard]] std::string FolderOf(std::string_view name);
+[[nodiscard]] std::string_view BeforeLastPart(std::string_view name);
 [[nodiscard]] std::string_view LastPartOf(std::string_view name);
 
 // The name without separators at its end. Keeps the first character.

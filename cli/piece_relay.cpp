@@ -82,6 +82,8 @@ bool PieceRelay::Read(StreamPiece& piece) {
   return true;
 }
 
+// They receive signals as the first thread does: a thread whose write raises SIGPIPE or SIGXFSZ
+// ends the command.
 void PieceRelay::StartOthers() {
   try {
     others_.reserve(workers_);

@@ -17,9 +17,6 @@ class Validator;
 
 namespace latchkey::cli {
 
-// Text in UTF-16. It may be secret, so it is wiped.
-using WipedText = WipedVector<char16_t>;
-
 // The names "windows-1250" to "windows-1258", "windows-874", "windows-932", "windows-936",
 // "windows-949", "windows-950", "utf-8" and "utf-16le".
 [[nodiscard]] const std::vector<std::string>& TextEncodingNames();

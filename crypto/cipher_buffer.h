@@ -9,9 +9,6 @@
 
 namespace latchkey {
 
-// The most bytes that a cipher adds.
-inline constexpr std::size_t kLargestPadding = provider::kBlockSize;
-
 // The length of the buffer for an input, both in bytes: twice the input, which leaves room for the
 // padding. Raises Overflow if that does not fit a signed 32-bit number.
 [[nodiscard]] inline std::size_t CipherBufferLength(std::size_t inputLength) {

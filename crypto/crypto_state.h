@@ -34,7 +34,4 @@ inline CryptoState& ThisThreadCrypto() {
   return static_cast<CryptoState&>(*part);
 }
 
-// The machine as the calling thread sees it.
-inline platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
-
 }  // namespace latchkey

@@ -31,7 +31,8 @@ CipherStep RunCipher(PasswordKey& key, const UniqueContext& context, const KeyRe
   std::copy(input.begin(), input.end(), buffer.data());
   length = static_cast<std::uint32_t>(input.size());
   const CipherStep applied = key.Transform(direction, buffer.All().first(bufferLength), length);
-  buffer.LimitWipeTo(std::max<std::size_t>(length, input.size() + kLargestPadding) + kTrailingZero);
+  buffer.LimitWipeTo(std::max<std::size_t>(length, input.size() + provider::kLargestPadding) +
+                     kTrailingZero);
   return applied;
 }
 

@@ -31,17 +31,17 @@ CipherStep PasswordKey::Derive(const UniqueContext& context, const KeyRequest& r
   if (!provider.CryptHashData(hash_.Get().value, request.password.data(), passwordLength, 0)) {
     return CipherStep::HashData;
   }
-  KeyTrait::Type key{&provider};
-  if (!MayHaveLength(request.cipher, request.keyBits) ||
-      !provider.CryptDeriveKey(context.Get().value, request.cipher, hash_.Get().value,
-                               request.keyBits << provider::kKeyLengthShift, &key.value)) {
-    return CipherStep::DeriveKey;
-  }
-  key_.Reset(key);
+  if (!MayHaveLength(request.cipher, request.keyBits)) return CipherStep::DeriveKey;
+  key_ = Receive<KeyTrait>(provider, [&](provider::HCRYPTKEY* key) {
+    return provider.CryptDeriveKey(context.Get().value, request.cipher, hash_.Get().value,
+                                   request.keyBits << provider::kKeyLengthShift, key);
+  });
+  if (!key_) return CipherStep::DeriveKey;
   // Part of the operation rather than of the clean-up: a fault here is recorded.
   provider.CryptDestroyHash(hash_.Get().value);
   static_cast<void>(hash_.Release());
-  return SetEffectiveBits(key, request.rc2EffectiveBits) ? CipherStep::Done : CipherStep::DeriveKey;
+  return SetEffectiveBits(key_.Get(), request.rc2EffectiveBits) ? CipherStep::Done
+                                                                : CipherStep::DeriveKey;
 }
 
 CipherStep PasswordKey::Transform(CipherDirection direction, std::span<std::uint8_t> buffer,

@@ -11,8 +11,6 @@
 namespace latchkey {
 namespace {
 
-const CodePage& ThreadCodePage() { return *ThisThread().services.codePage; }
-
 // Checks the codes of a whole step together, by their bitwise or: faster than checking each.
 void CheckCodes(std::uint32_t together) {
   if (together > std::numeric_limits<std::uint8_t>::max()) throw Fault(FaultNumber::Overflow);

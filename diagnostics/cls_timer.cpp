@@ -9,14 +9,14 @@ clsTimer::clsTimer() { Start(); }
 
 void clsTimer::Start() noexcept {
   try {
-    startTick_ = ThisThread().services.probe->SignedTickCount();
+    startTick_ = Probe().SignedTickCount();
   } catch (...) {  // NOLINT(bugprone-empty-catch): the timer reports nothing
   }
 }
 
 std::int32_t clsTimer::GetElapsedTime() noexcept {
   try {
-    endTick_ = ThisThread().services.probe->SignedTickCount();
+    endTick_ = Probe().SignedTickCount();
     return CheckedSubtract(endTick_, startTick_);
   } catch (...) {
     return 0;

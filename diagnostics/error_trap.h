@@ -4,9 +4,9 @@
 #include <utility>
 
 #include "base/faults.h"
+#include "base/stack_wipe.h"
 #include "diagnostics/failure_table.h"
 #include "platform/cancellation_hold.h"
-#include "platform/stack_wipe.h"
 
 namespace latchkey {
 
@@ -36,7 +36,7 @@ bool RunTrapped(const TrapSite& site, Body&& body) {
   } catch (...) {
     RecordRunTimeFailure(site, CurrentFault());
   }
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
   return false;
 }
 

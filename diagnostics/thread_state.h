@@ -36,6 +36,10 @@ struct ThreadState {
 // The calling thread's state, made on first use.
 ThreadState& ThisThread();
 
+// The machine and the code page as the calling thread sees them.
+inline platform::SystemProbe& Probe() { return *ThisThread().services.probe; }
+inline const CodePage& ThreadCodePage() { return *ThisThread().services.codePage; }
+
 // The calling thread's error record. Without one (no clsMain lives on this thread) it raises
 // FaultNumber::ObjectNotSet.
 clsErrorObject& ErrorRecord();

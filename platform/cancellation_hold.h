@@ -12,10 +12,10 @@ class CancellationHold {
   CancellationHold() noexcept;
   CancellationHold(const CancellationHold&) = delete;
   CancellationHold& operator=(const CancellationHold&) = delete;
-  ~CancellationHold();
+  ~CancellationHold();  // NOLINT(performance-trivially-destructible): only on Windows
 
  private:
-  int stateBefore_ = 0;
+  [[maybe_unused]] int stateBefore_ = 0;
 };
 
 }  // namespace latchkey::platform

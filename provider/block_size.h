@@ -9,6 +9,9 @@ namespace latchkey::provider {
 // In bytes, of every block cipher here: RC2, DES and 3DES.
 inline constexpr std::size_t kBlockSize = 8;
 
+// The most bytes that a cipher adds to a message.
+inline constexpr std::size_t kLargestPadding = kBlockSize;
+
 // The most bytes to pass to the provider in one call: whole blocks, and their number fits 32 bits.
 inline constexpr std::size_t kLargestCall = std::size_t{1} << 30;
 

@@ -3,8 +3,8 @@
 
 #include <utility>
 
+#include "base/stack_wipe.h"
 #include "base/unique_handle.h"
-#include "platform/stack_wipe.h"
 #include "provider/crypto_provider.h"
 
 namespace latchkey {
@@ -27,7 +27,7 @@ void CleanUp(Body&& body) noexcept {
     return;
   } catch (...) {  // NOLINT(bugprone-empty-catch): see above
   }
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
 }
 
 struct ContextTrait {

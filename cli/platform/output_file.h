@@ -62,7 +62,6 @@ class OutputFile {
   bool replace_;
   Readers readers_;
   std::string place_;      // the name to give; empty for a stream
-  std::string folder_;     // the folder in place_, with a separator at the end; may be empty
   std::string temporary_;  // the temporary name; empty if no file must be removed
   int removal_ = -1;       // the result of RemoveWhenInterrupted, on Linux
 };

@@ -32,7 +32,7 @@ class HexCodec final : public FieldCodec {
   FieldFailure Decode(ByteSpan text, WipedBytes& bytes) override {
     const std::size_t before = bytes.size();
     const ByteSpan digits = WithoutPrefix(text);
-    if (digits.size() % 2 == 0 && converter_.Decode(digits, bytes)) return {};
+    if (digits.size() % 2 == 0 && AppendBytes(converter_, digits, bytes)) return {};
     bytes.resize(before);
     return ReadField<HexReader>(text, bytes,
                                 {.text = "not a hexadecimal digit in the field",
@@ -40,7 +40,7 @@ class HexCodec final : public FieldCodec {
   }
 
   FieldFailure Encode(ByteSpan bytes, WipedBytes& text) override {
-    converter_.Encode(bytes, text);
+    AppendDigits(converter_, bytes, text);
     return {};
   }
 

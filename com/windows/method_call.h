@@ -3,9 +3,9 @@
 
 #include <utility>
 
+#include "base/stack_wipe.h"
 #include "com/windows/automation_prelude.h"
 #include "com/windows/classes.h"
-#include "platform/stack_wipe.h"
 
 namespace latchkey::com {
 
@@ -30,7 +30,7 @@ template <class Body>
   } catch (...) {
     reported = ReportCurrentFault(source);
   }
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
   return reported;
 }
 

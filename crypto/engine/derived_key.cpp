@@ -83,7 +83,7 @@ void DerivedKey::TransformEach(CipherDirection direction,
 }
 
 std::size_t DerivedKey::MostAdded() const noexcept {
-  return settings_.HasBlockCipher() ? kLargestPadding : 0;
+  return settings_.HasBlockCipher() ? provider::kLargestPadding : 0;
 }
 
 PasswordKey DerivedKey::NewSession() const { return key_.NewSession(*messages_); }

@@ -15,7 +15,7 @@ namespace latchkey {
 class MessageStream {
  public:
   // The most bytes that Update's result is longer than its piece, and the most that Finish returns.
-  static constexpr std::size_t kMostAdded = provider::kBlockSize;
+  static constexpr std::size_t kMostAdded = provider::kLargestPadding;
 
   MessageStream(const DerivedKey& key, CipherDirection direction);
 

@@ -6,8 +6,8 @@
 #include <thread>
 #include <vector>
 
+#include "base/stack_wipe.h"
 #include "platform/signal_mask.h"
-#include "platform/stack_wipe.h"
 
 namespace latchkey {
 namespace {
@@ -23,7 +23,7 @@ void StartThreads(std::vector<std::jthread>& threads, std::size_t count,
     return;
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): see above
   }
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
 }
 
 }  // namespace
@@ -39,7 +39,7 @@ void RunOnThreads(std::size_t count, const std::function<void()>& work) {
       const std::lock_guard lock(failing);
       if (!failure) failure = std::current_exception();
     }
-    platform::WipeStackFarBelow();
+    WipeStackFarBelow();
   };
   {
     std::vector<std::jthread> others;

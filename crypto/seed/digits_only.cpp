@@ -23,7 +23,7 @@ void AppendDecimal(Text& text, std::uint32_t number) {
 }
 
 Text WithCodesForLetters(TextView text) {
-  const CodePage& codePage = *ThisThread().services.codePage;
+  const CodePage& codePage = ThreadCodePage();
   constexpr std::size_t kLongestCode = std::numeric_limits<std::uint32_t>::digits10 + 1;
   Text digits;
   digits.reserve(text.size() * kLongestCode);  // a text that grows leaves its memory unwiped

@@ -38,7 +38,7 @@ Text DecimalText(std::int32_t value) {
 
 // The characters of a volume name or file system name.
 Text NameText(const std::string& bytes) {
-  const CodePage& codePage = *ThisThread().services.codePage;
+  const CodePage& codePage = ThreadCodePage();
   Text text;
   for (const char byte : bytes) text += codePage.CharacterOf(static_cast<std::uint8_t>(byte));
   return text;

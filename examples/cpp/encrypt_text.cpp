@@ -31,9 +31,9 @@ constexpr std::wstring_view kEndMark = L"~lkend~";
 void Print(const std::wstring& text) {
   const std::wstring line = text + L'\n';
   const auto length = static_cast<int>(line.size());
-  const HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
+  HANDLE output = GetStdHandle(STD_OUTPUT_HANDLE);
   DWORD mode = 0;
-  if (GetConsoleMode(output, &mode)) {
+  if (GetConsoleMode(output, &mode) != FALSE) {
     DWORD written = 0;
     WriteConsoleW(output, line.data(), static_cast<DWORD>(length), &written, nullptr);
     return;
@@ -153,7 +153,7 @@ std::wstring Decrypt(_clsCryptoAPI* api, _clsMain* main, SAFEARRAY* cipher) {
   Check(api->Decrypt(kMd5, kRc4, &done), "Decrypt");
   CheckOperation(done, main);
   SAFEARRAY* plain = Output(api);
-  const std::wstring text = WithoutEndMark(TextOf(api, plain));
+  std::wstring text = WithoutEndMark(TextOf(api, plain));
   SafeArrayDestroy(plain);
   return text;
 }

@@ -1,20 +1,15 @@
 #include "platform/linux/processes.h"
 
-#include <dirent.h>
-
 #include <charconv>
-#include <memory>
 #include <string_view>
 #include <system_error>
+
+#include "platform/linux/folder_stream.h"
 
 namespace latchkey::platform {
 namespace {
 
 constexpr const char* kAllProcesses = "/proc";
-
-struct CloseFolder {
-  void operator()(DIR* folder) const noexcept { ::closedir(folder); }
-};
 
 // The number that the whole name spells, or 0, which no process has.
 pid_t ProcessNamed(std::string_view name) noexcept {
@@ -27,10 +22,10 @@ pid_t ProcessNamed(std::string_view name) noexcept {
 }  // namespace
 
 void VisitProcesses(const char* folder, const ProcessVisitor& visit) {
-  const std::unique_ptr<DIR, CloseFolder> entries(::opendir(folder));
-  if (entries == nullptr) return;
+  const UniqueFolderStream entries(::opendir(folder));
+  if (!entries) return;
   // NOLINTNEXTLINE(concurrency-mt-unsafe): each call reads its own folder
-  while (const dirent* const entry = ::readdir(entries.get())) {
+  while (const dirent* const entry = ::readdir(entries.Get())) {
     const pid_t process = ProcessNamed(static_cast<const char*>(entry->d_name));
     if (process > 0) visit(process);
   }

@@ -11,8 +11,8 @@
 
 #include "base/handle_table.h"
 #include "base/never_destroyed.h"
+#include "base/stack_wipe.h"
 #include "platform/fork_hold.h"
-#include "platform/stack_wipe.h"
 #include "platform/system_random.h"
 #include "provider/portable/hash_object.h"
 #include "provider/portable/key_derivation.h"
@@ -45,26 +45,26 @@ class SharedCipherKey final : public MessageKey {
 
   bool Encrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                std::uint32_t dwBufLen) const override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     SessionKey session(cipher_, 0);  // encryption has no batches
     const std::uint32_t error = session.Encrypt(true, pbData, *pdwDataLen, dwBufLen);
     return error == 0 || Fail(error);
   }
 
   bool Decrypt(std::uint8_t* pbData, std::uint32_t* pdwDataLen) const override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     SessionKey session(cipher_, *pdwDataLen);
     const std::uint32_t error = session.Decrypt(true, pbData, *pdwDataLen);
     return error == 0 || Fail(error);
   }
 
   void EncryptEach(const MessageBatch& batch) const override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     cipher_->EncryptEach(batch);
   }
 
   void DecryptEach(const MessageBatch& batch) const override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     cipher_->DecryptEach(batch);
   }
 
@@ -120,7 +120,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptHashData(HCRYPTHASH hHash, const std::uint8_t* pbData, std::uint32_t dwDataLen,
                      std::uint32_t dwFlags) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto hash = hashes_.Find(hHash);
     if (!hash) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
@@ -129,7 +129,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptGetHashParam(HCRYPTHASH hHash, std::uint32_t dwParam, std::uint8_t* pbData,
                          std::uint32_t* pdwDataLen, std::uint32_t dwFlags) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto hash = hashes_.Find(hHash);
     if (!hash) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
@@ -148,7 +148,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptDeriveKey(HCRYPTPROV hProv, AlgorithmId Algid, HCRYPTHASH hBaseData,
                       std::uint32_t dwFlags, HCRYPTKEY* phKey) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto kind = contexts_.Find(hProv);
     const auto hash = hashes_.Find(hBaseData);
     if (!kind || !hash) return Fail(kErrorInvalidParameter);
@@ -169,7 +169,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptDuplicateKey(HCRYPTKEY hKey, std::uint32_t* pdwReserved, std::uint32_t dwFlags,
                          HCRYPTKEY* phKey) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || pdwReserved != nullptr) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
@@ -179,7 +179,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptSetKeyParam(HCRYPTKEY hKey, std::uint32_t dwParam, const std::uint8_t* pbData,
                         std::uint32_t dwFlags) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || pbData == nullptr) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
@@ -198,7 +198,7 @@ class NettleProvider final : public CryptoProvider {
   bool CryptEncrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
                     std::uint8_t* pbData, std::uint32_t* pdwDataLen,
                     std::uint32_t dwBufLen) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || hHash != 0) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);
@@ -208,7 +208,7 @@ class NettleProvider final : public CryptoProvider {
 
   bool CryptDecrypt(HCRYPTKEY hKey, HCRYPTHASH hHash, bool Final, std::uint32_t dwFlags,
                     std::uint8_t* pbData, std::uint32_t* pdwDataLen) override {
-    const platform::StackWipe wipe;
+    const StackWipe wipe;
     const auto key = keys_.Find(hKey);
     if (!key || hHash != 0) return Fail(kErrorInvalidParameter);
     if (dwFlags != 0) return Fail(kErrorBadFlags);

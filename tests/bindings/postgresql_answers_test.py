@@ -1,10 +1,14 @@
 #!/usr/bin/python3
 """What the functions return and raise. Run by tools/with_postgresql."""
 import hashlib
+import pathlib
+import sys
 import unittest
 
 from postgresql_server import ServerTest
-from vectors import PNEMAIL, digests, encryptions
+
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from vectors import PNEMAIL, digests, encryptions  # noqa: E402
 
 SECRET = "\\xdecafbad5ec2e7da7a00"  # a data argument that messages must not show
 DIAGNOSTICS = ("message_primary", "message_detail", "message_hint", "context", "internal_query")

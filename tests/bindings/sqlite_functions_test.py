@@ -4,10 +4,12 @@ import json
 import pathlib
 import re
 import sqlite3
+import sys
 import time
 import unittest
 
-from vectors import PNEMAIL, digests, encryptions
+sys.path.insert(0, str(pathlib.Path(__file__).resolve().parents[1] / "support"))
+from vectors import PNEMAIL, digests, encryptions  # noqa: E402
 
 ROWS = 10000
 # Deriving a key from such a long password takes milliseconds; deriving one for each row would exceed this limit.

@@ -12,6 +12,8 @@ TEST(NamePartsTest, SplitsFolderAndLastPart) {
   EXPECT_EQ(FolderOf("a/b/c"), "a/b");
   EXPECT_EQ(FolderOf("c"), ".");
   EXPECT_EQ(FolderOf("/c"), "/");
+  EXPECT_EQ(BeforeLastPart("a/b/c"), "a/b/");
+  EXPECT_EQ(BeforeLastPart("c"), "");
   EXPECT_EQ(LastPartOf("a/b/c"), "c");
   EXPECT_EQ(LastPartOf("c"), "c");
   EXPECT_EQ(WithoutEnd("a//"), "a");
@@ -50,6 +52,7 @@ TEST(NamePartsTest, BackslashesAndDrivesSeparateOnlyOnWindows) {
   const bool isWindows = IsSeparator('\\');
   EXPECT_EQ(LastPartOf("a\\b"), isWindows ? "b" : "a\\b");
   EXPECT_EQ(LastPartOf("c:b"), isWindows ? "b" : "c:b");
+  EXPECT_EQ(BeforeLastPart("c:b"), isWindows ? "c:" : "");
   EXPECT_EQ(StartOfRelative("c:\\b"), isWindows ? 3U : 0U);
   EXPECT_EQ(HasParent("a\\..\\b"), isWindows);
 }

@@ -25,7 +25,9 @@ std::uint8_t MaskedByte(std::size_t position) {
 }
 
 [[gnu::noinline]] void RunFarBelow(CipherWork& work, const ByteStreams& streams) {
-  std::array<volatile std::uint8_t, kFarBelow> below;
+  // Uninitialized, to keep what the stack holds.
+  std::array<volatile std::uint8_t, kFarBelow>
+      below;  // NOLINT(cppcoreguidelines-pro-type-member-init)
   below.front() = 0;
   RunCipher(work, streams, kPiece);
   below.back() = below.front();

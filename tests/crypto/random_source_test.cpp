@@ -1,45 +1,19 @@
 // The use of the system's random source, and its failures.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
-#include <numeric>
-#include <vector>
+#include <cstdint>
+#include <span>
 
 #include "crypto/crypto_state.h"
 #include "crypto/random_number.h"
 #include "latchkey/cls_crypto_api.h"
-#include "platform/system_random.h"
 #include "tests/support/random_source_script.h"
 #include "tests/support/watched_module.h"
 
 namespace latchkey::test {
 namespace {
-
-constexpr long kInputOutputError = -5;
-
-long Size(std::span<std::uint8_t> bytes) { return static_cast<long>(bytes.size()); }
-
-TEST(RandomSourceTest, AFailureOfTheSourceFailsFillRandom) {
-  const RandomSourceScript script([](auto) { return kInputOutputError; });
-  std::array<std::uint8_t, 16> bytes{};
-  EXPECT_FALSE(platform::FillRandom(bytes));
-}
-
-TEST(RandomSourceTest, EveryByteComesFromTheSource) {
-  std::uint8_t next = 0;
-  const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
-    for (std::uint8_t& byte : bytes) byte = ++next;
-    return Size(bytes);
-  });
-  for (std::size_t size = 1; size < 64; ++size) {
-    next = 0;
-    std::vector<std::uint8_t> bytes(size);
-    std::vector<std::uint8_t> expected(size);
-    std::iota(expected.begin(), expected.end(), std::uint8_t{1});
-    ASSERT_TRUE(platform::FillRandom(bytes));
-    ASSERT_EQ(bytes, expected);
-  }
-}
 
 class RandomSourceUseTest : public WatchedModule {
  protected:
@@ -50,7 +24,7 @@ class RandomSourceUseTest : public WatchedModule {
     const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
       EXPECT_EQ(bytes.size(), random.size());
       std::copy_n(random.begin(), std::min(bytes.size(), random.size()), bytes.begin());
-      return Size(bytes);
+      return static_cast<long>(bytes.size());
     });
     ThisThreadCrypto().generatorState = {1, 2};
     static_cast<void>(RandomNumberInRange(65, 122));
@@ -71,7 +45,7 @@ TEST_F(RandomSourceUseTest, EachOfSixteenBytesChangesTheGeneratorsState) {
 
 TEST_F(RandomSourceUseTest, WithoutRandomBytesASaltOfLettersFails) {
   clsCryptoAPI api;
-  const RandomSourceScript script([](auto) { return kInputOutputError; });
+  const RandomSourceScript script([](auto) { return -5L; });
   EXPECT_EQ(api.CreateSaltValue(8, true), Text());
   EXPECT_EQ(record.ErrorLocationID(), 434);
   EXPECT_EQ(record.RTErrorNumber(), 5);

@@ -4,7 +4,12 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
+#include <numeric>
+#include <span>
 #include <vector>
+
+#include "tests/support/random_source_script.h"
 
 namespace latchkey::test {
 namespace {
@@ -41,6 +46,28 @@ TEST(SystemRandomTest, ALargeRequestIsFilledThroughout) {
 }
 
 TEST(SystemRandomTest, AnEmptyRequestSucceeds) { EXPECT_TRUE(platform::FillRandom({})); }
+
+TEST(SystemRandomTest, AFailureOfTheSourceFailsFillRandom) {
+  const RandomSourceScript script([](auto) { return -5L; });
+  std::array<std::uint8_t, 16> bytes{};
+  EXPECT_FALSE(platform::FillRandom(bytes));
+}
+
+TEST(SystemRandomTest, EveryByteComesFromTheSource) {
+  std::uint8_t next = 0;
+  const RandomSourceScript script([&](std::span<std::uint8_t> bytes) {
+    for (std::uint8_t& byte : bytes) byte = ++next;
+    return static_cast<long>(bytes.size());
+  });
+  for (std::size_t size = 1; size < 64; ++size) {
+    next = 0;
+    std::vector<std::uint8_t> bytes(size);
+    std::vector<std::uint8_t> expected(size);
+    std::iota(expected.begin(), expected.end(), std::uint8_t{1});
+    ASSERT_TRUE(platform::FillRandom(bytes));
+    ASSERT_EQ(bytes, expected);
+  }
+}
 
 }  // namespace
 }  // namespace latchkey::test

@@ -1,24 +1,16 @@
 #include "cli/platform/folder_reader.h"
 
-#include <dirent.h>
-
 #include <cerrno>
 #include <new>
 #include <string_view>
 
+#include "platform/linux/folder_stream.h"
+
 namespace latchkey::cli {
-namespace {
-
-struct FolderCloser {
-  void operator()(DIR* folder) const noexcept { ::closedir(folder); }
-};
-
-}  // namespace
-
 class FolderReader::Entries {
  public:
   explicit Entries(const char* folder) : stream(::opendir(folder)) {}
-  std::unique_ptr<DIR, FolderCloser> stream;
+  platform::UniqueFolderStream stream;
 };
 
 FolderReader::FolderReader(const std::string& folder)
@@ -34,7 +26,7 @@ bool FolderReader::Next(std::string& name) {
   if (reason_ != 0) return false;
   errno = 0;
   // NOLINTNEXTLINE(concurrency-mt-unsafe): safe for different streams
-  while (const dirent* const entry = ::readdir(entries_->stream.get())) {
+  while (const dirent* const entry = ::readdir(entries_->stream.Get())) {
     const std::string_view found = entry->d_name;
     if (found == "." || found == "..") continue;
     name = found;

@@ -15,6 +15,7 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/name_parts.h"
 #include "cli/platform/file_error.h"
 #include "cli/platform/linux/file_rights.h"
 #include "cli/platform/linux/given_descriptor.h"
@@ -29,11 +30,6 @@ namespace {
 bool IsStream(const std::string& name) { return name == "-" || DescriptorNamed(name).has_value(); }
 
 int StreamOf(const std::string& name) { return DescriptorNamed(name).value_or(STDOUT_FILENO); }
-
-std::string FolderOf(const std::string& path) {
-  const std::size_t slash = path.rfind('/');
-  return slash == std::string::npos ? "./" : path.substr(0, slash + 1);
-}
 
 // Whether the name exists, and its state. Raises FileError when the system cannot say.
 bool Exists(const std::string& path, struct stat& state) {
@@ -141,16 +137,15 @@ void OutputFile::OpenAsItIs() {
 }
 
 void OutputFile::OpenTemporary() {
-  folder_ = FolderOf(place_);
+  const std::string folder(BeforeLastPart(place_));
   do {
     RemoveTemporary();
-    std::string temporary = folder_ + NewTemporaryName();
-    if (temporary == folder_) throw FileError(EIO, "cannot create", name_);
+    std::string temporary = folder + NewTemporaryName();
+    if (temporary == folder) throw FileError(EIO, "cannot create", name_);
     const HeldSignals held;
-    const int descriptor =
-        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    if (descriptor < 0) throw FileError(errno, "cannot create", name_);
-    file_.Reset(descriptor);
+    file_ = UniqueFile(
+        ::open(temporary.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (!file_) throw FileError(errno, "cannot create", name_);
     temporary_ = std::move(temporary);  // allocates nothing: a failure here would leave the file
     removal_ = RemoveWhenInterrupted(temporary_);
   } while (!Claim(file_));
@@ -217,7 +212,7 @@ void OutputFile::GiveName() {
 
 void OutputFile::FlushName() {
   if (place_.empty()) return;
-  if (!FlushFolder(folder_)) throw FileError(errno, "cannot write", name_);
+  if (!FlushFolder(FolderOf(place_))) throw FileError(errno, "cannot write", name_);
 }
 
 }  // namespace latchkey::cli

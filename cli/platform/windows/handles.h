@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <cstddef>
 #include <string>
 
 #include "base/unique_handle.h"
@@ -10,6 +11,9 @@
 #include "cli/platform/file_handle.h"
 
 namespace latchkey::cli {
+
+// The most bytes to read or write in one call; a size that fits a DWORD.
+inline constexpr std::size_t kLargestTransfer = std::size_t{1} << 30;
 
 // A handle whose empty value is null, as for threads and tokens. For files it is -1: see
 // UniqueFile.

@@ -17,8 +17,6 @@ namespace latchkey::cli {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
-constexpr std::size_t kLargestRead = std::size_t{1} << 30;
-
 UniqueFile Open(const std::string& name) {
   // The system would stop at the NUL and open another file.
   if (name.find('\0') != std::string::npos) {
@@ -115,7 +113,7 @@ InputFile InputFile::FromDescriptor(int descriptor) {
 std::size_t InputFile::Read(std::span<std::uint8_t> bytes) {
   std::size_t done = 0;
   while (done < bytes.size()) {
-    const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kLargestRead));
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size() - done, kLargestTransfer));
     DWORD count = 0;
     if (interruption_ && !interruption_->BeginCall()) break;
     const DWORD reason = ReadOnce(HandleOf(file_), bytes.subspan(done, wanted), count);

@@ -7,6 +7,7 @@
 #include <cstring>
 #include <vector>
 
+#include "cli/name_parts.h"
 #include "cli/platform/windows/file_rights.h"
 #include "cli/platform/windows/handles.h"
 #include "cli/platform/windows/owner_only.h"
@@ -15,13 +16,6 @@
 
 namespace latchkey::cli {
 namespace {
-
-constexpr std::size_t kLargestWrite = std::size_t{1} << 30;
-
-std::string FolderOf(const std::string& path) {
-  const std::size_t end = path.find_last_of("/\\:");
-  return end == std::string::npos ? "" : path.substr(0, end + 1);
-}
 
 UniqueFile OpenUnread(const std::string& name) {
   return Owned(CreateFileW(platform::Widened(name).c_str(), 0,
@@ -150,9 +144,9 @@ void OutputFile::OpenTemporary() {
   const bool isClosed = readers_ == Readers::Owner || KindOf(place_) == Kind::File;
   SECURITY_ATTRIBUTES* const rights = isClosed ? ownerOnly.Get() : nullptr;
   if (isClosed && rights == nullptr) ThrowLastError("cannot create", name_);
-  folder_ = FolderOf(place_);
-  const std::string temporary = folder_ + NewTemporaryName();
-  if (temporary == folder_) throw FileError(ERROR_GEN_FAILURE, "cannot create", name_);
+  const std::string folder(BeforeLastPart(place_));
+  const std::string temporary = folder + NewTemporaryName();
+  if (temporary == folder) throw FileError(ERROR_GEN_FAILURE, "cannot create", name_);
   constexpr DWORD kAccess = GENERIC_WRITE | DELETE | WRITE_DAC;
   file_ = Owned(CreateFileW(platform::Widened(temporary).c_str(), kAccess, 0, rights, CREATE_NEW,
                             FILE_ATTRIBUTE_NORMAL, nullptr));
@@ -171,7 +165,7 @@ OutputFile::~OutputFile() = default;
 
 void OutputFile::Write(std::span<const std::uint8_t> bytes) {
   while (!bytes.empty()) {
-    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kLargestWrite));
+    const auto wanted = static_cast<DWORD>(std::min(bytes.size(), kLargestTransfer));
     DWORD count = 0;
     if (!WriteFile(HandleOf(file_), bytes.data(), wanted, &count, nullptr)) {
       ThrowLastError("cannot write", name_);

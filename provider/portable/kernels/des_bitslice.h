@@ -14,7 +14,7 @@
 #include <utility>
 
 #include "base/secure_memory.h"
-#include "platform/stack_wipe.h"
+#include "base/stack_wipe.h"
 #include "provider/block_size.h"
 #include "provider/portable/kernels/des_key.h"
 #include "provider/portable/kernels/lane_kernels.h"
@@ -36,7 +36,7 @@ class Bitslice {
     Bitslice work;
     const WipeAtExit wipeWork(work);
     work.Run(keys, data, batches, feedback);
-    platform::WipeStackBelowBatches();
+    WipeStackBelowBatches();
   }
 
   // Encrypts each block that the source gives, kLanes at a time. Leaves nothing on the stack.
@@ -44,7 +44,7 @@ class Bitslice {
     Bitslice work;
     const WipeAtExit wipeWork(work);
     work.RunLanes(keys, source);
-    platform::WipeStackBelowBatches();
+    WipeStackBelowBatches();
   }
 
  private:

@@ -13,7 +13,7 @@
 #include <tuple>
 #include <utility>
 
-#include "platform/stack_wipe.h"
+#include "base/stack_wipe.h"
 #include "provider/block_size.h"
 #include "provider/portable/kernels/lane_kernels.h"
 #include "provider/portable/kernels/vector_words.h"
@@ -50,13 +50,13 @@ class Rc2Lanes {
   static void Decrypt(const Rc2Key& key, std::uint8_t* data, std::size_t batches,
                       std::uint8_t* feedback) noexcept {
     Run(key, data, batches, feedback);
-    platform::WipeStackBelowBatches();
+    WipeStackBelowBatches();
   }
 
   // Encrypts each block that the source gives, kLanes at a time. Leaves no data on the stack.
   static void Encrypt(const Rc2Key& key, const BlockSource& source) noexcept {
     RunLanes(key, source);
-    platform::WipeStackBelowBatches();
+    WipeStackBelowBatches();
   }
 
  private:

@@ -1,4 +1,5 @@
 // The server keeps its type library until its last object is released, not until it is unloaded.
+#include <array>
 #include <atomic>
 #include <cstdio>
 #include <functional>
@@ -54,9 +55,9 @@ TEST_F(TypeLibraryLifeTest, IsReadAgainForALaterObject) {
 TEST_F(TypeLibraryLifeTest, ThreadsThatMakeAndReleaseObjectsShareIt) {
   const auto library = server.TypeLibrary();
   std::atomic<int> wrong{0};
-  std::vector<std::thread> threads;
-  for (int i = 0; i < 4; ++i) {
-    threads.emplace_back([&] {
+  std::array<std::thread, 4> threads;
+  for (std::thread& thread : threads) {
+    thread = std::thread([&] {
       const Apartment own;
       for (int round = 0; round < 500; ++round) {
         const auto timer = NewTimer(server);

@@ -18,12 +18,14 @@ import subprocess
 import sys
 
 TESTS = pathlib.Path(__file__).resolve().parents[2]
+sys.path.insert(0, str(TESTS / "support"))
+from vectors import encryptions  # noqa: E402
+
 LOCALES = {
     1250: "cs_CZ", 1251: "ru_RU", 1252: "en_US", 1253: "el_GR", 1254: "tr_TR", 1255: "he_IL", 1256: "ar_EG",
     1257: "lt_LT", 1258: "vi_VN", 874: "th_TH", 932: "ja_JP", 936: "zh_CN", 949: "ko_KR", 950: "zh_TW", 65001: "hi_IN",
 }
-with open(TESTS / "vectors" / "encryption.txt", encoding="utf-8") as lines:
-    VECTOR_COUNT = sum(1 for line in lines if line.strip() and not line.startswith("#"))
+VECTOR_COUNT = len(encryptions())
 VECTORS = """\
 # The results of Wine 8.0's WideCharToMultiByte (WC_NO_BEST_FIT_CHARS) and MultiByteToWideChar, for each page, 32-bit and
 # 64-bit alike. Every byte has a character: that of the plain conversion if it converts back, otherwise the one with the

@@ -4,11 +4,11 @@
 #include <gtest/gtest.h>
 
 #include "base/faults.h"
+#include "base/stack_wipe.h"
 #include "crypto/algorithms.h"
 #include "crypto/hexadecimal.h"
 #include "crypto/message_digest.h"
 #include "crypto/open_provider.h"
-#include "platform/stack_wipe.h"
 #include "tests/system/secrets/secret.h"
 
 namespace latchkey::test {
@@ -46,7 +46,7 @@ bool SucceedsInMemory(Body&& body) {
   } catch (...) {
     static_cast<void>(CurrentFault());
   }
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
   return false;
 }
 

@@ -18,9 +18,9 @@ using Copies = SecretSearch::Copies;
 using Look = std::function<void()>;
 
 struct Kind {
-  const char* name;
-  std::size_t length;
-  bool letters;  // or bytes that are other numbers as characters
+  const char* name = nullptr;
+  std::size_t length = 0;
+  bool letters = false;  // or bytes that are other numbers as characters
   std::size_t part = 8;
 };
 constexpr std::array<Kind, 4> kKinds{{{"password", 48, true},

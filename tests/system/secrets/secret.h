@@ -12,8 +12,6 @@
 
 namespace latchkey::test {
 
-using WipedText = WipedVector<char16_t>;
-
 // Up to 128 bytes, kept under a mask. Results of the members are wiped on destruction.
 class Secret {
  public:

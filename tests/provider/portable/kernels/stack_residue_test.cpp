@@ -7,7 +7,7 @@
 #include <array>
 #include <cstring>
 
-#include "platform/stack_wipe.h"
+#include "base/stack_wipe.h"
 #include "provider/portable/kernels/des_table_cipher.h"
 #include "provider/portable/kernels/hashes.h"
 #include "provider/portable/kernels/lane_kernels.h"
@@ -62,7 +62,7 @@ template <class Operation>
 std::size_t ResidueAfterWipe(bool withData, Operation&& operation) {
   return ResidueOf(withData, [&] {
     operation();
-    platform::WipeStackBelow();
+    WipeStackBelow();
   });
 }
 

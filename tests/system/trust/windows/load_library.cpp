@@ -17,10 +17,11 @@
 namespace {
 
 bool LoadsFromSystem(std::string_view name, const char* function) {
-  using namespace latchkey::platform;
   try {
-    const UniqueLibrary library = LoadSystemLibrary(std::wstring(name.begin(), name.end()).c_str());
-    if (function != nullptr) static_cast<void>(FunctionOf(library.Get(), function));
+    const latchkey::platform::UniqueLibrary library =
+        latchkey::platform::LoadSystemLibrary(std::wstring(name.begin(), name.end()).c_str());
+    if (function != nullptr)
+      static_cast<void>(latchkey::platform::FunctionOf(library.Get(), function));
     return true;
   } catch (const latchkey::Fault&) {
     return false;

@@ -1,5 +1,5 @@
 // Data that returned functions left on the stack.
-#include "platform/stack_wipe.h"
+#include "base/stack_wipe.h"
 
 #include <gtest/gtest.h>
 
@@ -50,19 +50,19 @@ TEST(StackWipeTest, DataStaysUntilItIsWiped) {
 
 TEST(StackWipeTest, WipesBelowTheFrame) {
   const std::uintptr_t place = LeaveTrace();
-  platform::WipeStackBelow();
+  WipeStackBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
 TEST(StackWipeTest, WipesBelowTheFrameOfBatches) {
   const std::uintptr_t place = LeaveTraceFarBelow<7 * 1024>();
-  platform::WipeStackBelowBatches();
+  WipeStackBelowBatches();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 
 TEST(StackWipeTest, WipesFarBelowTheFrame) {
   const std::uintptr_t place = LeaveTraceFarBelow<12 * 1024>();
-  platform::WipeStackFarBelow();
+  WipeStackFarBelow();
   EXPECT_EQ(TraceLeft(place), 0U);
 }
 

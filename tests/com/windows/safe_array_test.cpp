@@ -34,7 +34,7 @@ class HugeArray {
 
 TEST(SafeArrayTest, AnArrayThatIsLargerThanAnyMemoryIsRefused) {
   HugeArray huge;
-  EXPECT_THROW(FromSafeArray(&huge.Get()), std::bad_alloc);
+  EXPECT_THROW(static_cast<void>(FromSafeArray(&huge.Get())), std::bad_alloc);
   EXPECT_THROW(SafeArrayAccess(&huge.Get()), std::bad_alloc);
 }
 

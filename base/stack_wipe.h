@@ -1,7 +1,7 @@
 // Wipes data that returned functions left on the stack.
 #pragma once
 
-namespace latchkey::platform {
+namespace latchkey {
 
 // Overwrites the 4 KiB of the stack below the caller's frame. Hashes and ciphers that process one
 // block at a time use less, and leave their last block, their state and parts of keys there.
@@ -25,4 +25,4 @@ class StackWipe {
   ~StackWipe() { WipeStackBelow(); }
 };
 
-}  // namespace latchkey::platform
+}  // namespace latchkey

@@ -1,4 +1,4 @@
-#include "platform/stack_wipe.h"
+#include "base/stack_wipe.h"
 
 #include <array>
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 #include "base/secure_memory.h"
 
-namespace latchkey::platform {
+namespace latchkey {
 namespace {
 
 template <std::size_t size>
@@ -24,4 +24,4 @@ void WipeStackBelowBatches() noexcept { WipeFrame<8192>(); }
 
 void WipeStackFarBelow() noexcept { WipeFrame<16384>(); }
 
-}  // namespace latchkey::platform
+}  // namespace latchkey
