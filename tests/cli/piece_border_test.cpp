@@ -26,8 +26,8 @@ std::uint8_t MaskedByte(std::size_t position) {
 
 [[gnu::noinline]] void RunFarBelow(CipherWork& work, const ByteStreams& streams) {
   // Uninitialized, to keep what the stack holds.
-  std::array<volatile std::uint8_t, kFarBelow>
-      below;  // NOLINT(cppcoreguidelines-pro-type-member-init)
+  // NOLINTNEXTLINE(cppcoreguidelines-pro-type-member-init)
+  std::array<volatile std::uint8_t, kFarBelow> below;
   below.front() = 0;
   RunCipher(work, streams, kPiece);
   below.back() = below.front();
