@@ -33,7 +33,7 @@ bool HexConverter::Widen(std::span<const std::uint8_t> digits) noexcept {
 
 bool HexConverter::Decode(std::span<const std::uint8_t> digits, std::uint8_t* bytes) noexcept {
   bool isGood = true;
-  while (!digits.empty()) {
+  while (digits.size() > 1) {
     const std::size_t count = std::min(digits.size(), kStep) / 2;
     isGood &= Widen(digits.first(2 * count));
     kernel_.decode(digits_.data(), count, bytes);

@@ -13,15 +13,14 @@ namespace latchkey {
 
 [[nodiscard]] bool IsHexDigit(std::uint8_t character) noexcept;
 
-// Converts with the fastest code for this machine, through 16-bit digits that are wiped with it.
-// Used by one thread.
+// Uses the fastest code for this machine. Its buffer is wiped on destruction. Used by one thread.
 class HexConverter {
  public:
   // Writes the two digits of each byte, in upper case.
   void Encode(std::span<const std::uint8_t> bytes, std::uint8_t* digits) noexcept;
 
-  // Writes the bytes of an even number of digits in either case. Returns false if another character
-  // is among them: it is then read as HexDigits reads it.
+  // Writes the bytes of an even number of digits in either case. Returns false if any character is
+  // not a digit; all bytes are still written, as HexDigits::decode gives them.
   bool Decode(std::span<const std::uint8_t> digits, std::uint8_t* bytes) noexcept;
 
  private:

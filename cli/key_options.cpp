@@ -31,8 +31,8 @@ void AddBits(CLI::App& command, KeyOptions& options) {
   command
       .add_option(
           "--rc2-effective-bits", options.rc2EffectiveBits,
-          "Set RC2's effective key length: 40 for data that the enhanced provider of Windows 2000 "
-          "or earlier made; the default provider is then enhanced")
+          "Set RC2's effective key length, such as 40 for data from the enhanced provider of "
+          "Windows 2000 or earlier; the default provider becomes enhanced")
       ->check(CLI::Range(1, 1024).description(""))
       ->type_name("N");
 }

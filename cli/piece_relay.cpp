@@ -82,8 +82,7 @@ bool PieceRelay::Read(StreamPiece& piece) {
   return true;
 }
 
-// They receive signals as the first thread does: a thread whose write raises SIGPIPE or SIGXFSZ
-// ends the command.
+// The threads do not block signals: a SIGPIPE or SIGXFSZ from a thread's write ends the command.
 void PieceRelay::StartOthers() {
   try {
     others_.reserve(workers_);

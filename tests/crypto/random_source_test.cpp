@@ -45,7 +45,7 @@ TEST_F(RandomSourceUseTest, EachOfSixteenBytesChangesTheGeneratorsState) {
 
 TEST_F(RandomSourceUseTest, WithoutRandomBytesASaltOfLettersFails) {
   clsCryptoAPI api;
-  const RandomSourceScript script([](auto) { return -5L; });
+  const RandomSourceScript script([](auto) { return kInputOutputError; });
   EXPECT_EQ(api.CreateSaltValue(8, true), Text());
   EXPECT_EQ(record.ErrorLocationID(), 434);
   EXPECT_EQ(record.RTErrorNumber(), 5);

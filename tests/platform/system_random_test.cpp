@@ -48,7 +48,7 @@ TEST(SystemRandomTest, ALargeRequestIsFilledThroughout) {
 TEST(SystemRandomTest, AnEmptyRequestSucceeds) { EXPECT_TRUE(platform::FillRandom({})); }
 
 TEST(SystemRandomTest, AFailureOfTheSourceFailsFillRandom) {
-  const RandomSourceScript script([](auto) { return -5L; });
+  const RandomSourceScript script([](auto) { return kInputOutputError; });
   std::array<std::uint8_t, 16> bytes{};
   EXPECT_FALSE(platform::FillRandom(bytes));
 }

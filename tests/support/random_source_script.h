@@ -12,6 +12,8 @@ namespace latchkey::test {
 // span's size is a failure.
 using RandomAnswer = std::function<long(std::span<std::uint8_t> bytes)>;
 
+inline constexpr long kInputOutputError = -5;
+
 // During its life, a function answers the calling thread's calls of the system's random source. The
 // test program replaces the system function that platform/system_random.h calls; without a script
 // the replacement passes calls to the system.

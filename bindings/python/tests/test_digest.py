@@ -12,6 +12,7 @@ from latchkey import Hash, Hasher, Key
 
 
 def test_digests_are_those_published():
+    assert {Hash[vector.hash.upper()] for vector in digests()} == set(Hash)
     for vector in digests():
         assert latchkey.digest(vector.text, vector.hash) == vector.value, vector.hash
 

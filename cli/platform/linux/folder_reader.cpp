@@ -7,6 +7,7 @@
 #include "platform/linux/folder_stream.h"
 
 namespace latchkey::cli {
+
 class FolderReader::Entries {
  public:
   explicit Entries(const char* folder) : stream(::opendir(folder)) {}

@@ -17,6 +17,7 @@ namespace latchkey::cli {
 namespace {
 
 constexpr const char* kStandardInput = "standard input";
+
 UniqueFile Open(const std::string& name) {
   // The system would stop at the NUL and open another file.
   if (name.find('\0') != std::string::npos) {
