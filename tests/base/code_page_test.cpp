@@ -2,24 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
-
 #include "tests/support/code_pages.h"
 
 namespace latchkey::test {
 namespace {
 
 std::uint32_t NoLongCode(char16_t /*character*/) { return CodePage::kDefaultCode; }
-
-// Checks that the 256 bytes have different characters, each of which is converted back to its byte.
-void ExpectOneToOne(const CodePage& page) {
-  std::set<char16_t> characters;
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    const char16_t character = page.CharacterOf(static_cast<std::uint8_t>(byte));
-    EXPECT_TRUE(characters.insert(character).second) << byte;
-    EXPECT_EQ(page.CodeOf(character), byte);
-  }
-}
 
 TEST(CodePageTest, EveryByteHasADifferentCharacter) {
   ExpectOneToOne(OneToOnePage());

@@ -2,21 +2,16 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
 #include <utility>
 #include <vector>
+
+#include "tests/support/code_pages.h"
 
 namespace latchkey::test {
 namespace {
 
 TEST(SystemCodePageTest, EveryByteHasADifferentCharacter) {
-  const CodePage& page = platform::SystemCodePage();
-  std::set<char16_t> characters;
-  for (unsigned byte = 0; byte < 256; ++byte) {
-    const char16_t character = page.CharacterOf(static_cast<std::uint8_t>(byte));
-    EXPECT_TRUE(characters.insert(character).second) << byte;
-    EXPECT_EQ(page.CodeOf(character), byte);
-  }
+  ExpectOneToOne(platform::SystemCodePage());
 }
 
 // The system's page is Windows-1252 on every machine the tests run on.

@@ -1,6 +1,9 @@
 #include "tests/support/code_pages.h"
 
+#include <gtest/gtest.h>
+
 #include <cstddef>
+#include <set>
 
 namespace latchkey::test {
 namespace {
@@ -50,6 +53,15 @@ const CodePage& DoubleBytePage() {
 const CodePage& Utf8Page() {
   static const CodePage page({}, Utf8Code);
   return page;
+}
+
+void ExpectOneToOne(const CodePage& page) {
+  std::set<char16_t> characters;
+  for (unsigned byte = 0; byte < 256; ++byte) {
+    const char16_t character = page.CharacterOf(static_cast<std::uint8_t>(byte));
+    EXPECT_TRUE(characters.insert(character).second) << byte;
+    EXPECT_EQ(page.CodeOf(character), byte);
+  }
 }
 
 }  // namespace latchkey::test

@@ -17,4 +17,7 @@ namespace latchkey::test {
 // Bytes from 80 on are not characters by themselves; characters above FF take two or three bytes.
 [[nodiscard]] const CodePage& Utf8Page();
 
+// Checks that the 256 bytes have different characters, each of which is converted back to its byte.
+void ExpectOneToOne(const CodePage& page);
+
 }  // namespace latchkey::test
